@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+namespace bildkurier {
+
+/// What the command line tells whoever called it.
+enum class ExitStatus : int {
+    success = 0,              ///< all loaded, or nothing to do
+    filesFailed = 1,          ///< at least one file failed
+    usage = 2,                ///< the call's words are off
+    noCamera = 3,             ///< no camera, or no such camera
+    destinationUnusable = 4,  ///< nothing can be written there
+    interrupted = 130,        ///< ended by Ctrl-C
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace bildkurier {
+
+/// A file name split at its last dot.
+struct NameParts {
+    std::string_view base;
+    std::string_view extension;  ///< without the dot; empty without one, or when nothing follows it
+};
+
+/// Splits the last path component of `name`. The views point into `name`.
+NameParts nameParts(std::string_view name);
+
+/// Whether `name` is one plain path component that may reach a file system: not empty, "."
+/// or "..", no "/", no NUL or other control character, at most 255 bytes. It need not be
+/// valid UTF-8.
+bool isPlainFileName(std::string_view name);
+
+/// `text` for human eyes: valid UTF-8, with replacement characters (U+FFFD) for bytes that
+/// are not, and control characters made visible (as control pictures, "␊" for a line feed,
+/// or U+FFFD for those that have none).
+std::string displayText(std::string_view text);
+
+}  // namespace bildkurier

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Background.h"
+#include "CameraFile.h"
+#include "FileStore.h"
+#include "FolderLayout.h"
+#include "Guard.h"
+#include "MainQueue.h"
+#include "Result.h"
+#include "Url.h"
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+
+/// Loads camera files into a destination, strictly one after another: each into the staging
+/// folder, watched while it grows, checked for its exact size, then moved into its layout
+/// folder under a name that is free. A file that fails is counted and the run goes on.
+/// Main thread.
+class ImportRunner {
+public:
+    /// Sizes in bytes.
+    struct Progress {
+        std::int64_t total = 0;  ///< files handed to `start`
+        std::int64_t done = 0;   ///< files moved into place
+        std::int64_t failed = 0;
+        std::int64_t bytesDone = 0;     ///< camera sizes of the finished files, failed ones too
+        std::string currentName;        ///< as it is being saved; bytes; empty between runs
+        std::int64_t currentBytes = 0;  ///< of the current file, as last measured
+        std::int64_t currentTotal = 0;
+        bool isTransferring = false;  ///< the current file is being moved into place
+
+        bool operator==(const Progress&) const = default;
+    };
+
+    /// `main` must outlive the runner; `background` must finish before `main` ends.
+    ImportRunner(std::shared_ptr<FileStore> fileStore, MainQueue& main, Background& background);
+
+    std::function<void(const Progress&)> onProgress = [](const Progress&) {};
+    /// One line without time stamp, valid UTF-8.
+    std::function<void(const std::string&)> onLog = [](const std::string&) {};
+    /// The end of a run, once: its final progress, and whether it was cancelled.
+    std::function<void(const Progress&, bool)> onFinish = [](const Progress&, bool) {};
+
+    /// Begins a run; callbacks follow, never before this returns. Fails, and changes nothing,
+    /// when the staging folder cannot be made or has no room for the largest file. A run that
+    /// is under way is replaced without an `onFinish` of its own.
+    Result<> start(std::vector<std::shared_ptr<CameraFile>> files, const Url& destination,
+                   FolderLayout layout);
+
+    /// Finishes the file in flight and ends the run.
+    void cancel() { cancelRequested_ = true; }
+
+    /// Drops the run: no callback follows, late answers are ignored. The staging folder stays
+    /// until the next start.
+    void abandon();
+
+    bool isRunning() const { return isRunning_; }
+    const Progress& progress() const { return progress_; }
+
+private:
+    struct Item;
+
+    void downloadNext();
+    void load(Item item);
+    void moveIntoPlace(const Item& item, const Url& staged);
+    void finishFile(const Item& item, const Result<>& outcome);
+    void fail(const Item& item, const std::string& line);
+    void finish();
+    void watch(const Url& staged);
+    void stopWatching();
+
+    std::shared_ptr<FileStore> fileStore_;
+    MainQueue& main_;
+    Background& background_;
+
+    Progress progress_;
+    bool isRunning_ = false;
+    std::deque<std::shared_ptr<CameraFile>> queue_;
+    Url destination_ = Url::file("/");
+    Url staging_ = Url::file("/");
+    FolderLayout layout_;
+    bool cancelRequested_ = false;
+    Guard runID_;  ///< renewed by every start, so that an older run's answers are dropped
+    Handle watcher_;
+};
+
+}  // namespace bildkurier

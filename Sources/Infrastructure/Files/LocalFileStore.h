@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "FileStore.h"
+
+namespace bildkurier {
+
+/// Folders of this computer, on any mounted volume. Holds no state: every call asks the file
+/// system afresh.
+class LocalFileStore final : public FileStore {
+public:
+    Url stagingDirectory(const Url& destination) override;
+    FileKeys existingFileKeys(const Url& folder) override;
+    bool fileExists(const Url& url) override;
+    std::optional<std::int64_t> fileSize(const Url& url) override;
+    bool isWritableDirectory(const Url& url) override;
+    bool isNetworkVolume(const Url& url) override;
+    std::optional<std::int64_t> availableCapacity(const Url& url) override;
+    Result<> createDirectory(const Url& url) override;
+    Result<> moveItem(const Url& source, const Url& target) override;
+    void removeItem(const Url& url) override;
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bildkurier {
+
+/// One line of the kernel's mount table (proc(5), /proc/[pid]/mountinfo), escapes decoded.
+struct Mount {
+    int id = 0;                ///< reused at once by the kernel
+    std::uint64_t device = 0;  ///< st_dev of its files
+    std::string root;          ///< the folder of the volume that is mounted
+    std::string point;
+    std::string options;  ///< of the mount and of its file system, comma-separated
+    std::string type;     ///< file system, "fuse.sshfs"
+    std::string source;   ///< "/dev/sdb1", "server:/share"
+
+    bool operator==(const Mount&) const = default;
+};
+
+/// Lines that are not understood are left out.
+std::vector<Mount> parseMountTable(std::string_view text);
+
+/// The mounts of this process now; empty when the table cannot be read.
+std::vector<Mount> readMountTable();
+
+/// The mount on which `path` lies; absent when nothing is there.
+std::optional<Mount> mountOf(const std::string& path);
+
+/// Whether files on this type of file system come over a network: NFS, SMB, sshfs, 9p,
+/// WebDAV and the like.
+bool isNetworkFileSystem(std::string_view type);
+
+}  // namespace bildkurier

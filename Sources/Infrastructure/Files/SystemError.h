@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Error.h"
+
+#include <string>
+
+namespace bildkurier {
+
+/// What the errno value `code` means, as a German clause for the window.
+Error systemError(int code);
+
+}  // namespace bildkurier

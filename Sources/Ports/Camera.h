@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "CameraFile.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+
+class CameraDelegate;
+
+/// One connected camera. Main thread.
+class Camera {
+public:
+    virtual ~Camera() = default;
+
+    /// Stable and unique among the attached cameras for as long as this one is attached.
+    virtual std::string id() const = 0;
+
+    /// For people; absent when the device has none.
+    virtual std::optional<std::string> name() const = 0;
+
+    /// Survives unplugging: "serial:", "persistent:" or "uuid:" and the device's own text.
+    /// Absent when the device has nothing lasting.
+    virtual std::optional<std::string> identity() const = 0;
+
+    /// The complete catalogue, each media file directly followed by its sidecars.
+    virtual std::vector<std::shared_ptr<CameraFile>> files() const = 0;
+
+    virtual void setDelegate(std::weak_ptr<CameraDelegate> delegate) = 0;
+
+    /// Answered by `CameraDelegate::cameraDidOpenSession`, later.
+    virtual void openSession() = 0;
+
+    virtual void closeSession() = 0;
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Error.h"
+
+#include <optional>
+
+namespace bildkurier {
+
+class Camera;
+
+/// Receives one camera's events, on the main thread.
+class CameraDelegate {
+public:
+    virtual ~CameraDelegate() = default;
+
+    /// Without error the session is open; the catalogue follows.
+    virtual void cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) = 0;
+
+    /// `Camera::files` is complete now.
+    virtual void cameraCatalogReady(Camera& camera) = 0;
+
+    /// Files came or went after the catalogue was complete.
+    virtual void cameraCatalogChanged(Camera& camera) = 0;
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Date.h"
+#include "Result.h"
+#include "Url.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace bildkurier {
+
+/// The name under which a download was written (absent: the name asked for), or why not.
+using DownloadCompletion = std::function<void(Result<std::optional<std::string>>)>;
+
+/// One file in a camera's catalogue. Main thread.
+class CameraFile {
+public:
+    virtual ~CameraFile() = default;
+
+    /// As the camera reports it, with extension: untrusted text. Absent when it reports none.
+    virtual std::optional<std::string> name() const = 0;
+
+    /// Bytes, as the camera's catalogue says.
+    virtual std::int64_t size() const = 0;
+
+    /// When it was taken, else when the camera's file system says it was made.
+    virtual std::optional<Date> shotDate() const = 0;
+
+    /// Copies the file as `name` into the local folder `folder`, over a file of that name if
+    /// there is one. The partial file stands there under its name and grows. `done` is called
+    /// exactly once, on any thread.
+    virtual void download(const Url& folder, const std::string& name, DownloadCompletion done) = 0;
+};
+
+}  // namespace bildkurier

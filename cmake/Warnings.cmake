@@ -1,0 +1,10 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# SPDX-FileCopyrightText: The Bildkurier authors
+# What every target of this project is compiled with.
+option(BILDKURIER_WERROR "Treat warnings as errors" ON)
+
+add_library(warnings INTERFACE)
+target_compile_options(warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+if(BILDKURIER_WERROR)
+    target_compile_options(warnings INTERFACE -Werror)
+endif()
