@@ -16,7 +16,7 @@ public:
     template <class Callback>
     auto operator()(Callback callback) const {
         return [alive = std::weak_ptr<void>(token_),
-                callback = std::move(callback)]<class... Args>(Args&&... args) {
+                callback = std::move(callback)]<class... Args>(Args&&... args) mutable {
             if (!alive.expired()) callback(std::forward<Args>(args)...);
         };
     }

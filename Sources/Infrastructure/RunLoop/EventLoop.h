@@ -5,7 +5,6 @@
 #include "MainQueue.h"
 
 #include <condition_variable>
-#include <cstdint>
 #include <deque>
 #include <map>
 #include <memory>
@@ -13,17 +12,14 @@
 
 namespace bildkurier {
 
-/// The main queue of a program without a window. `run` makes its thread the main thread.
+/// The main queue of a program without a window. The thread that calls `run` is the main
+/// thread. What is still posted when the loop is destroyed is dropped.
 class EventLoop final : public MainQueue {
 public:
-    EventLoop();
-    ~EventLoop() override;
-
-    /// Runs tasks and timers until `stop`, those posted before it included. What is left
-    /// then is dropped.
+    /// Runs tasks and timers until `stop`.
     void run();
 
-    /// Any thread.
+    /// Ends `run` after the tasks posted so far. Any thread.
     void stop();
 
     void post(Task task) override;
@@ -33,19 +29,22 @@ public:
     Date date() const override;
 
 private:
-    struct Timer;
-    using Timers = std::multimap<Instant, std::weak_ptr<Timer>>;
+    struct Timer {
+        Duration interval{};  ///< zero: once
+        Task task;
+    };
 
     Handle schedule(Duration delay, Duration interval, Task task);
-    /// The next task that is due; waits for it. Empty after `stop`.
+    /// Waits for the next task or timer that is due.
     Task next();
-    Task nextTimer(Instant now);
+    /// The task of a timer that is due and still held; empty when there is none.
+    Task dueTimer();
 
-    std::mutex mutex_;
-    std::condition_variable changed_;
+    std::mutex mutex_;  ///< guards `tasks_`
+    std::condition_variable posted_;
     std::deque<Task> tasks_;
+    std::multimap<Instant, std::weak_ptr<Timer>> timers_;
     bool stopped_ = false;
-    Timers timers_;  ///< main thread only
 };
 
 }  // namespace bildkurier

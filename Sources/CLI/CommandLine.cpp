@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "CommandLine.h"
+
+#include "LocalDay.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <memory>
+
+namespace bildkurier {
+
+namespace {
+
+using Command = CommandLine::Command;
+
+std::string absolute(const std::string& path) {
+    return std::filesystem::absolute(path).lexically_normal().string();
+}
+
+/// The parser's complaint in German.
+std::string complaint(const CLI::ParseError& error) {
+    const std::string what = error.what();
+    const std::string subject = what.substr(0, what.find_first_of(": "));
+    if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+        if (!subject.starts_with("-")) return "Es fehlt ein Befehl: cameras, plan oder import.";
+        return fmt::format("Es fehlt die Angabe {}.", subject);
+    }
+    if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+        return fmt::format("Unbekannte Angabe: {}", what.substr(what.find(": ") + 2));
+    }
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+        return fmt::format("Der Angabe {} fehlt ein Wert, oder sie steht doppelt.", subject);
+    }
+    if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr) {
+        return what.substr(what.find(": ") + 2);
+    }
+    return fmt::format("Die Angabe {} ist nicht verständlich.", subject);
+}
+
+void germanHelp(CLI::App& app) {
+    const auto formatter = std::make_shared<CLI::Formatter>();
+    formatter->label("OPTIONS", "ANGABEN");
+    formatter->label("SUBCOMMAND", "BEFEHL");
+    formatter->label("SUBCOMMANDS", "BEFEHLE");
+    formatter->label("Options", "Angaben");
+    formatter->label("Subcommands", "Befehle");
+    formatter->label("Usage", "Aufruf");
+    formatter->label("REQUIRED", "nötig");
+    app.formatter(formatter);
+    app.set_help_flag("-h,--help", "Diese Hilfe");
+}
+
+/// The parser and where it puts what it finds.
+class Parser {
+public:
+    Parser() {
+        app_.require_subcommand(1);
+        germanHelp(app_);
+        addCameras();
+        addImport("plan", "Zeigt, was ein Import laden würde", Command::plan);
+        addImport("import", "Lädt, was am Ziel noch fehlt", Command::import);
+    }
+
+    std::expected<CommandLine, CommandLineAnswer> parse(std::span<char* const> arguments) {
+        try {
+            app_.parse(static_cast<int>(arguments.size()), arguments.data());
+        } catch (const CLI::Success&) {
+            return std::unexpected(CommandLineAnswer{ExitStatus::success, helpText()});
+        } catch (const CLI::ParseError& error) {
+            return std::unexpected(CommandLineAnswer{
+                ExitStatus::usage,
+                fmt::format("{}\nMehr dazu: bildkurier-cli --help\n", complaint(error))});
+        }
+        for (std::string& card : result_.cards) card = absolute(card);
+        if (!result_.destination.empty()) result_.destination = absolute(result_.destination);
+        return result_;
+    }
+
+private:
+    std::string helpText() {
+        const auto chosen = app_.get_subcommands();
+        return chosen.empty() ? app_.help() : chosen.front()->help();
+    }
+
+    CLI::App* addCommand(const std::string& name, const std::string& purpose, Command command) {
+        CLI::App* added = app_.add_subcommand(name, purpose);
+        added->set_help_flag("-h,--help", "Diese Hilfe");
+        added->callback([this, command] { result_.command = command; });
+        added
+            ->add_option("--card", result_.cards,
+                         "Speicherkarte oder Ordner als Kamera nehmen (mehrfach möglich)")
+            ->option_text("ORDNER")
+            ->expected(1)
+            ->take_all()
+            ->check(notEmpty());
+        added->add_flag("--json", result_.json, "Ein JSON-Objekt je Zeile ausgeben");
+        return added;
+    }
+
+    void addCameras() {
+        addCommand("cameras", "Zeigt die angeschlossenen Kameras und Karten", Command::cameras);
+    }
+
+    void addImport(const std::string& name, const std::string& purpose, Command command) {
+        CLI::App* added = addCommand(name, purpose, command);
+        added->add_option("--camera", result_.camera, "Kamera mit diesem Namen oder dieser Kennung")
+            ->option_text("NAME|KENNUNG");
+        added->add_option("--to", result_.destination, "Zielordner")
+            ->option_text("ORDNER")
+            ->required()
+            ->check(notEmpty());
+        added->add_flag("--by-date,!--no-by-date", result_.layout.byDate,
+                        "In Ordner je Aufnahmetag sortieren (sonst nicht)");
+        added->add_flag("--by-type,!--no-by-type", result_.layout.byType,
+                        "In Ordner je Dateityp sortieren (Standard)");
+        added
+            ->add_option_function<std::string>(
+                "--since", [this](const std::string& day) { result_.since = startOfLocalDay(day); },
+                "Nur Aufnahmen ab diesem Tag")
+            ->option_text("JJJJ-MM-TT")
+            ->check(day());
+    }
+
+    static CLI::Validator notEmpty() {
+        return {[](const std::string& text) {
+                    return text.empty() ? "Der Name eines Ordners fehlt." : std::string();
+                },
+                {}};
+    }
+
+    static CLI::Validator day() {
+        return {[](const std::string& text) {
+                    return startOfLocalDay(text)
+                               ? std::string()
+                               : fmt::format("„{}“ ist kein Tag wie 2024-05-09.", text);
+                },
+                {}};
+    }
+
+    CLI::App app_{"Bildkurier lädt Fotos, Videos und Tonaufnahmen von Kameras und Karten.",
+                  "bildkurier-cli"};
+    CommandLine result_;
+};
+
+}  // namespace
+
+std::expected<CommandLine, CommandLineAnswer> parseCommandLine(std::span<char* const> arguments) {
+    return Parser().parse(arguments);
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "JsonReport.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdio>
+
+namespace bildkurier {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+void print(const Json& event) {
+    const std::string line = event.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    std::fputs(line.c_str(), stdout);
+    std::fflush(stdout);
+}
+
+}  // namespace
+
+void JsonReport::cameras(std::span<const std::shared_ptr<Camera>> cameras) {
+    for (const auto& camera : cameras) {
+        const auto name = camera->name();
+        const auto identity = camera->identity();
+        print({{"event", "camera"},
+               {"name", name ? Json(*name) : Json(nullptr)},
+               {"identity", identity ? Json(*identity) : Json(nullptr)}});
+    }
+}
+
+void JsonReport::plan(const Plan& plan) {
+    Json types = Json::array();
+    for (const TypeSummary& type : plan.types) {
+        types.push_back({{"ext", type.ext}, {"count", type.count}, {"bytes", type.bytes}});
+    }
+    print({{"event", "plan"}, {"files", plan.files}, {"bytes", plan.bytes}, {"types", types}});
+}
+
+void JsonReport::importing(const Plan& plan) { JsonReport::plan(plan); }
+
+void JsonReport::log(const std::string& line) { print({{"event", "log"}, {"line", line}}); }
+
+void JsonReport::progress(const ImportRunner::Progress& progress) {
+    print({{"event", "progress"},
+           {"total", progress.total},
+           {"done", progress.done},
+           {"failed", progress.failed},
+           {"bytesDone", progress.bytesDone},
+           {"currentName", progress.currentName},
+           {"currentBytes", progress.currentBytes},
+           {"currentTotal", progress.currentTotal},
+           {"isTransferring", progress.isTransferring}});
+}
+
+void JsonReport::speed(const SpeedMeter::Reading& /*speed*/) {}
+
+void JsonReport::finished(const ImportRunner::Progress& progress, double /*averageSpeed*/,
+                          bool cancelled) {
+    print({{"event", "finished"},
+           {"total", progress.total},
+           {"done", progress.done},
+           {"failed", progress.failed},
+           {"bytes", progress.bytesDone},
+           {"cancelled", cancelled}});
+}
+
+void JsonReport::error(const std::string& message) {
+    std::fprintf(stderr, "%s\n", message.c_str());
+}
+
+}  // namespace bildkurier

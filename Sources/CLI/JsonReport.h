@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Report.h"
+
+namespace bildkurier {
+
+/// One JSON object a line on standard output, for programs. Errors go to standard error.
+class JsonReport final : public Report {
+public:
+    void cameras(std::span<const std::shared_ptr<Camera>> cameras) override;
+    void plan(const Plan& plan) override;
+    void importing(const Plan& plan) override;
+    void log(const std::string& line) override;
+    void progress(const ImportRunner::Progress& progress) override;
+    void speed(const SpeedMeter::Reading& speed) override;
+    void finished(const ImportRunner::Progress& progress, double averageSpeed,
+                  bool cancelled) override;
+    void error(const std::string& message) override;
+};
+
+}  // namespace bildkurier

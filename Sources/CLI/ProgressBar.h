@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "ImportRunner.h"
+#include "SpeedMeter.h"
+
+#include <cstdint>
+#include <string>
+
+namespace bildkurier {
+
+/// One line of a running import: "[██████░░░░] 62 %  12/30 Dateien  1,2 GB von 1,9 GB
+/// 38,5 MB/s  noch 0:18". `bytes` in all.
+std::string progressLine(const ImportRunner::Progress& progress, std::int64_t bytes,
+                         const SpeedMeter::Reading& speed);
+
+/// Shows it at the bottom of a terminal; does nothing where standard error is none.
+class ProgressBar {
+public:
+    ProgressBar();
+    ProgressBar(const ProgressBar&) = delete;
+    ProgressBar& operator=(const ProgressBar&) = delete;
+    ~ProgressBar();
+
+    void begin(std::int64_t bytes) { bytes_ = bytes; }
+    void progress(const ImportRunner::Progress& progress) { progress_ = progress; }
+    void draw(const SpeedMeter::Reading& speed);
+    void erase();
+
+private:
+    bool onTerminal_;
+    bool shown_ = false;
+    std::int64_t bytes_ = 0;
+    ImportRunner::Progress progress_;
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Camera.h"
+#include "ImportRunner.h"
+#include "SpeedMeter.h"
+#include "TypeSummary.h"
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+
+/// Tells whoever started the command line what happens. Main thread.
+class Report {
+public:
+    /// What an import would load. Sizes in bytes.
+    struct Plan {
+        std::int64_t cameraFiles = 0;  ///< files on the camera
+        std::int64_t files = 0;        ///< of these, missing at the destination
+        std::int64_t bytes = 0;
+        std::vector<TypeSummary> types;
+    };
+
+    virtual ~Report() = default;
+
+    virtual void cameras(std::span<const std::shared_ptr<Camera>> cameras) = 0;
+    /// The plan of a camera: all that the user asked for, or the beginning of an import.
+    virtual void plan(const Plan& plan) = 0;
+    virtual void importing(const Plan& plan) = 0;
+    virtual void log(const std::string& line) = 0;
+    virtual void progress(const ImportRunner::Progress& progress) = 0;
+    virtual void speed(const SpeedMeter::Reading& speed) = 0;
+    /// `averageSpeed` in bytes per second.
+    virtual void finished(const ImportRunner::Progress& progress, double averageSpeed,
+                          bool cancelled) = 0;
+    /// Something that keeps the command from being carried out.
+    virtual void error(const std::string& message) = 0;
+};
+
+}  // namespace bildkurier

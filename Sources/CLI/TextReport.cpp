@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "TextReport.h"
+
+#include "FileName.h"
+#include "Formatting.h"
+#include "ImportSummary.h"
+
+#include <fmt/format.h>
+
+#include <cstdio>
+
+namespace bildkurier {
+
+namespace {
+
+std::string planStatus(const Report::Plan& plan) {
+    if (plan.cameraFiles == 0) return "Die Kamera meldet keine Dateien.";
+    if (plan.files == 0) return "Nichts Neues im gewählten Zeitraum.";
+    return fmt::format("{} neue Dateien ({}) bereit zum Import.", plan.files,
+                       formatBytes(plan.bytes));
+}
+
+}  // namespace
+
+void TextReport::cameras(std::span<const std::shared_ptr<Camera>> cameras) {
+    for (const auto& camera : cameras) {
+        print(fmt::format("{}  {}", displayText(camera->name().value_or("Kamera")),
+                          displayText(camera->identity().value_or("ohne Kennung"))));
+    }
+}
+
+void TextReport::plan(const Plan& plan) {
+    print(planStatus(plan));
+    for (const TypeSummary& type : plan.types) {
+        print(fmt::format("  {:<8} {:>6}  {:>10}", displayText(type.ext), type.count,
+                          formatBytes(type.bytes)));
+    }
+}
+
+void TextReport::importing(const Plan& plan) {
+    if (plan.files == 0) return print(planStatus(plan));
+    bar_.begin(plan.bytes);
+}
+
+void TextReport::log(const std::string& line) { print(line); }
+
+void TextReport::progress(const ImportRunner::Progress& progress) { bar_.progress(progress); }
+
+void TextReport::speed(const SpeedMeter::Reading& speed) { bar_.draw(speed); }
+
+void TextReport::finished(const ImportRunner::Progress& progress, double averageSpeed,
+                          bool cancelled) {
+    if (progress.total > 0) print(importSummary(progress, averageSpeed, cancelled));
+}
+
+void TextReport::error(const std::string& message) {
+    bar_.erase();
+    std::fprintf(stderr, "%s\n", message.c_str());
+}
+
+void TextReport::print(const std::string& line) {
+    bar_.erase();
+    std::fprintf(stdout, "%s\n", line.c_str());
+    std::fflush(stdout);
+}
+
+}  // namespace bildkurier

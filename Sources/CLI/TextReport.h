@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "ProgressBar.h"
+#include "Report.h"
+
+namespace bildkurier {
+
+/// Lines for people: log and summary on standard output, and a progress bar on standard error
+/// when that is a terminal.
+class TextReport final : public Report {
+public:
+    void cameras(std::span<const std::shared_ptr<Camera>> cameras) override;
+    void plan(const Plan& plan) override;
+    void importing(const Plan& plan) override;
+    void log(const std::string& line) override;
+    void progress(const ImportRunner::Progress& progress) override;
+    void speed(const SpeedMeter::Reading& speed) override;
+    void finished(const ImportRunner::Progress& progress, double averageSpeed,
+                  bool cancelled) override;
+    void error(const std::string& message) override;
+
+private:
+    void print(const std::string& line);
+
+    ProgressBar bar_;
+};
+
+}  // namespace bildkurier

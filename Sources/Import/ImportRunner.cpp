@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ImportRunner.h"
+
+#include "FileName.h"
+#include "Formatting.h"
+#include "ImportError.h"
+#include "RunThen.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+constexpr std::int64_t headroom = 200 * 1024 * 1024;  // bytes
+constexpr Duration watchInterval{0.5};
+constexpr auto nameless = "unbenannt";
+constexpr auto invalidName = "Ungültiger Dateiname";
+
+std::int64_t largestSize(const std::vector<std::shared_ptr<CameraFile>>& files) {
+    return std::ranges::max(files, {}, [](const auto& file) { return file->size(); })->size();
+}
+
+}  // namespace
+
+/// The file in hand and where it goes.
+struct ImportRunner::Item {
+    std::shared_ptr<CameraFile> file;
+    std::int64_t size = 0;
+    std::string wantedName;
+    std::string saveName;  ///< free in `folder`; until it is known, the wanted name
+    Url folder;
+};
+
+ImportRunner::ImportRunner(std::shared_ptr<FileStore> fileStore, MainQueue& main,
+                           Background& background)
+    : fileStore_(std::move(fileStore)), main_(main), background_(background) {}
+
+Result<> ImportRunner::start(std::vector<std::shared_ptr<CameraFile>> files, const Url& destination,
+                             FolderLayout layout) {
+    const Url staging = fileStore_->stagingDirectory(destination);
+    fileStore_->removeItem(staging);
+    if (auto created = fileStore_->createDirectory(staging); !created) return created;
+    const auto free = fileStore_->availableCapacity(staging);
+    if (free && !files.empty()) {
+        const std::int64_t largest = largestSize(files);
+        if (*free - headroom < largest) {
+            fileStore_->removeItem(staging);
+            return std::unexpected(ImportError::notEnoughSpace(largest, *free));
+        }
+    }
+
+    staging_ = staging;
+    destination_ = destination;
+    layout_ = layout;
+    progress_ = {.total = std::ssize(files)};
+    queue_.assign(std::make_move_iterator(files.begin()), std::make_move_iterator(files.end()));
+    cancelRequested_ = false;
+    watcher_.reset();
+    runID_.renew();
+    isRunning_ = true;
+    main_.post(runID_([this] { downloadNext(); }));
+    return {};
+}
+
+void ImportRunner::abandon() {
+    runID_.renew();
+    queue_.clear();
+    isRunning_ = false;
+    stopWatching();
+}
+
+void ImportRunner::downloadNext() {
+    if (!isRunning_) return;
+    if (queue_.empty() || cancelRequested_) return finish();
+
+    Item item{.file = std::move(queue_.front())};
+    queue_.pop_front();
+    const auto name = item.file->name();
+    item.size = item.file->size();
+    item.wantedName = name.value_or(nameless);
+    item.saveName = item.wantedName;
+    if (!isPlainFileName(item.wantedName) ||
+        (layout_.byType && !isPlainFileName(typeFolder(name)))) {
+        return finishFile(item, failure(invalidName));
+    }
+    item.folder = layout_.folder(destination_, item.file->shotDate().value_or(main_.date()), name);
+
+    struct Prepared {
+        Result<> folder;
+        std::string saveName;
+    };
+    runThen(
+        background_, main_,
+        [store = fileStore_, folder = item.folder, name = item.wantedName] {
+            Prepared prepared{.folder = store->createDirectory(folder)};
+            if (prepared.folder) prepared.saveName = store->freeName(name, folder);
+            return prepared;
+        },
+        runID_([this, item](Prepared prepared) mutable {
+            if (!prepared.folder) {
+                onLog(fmt::format("Kann Ordner nicht anlegen: {}: {}",
+                                  displayText(item.folder.path), prepared.folder.error().message));
+                queue_.clear();
+                ++progress_.failed;
+                return downloadNext();
+            }
+            item.saveName = std::move(prepared.saveName);
+            load(std::move(item));
+        }));
+}
+
+void ImportRunner::load(Item item) {
+    if (item.saveName != item.wantedName) {
+        onLog(fmt::format("ℹ︎ {} existiert schon mit anderem Inhalt → gespeichert als {}",
+                          displayText(item.wantedName), displayText(item.saveName)));
+    }
+    progress_.currentName = item.saveName;
+    progress_.currentBytes = 0;
+    progress_.currentTotal = item.size;
+    onProgress(progress_);
+    watch(staging_.appending(item.saveName));
+
+    using Downloaded = Result<std::optional<std::string>>;
+    auto downloaded = runID_([this, item](Downloaded result) {
+        stopWatching();
+        if (!result) return finishFile(item, std::unexpected(std::move(result).error()));
+        const std::string saved = std::move(*result).value_or(item.saveName);
+        if (!isPlainFileName(saved)) return finishFile(item, failure(invalidName));
+        moveIntoPlace(item, staging_.appending(saved));
+    });
+    item.file->download(staging_, item.saveName, [&main = main_, downloaded](Downloaded result) {
+        main.post(
+            [downloaded, result = std::move(result)]() mutable { downloaded(std::move(result)); });
+    });
+}
+
+void ImportRunner::moveIntoPlace(const Item& item, const Url& staged) {
+    const std::int64_t actual = fileStore_->fileSize(staged).value_or(-1);
+    if (actual != item.size) {
+        fileStore_->removeItem(staged);
+        return finishFile(item, failure(fmt::format("Größe stimmt nicht ({} statt {} Bytes)",
+                                                    actual, item.size)));
+    }
+    progress_.isTransferring = true;
+    onProgress(progress_);
+    runThen(
+        background_, main_,
+        [store = fileStore_, staged, target = item.folder.appending(item.saveName)] {
+            return store->moveItem(staged, target);
+        },
+        runID_([this, item](const Result<>& moved) {
+            progress_.isTransferring = false;
+            finishFile(item, moved);
+        }));
+}
+
+void ImportRunner::finishFile(const Item& item, const Result<>& outcome) {
+    const std::string name = displayText(item.saveName);
+    if (outcome) {
+        ++progress_.done;
+        onLog(fmt::format("✓ {}/{}  ({})", displayText(item.folder.lastComponent()), name,
+                          formatBytes(item.size)));
+    } else {
+        ++progress_.failed;
+        onLog(fmt::format("✗ {}: {}", name, outcome.error().message));
+    }
+    progress_.bytesDone += item.size;
+    // Posted, for a row of files that fail at once must not pile up on the stack.
+    main_.post(runID_([this] { downloadNext(); }));
+}
+
+void ImportRunner::finish() {
+    isRunning_ = false;
+    stopWatching();
+    progress_.currentName.clear();
+    fileStore_->removeItem(staging_);
+    onProgress(progress_);
+    onFinish(progress_, cancelRequested_);
+}
+
+void ImportRunner::watch(const Url& staged) {
+    watcher_ = main_.every(watchInterval, [this, staged] {
+        const std::int64_t bytes = fileStore_->fileSize(staged).value_or(0);
+        if (bytes == progress_.currentBytes) return;
+        progress_.currentBytes = bytes;
+        onProgress(progress_);
+    });
+}
+
+void ImportRunner::stopWatching() {
+    watcher_.reset();
+    progress_.currentBytes = 0;
+    progress_.currentTotal = 0;
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ImportSelection.h"
+
+#include "ImportPlanner.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace bildkurier {
+
+CameraFiles sortedByShotDate(CameraFiles files) {
+    std::vector<std::pair<Date, std::shared_ptr<CameraFile>>> dated;
+    dated.reserve(files.size());
+    for (auto& file : files) {
+        const Date shot = file->shotDate().value_or(Date::min());
+        dated.emplace_back(shot, std::move(file));
+    }
+    std::ranges::stable_sort(dated, {}, [](const auto& entry) { return entry.first; });
+    std::ranges::transform(dated, files.begin(),
+                           [](auto& entry) { return std::move(entry.second); });
+    return files;
+}
+
+ImportSelection missingFiles(std::span<const std::shared_ptr<CameraFile>> catalogue,
+                             const FileKeys& existing, std::optional<Date> since) {
+    std::vector<ImportCandidate> candidates;
+    candidates.reserve(catalogue.size());
+    for (const auto& file : catalogue) {
+        candidates.push_back({file->name(), file->size(), file->shotDate()});
+    }
+    ImportSelection selection;
+    for (const std::size_t index : missingIndices(candidates, existing, since)) {
+        selection.files.push_back(catalogue[index]);
+        selection.bytes += candidates[index].size;
+    }
+    return selection;
+}
+
+std::vector<TypeSummary> summarizeByType(std::span<const std::shared_ptr<CameraFile>> files) {
+    std::vector<std::optional<std::string>> names;
+    std::vector<TypeSummary::File> rows;
+    names.reserve(files.size());
+    rows.reserve(files.size());
+    for (const auto& file : files) rows.push_back({names.emplace_back(file->name()), file->size()});
+    return TypeSummary::summarize(rows);
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "InterruptSignals.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdint>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+sigset_t endSignals() {
+    sigset_t set{};
+    sigemptyset(&set);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&set, signal);
+    return set;
+}
+
+}  // namespace
+
+InterruptSignals::InterruptSignals(MainQueue& main, std::function<void()> interrupted)
+    : main_(main), interrupted_(std::move(interrupted)) {
+    const sigset_t set = endSignals();
+    pthread_sigmask(SIG_BLOCK, &set, &previous_);
+    signals_ = FileDescriptor(signalfd(-1, &set, SFD_CLOEXEC));
+    end_ = FileDescriptor(eventfd(0, EFD_CLOEXEC));
+    thread_ = std::thread([this] { wait(); });
+}
+
+InterruptSignals::~InterruptSignals() {
+    eventfd_write(end_.get(), 1);
+    thread_.join();
+    pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
+}
+
+void InterruptSignals::wait() const {
+    std::array<pollfd, 2> watched{{{signals_.get(), POLLIN, 0}, {end_.get(), POLLIN, 0}}};
+    for (;;) {
+        if (poll(watched.data(), watched.size(), -1) < 0) continue;
+        if (watched[1].revents != 0) return;
+        signalfd_siginfo info{};
+        if (read(signals_.get(), &info, sizeof info) == sizeof info) main_.post(interrupted_);
+    }
+}
+
+}  // namespace bildkurier
