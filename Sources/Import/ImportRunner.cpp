@@ -76,7 +76,6 @@ void ImportRunner::abandon() {
 }
 
 void ImportRunner::downloadNext() {
-    if (!isRunning_) return;
     if (queue_.empty() || cancelRequested_) return finish();
 
     Item item{.file = std::move(queue_.front())};
@@ -176,6 +175,7 @@ void ImportRunner::finishFile(const Item& item, const Result<>& outcome) {
 }
 
 void ImportRunner::finish() {
+    runID_.renew();
     isRunning_ = false;
     stopWatching();
     progress_.currentName.clear();
