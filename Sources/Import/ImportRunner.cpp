@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ImportRunner.h"
 
+#include "ByteSum.h"
 #include "FileName.h"
 #include "Formatting.h"
 #include "ImportError.h"
@@ -169,7 +170,7 @@ void ImportRunner::finishFile(const Item& item, const Result<>& outcome) {
         ++progress_.failed;
         onLog(fmt::format("✗ {}: {}", name, outcome.error().message));
     }
-    progress_.bytesDone += item.size;
+    progress_.bytesDone = byteSum(progress_.bytesDone, item.size);
     // Posted, for a row of files that fail at once must not pile up on the stack.
     main_.post(runID_([this] { downloadNext(); }));
 }
