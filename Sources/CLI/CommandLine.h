@@ -6,6 +6,7 @@
 #include "ExitStatus.h"
 #include "FolderLayout.h"
 
+#include <cstdint>
 #include <expected>
 #include <optional>
 #include <span>
@@ -16,7 +17,7 @@ namespace bildkurier {
 
 /// What the user asked for.
 struct CommandLine {
-    enum class Command { cameras, plan, import };
+    enum class Command : std::uint8_t { cameras, plan, import };
 
     Command command = Command::cameras;
     std::vector<std::string> cards;     ///< folders to take for cameras, absolute

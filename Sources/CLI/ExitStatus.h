@@ -2,10 +2,12 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
+#include <cstdint>
+
 namespace bildkurier {
 
 /// What the command line tells whoever called it.
-enum class ExitStatus : int {
+enum class ExitStatus : std::uint8_t {
     success = 0,              ///< all loaded, or nothing to do
     filesFailed = 1,          ///< at least one file failed
     usage = 2,                ///< the call's words are off

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace bildkurier {
@@ -20,7 +21,7 @@ std::string timeLeft(std::int64_t bytes, double speed) {
     constexpr double longest = 100.0 * 60 * 60;  // seconds
     const double seconds = speed > 0 ? static_cast<double>(bytes) / speed : longest;
     if (seconds >= longest) return "–:––";
-    const auto whole = static_cast<std::int64_t>(seconds + 0.5);
+    const auto whole = std::llround(seconds);
     const std::int64_t hours = whole / 3600;
     if (hours > 0) return fmt::format("{}:{:02}:{:02}", hours, whole / 60 % 60, whole % 60);
     return fmt::format("{}:{:02}", whole / 60, whole % 60);

@@ -18,7 +18,7 @@ namespace bildkurier {
 
 namespace {
 
-constexpr std::int64_t headroom = 200 * 1024 * 1024;  // bytes
+constexpr std::int64_t headroom = 209'715'200;  // bytes: 200 MiB
 constexpr Duration watchInterval{0.5};
 constexpr auto nameless = "unbenannt";
 constexpr auto invalidName = "Ungültiger Dateiname";
@@ -111,11 +111,11 @@ void ImportRunner::downloadNext() {
                 return downloadNext();
             }
             item.saveName = std::move(prepared.saveName);
-            load(std::move(item));
+            load(item);
         }));
 }
 
-void ImportRunner::load(Item item) {
+void ImportRunner::load(const Item& item) {
     if (item.saveName != item.wantedName) {
         onLog(fmt::format("ℹ︎ {} existiert schon mit anderem Inhalt → gespeichert als {}",
                           displayText(item.wantedName), displayText(item.saveName)));

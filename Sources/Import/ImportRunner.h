@@ -70,7 +70,7 @@ private:
     struct Item;
 
     void downloadNext();
-    void load(Item item);
+    void load(const Item& item);
     void moveIntoPlace(const Item& item, const Url& staged);
     void finishFile(const Item& item, const Result<>& outcome);
     void fail(const Item& item, const std::string& line);

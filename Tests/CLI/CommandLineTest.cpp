@@ -17,6 +17,7 @@ using Command = CommandLine::Command;
 std::expected<CommandLine, CommandLineAnswer> parse(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "bildkurier-cli");
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size());
     for (std::string& argument : arguments) pointers.push_back(argument.data());
     return parseCommandLine(pointers);
 }

@@ -15,7 +15,7 @@ namespace bildkurier {
 /// Main queue, background and clock in one thread, all moved by hand.
 class ManualRunLoop final : public MainQueue, public Background {
 public:
-    Instant clock{};  ///< moved by `advance`
+    Instant clock;  ///< moved by `advance`
     /// Moves along with `clock`.
     Date wallClock = Date(std::chrono::milliseconds(1'715'256'000'000));  ///< 9 May 2024, noon UTC
 
