@@ -19,8 +19,7 @@ std::optional<Date> ImageCaptureFile::shotDate() const {
 
 void ImageCaptureFile::download(const Url& folder, const std::string& name,
                                 DownloadCompletion done) {
-    file_->download({.directory = folder.path, .saveAs = name, .overwrite = true},
-                    std::move(done));
+    file_->download({.directory = folder.path, .saveAs = name, .overwrite = true}, std::move(done));
 }
 
 }  // namespace bildkurier

@@ -20,8 +20,8 @@ namespace fs = std::filesystem;
 constexpr auto onTop = std::to_array<std::string_view>(
     {"dcim", "avchd", "m4root", "bpav", "xdroot", "contents", "mp_root", "sd_video"});
 constexpr std::string_view outer = "private";
-constexpr auto inOuter = std::to_array<std::string_view>(
-    {"avchd", "m4root", "bpav", "xdroot", "sd_video"});
+constexpr auto inOuter =
+    std::to_array<std::string_view>({"avchd", "m4root", "bpav", "xdroot", "sd_video"});
 
 /// The folders in `path`, links left out.
 std::vector<fs::path> foldersIn(const fs::path& path) {

@@ -20,10 +20,14 @@ using enum CardFileType;
 
 bool canBelong(CardFileType companion, CardFileType main) {
     switch (companion) {
-        case VideoProxy: return main == Video;
-        case VoiceNote: return main == Photo || main == Video || main == VideoProxy;
-        case Sidecar: return main != Sidecar && main != Other;
-        default: return false;
+        case VideoProxy:
+            return main == Video;
+        case VoiceNote:
+            return main == Photo || main == Video || main == VideoProxy;
+        case Sidecar:
+            return main != Sidecar && main != Other;
+        default:
+            return false;
     }
 }
 
@@ -97,7 +101,8 @@ bool isCompanion(const CardEntry& file) {
 /// The files of one folder, in order.
 void appendFolder(std::vector<CardEntry> files, std::uint32_t folder,
                   std::vector<CardEntry>& entries) {
-    std::erase_if(files, [](const CardEntry& file) { return file.type == Other && file.error == 0; });
+    std::erase_if(files,
+                  [](const CardEntry& file) { return file.type == Other && file.error == 0; });
     std::ranges::sort(files, {}, &CardEntry::name);
     for (CardEntry& file : files) file.folder = folder;
     if (std::ranges::none_of(files, isCompanion)) {

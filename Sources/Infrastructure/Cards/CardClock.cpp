@@ -64,7 +64,7 @@ std::optional<Date> CardClock::date(const std::timespec& stamp) const {
 minutes kernelMinutesWest() {
     // gettimeofday of the C library always answers zero here.
     timeval now{};
-    struct timezone zone {};
+    struct timezone zone{};
     if (::syscall(SYS_gettimeofday, &now, &zone) != 0) return minutes::zero();
     return minutes(zone.tz_minuteswest);
 }

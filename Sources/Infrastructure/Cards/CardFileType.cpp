@@ -16,8 +16,8 @@ namespace {
 using Types = std::unordered_map<std::string_view, CardFileType>;
 
 constexpr std::string_view photos[] = {
-    "jpg",  "jpeg", "jpe", "heic", "heif", "hif", "avif", "jxl", "jp2", "webp", "png", "tif",
-    "tiff", "gif",  "bmp", "mpo",  "jps",  "pns", "insp",
+    "jpg", "jpeg", "jpe", "heic", "heif", "hif", "avif", "jxl", "jp2", "webp", "png", "tif", "tiff",
+    "gif", "bmp", "mpo", "jps", "pns", "insp",
     // raw
     "3fr", "ari", "arq", "arw", "bay", "cap", "cr2", "cr3", "crw", "cs1", "dcr", "dcs", "dng",
     "drf", "eip", "erf", "fff", "gpr", "iiq", "k25", "kc2", "kdc", "lfp", "lfr", "mdc", "mef",
@@ -25,17 +25,16 @@ constexpr std::string_view photos[] = {
     "rwl", "rwz", "sr2", "srf", "srw", "sti", "x3f"};
 
 constexpr std::string_view videos[] = {
-    "mp4", "m4v", "mov", "qt",  "avi", "mts",  "m2ts", "m2t",  "ts",   "mpg", "mpeg", "mpe",
-    "m1v", "m2v", "mod", "tod", "vob", "3gp",  "3gpp", "3g2",  "mkv",  "mk3d", "webm", "wmv",
-    "asf", "flv", "f4v", "ogv", "dv",  "dif",  "divx", "mjpg", "mjpeg", "insv", "360", "mxf",
-    "crm", "r3d", "nev", "braw", "arx", "rmf", "rsv", "cine"};
+    "mp4",  "m4v", "mov", "qt",  "avi", "mts", "m2ts", "m2t",  "ts",   "mpg",  "mpeg",
+    "mpe",  "m1v", "m2v", "mod", "tod", "vob", "3gp",  "3gpp", "3g2",  "mkv",  "mk3d",
+    "webm", "wmv", "asf", "flv", "f4v", "ogv", "dv",   "dif",  "divx", "mjpg", "mjpeg",
+    "insv", "360", "mxf", "crm", "r3d", "nev", "braw", "arx",  "rmf",  "rsv",  "cine"};
 
 constexpr std::string_view videoProxies[] = {"lrv", "lrf"};
 
-constexpr std::string_view sounds[] = {"mp3",  "m4a", "m4b", "aac", "flac", "ogg", "oga",
-                                       "opus", "wma", "aif", "aiff", "aifc", "caf", "amr",
-                                       "3ga",  "bwf", "rf64", "w64", "wv",  "dsf", "dff",
-                                       "ac3",  "mka", "mpa"};
+constexpr std::string_view sounds[] = {"mp3",  "m4a", "m4b",  "aac",  "flac", "ogg", "oga", "opus",
+                                       "wma",  "aif", "aiff", "aifc", "caf",  "amr", "3ga", "bwf",
+                                       "rf64", "w64", "wv",   "dsf",  "dff",  "ac3", "mka", "mpa"};
 
 constexpr std::string_view voiceNotes[] = {"wav"};
 

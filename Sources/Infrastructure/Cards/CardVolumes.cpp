@@ -10,8 +10,8 @@ namespace bildkurier {
 
 namespace {
 
-constexpr auto systemFolders = std::to_array<std::string_view>(
-    {"/", "/home", "/opt", "/root", "/run", "/srv", "/tmp"});
+constexpr auto systemFolders =
+    std::to_array<std::string_view>({"/", "/home", "/opt", "/root", "/run", "/srv", "/tmp"});
 constexpr auto systemTrees = std::to_array<std::string_view>(
     {"/boot", "/dev", "/efi", "/etc", "/gnu", "/lib", "/nix", "/ostree", "/proc", "/snap", "/sys",
      "/sysroot", "/usr", "/var"});
@@ -46,7 +46,8 @@ std::vector<Mount> cardVolumes(std::span<const Mount> table) {
         });
     };
     const auto isHidden = [table](const Mount& mount) {
-        const auto last = std::ranges::find(table.rbegin(), table.rend(), mount.point, &Mount::point);
+        const auto last =
+            std::ranges::find(table.rbegin(), table.rend(), mount.point, &Mount::point);
         return &*last != &mount;
     };
     std::vector<Mount> volumes;
@@ -54,6 +55,10 @@ std::vector<Mount> cardVolumes(std::span<const Mount> table) {
         if (isOnDevice(mount) && !isSystem(mount) && !isHidden(mount)) volumes.push_back(mount);
     }
     return volumes;
+}
+
+bool isSameMount(const Mount& a, const Mount& b) {
+    return a.id == b.id && a.device == b.device && a.point == b.point && a.source == b.source;
 }
 
 }  // namespace bildkurier

@@ -6,9 +6,8 @@
 #include "SystemCall.h"
 #include "SystemError.h"
 
-#include <fmt/format.h>
-
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,10 +23,6 @@ namespace bildkurier {
 namespace {
 
 constexpr std::int64_t stepBytes = 1 << 20;
-
-std::unexpected<Error> readFailure(int code) {
-    return failure("Die Datei ist auf der Karte nicht lesbar: " + systemError(code).message);
-}
 
 std::unexpected<Error> writeFailure(int code) {
     return failure("Die Datei lässt sich nicht speichern: " + systemError(code).message);
@@ -108,7 +103,7 @@ Result<> copyBytes(const FileDescriptor& source, std::int64_t size, PartialFile&
         if (cancelled()) return failure("Das Laden wurde abgebrochen");
         const auto wanted = static_cast<std::size_t>(std::min(stepBytes, size + 1 - copied));
         const auto count = retried([&] { return ::read(source.get(), buffer.get(), wanted); });
-        if (count < 0) return readFailure(errno);
+        if (count < 0) return unreadableOnCard(errno);
         if (count == 0) return copied == size ? Result<>() : tooShort(copied, size);
         copied += count;
         if (copied > size) return tooLong(size);
@@ -123,18 +118,21 @@ bool isSameTime(const std::timespec& a, const std::timespec& b) {
 
 }  // namespace
 
+std::unexpected<Error> unreadableOnCard(int code) {
+    return failure("Die Datei ist auf der Karte nicht lesbar: " + systemError(code).message);
+}
+
 Result<> copyFile(const FileDescriptor& source, std::int64_t size, const DownloadRequest& request,
                   const std::function<bool()>& cancelled) {
     if (!isPlainFileName(request.saveAs))
         return failure("Der Dateiname ist nicht zulässig: " + displayText(request.saveAs));
     struct stat before{};
-    if (::fstat(source.get(), &before) != 0) return readFailure(errno);
+    if (::fstat(source.get(), &before) != 0) return unreadableOnCard(errno);
     if (!S_ISREG(before.st_mode)) return failure("Auf der Karte steht dort keine Datei");
     if (before.st_size < size) return tooShort(before.st_size, size);
     if (before.st_size > size) return tooLong(size);
 
-    FileDescriptor folder(
-        ::open(request.directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    FileDescriptor folder(::open(request.directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (!folder) return writeFailure(errno);
     PartialFile copy(std::move(folder), request.saveAs);
     if (auto created = copy.create(request.overwrite); !created) return created;
@@ -142,7 +140,7 @@ Result<> copyFile(const FileDescriptor& source, std::int64_t size, const Downloa
     if (auto copied = copyBytes(source, size, copy, cancelled); !copied) return copied;
 
     struct stat after{};
-    if (::fstat(source.get(), &after) != 0) return readFailure(errno);
+    if (::fstat(source.get(), &after) != 0) return unreadableOnCard(errno);
     if (!isSameTime(before.st_mtim, after.st_mtim))
         return failure("Die Datei auf der Karte hat sich während des Ladens geändert");
     return copy.complete(before.st_mtim);

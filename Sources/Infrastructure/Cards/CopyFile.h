@@ -18,4 +18,7 @@ namespace bildkurier {
 Result<> copyFile(const FileDescriptor& source, std::int64_t size, const DownloadRequest& request,
                   const std::function<bool()>& cancelled);
 
+/// What opening or reading a file on a card fails with.
+std::unexpected<Error> unreadableOnCard(int code);
+
 }  // namespace bildkurier

@@ -10,7 +10,8 @@ namespace {
 
 bool exists(const std::tm& time) {
     using namespace std::chrono;
-    const year_month_day day(year(time.tm_year + 1900), month(static_cast<unsigned>(time.tm_mon + 1)),
+    const year_month_day day(year(time.tm_year + 1900),
+                             month(static_cast<unsigned>(time.tm_mon + 1)),
                              std::chrono::day(static_cast<unsigned>(time.tm_mday)));
     const auto isBelow = [](int value, int limit) { return value >= 0 && value < limit; };
     return day.ok() && isBelow(time.tm_hour, 24) && isBelow(time.tm_min, 60) &&

@@ -3,7 +3,9 @@
 #include "DirectoryWalk.h"
 
 #include "FileDescriptor.h"
+#include "OpenBelow.h"
 #include "SystemCall.h"
+#include "Workers.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -15,34 +17,12 @@
 #include <condition_variable>
 #include <mutex>
 #include <optional>
-#include <system_error>
-#include <thread>
 #include <utility>
 #include <vector>
 
 namespace bildkurier {
 
 namespace {
-
-FileDescriptor opened(int folder, const std::string& name, int flags) {
-    const auto open = [&] { return ::openat(folder, name.c_str(), flags | O_CLOEXEC); };
-    return FileDescriptor(retried(open));
-}
-
-/// Opens the folder `path` below `root` for reading. Goes down one name at a time, so that no
-/// link put in place of a folder leads out of `root`.
-FileDescriptor openedBelow(const FileDescriptor& root, std::string_view path) {
-    constexpr int onlyFolders = O_DIRECTORY | O_NOFOLLOW;
-    FileDescriptor above;
-    for (auto slash = path.find('/'); slash != std::string_view::npos; slash = path.find('/')) {
-        above = opened((above ? above : root).get(), std::string(path.substr(0, slash)),
-                       O_PATH | onlyFolders);
-        if (!above) return above;
-        path.remove_prefix(slash + 1);
-    }
-    return opened((above ? above : root).get(), path.empty() ? "." : std::string(path),
-                  O_RDONLY | onlyFolders);
-}
 
 /// The folders still to be read, shared by the workers.
 class FolderQueue {
@@ -97,7 +77,7 @@ public:
     void read(const FileDescriptor& root) {
         // No program could open what lies deeper by its path.
         if (path_.size() >= PATH_MAX) return note(ENAMETOOLONG);
-        const FileDescriptor folder = openedBelow(root, path_);
+        const FileDescriptor folder = openBelow(root, path_, O_RDONLY | O_DIRECTORY);
         if (!folder) return note(errno);
         alignas(dirent64) std::array<char, 65536> buffer;
         while (true) {
@@ -156,15 +136,7 @@ public:
         : root_(std::move(root)), options_(options), visitor_(visitor) {}
 
     void run() {
-        std::vector<std::jthread> helpers;
-        for (std::size_t worker = 1; worker < options_.workers; ++worker) {
-            try {
-                helpers.emplace_back([this, worker] { work(worker); });
-            } catch (const std::system_error&) {
-                break;  // no more threads to be had: those that run do all the work
-            }
-        }
-        work(0);
+        runWorkers(options_.workers, [this](std::size_t worker) { work(worker); });
     }
 
 private:
@@ -192,7 +164,8 @@ private:
 }  // namespace
 
 void walkFiles(const std::string& root, const WalkOptions& options, const WalkVisitor& visitor) {
-    FileDescriptor folder = opened(AT_FDCWD, root, O_PATH | O_DIRECTORY);
+    FileDescriptor folder(
+        retried([&root] { return ::open(root.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
     if (folder) return Walk(std::move(folder), options, visitor).run();
     if (visitor.unreadable) visitor.unreadable(0, {}, errno);
 }

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "CardSession.h"
+
+#include "SystemCall.h"
+#include "SystemError.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace bildkurier {
+
+CardSession::CardSession(std::shared_ptr<const CardPlace> place) : place_(std::move(place)) {}
+
+Result<FileDescriptor> CardSession::openRoot() const {
+    const auto unreadable = [](int code) {
+        return failure("Die Karte ist nicht lesbar: " + systemError(code).message);
+    };
+    FileDescriptor root(retried(
+        [this] { return ::open(place_->root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    struct stat found{};
+    if (!root || ::fstat(root.get(), &found) != 0) return unreadable(errno);
+    if (found.st_dev != place_->device) return unreadable(ENODEV);
+    return root;
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "CaptureDates.h"
+
+namespace bildkurier {
+
+/// Capture dates from the Exif data of all photo formats that Exiv2 reads. Never writes, and
+/// reads no more than the ends of a file where its metadata is.
+class ExifCaptureDates final : public CaptureDates {
+public:
+    ExifCaptureDates();
+
+    std::optional<Date> captureDate(const std::string& path) override;
+};
+
+}  // namespace bildkurier

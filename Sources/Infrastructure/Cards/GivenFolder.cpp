@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "GivenFolder.h"
+
+#include "CardVolumes.h"
+#include "FileName.h"
+#include "VolumeIdentity.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+bool numbersFilesAnew(std::string_view fileSystem) {
+    constexpr auto types = std::to_array<std::string_view>({"vfat", "msdos", "exfat"});
+    return std::ranges::find(types, fileSystem) != types.end() || fileSystem.starts_with("fuse");
+}
+
+std::string nameOf(const Mount& mount) {
+    const VolumeIdentity volume = volumeIdentity(mount);
+    if (!volume.uuid.empty()) return volume.uuid;
+    if (!volume.serial.empty()) return volume.serial;
+    return mount.type + ":" + mount.source;
+}
+
+}  // namespace
+
+GivenFolder::GivenFolder(std::string path) : path_(std::move(path)) {}
+
+std::optional<GivenFolder::Found> GivenFolder::find(std::span<const Mount> table) {
+    std::error_code error;
+    const std::string root = std::filesystem::canonical(path_, error).string();
+    struct stat folder{};
+    if (error || ::stat(root.c_str(), &folder) != 0 || !S_ISDIR(folder.st_mode)) return {};
+    const std::string& volume = volumeOf(mountAbove(table, root).value_or(Mount{}));
+    const std::uint64_t inode = numbersFilesAnew(mount_.type) ? 0 : folder.st_ino;
+    return Found{root, folder.st_dev, inode, volume + ":" + root};
+}
+
+/// Asks the device only about a mount that is new.
+const std::string& GivenFolder::volumeOf(Mount mount) {
+    if (volume_.empty() || !isSameMount(mount, mount_)) {
+        mount_ = std::move(mount);
+        volume_ = nameOf(mount_);
+    }
+    return volume_;
+}
+
+void GivenFolder::look(std::span<const Mount> table) {
+    auto found = find(table);
+    if (found == found_) return;
+    found_ = std::move(found);
+    place_.reset();
+    if (!found_) return;
+    if (!identity_) identity_ = found_->identity;
+    if (found_->identity != identity_) return;
+    place_ = std::make_shared<const CardPlace>(
+        found_->root,
+        DeviceFacts{.name = std::string(lastPathComponent(found_->root)),
+                    .serial = {},
+                    .persistentId = identity_,
+                    .uuid = {}},
+        found_->device, mount_);
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "CardPlace.h"
+#include "MountTable.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace bildkurier {
+
+/// A folder given by hand: a device while it is there. It goes and returns with its volume.
+class GivenFolder {
+public:
+    /// `path` may be relative to the current folder.
+    explicit GivenFolder(std::string path);
+
+    /// Looks for the folder under the mounts of `table`. Blocks.
+    void look(std::span<const Mount> table);
+
+    /// Null while the folder is not there. The same object for as long as it stays.
+    const std::shared_ptr<const CardPlace>& place() const { return place_; }
+
+private:
+    /// What does not change while the folder stays.
+    struct Found {
+        std::string root;
+        std::uint64_t device = 0;
+        std::uint64_t inode = 0;  ///< 0 where the file system numbers its files anew at will
+        std::string identity;
+
+        bool operator==(const Found&) const = default;
+    };
+
+    std::optional<Found> find(std::span<const Mount> table);
+    const std::string& volumeOf(Mount mount);
+
+    std::string path_;
+    std::optional<Found> found_;
+    std::shared_ptr<const CardPlace> place_;
+    std::optional<std::string> identity_;  ///< of the folder first seen; no other replaces it
+    Mount mount_;                          ///< that it was last seen on
+    std::string volume_;                   ///< what is mounted there
+};
+
+}  // namespace bildkurier

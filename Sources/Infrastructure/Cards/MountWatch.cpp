@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "MountWatch.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <climits>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+/// Milliseconds as poll(2) wants them, never too early.
+int timeoutUntil(const std::optional<Instant>& instant) {
+    constexpr int never = -1;
+    if (!instant) return never;
+    const Duration left = *instant - Instant(std::chrono::steady_clock::now());
+    const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(left).count();
+    return static_cast<int>(std::clamp<std::chrono::milliseconds::rep>(milliseconds, 0, INT_MAX));
+}
+
+}  // namespace
+
+MountWatch::MountWatch(Look look)
+    : look_(std::move(look)), end_(::eventfd(0, EFD_CLOEXEC)), thread_([this] { watch(); }) {}
+
+MountWatch::~MountWatch() {
+    ::eventfd_write(end_.get(), 1);
+    thread_.join();
+}
+
+void MountWatch::watch() const {
+    // Opened before the table is first read, so that no change falls in between.
+    const FileDescriptor changes(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC));
+    std::array<pollfd, 2> watched{{{.fd = changes.get(), .events = POLLERR | POLLPRI, .revents = 0},
+                                   {.fd = end_.get(), .events = POLLIN, .revents = 0}}};
+    while (watched[1].revents == 0) {
+        const auto next = look_(readMountTable());
+        while (::poll(watched.data(), watched.size(), timeoutUntil(next)) < 0) {
+        }
+    }
+}
+
+}  // namespace bildkurier
