@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CardImport.h"
 
+#include "ByteSum.h"
 #include "RunThen.h"
 
 #include <fmt/format.h>
@@ -164,7 +165,7 @@ void CardImport::startImport(const Report::Plan& plan, CameraFiles files) {
 
 void CardImport::sampleSpeed() {
     const ImportRunner::Progress& progress = runner_.progress();
-    speedMeter_.sample(progress.bytesDone + progress.currentBytes,
+    speedMeter_.sample(byteSum(progress.bytesDone, progress.currentBytes),
                        main_.now().time_since_epoch().count());
     report_.speed(speedMeter_.reading);
 }

@@ -7,6 +7,10 @@
 
 namespace bildkurier {
 
+/// The name after the last "/", trailing slashes left out; "/" for the root. The view points
+/// into `path`.
+std::string_view lastPathComponent(std::string_view path);
+
 /// A file name split at its last dot.
 struct NameParts {
     std::string_view base;

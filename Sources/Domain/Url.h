@@ -26,7 +26,7 @@ struct Url {
     /// This URL one level deeper, with exactly one "/" in front of `component`.
     Url appending(std::string_view component) const;
 
-    /// The name after the last "/", trailing slashes left out; "/" for the root.
+    /// The path's `lastPathComponent`.
     std::string lastComponent() const;
 
     bool operator==(const Url&) const = default;

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ImportRunner.h"
 
+#include "ByteSum.h"
 #include "FileName.h"
 #include "Formatting.h"
 #include "ImportError.h"
@@ -76,7 +77,6 @@ void ImportRunner::abandon() {
 }
 
 void ImportRunner::downloadNext() {
-    if (!isRunning_) return;
     if (queue_.empty() || cancelRequested_) return finish();
 
     Item item{.file = std::move(queue_.front())};
@@ -170,12 +170,13 @@ void ImportRunner::finishFile(const Item& item, const Result<>& outcome) {
         ++progress_.failed;
         onLog(fmt::format("✗ {}: {}", name, outcome.error().message));
     }
-    progress_.bytesDone += item.size;
+    progress_.bytesDone = byteSum(progress_.bytesDone, item.size);
     // Posted, for a row of files that fail at once must not pile up on the stack.
     main_.post(runID_([this] { downloadNext(); }));
 }
 
 void ImportRunner::finish() {
+    runID_.renew();
     isRunning_ = false;
     stopWatching();
     progress_.currentName.clear();

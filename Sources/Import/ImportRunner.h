@@ -89,7 +89,7 @@ private:
     Url staging_ = Url::file("/");
     FolderLayout layout_;
     bool cancelRequested_ = false;
-    Guard runID_;  ///< renewed by every start, so that an older run's answers are dropped
+    Guard runID_;  ///< renewed with every run, so that an older run's answers are dropped
     Handle watcher_;
 };
 

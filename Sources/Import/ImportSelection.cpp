@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ImportSelection.h"
 
+#include "ByteSum.h"
 #include "ImportPlanner.h"
 
 #include <algorithm>
@@ -32,7 +33,7 @@ ImportSelection missingFiles(std::span<const std::shared_ptr<CameraFile>> catalo
     ImportSelection selection;
     for (const std::size_t index : missingIndices(candidates, existing, since)) {
         selection.files.push_back(catalogue[index]);
-        selection.bytes += candidates[index].size;
+        selection.bytes = byteSum(selection.bytes, candidates[index].size);
     }
     return selection;
 }

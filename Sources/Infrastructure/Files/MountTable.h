@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,8 +33,15 @@ std::vector<Mount> readMountTable();
 /// The mount on which `path` lies; absent when nothing is there.
 std::optional<Mount> mountOf(const std::string& path);
 
-/// Whether files on this type of file system come over a network: NFS, SMB, sshfs, 9p,
-/// WebDAV and the like.
+/// The mount whose point is nearest above `path`, an absolute path without links; the last
+/// one mounted where several share that point.
+std::optional<Mount> mountAbove(std::span<const Mount> mounts, std::string_view path);
+
+/// Whether files on this type of file system come from another computer: NFS, SMB, sshfs,
+/// WebDAV, the shares of a virtual machine's host and the like.
 bool isNetworkFileSystem(std::string_view type);
+
+/// The same of a mount: some name no type but "fuse", and the server's URL as their source.
+bool isNetworkMount(const Mount& mount);
 
 }  // namespace bildkurier

@@ -8,7 +8,8 @@
 
 namespace bildkurier {
 
-/// What the errno value `code` means, as a German clause for the window.
+/// What the errno value `code` means, as a German clause for the window, without a full stop:
+/// it is quoted behind a colon.
 Error systemError(int code);
 
 }  // namespace bildkurier

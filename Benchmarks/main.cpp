@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "CardPlan.h"
+#include "Comparison.h"
+#include "ExifCaptureDates.h"
+#include "FileDescriptor.h"
+#include "Fixture.h"
+#include "LocalFileStore.h"
+
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string_view>
+#include <vector>
+
+namespace bildkurier {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path program(const std::string& name) {
+    return fs::read_symlink("/proc/self/exe").parent_path() / name;
+}
+
+void scan(const fs::path& folder) {
+    if (LocalFileStore().existingFileKeys(Url::file(folder)).empty()) {
+        throw std::runtime_error("nothing found");
+    }
+}
+
+void scanBesideFind(benchmark::State& state) {
+    const fs::path tree = made(
+        {.name = "scan", .files = 200'000, .folders = 250, .size = 10'000'000, .sparse = true});
+    compare(state,
+            {.ours = [&] { scan(tree); },
+             .theirs =
+                 [&] { shell("find " + quoted(tree) + " -type f -printf '%f|%s\\n' >/dev/null"); },
+             .limit = 0.7});
+}
+
+void importCard(const fs::path& card, const fs::path& target) {
+    shell(fmt::format("{} import --card {} --to {} --no-by-type >/dev/null",
+                      quoted(program("bildkurier-cli")), quoted(card), quoted(target)));
+}
+
+void importBesideCopyAndSync(benchmark::State& state) {
+    const fs::path card = made({.name = "large", .files = 200, .folders = 2, .size = 25'000'000});
+    const fs::path target = benchFolder() / "target";
+    shell("cat " + quoted(card) + "/DCIM/*/* >/dev/null");
+    compare(state,
+            {.ours = [&] { importCard(card, target); },
+             .theirs = [&] { shell("cp -r " + quoted(card) + " " + quoted(target) + " && sync"); },
+             .prepare = [&] { shell("rm -rf " + quoted(target) + " && sync"); },
+             .limit = 1.15});
+    fs::remove_all(target);
+}
+
+void flush(const FileDescriptor& file) {
+    if (fsync(file.get()) != 0) throw std::runtime_error("fsync failed");
+}
+
+/// The plain copy of somebody who wants every file on the disk.
+void copyWithFlushes(const fs::path& card, const fs::path& target) {
+    fs::create_directories(target);
+    for (const auto& entry : fs::recursive_directory_iterator(card)) {
+        if (!entry.is_regular_file()) continue;
+        std::ifstream source(entry.path(), std::ios::binary);
+        const std::string bytes(std::istreambuf_iterator<char>(source), {});
+        const fs::path copy = target / entry.path().filename();
+        const FileDescriptor file(::open(copy.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0666));
+        if (write(file.get(), bytes.data(), bytes.size()) != std::ssize(bytes)) {
+            throw std::runtime_error("write failed");
+        }
+        flush(file);
+        flush(FileDescriptor(::open(target.c_str(), O_RDONLY | O_DIRECTORY)));
+    }
+}
+
+void importBesideCopyWithFlushes(benchmark::State& state) {
+    const fs::path card = made({.name = "small", .files = 10'000, .folders = 10, .size = 20'000});
+    const fs::path target = benchFolder() / "target";
+    shell("cat " + quoted(card) + "/DCIM/*/* >/dev/null");
+    compare(state, {.ours = [&] { importCard(card, target); },
+                    .theirs = [&] { copyWithFlushes(card, target); },
+                    .prepare = [&] { shell("rm -rf " + quoted(target) + " && sync"); },
+                    .limit = 1.3});
+    fs::remove_all(target);
+}
+
+Fixture full(const std::string& name) {
+    return {.name = name, .files = 100'000, .folders = 100, .size = 20'000'000, .sparse = true};
+}
+
+void planBesideTwoScans(benchmark::State& state) {
+    const fs::path card = made(full("card"));
+    const fs::path target = made(full("imported"));
+    compare(state, {.ours =
+                        [&] {
+                            if (planCard(card, target) != 0)
+                                throw std::runtime_error("a file is missing");
+                        },
+                    .theirs =
+                        [&] {
+                            scan(card);
+                            scan(target);
+                        },
+                    .limit = 2});
+}
+
+/// In a process of its own, whose memory is that of the plan alone.
+void planMemory(benchmark::State& state) {
+    const fs::path card = made(full("card"));
+    const fs::path target = made(full("imported"));
+    const fs::path answer = benchFolder() / "memory";
+    for (auto _ : state) {
+        shell(fmt::format("{} --plan {} {} >{}", quoted(program("bildkurier-bench")), quoted(card),
+                          quoted(target), quoted(answer)));
+    }
+    std::int64_t bytes = 0;
+    std::ifstream(answer) >> bytes;
+    constexpr double limit = 150;
+    const double megabytes = static_cast<double>(bytes) / 1e6;
+    state.counters["MB"] = megabytes;
+    state.SetLabel(fmt::format("{} {} MB", megabytes <= limit ? "within" : "OVER", limit));
+}
+
+void captureDate(benchmark::State& state) {
+    const fs::path card = benchFolder() / "sample";
+    fs::remove_all(card);
+    shell(quoted(program("bildkurier-sample-card")) + " " + quoted(card));
+    std::vector<std::string> pictures;
+    for (const auto& entry : fs::recursive_directory_iterator(card)) {
+        const std::string name = entry.path().filename();
+        if (!name.starts_with(".") && name.ends_with(".JPG")) pictures.push_back(entry.path());
+    }
+    ExifCaptureDates dates;
+    for (auto _ : state) {
+        for (const std::string& picture : pictures) {
+            if (!dates.captureDate(picture)) throw std::runtime_error("no date in " + picture);
+        }
+    }
+    state.counters["per_file"] = benchmark::Counter(
+        static_cast<double>(pictures.size()),
+        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+BENCHMARK(scanBesideFind)->UseManualTime()->Iterations(7)->Unit(benchmark::kMillisecond);
+BENCHMARK(planBesideTwoScans)->UseManualTime()->Iterations(7)->Unit(benchmark::kMillisecond);
+BENCHMARK(planMemory)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(captureDate)->Unit(benchmark::kMillisecond);
+BENCHMARK(importBesideCopyWithFlushes)
+    ->UseManualTime()
+    ->Iterations(3)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(importBesideCopyAndSync)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace bildkurier
+
+int main(int argc, char** argv) {
+    if (argc == 4 && std::string_view(argv[1]) == "--plan") {
+        bildkurier::planCard(argv[2], argv[3]);
+        fmt::print("{}\n", bildkurier::peakMemory());
+        return 0;
+    }
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+}

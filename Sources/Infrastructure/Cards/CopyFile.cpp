@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "CopyFile.h"
+
+#include "FileName.h"
+#include "SystemCall.h"
+#include "SystemError.h"
+
+#include <fmt/format.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+constexpr std::int64_t stepBytes = 1 << 20;
+
+std::unexpected<Error> readFailure(int code) {
+    return failure("Die Datei ist auf der Karte nicht lesbar: " + systemError(code).message);
+}
+
+std::unexpected<Error> writeFailure(int code) {
+    return failure("Die Datei lässt sich nicht speichern: " + systemError(code).message);
+}
+
+std::unexpected<Error> tooShort(std::int64_t actual, std::int64_t expected) {
+    return failure(fmt::format(
+        "Die Datei ist auf der Karte kürzer als angegeben ({} statt {} Bytes)", actual, expected));
+}
+
+std::unexpected<Error> tooLong(std::int64_t expected) {
+    return failure(
+        fmt::format("Die Datei ist auf der Karte länger als die angegebenen {} Bytes", expected));
+}
+
+/// A new file that is removed again unless it was completed.
+class PartialFile {
+public:
+    PartialFile(FileDescriptor folder, std::string name)
+        : folder_(std::move(folder)), name_(std::move(name)) {}
+    PartialFile(const PartialFile&) = delete;
+    PartialFile& operator=(const PartialFile&) = delete;
+    ~PartialFile() {
+        if (isPartial_) ::unlinkat(folder_.get(), name_.c_str(), 0);
+    }
+
+    Result<> create(bool overwrite) {
+        if (overwrite && ::unlinkat(folder_.get(), name_.c_str(), 0) != 0 && errno != ENOENT)
+            return writeFailure(errno);
+        constexpr mode_t readWriteForAll = 0666;
+        file_ = FileDescriptor(retried([this] {
+            return ::openat(folder_.get(), name_.c_str(),
+                            O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, readWriteForAll);
+        }));
+        if (!file_) return writeFailure(errno);
+        isPartial_ = true;
+        return {};
+    }
+
+    Result<> append(const char* bytes, std::size_t count) {
+        const std::size_t begin = std::exchange(size_, size_ + count);
+        while (count > 0) {
+            const auto written = retried([&] { return ::write(file_.get(), bytes, count); });
+            if (written <= 0) return writeFailure(written < 0 ? errno : EIO);
+            bytes += written;
+            count -= static_cast<std::size_t>(written);
+        }
+        // Lets the disk begin now, so that flushing the finished file takes little time.
+        ::sync_file_range(file_.get(), static_cast<off64_t>(begin),
+                          static_cast<off64_t>(size_ - begin), SYNC_FILE_RANGE_WRITE);
+        return {};
+    }
+
+    Result<> complete(const std::timespec& modified) {
+        const std::array times{std::timespec{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, modified};
+        // Not every file system lets a time be set; what counts is what is in the file.
+        ::futimens(file_.get(), times.data());
+        if (const int code = file_.close(); code != 0) return writeFailure(code);
+        isPartial_ = false;
+        return {};
+    }
+
+private:
+    FileDescriptor folder_;
+    std::string name_;
+    FileDescriptor file_;
+    std::size_t size_ = 0;
+    bool isPartial_ = false;
+};
+
+/// Reads exactly `size` bytes, to which the file must end.
+Result<> copyBytes(const FileDescriptor& source, std::int64_t size, PartialFile& copy,
+                   const std::function<bool()>& cancelled) {
+    // One byte more than is wanted shows a file that has grown.
+    const auto buffer = std::make_unique_for_overwrite<char[]>(
+        static_cast<std::size_t>(std::min(stepBytes, size + 1)));
+    for (std::int64_t copied = 0;;) {
+        if (cancelled()) return failure("Das Laden wurde abgebrochen");
+        const auto wanted = static_cast<std::size_t>(std::min(stepBytes, size + 1 - copied));
+        const auto count = retried([&] { return ::read(source.get(), buffer.get(), wanted); });
+        if (count < 0) return readFailure(errno);
+        if (count == 0) return copied == size ? Result<>() : tooShort(copied, size);
+        copied += count;
+        if (copied > size) return tooLong(size);
+        auto appended = copy.append(buffer.get(), static_cast<std::size_t>(count));
+        if (!appended) return appended;
+    }
+}
+
+bool isSameTime(const std::timespec& a, const std::timespec& b) {
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+}  // namespace
+
+Result<> copyFile(const FileDescriptor& source, std::int64_t size, const DownloadRequest& request,
+                  const std::function<bool()>& cancelled) {
+    if (!isPlainFileName(request.saveAs))
+        return failure("Der Dateiname ist nicht zulässig: " + displayText(request.saveAs));
+    struct stat before{};
+    if (::fstat(source.get(), &before) != 0) return readFailure(errno);
+    if (!S_ISREG(before.st_mode)) return failure("Auf der Karte steht dort keine Datei");
+    if (before.st_size < size) return tooShort(before.st_size, size);
+    if (before.st_size > size) return tooLong(size);
+
+    FileDescriptor folder(
+        ::open(request.directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!folder) return writeFailure(errno);
+    PartialFile copy(std::move(folder), request.saveAs);
+    if (auto created = copy.create(request.overwrite); !created) return created;
+    ::posix_fadvise(source.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+    if (auto copied = copyBytes(source, size, copy, cancelled); !copied) return copied;
+
+    struct stat after{};
+    if (::fstat(source.get(), &after) != 0) return readFailure(errno);
+    if (!isSameTime(before.st_mtim, after.st_mtim))
+        return failure("Die Datei auf der Karte hat sich während des Ladens geändert");
+    return copy.complete(before.st_mtim);
+}
+
+}  // namespace bildkurier

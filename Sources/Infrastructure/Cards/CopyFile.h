@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "FileDescriptor.h"
+#include "NativeCamera.h"
+#include "Result.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace bildkurier {
+
+/// Copies the file open as `source` to where `request` says, with its modification time as the
+/// card shows it. The copy grows in steps of at most 1 MiB; `cancelled` is asked before each.
+/// Fails, and leaves no copy, unless it has exactly `size` bytes. Never writes through a link.
+/// Blocks.
+Result<> copyFile(const FileDescriptor& source, std::int64_t size, const DownloadRequest& request,
+                  const std::function<bool()>& cancelled);
+
+}  // namespace bildkurier

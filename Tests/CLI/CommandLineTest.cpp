@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "CommandLine.h"
+#include "LocalDay.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+namespace {
+
+using Command = CommandLine::Command;
+
+std::expected<CommandLine, CommandLineAnswer> parse(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "bildkurier-cli");
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments) pointers.push_back(argument.data());
+    return parseCommandLine(pointers);
+}
+
+TEST(CommandLine, SortsByTypeUnlessToldOtherwise) {
+    const auto parsed = parse({"import", "--card", "/card", "--to", "/bilder"});
+    ASSERT_TRUE(parsed);
+    EXPECT_EQ(parsed->command, Command::import);
+    EXPECT_EQ(parsed->cards, std::vector<std::string>{"/card"});
+    EXPECT_EQ(parsed->camera, std::nullopt);
+    EXPECT_EQ(parsed->destination, "/bilder");
+    EXPECT_EQ(parsed->layout, (FolderLayout{.byDate = false, .byType = true}));
+    EXPECT_EQ(parsed->since, std::nullopt);
+    EXPECT_FALSE(parsed->json);
+}
+
+TEST(CommandLine, TakesEveryOption) {
+    const auto parsed =
+        parse({"plan", "--card", "/a", "--card", "/b", "--camera", "serial:7", "--to", "/c",
+               "--by-date", "--no-by-type", "--since", "2024-05-09", "--json"});
+    ASSERT_TRUE(parsed);
+    EXPECT_EQ(parsed->command, Command::plan);
+    EXPECT_EQ(parsed->cards, (std::vector<std::string>{"/a", "/b"}));
+    EXPECT_EQ(parsed->camera, "serial:7");
+    EXPECT_EQ(parsed->layout, (FolderLayout{.byDate = true, .byType = false}));
+    EXPECT_EQ(parsed->since, startOfLocalDay("2024-05-09"));
+    EXPECT_TRUE(parsed->json);
+}
+
+TEST(CommandLine, MakesPathsAbsolute) {
+    const auto parsed = parse({"import", "--card", "karte", "--to", "./bilder"});
+    ASSERT_TRUE(parsed);
+    const auto here = std::filesystem::current_path();
+    EXPECT_EQ(parsed->cards[0], (here / "karte").string());
+    EXPECT_EQ(parsed->destination, (here / "bilder").string());
+}
+
+TEST(CommandLine, ListsCamerasWithoutADestination) {
+    const auto parsed = parse({"cameras", "--json"});
+    ASSERT_TRUE(parsed);
+    EXPECT_EQ(parsed->command, Command::cameras);
+    EXPECT_TRUE(parsed->json);
+    EXPECT_TRUE(parsed->destination.empty());
+}
+
+TEST(CommandLine, ExplainsInGermanWhatIsOff) {
+    const struct {
+        std::vector<std::string> arguments;
+        std::string message;
+    } cases[] = {
+        {{}, "Es fehlt ein Befehl: cameras, plan oder import."},
+        {{"import"}, "Es fehlt die Angabe --to."},
+        {{"import", "--to"}, "Der Angabe --to fehlt ein Wert, oder sie steht doppelt."},
+        {{"import", "--to", "/a", "--to", "/b"},
+         "Der Angabe --to fehlt ein Wert, oder sie steht doppelt."},
+        {{"import", "--to", ""}, "Der Name eines Ordners fehlt."},
+        {{"import", "--to", "/a", "--card", ""}, "Der Name eines Ordners fehlt."},
+        {{"import", "--to", "/a", "--since", "9.5.2024"},
+         "„9.5.2024“ ist kein Tag wie 2024-05-09."},
+        {{"import", "--to", "/a", "--since", "2024-02-30"},
+         "„2024-02-30“ ist kein Tag wie 2024-05-09."},
+        {{"import", "--to", "/a", "--frobnicate"}, "Unbekannte Angabe: --frobnicate"},
+        {{"import", "--to", "/a", "rest"}, "Unbekannte Angabe: rest"},
+        {{"frobnicate"}, "Es fehlt ein Befehl: cameras, plan oder import."},
+    };
+    for (const auto& [arguments, message] : cases) {
+        const auto parsed = parse(arguments);
+        ASSERT_FALSE(parsed) << message;
+        EXPECT_EQ(parsed.error().status, ExitStatus::usage);
+        EXPECT_EQ(parsed.error().text, message + "\nMehr dazu: bildkurier-cli --help\n");
+    }
+}
+
+TEST(CommandLine, OffersHelp) {
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"--help"}, {"import", "--help"}, {"plan", "-h"}}) {
+        const auto parsed = parse(arguments);
+        ASSERT_FALSE(parsed);
+        EXPECT_EQ(parsed.error().status, ExitStatus::success);
+        EXPECT_NE(parsed.error().text.find("Aufruf"), std::string::npos) << parsed.error().text;
+        EXPECT_EQ(parsed.error().text.find("Usage"), std::string::npos) << parsed.error().text;
+    }
+}
+
+TEST(StartOfLocalDay, TakesOnlyRealDays) {
+    for (const std::string day :
+         {"", "2024-5-09", "2024-05-9", "2024-13-01", "2024-00-10", "2023-02-29", "2024/05/09",
+          "2024-05-09 ", "+024-05-09", "2024-05-0x"}) {
+        EXPECT_EQ(startOfLocalDay(day), std::nullopt) << day;
+    }
+    EXPECT_NE(startOfLocalDay("2024-02-29"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace bildkurier

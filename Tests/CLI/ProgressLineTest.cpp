@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "Formatting.h"
+#include "ProgressBar.h"
+
+#include <gtest/gtest.h>
+
+namespace bildkurier {
+namespace {
+
+TEST(ProgressLine, ShowsShareFilesBytesSpeedAndTimeLeft) {
+    const ImportRunner::Progress progress{.total = 30,
+                                          .done = 10,
+                                          .failed = 2,
+                                          .bytesDone = 1'000'000'000,
+                                          .currentBytes = 200'000'000};
+    EXPECT_EQ(progressLine(progress, 2'400'000'000, {.current = 38'500'000, .average = 20'000'000}),
+              "[██████████░░░░░░░░░░] 50 %  12/30 Dateien  " + formatBytes(1'200'000'000) +
+                  " von " + formatBytes(2'400'000'000) + "  " + formatSpeed(38'500'000) +
+                  "  noch 1:00");
+}
+
+TEST(ProgressLine, WritesHoursOnlyWhereThereAreSome) {
+    const struct {
+        double average;
+        std::string left;
+    } cases[] = {{1'000'000, "noch 1:06:40"},
+                 {4'000'000'000, "noch 0:01"},
+                 {0, "noch –:––"},
+                 {1, "noch –:––"}};
+    for (const auto& [average, left] : cases) {
+        const std::string line = progressLine({}, 4'000'000'000, {.average = average});
+        EXPECT_TRUE(line.ends_with(left)) << line;
+    }
+}
+
+TEST(ProgressLine, StaysWithinItsBarWhateverTheCameraSays) {
+    EXPECT_NE(progressLine({.bytesDone = 500}, 100, {}).find("] 100 %"), std::string::npos);
+    EXPECT_NE(progressLine({}, 0, {}).find("] 0 %"), std::string::npos);
+    EXPECT_NE(progressLine({.bytesDone = -5}, -7, {}).find("] 0 %"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace bildkurier

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "RecordingReport.h"
+
+#include "ImportSummary.h"
+
+#include <fmt/format.h>
+
+namespace bildkurier {
+
+namespace {
+
+std::string described(const Report::Plan& plan) {
+    std::string line =
+        fmt::format("{}/{} files, {} bytes", plan.files, plan.cameraFiles, plan.bytes);
+    for (const auto& type : plan.types) line += fmt::format(", {} {}", type.count, type.ext);
+    return line;
+}
+
+}  // namespace
+
+void RecordingReport::cameras(std::span<const std::shared_ptr<Camera>> cameras) {
+    for (const auto& camera : cameras) lines.push_back("camera: " + camera->id());
+}
+
+void RecordingReport::plan(const Plan& plan) { lines.push_back("plan: " + described(plan)); }
+
+void RecordingReport::importing(const Plan& plan) {
+    lines.push_back("importing: " + described(plan));
+}
+
+void RecordingReport::finished(const ImportRunner::Progress& progress, double averageSpeed,
+                               bool cancelled) {
+    lines.push_back(importSummary(progress, averageSpeed, cancelled));
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Report.h"
+
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+
+/// Keeps all it is told, one line each.
+class RecordingReport final : public Report {
+public:
+    std::vector<std::string> lines;
+    int progressReports = 0;
+    int speedReports = 0;
+
+    void cameras(std::span<const std::shared_ptr<Camera>> cameras) override;
+    void plan(const Plan& plan) override;
+    void importing(const Plan& plan) override;
+    void log(const std::string& line) override { lines.push_back(line); }
+    void progress(const ImportRunner::Progress& /*progress*/) override { ++progressReports; }
+    void speed(const SpeedMeter::Reading& /*speed*/) override { ++speedReports; }
+    void finished(const ImportRunner::Progress& progress, double averageSpeed,
+                  bool cancelled) override;
+    void error(const std::string& message) override { lines.push_back("error: " + message); }
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ThreadPool.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <future>
+#include <latch>
+
+namespace bildkurier {
+namespace {
+
+TEST(ThreadPool, LetsNoTaskWaitForAnother) {
+    constexpr int tasks = 40;
+    std::latch together(tasks);
+    std::atomic<int> ended = 0;
+    {
+        ThreadPool pool;
+        std::promise<void> all;
+        for (int i = 0; i < tasks; ++i) {
+            pool.run([&] {
+                together.arrive_and_wait();
+                if (++ended == tasks) all.set_value();
+            });
+        }
+        all.get_future().wait();
+    }
+    EXPECT_EQ(ended, tasks);
+}
+
+TEST(ThreadPool, NeverRunsATaskInTheCallersThread) {
+    ThreadPool pool;
+    std::promise<std::thread::id> ran;
+    pool.run([&] { ran.set_value(std::this_thread::get_id()); });
+    EXPECT_NE(ran.get_future().get(), std::this_thread::get_id());
+}
+
+TEST(ThreadPool, RunsManyTasksOneAfterTheOther) {
+    ThreadPool pool;
+    int sum = 0;
+    for (int i = 0; i < 1000; ++i) {
+        std::promise<void> ran;
+        pool.run([&] {
+            ++sum;
+            ran.set_value();
+        });
+        ran.get_future().wait();
+    }
+    EXPECT_EQ(sum, 1000);
+}
+
+TEST(ThreadPool, WaitsAtItsEndForTheTaskThatRuns) {
+    std::atomic<bool> done = false;
+    std::promise<void> begun;
+    std::promise<void> release;
+    auto released = release.get_future();
+    std::thread destroyer;
+    {
+        auto pool = std::make_unique<ThreadPool>();
+        pool->run([&] {
+            begun.set_value();
+            released.wait();
+            done = true;
+        });
+        begun.get_future().wait();
+        destroyer = std::thread([pool = std::move(pool)]() mutable { pool.reset(); });
+    }
+    release.set_value();
+    destroyer.join();
+    EXPECT_TRUE(done);
+}
+
+TEST(ThreadPool, LetsGoOfATaskOnceItHasRun) {
+    ThreadPool pool;
+    auto held = std::make_shared<int>(1);
+    const std::weak_ptr<int> watched = held;
+    std::promise<void> next;
+    pool.run([held = std::move(held)] {});
+    pool.run([&] { next.set_value(); });
+    next.get_future().wait();
+    while (!watched.expired()) std::this_thread::yield();
+    EXPECT_TRUE(watched.expired());
+}
+
+}  // namespace
+}  // namespace bildkurier
