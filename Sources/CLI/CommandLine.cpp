@@ -37,6 +37,9 @@ std::string complaint(const CLI::ParseError& error) {
     if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr) {
         return what.substr(what.find(": ") + 2);
     }
+    if (dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr) {
+        return fmt::format("Die Angabe {} widerspricht einer anderen.", subject);
+    }
     return fmt::format("Die Angabe {} ist nicht verständlich.", subject);
 }
 
@@ -44,13 +47,12 @@ void germanHelp(CLI::App& app) {
     const auto formatter = std::make_shared<CLI::Formatter>();
     formatter->label("OPTIONS", "ANGABEN");
     formatter->label("SUBCOMMAND", "BEFEHL");
-    formatter->label("SUBCOMMANDS", "BEFEHLE");
-    formatter->label("Options", "Angaben");
-    formatter->label("Subcommands", "Befehle");
     formatter->label("Usage", "Aufruf");
-    formatter->label("REQUIRED", "nötig");
+    formatter->label("REQUIRED", "(nötig)");
+    formatter->label("Excludes", "nicht mit");
     app.formatter(formatter);
-    app.set_help_flag("-h,--help", "Diese Hilfe");
+    app.option_defaults()->group("Angaben");
+    app.set_help_flag("-h,--help", "Diese Hilfe")->group("Angaben");
 }
 
 /// The parser and where it puts what it finds.
@@ -68,7 +70,7 @@ public:
         try {
             app_.parse(static_cast<int>(arguments.size()), arguments.data());
         } catch (const CLI::Success&) {
-            return std::unexpected(CommandLineAnswer{ExitStatus::success, helpText()});
+            return std::unexpected(CommandLineAnswer{ExitStatus::success, app_.help()});
         } catch (const CLI::ParseError& error) {
             return std::unexpected(CommandLineAnswer{
                 ExitStatus::usage,
@@ -80,14 +82,10 @@ public:
     }
 
 private:
-    std::string helpText() {
-        const auto chosen = app_.get_subcommands();
-        return chosen.empty() ? app_.help() : chosen.front()->help();
-    }
-
     CLI::App* addCommand(const std::string& name, const std::string& purpose, Command command) {
         CLI::App* added = app_.add_subcommand(name, purpose);
-        added->set_help_flag("-h,--help", "Diese Hilfe");
+        added->group("Befehle");
+        added->set_help_flag("-h,--help", "Diese Hilfe")->group("Angaben");
         added->callback([this, command] { result_.command = command; });
         added
             ->add_option("--card", result_.cards,
@@ -112,16 +110,23 @@ private:
             ->option_text("ORDNER")
             ->required()
             ->check(notEmpty());
-        added->add_flag("--by-date,!--no-by-date", result_.layout.byDate,
-                        "In Ordner je Aufnahmetag sortieren (sonst nicht)");
-        added->add_flag("--by-type,!--no-by-type", result_.layout.byType,
-                        "In Ordner je Dateityp sortieren (Standard)");
+        addSwitch(*added, "by-date", result_.layout.byDate, "In Ordner je Aufnahmetag sortieren",
+                  "Nicht nach Aufnahmetag sortieren (Standard)");
+        addSwitch(*added, "by-type", result_.layout.byType,
+                  "In Ordner je Dateityp sortieren (Standard)", "Nicht nach Dateityp sortieren");
         added
             ->add_option_function<std::string>(
                 "--since", [this](const std::string& day) { result_.since = startOfLocalDay(day); },
                 "Nur Aufnahmen ab diesem Tag")
             ->option_text("JJJJ-MM-TT")
             ->check(day());
+    }
+
+    static void addSwitch(CLI::App& app, const std::string& name, bool& value,
+                          const std::string& on, const std::string& off) {
+        CLI::Option* yes = app.add_flag_callback("--" + name, [&value] { value = true; }, on);
+        CLI::Option* no = app.add_flag_callback("--no-" + name, [&value] { value = false; }, off);
+        no->excludes(yes);
     }
 
     static CLI::Validator notEmpty() {

@@ -57,7 +57,7 @@ protected:
         for (const auto& camera : cameras) EXPECT_EQ(camera->opened, camera->closed);
     }
 
-    CommandLine options{.command = Command::import};
+    CommandLine options{.command = Command::import, .layout = {}};
     ManualRunLoop loop;
     RecordingReport report;
     std::shared_ptr<MemoryFileStore> store = std::make_shared<MemoryFileStore>();

@@ -81,6 +81,8 @@ TEST(CommandLine, ExplainsInGermanWhatIsOff) {
          "„2024-02-30“ ist kein Tag wie 2024-05-09."},
         {{"import", "--to", "/a", "--frobnicate"}, "Unbekannte Angabe: --frobnicate"},
         {{"import", "--to", "/a", "rest"}, "Unbekannte Angabe: rest"},
+        {{"import", "--to", "/a", "--by-date", "--no-by-date"},
+         "Die Angabe --by-date widerspricht einer anderen."},
         {{"frobnicate"}, "Es fehlt ein Befehl: cameras, plan oder import."},
     };
     for (const auto& [arguments, message] : cases) {
