@@ -3,6 +3,7 @@
 #include "CardImport.h"
 
 #include "ByteSum.h"
+#include "CardFolder.h"
 #include "RunThen.h"
 
 #include <fmt/format.h>
@@ -118,6 +119,13 @@ void CardImport::nextCamera() {
     if (waiting_.empty()) return end();
     camera_ = std::move(waiting_.front());
     waiting_.pop_front();
+    if (const auto folder = cardFolder(*camera_);
+        folder && overlaps(*folder, commandLine_.destination)) {
+        camera_.reset();
+        return stop(
+            ExitStatus::destinationUnusable,
+            "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.");
+    }
     camera_->setDelegate(weak_from_this());
     camera_->openSession();
 }

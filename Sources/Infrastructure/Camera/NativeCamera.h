@@ -24,6 +24,7 @@ struct DeviceFacts {
     std::optional<std::string> serial;        ///< the device's own serial number
     std::optional<std::string> persistentId;  ///< survives unplugging and replugging
     std::optional<std::string> uuid;
+    std::optional<std::string> folder;  ///< of this computer, for a device that is one
 };
 
 /// What a system knows of a file on a device.

@@ -20,7 +20,7 @@ constexpr Duration secondLookDelay(0.5);
 
 DeviceFacts factsOf(const Mount& mount) {
     VolumeIdentity volume = volumeIdentity(mount);
-    DeviceFacts facts;
+    DeviceFacts facts{.folder = mount.point};
     facts.name = volume.label.empty() ? std::string(lastPathComponent(mount.point)) : volume.label;
     if (!volume.uuid.empty()) {
         facts.persistentId = std::move(volume.uuid);

@@ -22,7 +22,7 @@ namespace bildkurier {
 
 namespace {
 
-constexpr std::int64_t stepBytes = 1 << 20;
+constexpr std::int64_t stepBytes = 4 << 20;
 
 std::unexpected<Error> writeFailure(int code) {
     return failure("Die Datei lässt sich nicht speichern: " + systemError(code).message);

@@ -67,7 +67,8 @@ void GivenFolder::look(std::span<const Mount> table) {
         DeviceFacts{.name = std::string(lastPathComponent(found_->root)),
                     .serial = {},
                     .persistentId = identity_,
-                    .uuid = {}},
+                    .uuid = {},
+                    .folder = found_->root},
         found_->device, mount_);
 }
 
