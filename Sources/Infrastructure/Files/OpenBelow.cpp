@@ -15,9 +15,8 @@ FileDescriptor openBelow(const FileDescriptor& root, std::string_view path, int 
     const auto open = [&](std::string_view name, int how) {
         const std::string terminated(name);
         const int folder = (above ? above : root).get();
-        return FileDescriptor(retried([&] {
-            return ::openat(folder, terminated.c_str(), how | O_NOFOLLOW | O_CLOEXEC);
-        }));
+        return FileDescriptor(retried(
+            [&] { return ::openat(folder, terminated.c_str(), how | O_NOFOLLOW | O_CLOEXEC); }));
     };
     for (auto slash = path.find('/'); slash != std::string_view::npos; slash = path.find('/')) {
         above = open(path.substr(0, slash), O_PATH | O_DIRECTORY);
