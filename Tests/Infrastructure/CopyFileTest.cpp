@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::int64_t step = 1 << 20;
+constexpr std::int64_t step = 4 << 20;
 
 std::string someBytes(std::int64_t count) {
     std::string bytes(static_cast<std::size_t>(count), '\0');
@@ -115,7 +115,7 @@ TEST_F(CopyFileTest, NoticesAFileThatShrinks) {
         return false;
     };
     EXPECT_EQ(message(copy(3 * step)),
-              "Die Datei ist auf der Karte kürzer als angegeben (1048586 statt 3145728 Bytes)");
+              "Die Datei ist auf der Karte kürzer als angegeben (4194314 statt 12582912 Bytes)");
     EXPECT_TRUE(copies().empty());
 }
 
@@ -126,7 +126,7 @@ TEST_F(CopyFileTest, NoticesAFileThatGrows) {
         return false;
     };
     EXPECT_EQ(message(copy(2 * step)),
-              "Die Datei ist auf der Karte länger als die angegebenen 2097152 Bytes");
+              "Die Datei ist auf der Karte länger als die angegebenen 8388608 Bytes");
     EXPECT_TRUE(copies().empty());
 }
 
