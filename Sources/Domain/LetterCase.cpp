@@ -7,7 +7,6 @@
 #include <unicode/bytestream.h>
 #include <unicode/casemap.h>
 #include <unicode/stringpiece.h>
-#include <unicode/utext.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -15,8 +14,7 @@
 namespace bildkurier {
 namespace {
 
-constexpr const char* rootLocale = "";
-constexpr UChar32 replacementCharacter = 0xFFFD;  // what ICU reads where bytes are not valid
+// Most names are ASCII, and a scan maps hundreds of thousands of them: no ICU for those.
 
 constexpr char asciiLower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -36,30 +34,15 @@ std::string mapAscii(std::string_view text, char (*mapping)(char)) {
     return result;
 }
 
-using Utf8Mapping = void (*)(const char*, std::uint32_t, icu::StringPiece, icu::ByteSink&,
-                             icu::Edits*, UErrorCode&);
+using Mapping = void (*)(const char*, std::uint32_t, icu::StringPiece, icu::ByteSink&, icu::Edits*,
+                         UErrorCode&);
 
-/// Maps the stretches that are valid UTF-8 and copies the bytes between them, which ICU would
-/// replace.
-std::string mapUnicode(icu::StringPiece text, Utf8Mapping mapping) {
+std::string mapUnicode(std::string_view text, Mapping mapping) {
+    constexpr const char* rootLocale = "";
     std::string result;
-    icu::StringByteSink<std::string> sink(&result);
+    icu::StringByteSink<std::string> sink(&result, static_cast<std::int32_t>(text.size()));
     IcuStatus status;
-    const auto map = [&](icu::StringPiece stretch) {
-        mapping(rootLocale, 0, stretch, sink, nullptr, status);
-    };
-    const icu::LocalUTextPointer characters(
-        utext_openUTF8(nullptr, text.data(), text.length(), status));
-    std::int32_t stretch = 0;
-    for (std::int32_t at = 0, next = 0; at < text.length(); at = next) {
-        const UChar32 character = utext_next32(characters.getAlias());
-        next = static_cast<std::int32_t>(utext_getNativeIndex(characters.getAlias()));
-        if (character != replacementCharacter) continue;
-        map(text.substr(stretch, at - stretch));
-        sink.Append(text.data() + at, next - at);
-        stretch = next;
-    }
-    map(text.substr(stretch));
+    mapping(rootLocale, 0, text, sink, nullptr, status);
     status.assertSuccess();
     return result;
 }

@@ -5,6 +5,7 @@
 #include "Error.h"
 
 #include <expected>
+#include <utility>
 
 namespace bildkurier {
 
