@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "MountedImage.h"
+
+#include <spawn.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <vector>
+
+namespace bildkurier {
+
+namespace {
+
+bool succeeds(std::vector<std::string> command) {
+    std::vector<char*> arguments;
+    for (std::string& word : command) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    pid_t child = 0;
+    if (::posix_spawnp(&child, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0)
+        return false;
+    int status = 0;
+    return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+std::string newUuid() {
+    std::string uuid;
+    std::getline(std::ifstream("/proc/sys/kernel/random/uuid"), uuid);
+    return uuid;
+}
+
+}  // namespace
+
+MountedImage::MountedImage(const std::string& label)
+    : uuid_(newUuid()),
+      image_(folder_.write("image", "")),
+      point_(folder_.makeFolder("EOS")),
+      secondPoint_(folder_.makeFolder("EOS-2")) {
+    constexpr std::uintmax_t bytes = 8 << 20;
+    std::filesystem::resize_file(image_, bytes);
+    if (::geteuid() != 0 ||
+        !succeeds({"mkfs.ext4", "-q", "-F", "-L", label, "-U", uuid_, "-m", "0", image_}))
+        throw std::runtime_error("no volume of its own");
+    mount();
+}
+
+MountedImage::~MountedImage() {
+    for (const std::string& point : {secondPoint_, point_}) ::umount2(point.c_str(), MNT_DETACH);
+}
+
+void MountedImage::mount() {
+    if (!succeeds({"mount", "-o", "loop", image_, point_})) throw std::runtime_error("mount");
+}
+
+void MountedImage::mountAgain() {
+    if (!succeeds({"mount", "--bind", point_, secondPoint_})) throw std::runtime_error("mount");
+}
+
+bool MountedImage::unmount() { return ::umount2(point_.c_str(), 0) == 0; }
+
+bool MountedImage::unmountSecond() { return ::umount2(secondPoint_.c_str(), 0) == 0; }
+
+}  // namespace bildkurier
