@@ -15,9 +15,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <limits>
-#include <vector>
 
 namespace bildkurier {
 namespace {
@@ -39,22 +37,8 @@ constexpr std::array<Unit, 7> units = {{
     {"petabyte", UNUM_UNIT_WIDTH_SHORT, 15, 2, 999'994'999'999'999'999},
     {"exabyte", UNUM_UNIT_WIDTH_NARROW, 18, 2, std::numeric_limits<std::int64_t>::max()},
 }};
-constexpr std::size_t kilobyte = 1;
-constexpr std::size_t megabyte = 2;
-
-using NumberFormatter = icu::number::LocalizedNumberFormatter;
-
-NumberFormatter formatterOf(const Unit& unit, const icu::Locale& locale) {
-    IcuStatus status;
-    const auto measureUnit = icu::MeasureUnit::forIdentifier(unit.name, status);
-    status.assertSuccess();
-    return icu::number::NumberFormatter::withLocale(locale)
-        .unit(measureUnit)
-        .unitWidth(unit.width)
-        .scale(icu::number::Scale::powerOfTen(-unit.powerOfTen))
-        .precision(icu::number::Precision::maxFraction(unit.decimals))
-        .roundingMode(UNUM_ROUND_HALFEVEN);
-}
+constexpr const Unit& kilobyte = units[1];
+constexpr const Unit& megabyte = units[2];
 
 /// One plain space between number and unit, where ICU has a no-break space or none.
 void separate(icu::UnicodeString& text, std::int32_t unit) {
@@ -72,9 +56,20 @@ void capitalize(icu::UnicodeString& text, std::int32_t unit) {
     text.replace(unit, U16_LENGTH(initial), u_toupper(initial));
 }
 
-std::string textOf(std::int64_t bytes, const Unit& unit, const NumberFormatter& formatter) {
+icu::number::FormattedNumber formatted(std::int64_t bytes, const Unit& unit,
+                                       const icu::Locale& locale, UErrorCode& status) {
+    return icu::number::NumberFormatter::withLocale(locale)
+        .unit(icu::MeasureUnit::forIdentifier(unit.name, status))
+        .unitWidth(unit.width)
+        .scale(icu::number::Scale::powerOfTen(-unit.powerOfTen))
+        .precision(icu::number::Precision::maxFraction(unit.decimals))
+        .roundingMode(UNUM_ROUND_HALFEVEN)
+        .formatInt(bytes, status);
+}
+
+std::string textOf(std::int64_t bytes, const Unit& unit, const icu::Locale& locale) {
     IcuStatus status;
-    const auto number = formatter.formatInt(bytes, status);
+    const auto number = formatted(bytes, unit, locale, status);
     auto text = number.toString(status);
     icu::ConstrainedFieldPosition unitName;
     unitName.constrainField(UFIELD_CATEGORY_NUMBER, UNUM_MEASURE_UNIT_FIELD);
@@ -90,15 +85,7 @@ std::string textOf(std::int64_t bytes, const Unit& unit, const NumberFormatter& 
 }  // namespace
 
 struct ByteFormatter::Impl {
-    explicit Impl(const icu::Locale& locale) {
-        for (const Unit& unit : units) formatters.push_back(formatterOf(unit, locale));
-    }
-
-    std::string text(std::int64_t bytes, std::size_t unit) const {
-        return textOf(bytes, units.at(unit), formatters.at(unit));
-    }
-
-    std::vector<NumberFormatter> formatters;  // one for each of `units`
+    icu::Locale locale;
 };
 
 ByteFormatter::ByteFormatter(const std::string& locale)
@@ -108,12 +95,11 @@ ByteFormatter& ByteFormatter::operator=(ByteFormatter&&) noexcept = default;
 ByteFormatter::~ByteFormatter() = default;
 
 std::string ByteFormatter::text(std::int64_t bytes) const {
-    const auto unit = std::ranges::lower_bound(units, bytes, {}, &Unit::last);
-    return impl_->text(bytes, static_cast<std::size_t>(unit - units.begin()));
+    return textOf(bytes, *std::ranges::lower_bound(units, bytes, {}, &Unit::last), impl_->locale);
 }
 
-std::string ByteFormatter::zeroKilobytes() const { return impl_->text(0, kilobyte); }
+std::string ByteFormatter::zeroKilobytes() const { return textOf(0, kilobyte, impl_->locale); }
 
-std::string ByteFormatter::zeroMegabytes() const { return impl_->text(0, megabyte); }
+std::string ByteFormatter::zeroMegabytes() const { return textOf(0, megabyte, impl_->locale); }
 
 }  // namespace bildkurier

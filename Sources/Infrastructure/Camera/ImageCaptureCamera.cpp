@@ -25,7 +25,10 @@ std::string randomUUID() {
                        bits(0xFFFFFFFF));
 }
 
-bool isGiven(const std::optional<std::string>& text) { return text && !text->empty(); }
+/// Devices answer with an empty text, too, for what they do not have.
+std::optional<std::string> given(std::optional<std::string> text) {
+    return text && !text->empty() ? std::move(text) : std::nullopt;
+}
 
 }  // namespace
 
@@ -39,20 +42,16 @@ ImageCaptureCamera::ImageCaptureCamera(std::shared_ptr<NativeDevice> device)
     : device_(std::move(device)), fallbackID_(randomUUID()) {}
 
 std::string ImageCaptureCamera::id() const {
-    const auto uuid = device_->facts().uuid;
-    return isGiven(uuid) ? *uuid : fallbackID_;
+    return given(device_->facts().uuid).value_or(fallbackID_);
 }
 
-std::optional<std::string> ImageCaptureCamera::name() const {
-    auto name = device_->facts().name;
-    return isGiven(name) ? name : std::nullopt;
-}
+std::optional<std::string> ImageCaptureCamera::name() const { return given(device_->facts().name); }
 
 std::optional<std::string> ImageCaptureCamera::identity() const {
     const DeviceFacts facts = device_->facts();
-    if (isGiven(facts.serial)) return "serial:" + *facts.serial;
-    if (isGiven(facts.persistentId)) return "persistent:" + *facts.persistentId;
-    if (isGiven(facts.uuid)) return "uuid:" + *facts.uuid;
+    if (const auto serial = given(facts.serial)) return "serial:" + *serial;
+    if (const auto persistentId = given(facts.persistentId)) return "persistent:" + *persistentId;
+    if (const auto uuid = given(facts.uuid)) return "uuid:" + *uuid;
     return std::nullopt;
 }
 

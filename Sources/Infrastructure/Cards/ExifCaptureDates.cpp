@@ -31,8 +31,8 @@ public:
     ~UnmappedFile() override { release(); }
 
     Exiv2::byte* mmap(bool /*isWriteable*/) override {
-        constexpr std::size_t head = 256 * 1024;
-        constexpr std::size_t tail = 64 * 1024;
+        constexpr std::size_t head = 256 << 10;
+        constexpr std::size_t tail = 64 << 10;
         release();
         const std::size_t length = size();
         void* memory = ::mmap(nullptr, length, PROT_READ | PROT_WRITE,
@@ -102,6 +102,7 @@ std::optional<Date> ExifCaptureDates::captureDate(const std::string& path) {
     try {
         const auto image =
             Exiv2::ImageFactory::open(Exiv2::BasicIo::AutoPtr(new UnmappedFile(path)));
+        if (image.get() == nullptr) return std::nullopt;  // of no known format
         image->readMetadata();
         return bildkurier::captureDate(image->exifData());
     } catch (...) {

@@ -21,10 +21,10 @@ struct MountedCards::Impl {
     std::shared_ptr<CaptureDates> captureDates;
     Options options;
 
-    std::weak_ptr<BrowserSink> sink{};
-    std::vector<std::shared_ptr<CardDevice>> devices{};
-    Guard events{};
-    std::optional<MountWatch> watch{};  ///< destroyed first: it uses all the others
+    std::weak_ptr<BrowserSink> sink;
+    std::vector<std::shared_ptr<CardDevice>> devices;
+    Guard events;
+    std::optional<MountWatch> watch;  ///< destroyed first: it uses all the others
 
     using Event = std::function<void(const CardFinder::Place&)>;
 
@@ -59,7 +59,7 @@ void MountedCards::Impl::added(const CardFinder::Place& place) {
 void MountedCards::Impl::removed(const CardFinder::Place& place) {
     const auto found = std::ranges::find(devices, place, &CardDevice::place);
     if (found == devices.end()) return;
-    const auto device = *found;
+    const auto device = std::move(*found);
     devices.erase(found);
     device->closeSession();
     if (const auto receiver = sink.lock()) receiver->deviceRemoved(device);

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -30,8 +31,11 @@ struct Place {
     const char* chars() const { return name.c_str(); }
 };
 
-/// What a call that answers 0 or -1 did: 0 or errno.
-int outcome(int answer) { return answer == 0 ? 0 : errno; }
+/// What a call did that answers 0 or -1: 0 or errno.
+template <class Call>
+int outcome(Call call) {
+    return retried(call) == 0 ? 0 : errno;
+}
 
 /// Whether an error only says that the file system does not have this call.
 bool isUnsupported(int error) { return error == EINVAL || error == ENOSYS || error == EOPNOTSUPP; }
@@ -44,7 +48,7 @@ FileDescriptor opened(const Place& place, int flags, mode_t mode = 0) {
 }
 
 int flush(const FileDescriptor& file) {
-    return outcome(retried([&] { return ::fsync(file.get()); }));
+    return outcome([&] { return ::fsync(file.get()); });
 }
 
 /// Makes the names in a folder durable, where the file system can do that on request.
@@ -62,45 +66,60 @@ FileDescriptor openedFolder(const std::string& path) {
     return opened({AT_FDCWD, path}, O_RDONLY | O_DIRECTORY);
 }
 
-bool isFolder(const std::string& path) {
-    struct stat found{};
-    return ::stat(path.c_str(), &found) == 0 && S_ISDIR(found.st_mode);
+int look(const Place& place, int flags, struct stat& facts) {
+    return outcome([&] { return ::fstatat(place.folder, place.chars(), &facts, flags); });
+}
+
+bool isFolder(const Place& place) {
+    struct stat facts{};
+    return look(place, 0, facts) == 0 && S_ISDIR(facts.st_mode);
 }
 
 /// 0 where nothing has that name.
 int refuseTaken(const Place& place) {
-    struct stat found{};
-    if (::fstatat(place.folder, place.chars(), &found, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
-    return errno == ENOENT ? 0 : errno;
+    struct stat facts{};
+    const int error = look(place, AT_SYMLINK_NOFOLLOW, facts);
+    if (error == 0) return EEXIST;
+    return error == ENOENT ? 0 : error;
+}
+
+int remove(const Place& place) {
+    return outcome([&] { return ::unlinkat(place.folder, place.chars(), 0); });
 }
 
 /// Makes the contents of a regular file durable.
-int flushFile(const std::string& path) {
+int flushFile(const Place& place) {
     constexpr int flags = O_NOFOLLOW | O_NONBLOCK;
     // Network file systems may leave out the server when a file is only open for reading.
-    FileDescriptor file = opened({AT_FDCWD, path}, O_RDWR | flags);
-    if (!file) file = opened({AT_FDCWD, path}, O_RDONLY | flags);
-    struct stat found{};
-    if (!file || ::fstat(file.get(), &found) != 0) return errno;
-    if (S_ISDIR(found.st_mode)) return EISDIR;
-    if (!S_ISREG(found.st_mode)) return EINVAL;
+    FileDescriptor file = opened(place, O_RDWR | flags);
+    if (!file) file = opened(place, O_RDONLY | flags);
+    struct stat facts{};
+    if (!file || ::fstat(file.get(), &facts) != 0) return errno;
+    if (S_ISDIR(facts.st_mode)) return EISDIR;
+    if (!S_ISREG(facts.st_mode)) return EINVAL;
     if (const int error = flush(file)) return error;
     return file.close();
 }
 
+int renameWith(unsigned flags, const Place& from, const Place& to) {
+    return outcome(
+        [&] { return ::renameat2(from.folder, from.chars(), to.folder, to.chars(), flags); });
+}
+
+int link(const Place& from, const Place& to) {
+    return outcome([&] { return ::linkat(from.folder, from.chars(), to.folder, to.chars(), 0); });
+}
+
 /// Renames within a volume, never onto a name that is taken.
 int rename(const Place& from, const Place& to) {
-    if (::renameat2(from.folder, from.chars(), to.folder, to.chars(), RENAME_NOREPLACE) == 0)
-        return 0;
-    if (!isUnsupported(errno)) return errno;
-    if (::linkat(from.folder, from.chars(), to.folder, to.chars(), 0) == 0) {
-        ::unlinkat(from.folder, from.chars(), 0);
-        return 0;
-    }
-    if (errno == EEXIST) return EEXIST;
+    int error = renameWith(RENAME_NOREPLACE, from, to);
+    if (!isUnsupported(error)) return error;
+    error = link(from, to);
+    if (error == 0) remove(from);
+    if (error == 0 || error == EEXIST) return error;
     // Without links either, as on exFAT: a moment passes between looking and renaming.
-    if (const int error = refuseTaken(to)) return error;
-    return outcome(::renameat(from.folder, from.chars(), to.folder, to.chars()));
+    error = refuseTaken(to);
+    return error == 0 ? renameWith(0, from, to) : error;
 }
 
 int copyContents(const FileDescriptor& from, const FileDescriptor& to) {
@@ -126,27 +145,27 @@ std::string hiddenName() {
     return fmt::format(".bildkurier-{:08x}{:08x}", random(), random());
 }
 
-/// Fills the empty file `copy` with what `source` holds, its time too, and closes it.
-int fill(FileDescriptor& copy, const FileDescriptor& source, const struct stat& facts) {
-    if (const int error = copyContents(source, copy)) return error;
+/// Fills the empty file `target` with what `source` holds, its time too, and closes it.
+int fill(FileDescriptor& target, const FileDescriptor& source, const struct stat& facts) {
+    if (const int error = copyContents(source, target)) return error;
     // Not every file system can keep it.
-    ::futimens(copy.get(), std::array{facts.st_atim, facts.st_mtim}.data());
-    if (const int error = flush(copy)) return error;
-    return copy.close();
+    ::futimens(target.get(), std::array{facts.st_atim, facts.st_mtim}.data());
+    if (const int error = flush(target)) return error;
+    return target.close();
 }
 
 /// Copies a file to a volume other than its own.
-int copyTo(const Place& target, const std::string& path) {
-    const FileDescriptor source = opened({AT_FDCWD, path}, O_RDONLY | O_NOFOLLOW);
+int copy(const Place& from, const Place& to) {
+    const FileDescriptor source = opened(from, O_RDONLY | O_NOFOLLOW);
     struct stat facts{};
     if (!source || ::fstat(source.get(), &facts) != 0) return errno;
-    const Place hidden{target.folder, hiddenName()};
-    FileDescriptor copy =
+    const Place hidden{to.folder, hiddenName()};
+    FileDescriptor target =
         opened(hidden, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, facts.st_mode & 0777);
-    if (!copy) return errno;
-    int error = fill(copy, source, facts);
-    if (error == 0) error = rename(hidden, target);
-    if (error != 0) ::unlinkat(hidden.folder, hidden.chars(), 0);
+    if (!target) return errno;
+    int error = fill(target, source, facts);
+    if (error == 0) error = rename(hidden, to);
+    if (error != 0) remove(hidden);
     return error;
 }
 
@@ -154,13 +173,15 @@ int copyTo(const Place& target, const std::string& path) {
 
 int makeFolder(const std::string& path) {
     const std::string above = folderAbove(path);
-    const auto make = [&] { return outcome(::mkdir(path.c_str(), 0777)); };
+    const auto make = [&] {
+        return outcome([&] { return ::mkdirat(AT_FDCWD, path.c_str(), 0777); });
+    };
     int error = make();
     if (error == ENOENT && above.size() < path.size()) {
         error = makeFolder(above);
         if (error == 0) error = make();
     }
-    if (error != 0) return isFolder(path) ? 0 : error;
+    if (error != 0) return isFolder({AT_FDCWD, path}) ? 0 : error;
     const FileDescriptor folder = openedFolder(above);
     return folder ? flushFolder(folder) : errno;
 }
@@ -171,12 +192,12 @@ int moveFile(const std::string& source, const std::string& target) {
     const Place from{AT_FDCWD, source};
     const Place to{folder.get(), std::filesystem::path(target).filename().string()};
     if (const int error = refuseTaken(to)) return error;
-    if (const int error = flushFile(source)) return error;
+    if (const int error = flushFile(from)) return error;
     int error = rename(from, to);
     const bool acrossVolumes = error == EXDEV;
-    if (acrossVolumes) error = copyTo(to, source);
+    if (acrossVolumes) error = copy(from, to);
     if (error == 0) error = flushFolder(folder);
-    if (error == 0 && acrossVolumes) ::unlink(source.c_str());
+    if (error == 0 && acrossVolumes) remove(from);
     return error;
 }
 

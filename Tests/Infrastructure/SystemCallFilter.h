@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include <linux/seccomp.h>
+
+#include <functional>
+#include <vector>
+
+namespace bildkurier {
+
+/// Answers 0 to let a system call happen, or the errno value with which it fails instead.
+using SystemCallRule = std::function<int(const seccomp_data& call)>;
+
+/// Runs `action` on a thread of its own whose system calls numbered `calls` are put to
+/// `rule` first, on the caller's thread, while that thread waits: so a test may also change
+/// something just before a call. False where the kernel does not offer this; `action` has
+/// then not run.
+[[nodiscard]] bool runFiltered(const std::vector<int>& calls, const SystemCallRule& rule,
+                               const std::function<void()>& action);
+
+}  // namespace bildkurier
