@@ -29,6 +29,12 @@ bool kills(long number, FaultPlan::KillTime time) {
     return number == plan.killAt && time == plan.killTime;
 }
 
+/// Sends the process a Ctrl-C and waits until it has been noticed, as long as a user might.
+void interrupt() {
+    Kernel::raise(SIGINT);
+    for (int i = 0; i < 5'000 && Kernel::isPending(SIGINT); ++i) Kernel::sleepAMillisecond();
+}
+
 [[noreturn]] void die() {
     while (true) Kernel::raise(SIGKILL);
 }
@@ -41,7 +47,7 @@ Gate::Gate(const Touch& touch) : touch_(touch) {
     turn.lock();
     number_ = ++calls;
     for (const long interrupted : plan.interruptAt) {
-        if (number_ == interrupted) Kernel::raise(SIGINT);
+        if (number_ == interrupted) interrupt();
     }
     if (kills(number_, FaultPlan::KillTime::before)) die();
     if (plan.fails(number_, touch)) {

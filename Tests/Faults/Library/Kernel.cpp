@@ -8,7 +8,9 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdio>
+#include <ctime>
 
 namespace bildkurier::faults {
 namespace {
@@ -46,5 +48,16 @@ void Kernel::append(int log, std::string_view text) {
 }
 
 void Kernel::raise(int signal) { call(SYS_kill, call(SYS_getpid), signal); }
+
+bool Kernel::isPending(int signal) {
+    std::uint64_t pending = 0;
+    call(SYS_rt_sigpending, address(&pending), sizeof pending);
+    return (pending >> static_cast<unsigned>(signal - 1) & 1U) != 0;
+}
+
+void Kernel::sleepAMillisecond() {
+    const std::timespec time{.tv_sec = 0, .tv_nsec = 1'000'000};
+    call(SYS_nanosleep, address(&time));
+}
 
 }  // namespace bildkurier::faults

@@ -21,6 +21,9 @@ struct Kernel {
     static void append(int log, std::string_view text);
 
     static void raise(int signal);
+    /// Whether a signal that all threads block has not been taken yet.
+    static bool isPending(int signal);
+    static void sleepAMillisecond();
 };
 
 }  // namespace bildkurier::faults

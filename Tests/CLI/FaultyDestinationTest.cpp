@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ImportOutput.h"
+#include "ProgramTest.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <ostream>
+#include <set>
+
+namespace bildkurier {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// How the destination fails.
+struct Fault {
+    std::string error;
+    std::string mode;
+};
+
+void PrintTo(const Fault& fault, std::ostream* stream) {
+    *stream << fault.error << " " << fault.mode;
+}
+
+const std::string oldPicture = "2024-07-01/JPG/IMG_3.JPG";
+const std::string oldContents = "another picture";
+
+/// Fails every call that a small import makes below its destination, one import per call.
+class FaultyDestinationTest : public ProgramTest, public testing::WithParamInterface<Fault> {
+protected:
+    static constexpr auto layout = "--by-date";
+
+    void SetUp() override {
+        needFaults();
+        for (const std::string name : {"IMG_1.JPG", "IMG_2.CR3", "IMG_3.JPG"}) {
+            addLarge(name, 1'500'000);
+        }
+    }
+
+    /// A destination where a file of other content has the name of one on the card.
+    void prepare(const std::string& place) const {
+        const fs::path path = fs::path(place) / oldPicture;
+        fs::create_directories(path.parent_path());
+        std::ofstream(path) << oldContents;
+    }
+
+    /// Imports into a fresh destination, with call number `k` failing, and checks what came
+    /// of it. Any thread.
+    std::string tryCall(long k) const;
+};
+
+/// The card's name of a file that had to be saved as "NAME_1.EXT".
+std::string nameOnCard(const std::string& saved, const Tree& wanted) {
+    if (wanted.contains(saved)) return saved;
+    const fs::path name = saved;
+    const std::string base = name.stem().string();
+    return base.substr(0, base.rfind('_')) + name.extension().string();
+}
+
+/// Whether contents or a name may be lost when this call fails.
+bool isWeighty(const LoggedCall& call) {
+    if (call.name == "close") return fs::path(call.path).has_extension();
+    return std::set<std::string>{"write", "fsync", "renameat2"}.contains(call.name);
+}
+
+/// What is wrong with an import that exited by itself; empty if nothing is.
+std::string complaint(const ProgramResult& result, const Tree& found, const Tree& wanted,
+                      const std::vector<LoggedCall>& calls) {
+    if (result.hung) return "it hangs";
+    const ImportOutput output(result.out);
+    const auto count = [](const auto& list) { return std::ssize(list); };
+
+    Tree files;
+    for (const auto& [path, bytes] : found) {
+        if (path.ends_with('/') || path.starts_with(".bildkurier-tmp/")) continue;
+        const std::string name = fs::path(path).filename().string();
+        files[path] = bytes;
+        if (path == oldPicture) continue;
+        if (wanted.at(nameOnCard(name, wanted)) != bytes) return path + " is not whole";
+    }
+    if (files[oldPicture] != oldContents) return "the old picture is lost";
+    for (const auto& saved : output.saved) {
+        if (!files.contains("2024-07-01/" + saved)) return saved + " is said to be there";
+    }
+
+    switch (result.exitStatus) {
+        case 0:
+            if (count(output.failed) > 0) return "a file failed, but all is well";
+            if (count(output.saved) != count(wanted)) return "not everything was loaded";
+            if (!output.summary || output.summary->failed != 0) return "the summary is off";
+            break;
+        case 1:
+            if (output.failed.empty()) return "no line tells what failed";
+            if (!output.summary || output.summary->failed != count(output.failed) ||
+                output.summary->loaded != count(output.saved)) {
+                return "the summary does not count what the lines tell";
+            }
+            break;
+        case 4:
+            if (result.err.empty()) return "nothing tells why the destination is unusable";
+            if (!output.saved.empty()) return "a file was loaded all the same";
+            break;
+        default:
+            return "exit status " + std::to_string(result.exitStatus);
+    }
+
+    const bool harmed = std::ranges::any_of(
+        calls, [](const LoggedCall& call) { return call.fault == "failed" && isWeighty(call); });
+    if (harmed && result.exitStatus == 0) return "data may be lost, but all is well";
+    const bool halved =
+        std::ranges::any_of(calls, [](const LoggedCall& call) { return call.fault == "halved"; });
+    if (halved && result.exitStatus != 0) return "the rest of a short write was not written";
+    return "";
+}
+
+std::string FaultyDestinationTest::tryCall(long k) const {
+    const std::string place = folder.path("try-" + std::to_string(k));
+    const std::string log = place + ".log";
+    prepare(place);
+    Environment environment = watching(place, log);
+    environment["FAULTS_FAIL_AT"] = std::to_string(k);
+    environment["FAULTS_ERRNO"] = GetParam().error;
+    environment["FAULTS_MODE"] = GetParam().mode;
+    const auto result = run({"import", "--card", card, "--to", place, layout}, environment);
+    const auto calls = readCallLog(log);
+    const std::string wrong = complaint(result, tree(place), visibleFiles(tree(card)), calls);
+    fs::remove_all(place);
+    if (wrong.empty()) return "";
+    const auto failed =
+        std::ranges::find_if(calls, [](const LoggedCall& call) { return !call.fault.empty(); });
+    const std::string what = failed == calls.end() ? "no call" : failed->name + " " + failed->path;
+    return "call " + std::to_string(k) + " (" + what + "): " + wrong + "\n" + result.out +
+           result.err;
+}
+
+TEST_P(FaultyDestinationTest, CountsEveryFailureAndNeverLies) {
+    prepare(destination);
+    const long calls = std::ssize(callsOfImport({layout}));
+    ASSERT_GT(calls, 50);
+
+    std::atomic<long> next = 1;
+    const auto work = [&] {
+        std::string wrong;
+        for (long k = next++; k <= calls; k = next++) wrong += tryCall(k);
+        return wrong;
+    };
+    auto first = std::async(std::launch::async, work);
+    auto second = std::async(std::launch::async, work);
+    EXPECT_EQ(first.get() + second.get(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(, FaultyDestinationTest,
+                         testing::Values(Fault{"ENOSPC", "once"}, Fault{"ENOSPC", "forever"},
+                                         Fault{"EIO", "once"}, Fault{"EIO", "forever"},
+                                         Fault{"EACCES", "once"}, Fault{"EACCES", "forever"},
+                                         Fault{"SHORT", "once"}, Fault{"SHORT", "forever"}),
+                         [](const auto& test) { return test.param.error + test.param.mode; });
+
+}  // namespace
+}  // namespace bildkurier

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ProgramTest.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <set>
+#include <sstream>
+
+namespace bildkurier {
+namespace {
+
+using Json = nlohmann::json;
+
+std::set<std::string> keys(const Json& object) {
+    std::set<std::string> found;
+    for (const auto& [key, value] : object.items()) found.insert(key);
+    return found;
+}
+
+class JsonLinesTest : public ProgramTest {
+protected:
+    void SetUp() override {
+        addLarge("IMG_1.JPG", 1'000);
+        addLarge("IMG_2.CR3", 3'000);
+        addLarge("IMG_3.JPG", 500);
+    }
+
+    /// The events on standard output: each line is one object.
+    static std::vector<Json> events(const ProgramResult& result) {
+        std::vector<Json> all;
+        std::istringstream lines(result.out);
+        for (std::string line; std::getline(lines, line);) {
+            all.push_back(Json::parse(line));
+            EXPECT_TRUE(all.back().is_object()) << line;
+        }
+        return all;
+    }
+};
+
+TEST_F(JsonLinesTest, TellAPlan) {
+    const auto result = run({"plan", "--card", card, "--to", destination, "--json"});
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_EQ(events(result), std::vector{Json::parse(R"({
+        "event": "plan", "files": 3, "bytes": 4500,
+        "types": [{"ext": "CR3", "count": 1, "bytes": 3000},
+                  {"ext": "JPG", "count": 2, "bytes": 1500}]})")});
+}
+
+TEST_F(JsonLinesTest, TellAnImportInOrder) {
+    const auto result = import({"--json"});
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_EQ(result.err, "");
+    const auto all = events(result);
+    ASSERT_GT(all.size(), 5U);
+    EXPECT_EQ(all.front()["event"], "plan");
+    EXPECT_EQ(all.front()["files"], 3);
+    EXPECT_EQ(all.back(), Json::parse(R"({"event": "finished", "total": 3, "done": 3,
+        "failed": 0, "bytes": 4500, "cancelled": false})"));
+
+    std::vector<std::string> lines;
+    long done = 0;
+    for (const auto& event : std::vector(all.begin() + 1, all.end() - 1)) {
+        if (event["event"] == "log") {
+            EXPECT_EQ(keys(event), (std::set<std::string>{"event", "line"}));
+            lines.push_back(event["line"]);
+            continue;
+        }
+        EXPECT_EQ(event["event"], "progress") << event;
+        EXPECT_EQ(keys(event), (std::set<std::string>{"event", "total", "done", "failed",
+                                                      "bytesDone", "currentName", "currentBytes",
+                                                      "currentTotal", "isTransferring"}));
+        EXPECT_GE(event["done"], done);
+        EXPECT_EQ(event["done"], lines.size());
+        done = event["done"];
+    }
+    EXPECT_EQ(done, 3);
+    std::ranges::sort(lines);
+    EXPECT_EQ(lines, (Strings{"✓ CR3/IMG_2.CR3  (3 KB)", "✓ JPG/IMG_1.JPG  (1 KB)",
+                              "✓ JPG/IMG_3.JPG  (500 Byte)"}));
+}
+
+TEST_F(JsonLinesTest, TellAFailure) {
+    add("bad\nname.JPG", "x");
+    const auto result = import({"--json"});
+    EXPECT_EQ(result.exitStatus, 1) << result.err;
+    const auto all = events(result);
+    EXPECT_TRUE(std::ranges::any_of(all, [](const Json& event) {
+        return event["event"] == "log" && event["line"] == "✗ bad␊name.JPG: Ungültiger Dateiname";
+    })) << result.out;
+    EXPECT_EQ(all.back(), Json::parse(R"({"event": "finished", "total": 4, "done": 3,
+        "failed": 1, "bytes": 4501, "cancelled": false})"));
+}
+
+TEST_F(JsonLinesTest, NameACamera) {
+    const auto result = run({"cameras", "--card", card, "--json"});
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    const auto all = events(result);
+    ASSERT_EQ(all.size(), 1U);
+    EXPECT_TRUE(all.front().contains("name"));
+    EXPECT_TRUE(all.front()["identity"].is_string());
+}
+
+}  // namespace
+}  // namespace bildkurier
