@@ -88,8 +88,9 @@ std::string complaint(const ProgramResult& result, const Tree& found, const Tree
         if (wanted.at(nameOnCard(name, wanted)) != bytes) return path + " is not whole";
     }
     if (files[oldPicture] != oldContents) return "the old picture is lost";
+    const std::string day = below + "2024-07-01/";
     for (const auto& saved : output.saved) {
-        if (!files.contains(below + "2024-07-01/" + saved)) return saved + " is said to be there";
+        if (!files.contains(day + saved)) return saved + " is said to be there";
     }
 
     switch (result.exitStatus) {
