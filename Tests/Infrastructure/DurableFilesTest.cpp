@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "DurableFiles.h"
+#include "MemoryVolume.h"
 #include "OrdinaryUser.h"
 #include "SystemCallFilter.h"
 #include "TemporaryFolder.h"
-#include "TemporaryVolume.h"
 #include "Tree.h"
 
 #include <fcntl.h>
@@ -413,12 +413,13 @@ TEST_F(DurableFiles, MoveToAnotherVolumeAndBack) {
 }
 
 TEST_F(DurableFiles, LeaveNothingOnAVolumeThatIsFull) {
-    const TemporaryVolume volume(1'000'000);
+    const std::string full = folder.makeFolder("full");
+    const MemoryVolume volume(full, 1'000'000);
     if (!volume.isMounted()) GTEST_SKIP() << "cannot mount a volume here";
     const std::string large(1'500'000, 'x');
     folder.write("staging/staged", large);
-    EXPECT_EQ(moveFile(source, volume.path() + "/IMG_1.JPG"), ENOSPC);
-    EXPECT_EQ(tree(volume.path()), Tree{});
+    EXPECT_EQ(moveFile(source, full + "/IMG_1.JPG"), ENOSPC);
+    EXPECT_EQ(tree(full), Tree{});
     EXPECT_TRUE(tree(folder.path("staging")) == (Tree{{"staged", large}}));
 }
 

@@ -2,29 +2,26 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "MountedImage.h"
 
-#include <spawn.h>
+#include "PrivateMounts.h"
+#include "ProgramCall.h"
+
 #include <sys/mount.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace bildkurier {
 
 namespace {
 
-bool succeeds(std::vector<std::string> command) {
-    std::vector<char*> arguments;
-    for (std::string& word : command) arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-    pid_t child = 0;
-    if (::posix_spawnp(&child, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0)
-        return false;
-    int status = 0;
-    return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+bool succeeds(std::string program, std::vector<std::string> arguments) {
+    return ProgramCall{.path = std::move(program), .arguments = std::move(arguments)}
+               .run()
+               .exitStatus == 0;
 }
 
 std::string newUuid() {
@@ -42,8 +39,8 @@ MountedImage::MountedImage(const std::string& label)
       secondPoint_(folder_.makeFolder("EOS-2")) {
     constexpr std::uintmax_t bytes = 8 << 20;
     std::filesystem::resize_file(image_, bytes);
-    if (::geteuid() != 0 ||
-        !succeeds({"mkfs.ext4", "-q", "-F", "-L", label, "-U", uuid_, "-m", "0", image_}))
+    if (!mountPrivately() ||
+        !succeeds("/usr/sbin/mkfs.ext4", {"-q", "-F", "-L", label, "-U", uuid_, "-m", "0", image_}))
         throw std::runtime_error("no volume of its own");
     mount();
 }
@@ -53,11 +50,13 @@ MountedImage::~MountedImage() {
 }
 
 void MountedImage::mount() {
-    if (!succeeds({"mount", "-o", "loop", image_, point_})) throw std::runtime_error("mount");
+    if (!succeeds("/usr/bin/mount", {"-o", "loop", image_, point_}))
+        throw std::runtime_error("mount");
 }
 
 void MountedImage::mountAgain() {
-    if (!succeeds({"mount", "--bind", point_, secondPoint_})) throw std::runtime_error("mount");
+    if (!succeeds("/usr/bin/mount", {"--bind", point_, secondPoint_}))
+        throw std::runtime_error("mount");
 }
 
 bool MountedImage::unmount() { return ::umount2(point_.c_str(), 0) == 0; }
