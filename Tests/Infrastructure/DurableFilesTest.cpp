@@ -290,9 +290,9 @@ TEST_F(DurableFiles, ReportWhatKeepsACopyFromBeingWritten) {
 }
 
 TEST_F(DurableFiles, GoOnAfterASignal) {
-    for (const auto call :
-         {"look IMG_1.JPG", "open JPG", "open staged", "open hidden", "read staged", "write hidden",
-          "flush staged", "flush hidden", "flush JPG", "rename staged", "rename hidden"}) {
+    for (const auto call : {"look IMG_1.JPG", "look ", "open JPG", "open staged", "open hidden",
+                            "read staged", "write hidden", "flush staged", "flush hidden",
+                            "flush JPG", "rename staged", "rename hidden"}) {
         rule = [&, interrupted = false, copying = false](const std::string& words) mutable {
             const bool first = !std::exchange(interrupted, interrupted || words == call);
             if (first && words == call) return EINTR;
