@@ -17,6 +17,7 @@ namespace {
 /// Runs a program silently; false when it fails.
 bool runs(std::vector<std::string> command) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (auto& word : command) arguments.push_back(word.data());
     arguments.push_back(nullptr);
     posix_spawn_file_actions_t actions;
