@@ -18,12 +18,6 @@ namespace bildkurier {
 
 namespace {
 
-bool succeeds(std::string program, std::vector<std::string> arguments) {
-    return ProgramCall{.path = std::move(program), .arguments = std::move(arguments)}
-               .run()
-               .exitStatus == 0;
-}
-
 std::string newUuid() {
     std::string uuid;
     std::getline(std::ifstream("/proc/sys/kernel/random/uuid"), uuid);
@@ -50,13 +44,11 @@ MountedImage::~MountedImage() {
 }
 
 void MountedImage::mount() {
-    if (!succeeds("/usr/bin/mount", {"-o", "loop", image_, point_}))
-        throw std::runtime_error("mount");
+    if (!succeeds({"mount", "-o", "loop", image_, point_})) throw std::runtime_error("mount");
 }
 
 void MountedImage::mountAgain() {
-    if (!succeeds("/usr/bin/mount", {"--bind", point_, secondPoint_}))
-        throw std::runtime_error("mount");
+    if (!succeeds({"mount", "--bind", point_, secondPoint_})) throw std::runtime_error("mount");
 }
 
 bool MountedImage::unmount() { return ::umount2(point_.c_str(), 0) == 0; }
