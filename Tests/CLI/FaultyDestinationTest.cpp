@@ -39,7 +39,7 @@ protected:
     void SetUp() override {
         needFaults();
         for (const std::string name : {"IMG_1.JPG", "IMG_2.CR3", "IMG_3.JPG"}) {
-            addLarge(name, 1'500'000);
+            addLarge(name, 20'000);
         }
     }
 
@@ -50,9 +50,12 @@ protected:
         std::ofstream(path) << oldContents;
     }
 
-    /// Imports into a fresh destination, with call number `k` failing, and checks what came
-    /// of it. Any thread.
-    std::string tryCall(long k) const;
+    /// Imports into the folder `below` of a place of its own, with call number `k` failing, and
+    /// says what is wrong with what came of it. Any thread.
+    std::string tryCall(long k, const std::string& below) const;
+
+    /// Tries all calls, two at a time.
+    void tryAllCalls(const std::string& below) const;
 };
 
 /// The card's name of a file that had to be saved as "NAME_1.EXT".
@@ -69,16 +72,16 @@ bool isWeighty(const LoggedCall& call) {
     return std::set<std::string>{"write", "fsync", "renameat2"}.contains(call.name);
 }
 
-/// What is wrong with an import that exited by itself; empty if nothing is.
+/// What is wrong with an import of `wanted` into the folder `below`; empty if nothing is.
 std::string complaint(const ProgramResult& result, const Tree& found, const Tree& wanted,
-                      const std::vector<LoggedCall>& calls) {
+                      const std::string& below, const std::vector<LoggedCall>& calls) {
     if (result.hung) return "it hangs";
     const ImportOutput output(result.out);
     const auto count = [](const auto& list) { return std::ssize(list); };
 
     Tree files;
     for (const auto& [path, bytes] : found) {
-        if (path.ends_with('/') || path.starts_with(".bildkurier-tmp/")) continue;
+        if (path.ends_with('/') || path.starts_with(below + ".bildkurier-tmp/")) continue;
         const std::string name = fs::path(path).filename().string();
         files[path] = bytes;
         if (path == oldPicture) continue;
@@ -86,7 +89,7 @@ std::string complaint(const ProgramResult& result, const Tree& found, const Tree
     }
     if (files[oldPicture] != oldContents) return "the old picture is lost";
     for (const auto& saved : output.saved) {
-        if (!files.contains("2024-07-01/" + saved)) return saved + " is said to be there";
+        if (!files.contains(below + "2024-07-01/" + saved)) return saved + " is said to be there";
     }
 
     switch (result.exitStatus) {
@@ -119,7 +122,7 @@ std::string complaint(const ProgramResult& result, const Tree& found, const Tree
     return "";
 }
 
-std::string FaultyDestinationTest::tryCall(long k) const {
+std::string FaultyDestinationTest::tryCall(long k, const std::string& below) const {
     const std::string place = folder.path("try-" + std::to_string(k));
     const std::string log = place + ".log";
     prepare(place);
@@ -127,9 +130,10 @@ std::string FaultyDestinationTest::tryCall(long k) const {
     environment["FAULTS_FAIL_AT"] = std::to_string(k);
     environment["FAULTS_ERRNO"] = GetParam().error;
     environment["FAULTS_MODE"] = GetParam().mode;
-    const auto result = run({"import", "--card", card, "--to", place, layout}, environment);
+    const auto result =
+        run({"import", "--card", card, "--to", place + "/" + below, layout}, environment);
     const auto calls = readCallLog(log);
-    const std::string wrong = complaint(result, tree(place), visibleFiles(tree(card)), calls);
+    const auto wrong = complaint(result, tree(place), visibleFiles(tree(card)), below, calls);
     fs::remove_all(place);
     if (wrong.empty()) return "";
     const auto failed =
@@ -139,21 +143,30 @@ std::string FaultyDestinationTest::tryCall(long k) const {
            result.err;
 }
 
-TEST_P(FaultyDestinationTest, CountsEveryFailureAndNeverLies) {
-    prepare(destination);
-    const long calls = std::ssize(callsOfImport({layout}));
+void FaultyDestinationTest::tryAllCalls(const std::string& below) const {
+    const std::string place = folder.path("undisturbed");
+    const std::string log = place + ".log";
+    prepare(place);
+    const auto result =
+        run({"import", "--card", card, "--to", place + "/" + below, layout}, watching(place, log));
+    ASSERT_EQ(result.exitStatus, 0) << result.err;
+    const long calls = std::ssize(readCallLog(log));
     ASSERT_GT(calls, 50);
 
     std::atomic<long> next = 1;
     const auto work = [&] {
         std::string wrong;
-        for (long k = next++; k <= calls; k = next++) wrong += tryCall(k);
+        for (long k = next++; k <= calls; k = next++) wrong += tryCall(k, below);
         return wrong;
     };
     auto first = std::async(std::launch::async, work);
     auto second = std::async(std::launch::async, work);
     EXPECT_EQ(first.get() + second.get(), "");
 }
+
+TEST_P(FaultyDestinationTest, GetsNoHalfFileAndNoLieWhateverFails) { tryAllCalls(""); }
+
+TEST_P(FaultyDestinationTest, GetsNoneWhereItsFoldersAreNewEither) { tryAllCalls("new/folder/"); }
 
 INSTANTIATE_TEST_SUITE_P(, FaultyDestinationTest,
                          testing::Values(Fault{"ENOSPC", "once"}, Fault{"ENOSPC", "forever"},

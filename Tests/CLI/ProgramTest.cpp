@@ -70,10 +70,10 @@ Environment ProgramTest::watching(const std::string& root, const std::string& lo
     return {{"LD_PRELOAD", FAULTS_LIBRARY}, {"FAULTS_ROOT", root}, {"FAULTS_LOG", log}};
 }
 
-std::vector<LoggedCall> ProgramTest::callsOfImport(const Strings& options) const {
+std::vector<LoggedCall> ProgramTest::callsOfImport() const {
     const std::string log = folder.path("calls.log");
     fs::remove(log);
-    const auto result = import(options, watching(destination, log));
+    const auto result = import({}, watching(destination, log));
     EXPECT_EQ(result.exitStatus, 0) << result.err;
     return readCallLog(log);
 }

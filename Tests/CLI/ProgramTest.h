@@ -41,7 +41,7 @@ protected:
     /// The environment in which calls below `root` count, and are logged.
     static Environment watching(const std::string& root, const std::string& log);
     /// The calls below `destination` that an import makes.
-    std::vector<LoggedCall> callsOfImport(const Strings& options = {}) const;
+    std::vector<LoggedCall> callsOfImport() const;
 
     /// Where a file on the card is.
     std::string picture(const std::string& name) const;
