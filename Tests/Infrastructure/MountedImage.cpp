@@ -34,7 +34,7 @@ MountedImage::MountedImage(const std::string& label)
     constexpr std::uintmax_t bytes = 8 << 20;
     std::filesystem::resize_file(image_, bytes);
     if (!mountPrivately() ||
-        !succeeds("/usr/sbin/mkfs.ext4", {"-q", "-F", "-L", label, "-U", uuid_, "-m", "0", image_}))
+        !succeeds({"mkfs.ext4", "-q", "-F", "-L", label, "-U", uuid_, "-m", "0", image_}))
         throw std::runtime_error("no volume of its own");
     mount();
 }
