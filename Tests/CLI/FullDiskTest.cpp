@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ImportOutput.h"
-#include "MemoryVolume.h"
 #include "ProgramTest.h"
+#include "TemporaryVolume.h"
 
 #include <gtest/gtest.h>
 
@@ -18,13 +18,13 @@ constexpr auto needsRoot = "mounting a volume takes root";
 class FullDiskTest : public ProgramTest {
 protected:
     bool mountVolumeOf(std::size_t bytes) {
-        std::filesystem::create_directory(destination);
-        volume = std::make_unique<MemoryVolume>(destination, bytes);
+        volume = std::make_unique<TemporaryVolume>(bytes);
+        destination = volume->path();
         return volume->isMounted();
     }
     void TearDown() override { volume.reset(); }
 
-    std::unique_ptr<MemoryVolume> volume;
+    std::unique_ptr<TemporaryVolume> volume;
 };
 
 TEST_F(FullDiskTest, FailsFileByFileAndKeepsWhatIsComplete) {

@@ -129,4 +129,9 @@ ProgramResult ProgramCall::run() const {
     return result;
 }
 
+bool succeeds(std::vector<std::string> command) {
+    return ProgramCall{.path = "/usr/bin/env", .arguments = std::move(command)}.run().exitStatus ==
+           0;
+}
+
 }  // namespace bildkurier

@@ -24,4 +24,7 @@ struct ProgramCall {
     ProgramResult run() const;
 };
 
+/// Runs a command, its program looked for as a shell does; whether it exited with 0.
+bool succeeds(std::vector<std::string> command);
+
 }  // namespace bildkurier

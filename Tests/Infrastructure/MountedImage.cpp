@@ -2,30 +2,21 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "MountedImage.h"
 
-#include <spawn.h>
+#include "PrivateMounts.h"
+#include "ProgramCall.h"
+
 #include <sys/mount.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace bildkurier {
 
 namespace {
-
-bool succeeds(std::vector<std::string> command) {
-    std::vector<char*> arguments;
-    for (std::string& word : command) arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-    pid_t child = 0;
-    if (::posix_spawnp(&child, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0)
-        return false;
-    int status = 0;
-    return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
 
 std::string newUuid() {
     std::string uuid;
@@ -42,7 +33,7 @@ MountedImage::MountedImage(const std::string& label)
       secondPoint_(folder_.makeFolder("EOS-2")) {
     constexpr std::uintmax_t bytes = 8 << 20;
     std::filesystem::resize_file(image_, bytes);
-    if (::geteuid() != 0 ||
+    if (!mountPrivately() ||
         !succeeds({"mkfs.ext4", "-q", "-F", "-L", label, "-U", uuid_, "-m", "0", image_}))
         throw std::runtime_error("no volume of its own");
     mount();

@@ -49,6 +49,10 @@ void answerCalls(const FileDescriptor& listener, const SystemCallRule& rule) {
 
 }  // namespace
 
+std::string pathArgument(const seccomp_data& call) {
+    return reinterpret_cast<const char*>(call.args[1]);  // NOLINT(performance-no-int-to-ptr)
+}
+
 bool runFiltered(const std::vector<int>& calls, const SystemCallRule& rule,
                  const std::function<void()>& action) {
     std::promise<FileDescriptor> installed;

@@ -5,12 +5,16 @@
 #include <linux/seccomp.h>
 
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace bildkurier {
 
 /// Answers 0 to let a system call happen, or the errno value with which it fails instead.
 using SystemCallRule = std::function<int(const seccomp_data& call)>;
+
+/// The path that a call like openat(2) is given in its second argument.
+std::string pathArgument(const seccomp_data& call);
 
 /// Runs `action` on a thread of its own whose system calls numbered `calls` are put to
 /// `rule` first, on the caller's thread, while that thread waits: so a test may also change

@@ -12,7 +12,7 @@
 namespace bildkurier {
 
 /// Copies the file open as `source` to where `request` says, with its modification time as the
-/// card shows it. The copy grows in steps of at most 1 MiB; `cancelled` is asked before each.
+/// card shows it. The copy grows in steps of at most 4 MiB; `cancelled` is asked before each.
 /// Fails, and leaves no copy, unless it has exactly `size` bytes. Never writes through a link.
 /// Blocks.
 Result<> copyFile(const FileDescriptor& source, std::int64_t size, const DownloadRequest& request,

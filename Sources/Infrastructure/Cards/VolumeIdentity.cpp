@@ -68,7 +68,7 @@ bool isBlank(const std::string& uuid) { return uuid.find_first_not_of("0-") == s
 }  // namespace
 
 VolumeIdentity volumeIdentity(const Mount& mount) {
-    if (!mount.source.starts_with("/dev/")) return {};
+    if (!mount.source.starts_with('/')) return {};  // on no device
     VolumeIdentity identity = identityFromUdev(blockDevice(mount));
     if (identity.uuid.empty()) {
         const VolumeIdentity probed = identityFromDevice(mount.source);

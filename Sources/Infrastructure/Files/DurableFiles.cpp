@@ -66,6 +66,10 @@ FileDescriptor openedFolder(const std::string& path) {
     return opened({AT_FDCWD, path}, O_RDONLY | O_DIRECTORY);
 }
 
+int look(const FileDescriptor& file, struct stat& facts) {
+    return outcome([&] { return ::fstat(file.get(), &facts); });
+}
+
 int look(const Place& place, int flags, struct stat& facts) {
     return outcome([&] { return ::fstatat(place.folder, place.chars(), &facts, flags); });
 }
@@ -94,7 +98,8 @@ int flushFile(const Place& place) {
     FileDescriptor file = opened(place, O_RDWR | flags);
     if (!file) file = opened(place, O_RDONLY | flags);
     struct stat facts{};
-    if (!file || ::fstat(file.get(), &facts) != 0) return errno;
+    if (!file) return errno;
+    if (const int error = look(file, facts)) return error;
     if (S_ISDIR(facts.st_mode)) return EISDIR;
     if (!S_ISREG(facts.st_mode)) return EINVAL;
     if (const int error = flush(file)) return error;
@@ -157,8 +162,9 @@ int fill(FileDescriptor& target, const FileDescriptor& source, const struct stat
 /// Copies a file to a volume other than its own.
 int copy(const Place& from, const Place& to) {
     const FileDescriptor source = opened(from, O_RDONLY | O_NOFOLLOW);
+    if (!source) return errno;
     struct stat facts{};
-    if (!source || ::fstat(source.get(), &facts) != 0) return errno;
+    if (const int error = look(source, facts)) return error;
     const Place hidden{to.folder, hiddenName()};
     FileDescriptor target =
         opened(hidden, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, facts.st_mode & 0777);

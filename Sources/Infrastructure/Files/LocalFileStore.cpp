@@ -114,8 +114,9 @@ Result<> LocalFileStore::moveItem(const Url& source, const Url& target) {
 }
 
 void LocalFileStore::removeItem(const Url& url) {
+    const std::string path = localPath(url);
     std::error_code ignored;
-    std::filesystem::remove_all(localPath(url), ignored);
+    if (path != "/") std::filesystem::remove_all(path, ignored);
 }
 
 }  // namespace bildkurier
