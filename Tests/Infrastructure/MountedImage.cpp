@@ -29,8 +29,8 @@ std::string newUuid() {
 MountedImage::MountedImage(const std::string& label)
     : uuid_(newUuid()),
       image_(folder_.write("image", "")),
-      point_(folder_.makeFolder("EOS")),
-      secondPoint_(folder_.makeFolder("EOS-2")) {
+      point_(folder_.makeFolder("KARTE")),
+      secondPoint_(folder_.makeFolder("KARTE-2")) {
     constexpr std::uintmax_t bytes = 8 << 20;
     std::filesystem::resize_file(image_, bytes);
     if (!mountPrivately() ||

@@ -109,7 +109,7 @@ private:
                            STATX_TYPE | STATX_SIZE | STATX_MTIME, &found);
         };
         if (retried(look) != 0) {
-            if (errno != ENOENT) note(errno);
+            note(errno);
         } else if (S_ISDIR(found.stx_mode)) {
             addFolder(entry.d_name);
         } else if (S_ISREG(found.stx_mode)) {
