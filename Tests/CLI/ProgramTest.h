@@ -48,7 +48,7 @@ protected:
 
     const TemporaryFolder folder;
     const std::string card = folder.makeFolder("card");
-    const std::string destination = folder.path("destination");
+    std::string destination = folder.path("destination");
 };
 
 /// The files in a tree by their own names alone, hidden ones left out. Fails the test where two
