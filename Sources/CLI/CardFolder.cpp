@@ -4,7 +4,6 @@
 
 #include "ImageCaptureCamera.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -12,14 +11,22 @@ namespace bildkurier {
 
 namespace {
 
-std::filesystem::path resolved(const std::string& folder) {
+namespace fs = std::filesystem;
+
+fs::path resolved(const std::string& folder) {
     std::error_code error;
-    auto path = std::filesystem::weakly_canonical(folder, error);
-    return error ? std::filesystem::path(folder) : path;
+    auto path = fs::weakly_canonical(folder, error);
+    return error ? fs::path(folder) : path;
 }
 
-bool liesIn(const std::filesystem::path& inner, const std::filesystem::path& outer) {
-    return std::ranges::mismatch(outer, inner).in1 == outer.end();
+/// Whether `inner`, or a folder above it, is `outer`, under whatever name.
+bool liesIn(fs::path inner, const fs::path& outer) {
+    for (;;) {
+        std::error_code missing;
+        if (inner == outer || fs::equivalent(inner, outer, missing)) return true;
+        if (inner == inner.parent_path()) return false;
+        inner = inner.parent_path();
+    }
 }
 
 }  // namespace

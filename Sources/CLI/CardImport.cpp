@@ -16,11 +16,12 @@ namespace bildkurier {
 namespace {
 
 constexpr Duration samplingInterval{0.25};
+constexpr auto namelessCamera = "Kamera";
 
 }  // namespace
 
 struct CardImport::Destination {
-    bool usable = true;  ///< a folder we may write into, or nothing yet
+    bool usable = true;  ///< a folder that serves the command, or nothing yet
     FileKeys existing;
 };
 
@@ -43,35 +44,49 @@ CardImport::CardImport(CommandLine commandLine, std::shared_ptr<FileStore> fileS
 }
 
 void CardImport::begin() {
-    if (commandLine_.command == CommandLine::Command::cameras) {
-        report_.cameras(cameras_);
-        return cameras_.empty() ? stop(ExitStatus::noCamera, "Keine Kamera gefunden.") : end();
+    if (ended_) return;
+    const bool listing = commandLine_.command == CommandLine::Command::cameras;
+    if (listing) report_.cameras(cameras_);
+    if (cameras_.size() < commandLine_.cards.size()) {
+        return stop(ExitStatus::noCamera, "Nicht jede angegebene Karte ist ein lesbarer Ordner.");
     }
+    if (cameras_.empty()) return stop(ExitStatus::noCamera, "Keine Kamera gefunden.");
+    return listing ? end() : importAll();
+}
+
+void CardImport::importAll() {
     std::ranges::copy_if(cameras_, std::back_inserter(waiting_),
                          [this](const auto& camera) { return wants(*camera); });
     if (waiting_.empty()) {
         return stop(ExitStatus::noCamera,
-                    commandLine_.camera
-                        ? fmt::format("Kamera „{}“ nicht gefunden.", *commandLine_.camera)
-                        : "Keine Kamera gefunden.");
-    }
-    if (waiting_.size() < commandLine_.cards.size() && !commandLine_.camera) {
-        return stop(ExitStatus::noCamera, "Nicht jede angegebene Karte ist ein lesbarer Ordner.");
+                    fmt::format("Kamera „{}“ nicht gefunden.", commandLine_.camera.value_or("")));
     }
     if (waiting_.size() > 1 && commandLine_.cards.empty()) {
         return stop(ExitStatus::noCamera,
                     "Mehrere Kameras gefunden; bitte mit --camera eine wählen.");
     }
+    const bool overlapping = std::ranges::any_of(cameras_, [this](const auto& camera) {
+        const auto folder = cardFolder(*camera);
+        return folder && overlaps(*folder, commandLine_.destination);
+    });
+    if (overlapping) {
+        return stop(ExitStatus::destinationUnusable,
+                    "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner "
+                    "wählen.");
+    }
     nextCamera();
 }
 
 void CardImport::interrupt() {
-    if (runner_.isRunning() && status_ != ExitStatus::interrupted) {
-        status_ = ExitStatus::interrupted;
-        return runner_.cancel();
-    }
+    if (ended_) return;
+    const bool isFirst = status_ != ExitStatus::interrupted;
     status_ = ExitStatus::interrupted;
-    runner_.abandon();
+    if (runner_.isRunning() && isFirst) return runner_.cancel();
+    if (runner_.isRunning()) {
+        abandonedImport_ = true;
+        report_.finished(runner_.progress(), speedMeter_.reading.average, true);
+        runner_.abandon();
+    }
     end();
 }
 
@@ -97,10 +112,14 @@ void CardImport::cameraCatalogReady(Camera& camera) {
     CameraFiles catalogue = sortedByShotDate(camera.files());
     runThen(
         background_, main_,
-        [store = fileStore_, folder = Url::file(commandLine_.destination)] {
-            return Destination{
-                .usable = !store->fileExists(folder) || store->isWritableDirectory(folder),
-                .existing = store->existingFileKeys(folder)};
+        [store = fileStore_, folder = Url::file(commandLine_.destination),
+         command = commandLine_.command] {
+            // A plan only reads.
+            const bool usable =
+                command == CommandLine::Command::plan
+                    ? !store->fileSize(folder)
+                    : !store->fileExists(folder) || store->isWritableDirectory(folder);
+            return Destination{.usable = usable, .existing = store->existingFileKeys(folder)};
         },
         scans_([this, catalogue = std::move(catalogue)](const Destination& destination) {
             planned(catalogue, destination);
@@ -111,7 +130,7 @@ void CardImport::cameraCatalogChanged(Camera& /*camera*/) {}
 
 bool CardImport::wants(const Camera& camera) const {
     const auto& wish = commandLine_.camera;
-    return !wish || camera.name() == wish || camera.identity() == wish;
+    return !wish || camera.name().value_or(namelessCamera) == wish || camera.identity() == wish;
 }
 
 void CardImport::nextCamera() {
@@ -119,13 +138,6 @@ void CardImport::nextCamera() {
     if (waiting_.empty()) return end();
     camera_ = std::move(waiting_.front());
     waiting_.pop_front();
-    if (const auto folder = cardFolder(*camera_);
-        folder && overlaps(*folder, commandLine_.destination)) {
-        camera_.reset();
-        return stop(
-            ExitStatus::destinationUnusable,
-            "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.");
-    }
     camera_->setDelegate(weak_from_this());
     camera_->openSession();
 }
@@ -140,7 +152,10 @@ void CardImport::dropCamera() {
 
 void CardImport::planned(CameraFiles catalogue, const Destination& destination) {
     if (!destination.usable) {
-        return stop(ExitStatus::destinationUnusable, "Zielordner ist nicht beschreibbar.");
+        return stop(ExitStatus::destinationUnusable,
+                    commandLine_.command == CommandLine::Command::plan
+                        ? "Der Zielordner ist kein Ordner."
+                        : "Zielordner ist nicht beschreibbar.");
     }
     ImportSelection missing = missingFiles(catalogue, destination.existing, commandLine_.since);
     const Report::Plan plan{.cameraFiles = std::ssize(catalogue),
@@ -188,6 +203,7 @@ void CardImport::importFinished(const ImportRunner::Progress& progress, bool can
 }
 
 void CardImport::stop(ExitStatus status, const std::string& message) {
+    if (ended_) return;
     report_.error(message);
     status_ = status;
     end();

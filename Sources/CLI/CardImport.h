@@ -40,6 +40,9 @@ public:
     /// The user wants to stop: the first time after the file in flight, then at once.
     void interrupt();
 
+    /// Whether an import was given up half-way, so that its staging folder is still there.
+    bool abandonedImport() const { return abandonedImport_; }
+
     void cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) override;
     void cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) override;
     void cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) override;
@@ -50,6 +53,7 @@ private:
     struct Destination;
 
     bool wants(const Camera& camera) const;
+    void importAll();
     void nextCamera();
     void dropCamera();
     void planned(CameraFiles catalogue, const Destination& destination);
@@ -74,6 +78,7 @@ private:
     SpeedMeter speedMeter_;
     Handle speedTimer_;
     ExitStatus status_ = ExitStatus::success;
+    bool abandonedImport_ = false;
     bool ended_ = false;
 };
 

@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <system_error>
 
 namespace bildkurier {
 
@@ -16,20 +17,27 @@ namespace {
 
 using Command = CommandLine::Command;
 
+/// Nothing is resolved: "link/.." means what the file system makes of it. As it is where there
+/// is no current folder any more.
 std::string absolute(const std::string& path) {
-    return std::filesystem::absolute(path).lexically_normal().string();
+    std::error_code error;
+    auto found = std::filesystem::absolute(path, error);
+    return error ? path : found.string();
 }
 
-/// The parser's complaint in German.
-std::string complaint(const CLI::ParseError& error) {
+/// The parser's complaint in German; `extras` are the words that it did not know.
+std::string complaint(const CLI::ParseError& error, const std::vector<std::string>& extras) {
     const std::string what = error.what();
     const std::string subject = what.substr(0, what.find_first_of(": "));
-    if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
-        if (!subject.starts_with("-")) return "Es fehlt ein Befehl: cameras, plan oder import.";
+    if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr && subject.starts_with("-")) {
         return fmt::format("Es fehlt die Angabe {}.", subject);
     }
+    if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+        const std::string missing = "Es fehlt ein Befehl: cameras, plan oder import.";
+        return extras.empty() ? missing : fmt::format("Unbekannter Befehl: {}", extras.front());
+    }
     if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
-        return fmt::format("Unbekannte Angabe: {}", what.substr(what.find(": ") + 2));
+        return fmt::format("Unbekannte Angabe: {}", fmt::join(extras, " "));
     }
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
         return fmt::format("Der Angabe {} fehlt ein Wert, oder sie steht doppelt.", subject);
@@ -73,8 +81,8 @@ public:
             return std::unexpected(CommandLineAnswer{ExitStatus::success, app_.help()});
         } catch (const CLI::ParseError& error) {
             return std::unexpected(CommandLineAnswer{
-                ExitStatus::usage,
-                fmt::format("{}\nMehr dazu: bildkurier-cli --help\n", complaint(error))});
+                ExitStatus::usage, fmt::format("{}\nMehr dazu: bildkurier-cli --help\n",
+                                               complaint(error, app_.remaining(true)))});
         }
         for (std::string& card : result_.cards) card = absolute(card);
         if (!result_.destination.empty()) result_.destination = absolute(result_.destination);
@@ -93,7 +101,7 @@ private:
             ->option_text("ORDNER")
             ->expected(1)
             ->take_all()
-            ->check(notEmpty());
+            ->check(folder());
         added->add_flag("--json", result_.json, "Ein JSON-Objekt je Zeile ausgeben");
         return added;
     }
@@ -106,10 +114,10 @@ private:
         CLI::App* added = addCommand(name, purpose, command);
         added->add_option("--camera", result_.camera, "Kamera mit diesem Namen oder dieser Kennung")
             ->option_text("NAME|KENNUNG");
-        added->add_option("--to", result_.destination, "Zielordner")
+        added->add_option("--to", result_.destination, "Zielordner (nötig)")
             ->option_text("ORDNER")
             ->required()
-            ->check(notEmpty());
+            ->check(folder());
         addSwitch(*added, "by-date", result_.layout.byDate, "In Ordner je Aufnahmetag sortieren",
                   "Nicht nach Aufnahmetag sortieren (Standard)");
         addSwitch(*added, "by-type", result_.layout.byType,
@@ -129,9 +137,11 @@ private:
         no->excludes(yes);
     }
 
-    static CLI::Validator notEmpty() {
-        return {[](const std::string& text) {
-                    return text.empty() ? "Der Name eines Ordners fehlt." : std::string();
+    static CLI::Validator folder() {
+        return {[](const std::string& text) -> std::string {
+                    if (text.empty()) return "Der Name eines Ordners fehlt.";
+                    if (!text.contains("://")) return {};
+                    return fmt::format("„{}“ ist kein Ordner dieses Rechners.", text);
                 },
                 {}};
     }

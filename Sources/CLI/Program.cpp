@@ -52,7 +52,7 @@ ExitStatus runProgram(const CommandLine& commandLine) {
     signals.reset();
     browser.reset();
     pool.reset();
-    if (status == ExitStatus::interrupted && !commandLine.destination.empty()) {
+    if (job->abandonedImport()) {
         store->removeItem(store->stagingDirectory(Url::file(commandLine.destination)));
     }
     return status;

@@ -5,15 +5,16 @@
 #include "ImportRunner.h"
 #include "SpeedMeter.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
 namespace bildkurier {
 
-/// One line of a running import: "[██████░░░░] 62 %  12/30 Dateien  1,2 GB von 1,9 GB
-/// 38,5 MB/s  noch 0:18". `bytes` in all.
+/// One line of a running import, "[██████░░░░] 62 %  12/30 Dateien  1,2 GB von 1,9 GB
+/// 38,5 MB/s  noch 0:18", with as much of it as fits into `columns`. `bytes` in all.
 std::string progressLine(const ImportRunner::Progress& progress, std::int64_t bytes,
-                         const SpeedMeter::Reading& speed);
+                         const SpeedMeter::Reading& speed, std::size_t columns);
 
 /// Shows it at the bottom of a terminal; does nothing where standard error is none.
 class ProgressBar {
@@ -23,7 +24,7 @@ public:
     ProgressBar& operator=(const ProgressBar&) = delete;
     ~ProgressBar();
 
-    void begin(std::int64_t bytes) { bytes_ = bytes; }
+    void begin(std::int64_t bytes);
     void progress(const ImportRunner::Progress& progress) { progress_ = progress; }
     void draw(const SpeedMeter::Reading& speed);
     void erase();

@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <exception>
 #include <span>
 
 int main(int argc, char** argv) {
@@ -17,5 +18,10 @@ int main(int argc, char** argv) {
         std::fputs(text.c_str(), status == ExitStatus::success ? stdout : stderr);
         return static_cast<int>(status);
     }
-    return static_cast<int>(runProgram(*commandLine));
+    try {
+        return static_cast<int>(runProgram(*commandLine));
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "Bildkurier kann nicht weiterarbeiten: %s\n", error.what());
+        return static_cast<int>(ExitStatus::filesFailed);
+    }
 }

@@ -31,7 +31,6 @@ std::int64_t largestSize(const std::vector<std::shared_ptr<CameraFile>>& files) 
 
 /// The file in hand and where it goes.
 struct ImportRunner::Item {
-    std::shared_ptr<CameraFile> file;
     std::int64_t size = 0;
     std::string wantedName;
     std::string saveName;  ///< free in `folder`; until it is known, the wanted name
@@ -46,7 +45,10 @@ Result<> ImportRunner::start(std::vector<std::shared_ptr<CameraFile>> files, con
                              FolderLayout layout) {
     const Url staging = fileStore_->stagingDirectory(destination);
     fileStore_->removeItem(staging);
-    if (auto created = fileStore_->createDirectory(staging); !created) return created;
+    if (auto created = fileStore_->createDirectory(staging); !created) {
+        fileStore_->removeItem(staging);
+        return created;
+    }
     const auto free = fileStore_->availableCapacity(staging);
     if (free && !files.empty()) {
         const std::int64_t largest = largestSize(files);
@@ -79,17 +81,16 @@ void ImportRunner::abandon() {
 void ImportRunner::downloadNext() {
     if (queue_.empty() || cancelRequested_) return finish();
 
-    Item item{.file = std::move(queue_.front())};
+    const auto file = std::move(queue_.front());
     queue_.pop_front();
-    const auto name = item.file->name();
-    item.size = item.file->size();
-    item.wantedName = name.value_or(nameless);
+    const auto name = file->name();
+    Item item{.size = file->size(), .wantedName = name.value_or(nameless)};
     item.saveName = item.wantedName;
     if (!isPlainFileName(item.wantedName) ||
         (layout_.byType && !isPlainFileName(typeFolder(name)))) {
         return finishFile(item, failure(invalidName));
     }
-    item.folder = layout_.folder(destination_, item.file->shotDate().value_or(main_.date()), name);
+    item.folder = layout_.folder(destination_, file->shotDate().value_or(main_.date()), name);
 
     struct Prepared {
         Result<> folder;
@@ -102,28 +103,32 @@ void ImportRunner::downloadNext() {
             if (prepared.folder) prepared.saveName = store->freeName(name, folder);
             return prepared;
         },
-        runID_([this, item](Prepared prepared) mutable {
+        runID_([this, file, item](Prepared prepared) mutable {
             if (!prepared.folder) {
-                onLog(fmt::format("Kann Ordner nicht anlegen: {}: {}",
-                                  displayText(item.folder.path), prepared.folder.error().message));
                 queue_.clear();
                 ++progress_.failed;
-                return downloadNext();
+                if (log(fmt::format("Kann Ordner nicht anlegen: {}: {}",
+                                    displayText(item.folder.path),
+                                    prepared.folder.error().message))) {
+                    downloadNext();
+                }
+                return;
             }
             item.saveName = std::move(prepared.saveName);
-            load(item);
+            load(*file, item);
         }));
 }
 
-void ImportRunner::load(const Item& item) {
-    if (item.saveName != item.wantedName) {
-        onLog(fmt::format("ℹ︎ {} existiert schon mit anderem Inhalt → gespeichert als {}",
-                          displayText(item.wantedName), displayText(item.saveName)));
+void ImportRunner::load(CameraFile& file, const Item& item) {
+    if (item.saveName != item.wantedName &&
+        !log(fmt::format("ℹ︎ {} existiert schon mit anderem Inhalt → gespeichert als {}",
+                         displayText(item.wantedName), displayText(item.saveName)))) {
+        return;
     }
     progress_.currentName = item.saveName;
     progress_.currentBytes = 0;
     progress_.currentTotal = item.size;
-    onProgress(progress_);
+    if (!report()) return;
     watch(staging_.appending(item.saveName));
 
     using Downloaded = Result<std::optional<std::string>>;
@@ -134,7 +139,7 @@ void ImportRunner::load(const Item& item) {
         if (!isPlainFileName(saved)) return finishFile(item, failure(invalidName));
         moveIntoPlace(item, staging_.appending(saved));
     });
-    item.file->download(staging_, item.saveName, [&main = main_, downloaded](Downloaded result) {
+    file.download(staging_, item.saveName, [&main = main_, downloaded](Downloaded result) {
         main.post(
             [downloaded, result = std::move(result)]() mutable { downloaded(std::move(result)); });
     });
@@ -148,10 +153,13 @@ void ImportRunner::moveIntoPlace(const Item& item, const Url& staged) {
                                                     actual, item.size)));
     }
     progress_.isTransferring = true;
-    onProgress(progress_);
+    if (!report()) return;
     runThen(
         background_, main_,
-        [store = fileStore_, staged, target = item.folder.appending(item.saveName)] {
+        [store = fileStore_, run = runID_.watch(), staged,
+         target = item.folder.appending(item.saveName)]() -> Result<> {
+            // By now a later run may be filling the staging folder.
+            if (run.expired()) return failure("Der Import wurde abgebrochen");
             return store->moveItem(staged, target);
         },
         runID_([this, item](const Result<>& moved) {
@@ -161,16 +169,14 @@ void ImportRunner::moveIntoPlace(const Item& item, const Url& staged) {
 }
 
 void ImportRunner::finishFile(const Item& item, const Result<>& outcome) {
-    const std::string name = displayText(item.saveName);
-    if (outcome) {
-        ++progress_.done;
-        onLog(fmt::format("✓ {}/{}  ({})", displayText(item.folder.lastComponent()), name,
-                          formatBytes(item.size)));
-    } else {
-        ++progress_.failed;
-        onLog(fmt::format("✗ {}: {}", name, outcome.error().message));
-    }
+    ++(outcome ? progress_.done : progress_.failed);
     progress_.bytesDone = byteSum(progress_.bytesDone, item.size);
+    const std::string name = displayText(item.saveName);
+    const bool goesOn =
+        log(outcome ? fmt::format("✓ {}/{}  ({})", displayText(item.folder.lastComponent()), name,
+                                  formatBytes(item.size))
+                    : fmt::format("✗ {}: {}", name, outcome.error().message));
+    if (!goesOn) return;
     // Posted, for a row of files that fail at once must not pile up on the stack.
     main_.post(runID_([this] { downloadNext(); }));
 }
@@ -181,8 +187,19 @@ void ImportRunner::finish() {
     stopWatching();
     progress_.currentName.clear();
     fileStore_->removeItem(staging_);
+    if (report()) onFinish(Progress(progress_), cancelRequested_);
+}
+
+bool ImportRunner::log(const std::string& line) {
+    const auto run = runID_.watch();
+    onLog(line);
+    return !run.expired();
+}
+
+bool ImportRunner::report() {
+    const auto run = runID_.watch();
     onProgress(progress_);
-    onFinish(progress_, cancelRequested_);
+    return !run.expired();
 }
 
 void ImportRunner::watch(const Url& staged) {

@@ -70,11 +70,14 @@ private:
     struct Item;
 
     void downloadNext();
-    void load(const Item& item);
+    void load(CameraFile& file, const Item& item);
     void moveIntoPlace(const Item& item, const Url& staged);
     void finishFile(const Item& item, const Result<>& outcome);
-    void fail(const Item& item, const std::string& line);
     void finish();
+    /// Tell the owner, who may start, abandon or destroy this meanwhile: false when this run
+    /// must not be touched any more.
+    bool log(const std::string& line);
+    bool report();
     void watch(const Url& staged);
     void stopWatching();
 

@@ -32,7 +32,7 @@ public:
 
     /// Copies the file as `name` into the local folder `folder`, over a file of that name if
     /// there is one. The partial file stands there under its name and grows. `done` is called
-    /// exactly once, on any thread.
+    /// exactly once, on any thread, also when this object is let go of meanwhile.
     virtual void download(const Url& folder, const std::string& name, DownloadCompletion done) = 0;
 };
 

@@ -15,11 +15,14 @@ public:
     /// A callback that does nothing once this guard is renewed or gone.
     template <class Callback>
     auto operator()(Callback callback) const {
-        return [alive = std::weak_ptr<void>(token_),
+        return [alive = watch(),
                 callback = std::move(callback)]<class... Args>(Args&&... args) mutable {
             if (!alive.expired()) callback(std::forward<Args>(args)...);
         };
     }
+
+    /// Expires when this guard is renewed or gone. May be asked from any thread.
+    std::weak_ptr<void> watch() const { return token_; }
 
     /// Drops every answer still outstanding.
     void renew() { token_ = std::make_shared<char>(); }

@@ -200,6 +200,49 @@ TEST_F(CardImportTest, GivesUpOnADestinationThatIsAFile) {
     expectEnd(ExitStatus::destinationUnusable);
 }
 
+TEST_F(CardImportTest, PlansForADestinationThatMayOnlyBeRead) {
+    options.command = Command::plan;
+    const auto failing = std::make_shared<FailingFileStore>(store);
+    failing->failAt = 0;
+    failing->forGood = true;
+    files = failing;
+    ASSERT_TRUE(store->createDirectory(Url::file("/bilder")));
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    job->begin();
+    deliver(*camera);
+    EXPECT_EQ(report.lines, (Lines{"plan: 1/1 files, 4 bytes, 1 JPG"}));
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(CardImportTest, DoesNotPlanForAFile) {
+    options.command = Command::plan;
+    store->files["/bilder"] = "a file";
+    const auto camera = attach("A");
+    job->begin();
+    deliver(*camera);
+    EXPECT_EQ(report.lines, (Lines{"error: Der Zielordner ist kein Ordner."}));
+    expectEnd(ExitStatus::destinationUnusable);
+}
+
+TEST_F(CardImportTest, BeginsNothingOnceInterrupted) {
+    const auto camera = attach("A");
+    job->interrupt();
+    job->begin();
+    EXPECT_EQ(camera->opened, 0);
+    EXPECT_EQ(report.lines, Lines());
+    expectEnd(ExitStatus::interrupted);
+    EXPECT_FALSE(job->abandonedImport());
+}
+
+TEST_F(CardImportTest, FindsACameraWithoutANameByTheOneItIsShownWith) {
+    options.camera = "Kamera";
+    const auto camera = attach("A");
+    camera->deviceName.reset();
+    job->begin();
+    EXPECT_EQ(camera->opened, 1);
+}
+
 TEST_F(CardImportTest, GivesUpWhenTheRunCannotStart) {
     store->capacity = 1000;
     const auto camera = attach("A");
@@ -267,7 +310,10 @@ TEST_F(CardImportTest, StopsAtOnceAtTheSecondInterrupt) {
     job->begin();
     deliver(*camera);
     job->interrupt();
+    EXPECT_FALSE(job->abandonedImport());
     job->interrupt();
+    EXPECT_TRUE(job->abandonedImport());
+    EXPECT_EQ(report.lines.back(), "Fertig: 0 geladen (0 KB), abgebrochen");
     expectEnd(ExitStatus::interrupted);
     first->deliver();
     loop.settle();

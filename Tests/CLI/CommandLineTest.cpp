@@ -48,11 +48,11 @@ TEST(CommandLine, TakesEveryOption) {
 }
 
 TEST(CommandLine, MakesPathsAbsolute) {
-    const auto parsed = parse({"import", "--card", "karte", "--to", "./bilder"});
+    const auto parsed = parse({"import", "--card", "karte", "--to", "link/../bilder"});
     ASSERT_TRUE(parsed);
     const auto here = std::filesystem::current_path();
     EXPECT_EQ(parsed->cards[0], (here / "karte").string());
-    EXPECT_EQ(parsed->destination, (here / "bilder").string());
+    EXPECT_EQ(parsed->destination, (here / "link/../bilder").string());
 }
 
 TEST(CommandLine, ListsCamerasWithoutADestination) {
@@ -83,7 +83,10 @@ TEST(CommandLine, ExplainsInGermanWhatIsOff) {
         {{"import", "--to", "/a", "rest"}, "Unbekannte Angabe: rest"},
         {{"import", "--to", "/a", "--by-date", "--no-by-date"},
          "Die Angabe --by-date widerspricht einer anderen."},
-        {{"frobnicate"}, "Es fehlt ein Befehl: cameras, plan oder import."},
+        {{"frobnicate"}, "Unbekannter Befehl: frobnicate"},
+        {{"cameras", "--to", "x"}, "Unbekannte Angabe: --to x"},
+        {{"import", "--to", "sftp://anna@example.com/bilder"},
+         "„sftp://anna@example.com/bilder“ ist kein Ordner dieses Rechners."},
     };
     for (const auto& [arguments, message] : cases) {
         const auto parsed = parse(arguments);

@@ -428,6 +428,44 @@ TEST_F(ImportRunnerTest, SaysNothingMoreOnceAbandoned) {
     EXPECT_EQ(files[1]->downloads, 0);
 }
 
+TEST_F(ImportRunnerTest, MovesNothingOnceAbandoned) {
+    file("A.JPG", "aaaa");
+    ASSERT_TRUE(start());
+    while (!runner->progress().isTransferring)
+        ASSERT_TRUE(loop.stepMain() || loop.stepBackground());
+    runner->abandon();
+    store->files[staging.path + "/A.JPG"] = "half";
+    loop.settle();
+    EXPECT_EQ(store->files.count("/bilder/A.JPG"), 0);
+}
+
+TEST_F(ImportRunnerTest, LetsAnyCallbackDestroyIt) {
+    const auto conflict = [this] {
+        store = std::make_shared<MemoryFileStore>();
+        ASSERT_TRUE(store->createDirectory(destination));
+        store->files["/bilder/A.JPG"] = "other";
+        runner = std::make_unique<ImportRunner>(store, loop, loop);
+        files.clear();
+        file("A.JPG", "aaaa");
+        file("..", "");
+    };
+    for (int call = 0; call < 8; ++call) {
+        conflict();
+        int calls = 0;
+        const auto destroy = [&] {
+            if (calls++ == call) runner.reset();
+        };
+        runner->onLog = [&](const std::string&) { destroy(); };
+        runner->onProgress = [&](const Progress&) { destroy(); };
+        runner->onFinish = [&](const Progress&, bool) { destroy(); };
+        ASSERT_TRUE(start());
+        loop.advance(Duration(1));
+        EXPECT_EQ(runner, nullptr) << call;
+        EXPECT_EQ(calls, call + 1) << "nothing follows";
+        loop.settle();
+    }
+}
+
 TEST_F(ImportRunnerTest, LeavesPendingAnswersWithoutEffectWhenItIsGone) {
     const auto held = file("A.JPG", "aaaa");
     held->holdsBack = true;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <thread>
 #include <vector>
 
@@ -97,6 +98,19 @@ TEST(EventLoop, RunsTimersInTheOrderTheyAreDue) {
     const Handle early = loop.after(Duration(0.01), [&] { order.push_back(1); });
     loop.run();
     EXPECT_EQ(order, (std::vector{1, 2}));
+}
+
+TEST(EventLoop, LeavesRoomForTasksBesideATimerThatIsAlwaysDue) {
+    EventLoop loop;
+    int beats = 0;
+    bool ran = false;
+    const Handle timer = loop.every(Duration(1e-9), [&] {
+        if (++beats == 1) loop.post([&] { ran = true; });
+        if (beats == 10) loop.stop();
+        if (beats == 1000) std::abort();
+    });
+    loop.run();
+    EXPECT_TRUE(ran);
 }
 
 TEST(EventLoop, DropsWhatIsPostedAtItsEnd) {

@@ -8,8 +8,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <climits>
+#include <system_error>
 #include <utility>
 
 namespace bildkurier {
@@ -27,8 +29,10 @@ int timeoutUntil(const std::optional<Instant>& instant) {
 
 }  // namespace
 
-MountWatch::MountWatch(Look look)
-    : look_(std::move(look)), end_(::eventfd(0, EFD_CLOEXEC)), thread_([this] { watch(); }) {}
+MountWatch::MountWatch(Look look) : look_(std::move(look)), end_(::eventfd(0, EFD_CLOEXEC)) {
+    if (!end_) throw std::system_error(errno, std::generic_category(), "eventfd");
+    thread_ = std::thread([this] { watch(); });
+}
 
 MountWatch::~MountWatch() {
     ::eventfd_write(end_.get(), 1);

@@ -44,13 +44,17 @@ Handle EventLoop::schedule(Duration delay, Duration interval, Task task) {
 
 Task EventLoop::next() {
     for (;;) {
-        if (Task task = dueTimer()) return task;
+        // In turn, so that timers whose tasks take long leave room for what is posted.
+        if (std::exchange(timersTurn_, !timersTurn_)) {
+            if (Task task = dueTimer()) return task;
+        }
         std::unique_lock lock(mutex_);
         if (!tasks_.empty()) {
             Task task = std::move(tasks_.front());
             tasks_.pop_front();
             return task;
         }
+        if (timersTurn_) continue;
         if (timers_.empty()) {
             posted_.wait(lock);
         } else {
@@ -67,7 +71,7 @@ Task EventLoop::dueTimer() {
         if (!timer) continue;
         // A timer that fell behind skips the beats it missed.
         if (timer->interval > Duration::zero()) {
-            timers_.emplace(std::max(due, now() - timer->interval) + timer->interval, timer);
+            timers_.emplace(std::max(due, now()) + timer->interval, timer);
         }
         return timer->task;
     }

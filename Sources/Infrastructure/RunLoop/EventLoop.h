@@ -44,6 +44,7 @@ private:
     std::condition_variable posted_;
     std::deque<Task> tasks_;
     std::multimap<Instant, std::weak_ptr<Timer>> timers_;
+    bool timersTurn_ = true;
     bool stopped_ = false;
 };
 

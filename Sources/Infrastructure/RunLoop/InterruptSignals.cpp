@@ -8,17 +8,24 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdint>
+#include <system_error>
 #include <utility>
 
 namespace bildkurier {
 
 namespace {
 
+/// Those that whoever started the program wants ignored (nohup) stay so.
 sigset_t endSignals() {
     sigset_t set{};
     sigemptyset(&set);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&set, signal);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction action{};
+        const bool known = sigaction(signal, nullptr, &action) == 0;
+        if (known && action.sa_handler != SIG_IGN) sigaddset(&set, signal);
+    }
     return set;
 }
 
@@ -27,9 +34,10 @@ sigset_t endSignals() {
 InterruptSignals::InterruptSignals(MainQueue& main, std::function<void()> interrupted)
     : main_(main), interrupted_(std::move(interrupted)) {
     const sigset_t set = endSignals();
-    pthread_sigmask(SIG_BLOCK, &set, &previous_);
     signals_ = FileDescriptor(signalfd(-1, &set, SFD_CLOEXEC));
     end_ = FileDescriptor(eventfd(0, EFD_CLOEXEC));
+    if (!signals_ || !end_) throw std::system_error(errno, std::generic_category(), "signalfd");
+    pthread_sigmask(SIG_BLOCK, &set, &previous_);
     thread_ = std::thread([this] { wait(); });
 }
 

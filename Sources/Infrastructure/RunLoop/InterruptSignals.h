@@ -13,7 +13,8 @@ namespace bildkurier {
 
 /// Turns the signals by which a program is asked to end (SIGINT, SIGTERM, SIGHUP) into calls
 /// on the main queue, for as long as it lives; afterwards they end the program again. Make it
-/// before any other thread: threads inherit that these signals are not for them.
+/// before any other thread: threads inherit that these signals are not for them. Signals that
+/// were to be ignored when the program started stay ignored.
 class InterruptSignals {
 public:
     InterruptSignals(MainQueue& main, std::function<void()> interrupted);

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ThreadPool.h"
 
+#include <system_error>
 #include <utility>
 
 namespace bildkurier {
@@ -20,8 +21,17 @@ void ThreadPool::run(Task task) {
     const std::lock_guard lock(mutex_);
     if (stopping_) return;
     tasks_.push_back(std::move(task));
-    if (idle_ < tasks_.size()) threads_.emplace_back([this] { work(); });
+    if (idle_ < tasks_.size()) addThread();
     changed_.notify_one();
+}
+
+void ThreadPool::addThread() {
+    try {
+        threads_.emplace_back([this] { work(); });
+    } catch (const std::system_error&) {
+        // The task waits for a thread that is there, if one is.
+        if (threads_.empty()) throw;
+    }
 }
 
 void ThreadPool::work() {

@@ -13,8 +13,9 @@
 
 namespace bildkurier {
 
-/// Background work on threads that grow with the need: a task never waits for another. The
-/// destructor waits for the tasks that run, and drops those that have not begun.
+/// Background work on threads that grow with the need: a task never waits for another, unless
+/// the system has no more threads. The destructor waits for the tasks that run, and drops those
+/// that have not begun.
 class ThreadPool final : public Background {
 public:
     ThreadPool() = default;
@@ -26,6 +27,7 @@ public:
 
 private:
     void work();
+    void addThread();
 
     std::mutex mutex_;
     std::condition_variable changed_;
