@@ -449,7 +449,7 @@ TEST_F(ImportRunnerTest, LetsAnyCallbackDestroyIt) {
         file("A.JPG", "aaaa");
         file("..", "");
     };
-    for (int call = 0; call < 8; ++call) {
+    for (int call = 0; call < 7; ++call) {
         conflict();
         int calls = 0;
         const auto destroy = [&] {
