@@ -11,15 +11,26 @@
 #include <unicode/timezone.h>
 #include <unicode/unistr.h>
 
+#include <chrono>
+#include <ctime>
 #include <utility>
 
 namespace bildkurier {
 namespace {
 
-std::unique_ptr<icu::TimeZone> zone(const std::string& name) {
-    return std::unique_ptr<icu::TimeZone>(
-        name.empty() ? icu::TimeZone::detectHostTimeZone()
-                     : icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(name)));
+/// What clocks here are ahead of UTC at `date`, by the C library, which also turns wall clocks
+/// into dates: ICU has a time zone database of its own, which may be of another age, and does
+/// not know every zone that a system can be set to.
+std::chrono::seconds localOffset(Date date) {
+    const std::time_t seconds =
+        std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count();
+    std::tm wallClock{};
+    if (::localtime_r(&seconds, &wallClock) == nullptr) return {};
+    return std::chrono::seconds(wallClock.tm_gmtoff);
+}
+
+double milliseconds(std::chrono::milliseconds duration) {
+    return static_cast<double>(duration.count());
 }
 
 std::string utf8(const icu::UnicodeString& text) {
@@ -31,11 +42,13 @@ std::string utf8(const icu::UnicodeString& text) {
 
 struct DateFormatter::Impl {
     Impl(std::unique_ptr<icu::DateFormat> dateFormat, const std::string& timeZone)
-        : format(std::move(dateFormat)) {
-        format->adoptTimeZone(zone(timeZone).release());
+        : format(std::move(dateFormat)), isLocal(timeZone.empty()) {
+        format->adoptTimeZone(icu::TimeZone::createTimeZone(
+            icu::UnicodeString::fromUTF8(isLocal ? "UTC" : timeZone)));
     }
 
     std::unique_ptr<icu::DateFormat> format;  // its const functions may run in any thread
+    bool isLocal;
 };
 
 DateFormatter DateFormatter::fromPattern(const std::string& pattern, const std::string& locale,
@@ -73,8 +86,10 @@ DateFormatter& DateFormatter::operator=(DateFormatter&&) noexcept = default;
 DateFormatter::~DateFormatter() = default;
 
 std::string DateFormatter::text(Date date) const {
+    UDate shown = milliseconds(date.time_since_epoch());
+    if (impl_->isLocal) shown += milliseconds(localOffset(date));
     icu::UnicodeString text;
-    return utf8(impl_->format->format(static_cast<UDate>(date.time_since_epoch().count()), text));
+    return utf8(impl_->format->format(shown, text));
 }
 
 }  // namespace bildkurier

@@ -13,7 +13,7 @@ namespace bildkurier {
 class DateFormatter {
 public:
     /// An ICU date pattern in `locale` (an ICU locale name) and `timeZone` (an Olson name, or
-    /// empty for the local time zone as it is now).
+    /// empty for the local time zone of the C library).
     static DateFormatter fromPattern(const std::string& pattern, const std::string& locale,
                                      const std::string& timeZone = {});
     /// The short date style of `locale`.

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "InTimeZone.h"
+
 #include <gtest/gtest.h>
 #include <unicode/errorcode.h>
 #include <unicode/locid.h>
 
-#include <cstdlib>
+#include <optional>
 
 namespace bildkurier {
 namespace {
@@ -13,12 +15,14 @@ namespace {
 /// made.
 class UserInBerlin final : public testing::Environment {
     void SetUp() override {
-        // No other thread runs yet. NOLINTNEXTLINE(concurrency-mt-unsafe)
-        ASSERT_EQ(setenv("TZ", "Europe/Berlin", 1), 0);
+        zone.emplace("Europe/Berlin");
         icu::ErrorCode status;
         icu::Locale::setDefault(icu::Locale::getGermany(), status);
         ASSERT_TRUE(status.isSuccess());
     }
+    void TearDown() override { zone.reset(); }
+
+    std::optional<InTimeZone> zone;
 };
 
 const auto* const userInBerlin = testing::AddGlobalTestEnvironment(new UserInBerlin);

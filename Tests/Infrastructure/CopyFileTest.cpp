@@ -2,17 +2,23 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CopyFile.h"
 #include "FileSizeLimit.h"
+#include "SystemCallFilter.h"
+#include "SystemError.h"
 #include "TemporaryFolder.h"
 #include "Tree.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <filesystem>
 #include <numeric>
+#include <optional>
+#include <utility>
 
 namespace bildkurier {
 namespace {
@@ -34,7 +40,8 @@ protected:
     TemporaryFolder target;
     std::string name = "IMG_1.JPG";
     int steps = 0;
-    std::function<bool()> onStep = [] { return false; };
+    std::function<void()> onStep = [] {};
+    std::optional<Error> whyStop;
 
     /// Writes the file on the card; its time is long ago.
     std::string write(const std::string& bytes) {
@@ -51,7 +58,8 @@ protected:
         return copyFile(source, size,
                         {.directory = target.path(), .saveAs = name, .overwrite = overwrite}, [&] {
                             ++steps;
-                            return onStep();
+                            onStep();
+                            return whyStop;
                         });
     }
 
@@ -82,18 +90,17 @@ TEST_F(CopyFileTest, KeepsTheModificationTimeToTheNanosecond) {
 TEST_F(CopyFileTest, LetsTheCopyGrowStepByStep) {
     write(someBytes(3 * step + 5));
     std::vector<std::int64_t> sizes;
-    onStep = [&] {
-        sizes.push_back(copied());
-        return false;
-    };
+    onStep = [&] { sizes.push_back(copied()); };
     ASSERT_TRUE(copy(3 * step + 5));
     EXPECT_EQ(sizes, (std::vector<std::int64_t>{0, step, 2 * step, 3 * step, 3 * step + 5}));
 }
 
-TEST_F(CopyFileTest, StopsWhenCancelledAndLeavesNothing) {
+TEST_F(CopyFileTest, StopsWhenToldAndLeavesNothing) {
     write(someBytes(3 * step));
-    onStep = [&] { return copied() == 2 * step; };
-    EXPECT_EQ(message(copy(3 * step)), "Das Laden wurde abgebrochen");
+    onStep = [&] {
+        if (copied() == 2 * step) whyStop = Error{"Genug"};
+    };
+    EXPECT_EQ(message(copy(3 * step)), "Genug");
     EXPECT_EQ(steps, 3);
     EXPECT_TRUE(copies().empty());
 }
@@ -112,7 +119,6 @@ TEST_F(CopyFileTest, NoticesAFileThatShrinks) {
     const std::string path = write(someBytes(3 * step));
     onStep = [&] {
         if (steps == 2) fs::resize_file(path, step + 10);
-        return false;
     };
     EXPECT_EQ(message(copy(3 * step)),
               "Die Datei ist auf der Karte kürzer als angegeben (4194314 statt 12582912 Bytes)");
@@ -123,7 +129,6 @@ TEST_F(CopyFileTest, NoticesAFileThatGrows) {
     const std::string path = write(someBytes(2 * step));
     onStep = [&] {
         if (steps == 3) fs::resize_file(path, 2 * step + 1);
-        return false;
     };
     EXPECT_EQ(message(copy(2 * step)),
               "Die Datei ist auf der Karte länger als die angegebenen 8388608 Bytes");
@@ -135,7 +140,6 @@ TEST_F(CopyFileTest, NoticesAFileThatIsWrittenMeanwhile) {
     onStep = [&] {
         const FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
         EXPECT_EQ(::pwrite(file.get(), "x", 1, 0), 1);
-        return false;
     };
     EXPECT_EQ(message(copy(2 * step)),
               "Die Datei auf der Karte hat sich während des Ladens geändert");
@@ -205,6 +209,25 @@ TEST_F(CopyFileTest, SaysWhyItCannotWrite) {
     EXPECT_EQ(message(copy(2 * step)),
               "Die Datei lässt sich nicht speichern: Die Datei oder der "
               "Ordner ist nicht vorhanden");
+}
+
+TEST_F(CopyFileTest, IsNotDoneBeforeTheDiskHasIt) {
+    write("abc");
+    std::string answer;
+    int code = EIO;
+    std::vector<long> calls;
+    const auto rule = [&](const seccomp_data& call) {
+        calls.push_back(call.nr);
+        return std::exchange(code, 0);
+    };
+    if (!runFiltered({SYS_fsync}, rule, [&] { answer = message(copy(3)); }))
+        GTEST_SKIP() << "the kernel lets no calls be filtered";
+    EXPECT_EQ(answer, "Die Datei lässt sich nicht speichern: " + systemError(EIO).message);
+    EXPECT_TRUE(copies().empty());
+    EXPECT_TRUE(runFiltered({SYS_fsync}, rule, [&] { answer = message(copy(3)); }));
+    EXPECT_EQ(answer, "");
+    EXPECT_EQ(copies(), (Tree{{name, "abc"}}));
+    EXPECT_EQ(calls, (std::vector<long>{SYS_fsync, SYS_fsync}));
 }
 
 TEST_F(CopyFileTest, SaysWhyItCannotRead) {

@@ -343,7 +343,7 @@ TEST_F(MountedVolumeTest, CanBePulledWhileItIsOpen) {
                        loop.stop();
                    });
     ASSERT_TRUE(runUntil([&] { return answers > 0; }));
-    EXPECT_EQ(error, Error{"Die Karte ist nicht lesbar: Das Gerät ist nicht mehr da"});
+    EXPECT_EQ(error, Error{"Die Karte wurde entfernt"});
     EXPECT_TRUE(tree(target.path()).empty());
 
     deviceSink->events.clear();

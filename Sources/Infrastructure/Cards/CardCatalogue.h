@@ -19,8 +19,10 @@ namespace bildkurier {
 struct CardEntry {
     std::string name;  ///< the bytes of the file system
     std::int64_t size = 0;
-    std::optional<Date> modified;  ///< wall clock of the camera, as local time
-    std::optional<Date> taken;     ///< from the metadata, in the same clock
+    /// Wall clock of the camera, as local time; for a folder that could not be read the time of
+    /// the attempt, so that no choice by date leaves it out.
+    std::optional<Date> modified;
+    std::optional<Date> taken;  ///< from the metadata, in the same clock
     CardFileType type = CardFileType::Other;
     int error = 0;               ///< errno of a folder that could not be read, else 0
     std::uint32_t folder = 0;    ///< index into `CardCatalogue::folders`

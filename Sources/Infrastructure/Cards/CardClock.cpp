@@ -3,14 +3,13 @@
 #include "CardClock.h"
 
 #include "LocalTime.h"
+#include "ParsedNumber.h"
 
 #include <sys/syscall.h>
 #include <sys/time.h>
 #include <unistd.h>
 
-#include <charconv>
 #include <ranges>
-#include <system_error>
 
 namespace bildkurier {
 
@@ -25,10 +24,8 @@ std::optional<minutes> offsetIn(std::string_view options) {
         const std::string_view option(part.begin(), part.end());
         if (option == "tz=UTC") offset = minutes::zero();
         if (!option.starts_with(key)) continue;
-        int value = 0;
-        const auto [end, error] =
-            std::from_chars(option.data() + key.size(), option.data() + option.size(), value);
-        if (error == std::errc() && end == option.data() + option.size()) offset = minutes(value);
+        if (const auto value = parsedNumber<int>(option.substr(key.size())))
+            offset = minutes(*value);
     }
     return offset;
 }

@@ -21,7 +21,7 @@ CardDevice::CardDevice(MainQueue& main, Background& background,
       place_(std::move(place)) {}
 
 CardDevice::~CardDevice() {
-    if (session_) session_->end();
+    if (session_) session_->end(CardSession::End::Closed);
 }
 
 std::vector<NativeItem> CardDevice::mediaFiles() const {
@@ -41,9 +41,9 @@ void CardDevice::openSession() {
         answers_([this](Result<FileDescriptor> root) { sessionAnswered(std::move(root)); }));
 }
 
-void CardDevice::closeSession() {
+void CardDevice::endSession(CardSession::End how) {
     answers_.renew();
-    if (session_) session_->end();
+    if (session_) session_->end(how);
     session_.reset();
     contents_.reset();
 }

@@ -33,9 +33,12 @@ public:
     void setSink(std::weak_ptr<DeviceSink> sink) override { sink_ = std::move(sink); }
     void openSession() override;
     /// Downloads under way fail soon after.
-    void closeSession() override;
+    void closeSession() override { endSession(CardSession::End::Closed); }
+    /// The same when the card is there no more, which is what downloads then say.
+    void cardRemoved() { endSession(CardSession::End::CardRemoved); }
 
 private:
+    void endSession(CardSession::End how);
     void sessionAnswered(Result<FileDescriptor> root);
     void catalogueRead(CardCatalogue catalogue);
 

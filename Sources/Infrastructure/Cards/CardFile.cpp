@@ -24,13 +24,14 @@ Result<> load(const CardContents& contents, const CardEntry& entry,
         return failure(fmt::format("Ordner {} ist nicht lesbar: {}", displayText(path),
                                    systemError(entry.error).message));
     }
+    if (auto reason = contents.session->endReason()) return std::unexpected(*std::move(reason));
     const auto root = contents.session->openRoot();
     if (!root) return std::unexpected(root.error());
     // Not blocked by what may stand there instead of the file by now.
     const FileDescriptor source = openBelow(*root, path, O_RDONLY | O_NONBLOCK);
     if (!source) return unreadableOnCard(errno);
     return copyFile(source, entry.size, request,
-                    [&session = *contents.session] { return session.hasEnded(); });
+                    [&session = *contents.session] { return session.endReason(); });
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <iterator>
 #include <string_view>
@@ -81,15 +82,9 @@ private:
         const auto parent = folder.substr(0, slash == std::string_view::npos ? 0 : slash);
         CardEntry& entry = filesIn(listing, parent).emplace_back();
         entry.name = lastPathComponent(folder.empty() ? session_.place().root : folder);
-        entry.modified = modified(folder);
+        // What is in it may be of any day up to now.
+        entry.modified = std::chrono::floor<Date::duration>(std::chrono::system_clock::now());
         entry.error = error;
-    }
-
-    std::optional<Date> modified(std::string_view folder) const {
-        const FileDescriptor opened = openBelow(root_, folder, O_PATH | O_DIRECTORY);
-        struct stat found{};
-        if (!opened || ::fstat(opened.get(), &found) != 0) return std::nullopt;
-        return clock_.date(found.st_mtim);
     }
 
     CardListing joined() {

@@ -15,6 +15,18 @@ namespace bildkurier {
 
 CardSession::CardSession(std::shared_ptr<const CardPlace> place) : place_(std::move(place)) {}
 
+std::optional<Error> CardSession::endReason() const {
+    switch (ended_) {
+        case End::Not:
+            return std::nullopt;
+        case End::Closed:
+            return Error{"Das Laden wurde abgebrochen"};
+        case End::CardRemoved:
+            return Error{"Die Karte wurde entfernt"};
+    }
+    return std::nullopt;
+}
+
 Result<FileDescriptor> CardSession::openRoot() const {
     const auto unreadable = [](int code) {
         return failure("Die Karte ist nicht lesbar: " + systemError(code).message);

@@ -7,7 +7,9 @@
 #include "Result.h"
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace bildkurier {
 
@@ -15,20 +17,24 @@ namespace bildkurier {
 /// between two pieces of work, so that it can be unmounted. Any thread.
 class CardSession {
 public:
+    enum class End : std::uint8_t { Not, Closed, CardRemoved };
+
     explicit CardSession(std::shared_ptr<const CardPlace> place);
 
     const CardPlace& place() const { return *place_; }
 
-    /// Work under way stops soon.
-    void end() { ended_ = true; }
-    bool hasEnded() const { return ended_; }
+    /// Work under way stops soon. Once.
+    void end(End how) { ended_ = how; }
+    bool hasEnded() const { return ended_ != End::Not; }
+    /// Why work fails; absent before the end.
+    std::optional<Error> endReason() const;
 
     /// The card's folder; fails when it cannot be read, or is another volume's by now. Blocks.
     Result<FileDescriptor> openRoot() const;
 
 private:
     std::shared_ptr<const CardPlace> place_;
-    std::atomic<bool> ended_ = false;
+    std::atomic<End> ended_ = End::Not;
 };
 
 }  // namespace bildkurier

@@ -80,6 +80,8 @@ public:
         const std::array times{std::timespec{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, modified};
         // Not every file system lets a time be set; what counts is what is in the file.
         ::futimens(file_.get(), times.data());
+        // What closing leaves to be written could fail where nobody hears of it.
+        if (retried([this] { return ::fsync(file_.get()); }) != 0) return writeFailure(errno);
         if (const int code = file_.close(); code != 0) return writeFailure(code);
         isPartial_ = false;
         return {};
@@ -95,12 +97,12 @@ private:
 
 /// Reads exactly `size` bytes, to which the file must end.
 Result<> copyBytes(const FileDescriptor& source, std::int64_t size, PartialFile& copy,
-                   const std::function<bool()>& cancelled) {
+                   const std::function<std::optional<Error>()>& whyStop) {
     // One byte more than is wanted shows a file that has grown.
     const auto buffer = std::make_unique_for_overwrite<char[]>(
         static_cast<std::size_t>(std::min(stepBytes, size + 1)));
     for (std::int64_t copied = 0;;) {
-        if (cancelled()) return failure("Das Laden wurde abgebrochen");
+        if (auto reason = whyStop()) return std::unexpected(*std::move(reason));
         const auto wanted = static_cast<std::size_t>(std::min(stepBytes, size + 1 - copied));
         const auto count = retried([&] { return ::read(source.get(), buffer.get(), wanted); });
         if (count < 0) return unreadableOnCard(errno);
@@ -123,7 +125,7 @@ std::unexpected<Error> unreadableOnCard(int code) {
 }
 
 Result<> copyFile(const FileDescriptor& source, std::int64_t size, const DownloadRequest& request,
-                  const std::function<bool()>& cancelled) {
+                  const std::function<std::optional<Error>()>& whyStop) {
     if (!isPlainFileName(request.saveAs))
         return failure("Der Dateiname ist nicht zulässig: " + displayText(request.saveAs));
     struct stat before{};
@@ -137,7 +139,7 @@ Result<> copyFile(const FileDescriptor& source, std::int64_t size, const Downloa
     PartialFile copy(std::move(folder), request.saveAs);
     if (auto created = copy.create(request.overwrite); !created) return created;
     ::posix_fadvise(source.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
-    if (auto copied = copyBytes(source, size, copy, cancelled); !copied) return copied;
+    if (auto copied = copyBytes(source, size, copy, whyStop); !copied) return copied;
 
     struct stat after{};
     if (::fstat(source.get(), &after) != 0) return unreadableOnCard(errno);

@@ -8,15 +8,16 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 namespace bildkurier {
 
 /// Copies the file open as `source` to where `request` says, with its modification time as the
-/// card shows it. The copy grows in steps of at most 4 MiB; `cancelled` is asked before each.
-/// Fails, and leaves no copy, unless it has exactly `size` bytes. Never writes through a link.
-/// Blocks.
+/// card shows it. The copy grows in steps of at most 4 MiB; `whyStop` is asked before each, and
+/// fails it with what it answers. Fails, and leaves no copy, unless it has exactly `size` bytes.
+/// Never writes through a link. Blocks.
 Result<> copyFile(const FileDescriptor& source, std::int64_t size, const DownloadRequest& request,
-                  const std::function<bool()>& cancelled);
+                  const std::function<std::optional<Error>()>& whyStop);
 
 /// What opening or reading a file on a card fails with.
 std::unexpected<Error> unreadableOnCard(int code);

@@ -61,7 +61,7 @@ void MountedCards::Impl::removed(const CardFinder::Place& place) {
     if (found == devices.end()) return;
     const auto device = std::move(*found);
     devices.erase(found);
-    device->closeSession();
+    device->cardRemoved();
     if (const auto receiver = sink.lock()) receiver->deviceRemoved(device);
 }
 

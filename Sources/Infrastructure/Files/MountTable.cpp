@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "MountTable.h"
 
+#include "ParsedNumber.h"
 #include "SystemCall.h"
 
 #include <fcntl.h>
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -38,19 +38,11 @@ std::string unescaped(std::string_view text) {
     return plain;
 }
 
-template <class Number>
-std::optional<Number> number(std::string_view text) {
-    Number value{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size()) return {};
-    return value;
-}
-
 std::optional<std::uint64_t> deviceNumber(std::string_view text) {
     const auto colon = text.find(':');
     if (colon == std::string_view::npos) return {};
-    const auto major = number<unsigned>(text.substr(0, colon));
-    const auto minor = number<unsigned>(text.substr(colon + 1));
+    const auto major = parsedNumber<unsigned>(text.substr(0, colon));
+    const auto minor = parsedNumber<unsigned>(text.substr(colon + 1));
     if (!major || !minor) return {};
     return makedev(*major, *minor);
 }
@@ -68,7 +60,7 @@ std::optional<Mount> parseMount(std::string_view line) {
     // Any number of optional fields stands between the sixth and the dash.
     const auto dash = std::ranges::find(fields.begin() + 6, fields.end(), "-");
     if (fields.end() - dash < 4) return {};
-    const auto id = number<int>(fields[0]);
+    const auto id = parsedNumber<int>(fields[0]);
     const auto device = deviceNumber(fields[2]);
     if (!id || !device) return {};
     return Mount{.id = *id,
