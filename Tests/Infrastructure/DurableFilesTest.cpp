@@ -16,7 +16,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -213,6 +215,84 @@ TEST_F(DurableFiles, NeverReplaceWhatAppearsJustBeforeTheRename) {
     }
 }
 
+TEST_F(DurableFiles, NameNothingInAFolderThatWasMadeAnewMeanwhile) {
+    rule = [&](const std::string& call) {
+        if (call != "flush staged") return 0;
+        fs::remove_all(folder.path("staging"));
+        folder.write("staging/staged", "pic");
+        return 0;
+    };
+    EXPECT_EQ(move(), ENOENT);
+    EXPECT_EQ(tree(folder.path()),
+              (Tree{{"staging/", ""}, {"staging/staged", "pic"}, {"JPG/", ""}}));
+}
+
+TEST_F(DurableFiles, DoNotNameAFileThatTookThePlaceOfTheFlushedOne) {
+    rule = [&](const std::string& call) {
+        if (call != "flush staged") return 0;
+        fs::remove(source);
+        folder.write("staging/staged", "another");
+        return 0;
+    };
+    EXPECT_EQ(move(), ESTALE);
+    EXPECT_EQ(calls, Calls{"flush staged"});
+    EXPECT_EQ(tree(folder.path()),
+              (Tree{{"staging/", ""}, {"staging/staged", "another"}, {"JPG/", ""}}));
+}
+
+TEST_F(DurableFiles, DoNotNameAFileThatGrowsOrShrinksDuringItsFlush) {
+    for (const std::uintmax_t size : {0, 6, 8}) {
+        folder.write("staging/staged", "picture");
+        rule = [&](const std::string& call) {
+            if (call == "flush staged") fs::resize_file(source, size);
+            return 0;
+        };
+        EXPECT_EQ(move(), ESTALE);
+        EXPECT_EQ(calls, Calls{"flush staged"});
+        EXPECT_FALSE(fs::exists(target));
+    }
+}
+
+TEST_F(DurableFiles, TakeANameBackThatWentToAnotherFileOrSize) {
+    const std::function<void()> changes[] = {
+        [&] {
+            fs::remove(source);
+            folder.write("staging/staged", "another");
+        },
+        [&] { fs::resize_file(source, 3); },
+    };
+    for (const auto& change : changes) {
+        for (const Calls& lacking :
+             {Calls{}, Calls{"rename staged"}, Calls{"rename staged", "link staged"}}) {
+            folder.write("staging/staged", "picture");
+            Tree changed;
+            rule = [&](const std::string& call) {
+                if (call == "rename staged") {
+                    change();
+                    changed = tree(folder.path());
+                }
+                return std::ranges::find(lacking, call) == lacking.end() ? 0 : EOPNOTSUPP;
+            };
+            EXPECT_EQ(move(), ESTALE);
+            EXPECT_EQ(calls.back(), "rename IMG_1.JPG");
+            EXPECT_EQ(tree(folder.path()), changed);
+        }
+    }
+}
+
+TEST_F(DurableFiles, RemoveAWrongNameThatCannotBeTakenBack) {
+    rule = [&](const std::string& call) {
+        if (call == "rename staged") fs::resize_file(source, 3);
+        if (call == "rename IMG_1.JPG") folder.write("staging/staged", "new");
+        return 0;
+    };
+    EXPECT_EQ(move(), ESTALE);
+    EXPECT_EQ(calls,
+              (Calls{"flush staged", "rename staged", "rename IMG_1.JPG", "remove IMG_1.JPG"}));
+    EXPECT_EQ(tree(folder.path()),
+              (Tree{{"staging/", ""}, {"staging/staged", "new"}, {"JPG/", ""}}));
+}
+
 TEST_F(DurableFiles, TouchNothingWhereTheNameIsTakenFromTheStart) {
     for (const bool dangling : {false, true}) {
         fs::create_symlink(dangling ? "nowhere" : source, target);
@@ -270,6 +350,46 @@ TEST_F(DurableFiles, NeverReplaceWhatAppearsDuringTheCopy) {
                                          {"staging/staged", "picture"},
                                          {"JPG/", ""},
                                          {"JPG/IMG_1.JPG", "another"}}));
+}
+
+TEST_F(DurableFiles, ReportACopyThatIsNotTheWholeFile) {
+    for (const auto call : {"read staged", "write hidden"}) {
+        rule = [&](const std::string& words) {
+            if (words == "rename staged") return EXDEV;
+            return words == call ? doNothing : 0;
+        };
+        EXPECT_EQ(move(), EIO) << call;
+        EXPECT_EQ(tree(folder.path()), before) << call;
+    }
+}
+
+TEST_F(DurableFiles, ReportASourceThatChangesDuringItsCopy) {
+    const std::pair<std::string, int> changes[] = {
+        {"PICTURE", ESTALE}, {"pictur", ESTALE}, {"pictures", EIO}};
+    for (const auto& [contents, error] : changes) {
+        folder.write("staging/staged", "picture");
+        // Some file systems count time in steps that are longer than a test.
+        fs::last_write_time(source, fs::file_time_type::clock::now() - std::chrono::hours(1));
+        rule = [&](const std::string& call) {
+            if (call == "rename staged") return EXDEV;
+            if (call == "write hidden") folder.write("staging/staged", contents);
+            return 0;
+        };
+        EXPECT_EQ(move(), error) << contents;
+        EXPECT_EQ(tree(folder.path("JPG")), Tree{}) << contents;
+    }
+}
+
+TEST_F(DurableFiles, DoNotCopyAFileThatTookThePlaceOfTheFlushedOne) {
+    rule = [&](const std::string& call) {
+        if (call != "rename staged") return 0;
+        fs::remove(source);
+        folder.write("staging/staged", "another");
+        return EXDEV;
+    };
+    EXPECT_EQ(move(), ESTALE);
+    EXPECT_EQ(tree(folder.path()),
+              (Tree{{"staging/", ""}, {"staging/staged", "another"}, {"JPG/", ""}}));
 }
 
 TEST_F(DurableFiles, LeaveASourceThatCannotBeRemoved) {
@@ -330,9 +450,9 @@ TEST_F(DurableFiles, ReportWhatKeepsACopyFromBeingWritten) {
 }
 
 TEST_F(DurableFiles, GoOnAfterASignal) {
-    for (const auto call : {"look IMG_1.JPG", "look ", "open JPG", "open staged", "open hidden",
-                            "read staged", "write hidden", "flush staged", "flush hidden",
-                            "flush JPG", "rename staged", "rename hidden"}) {
+    for (const auto call : {"look IMG_1.JPG", "look ", "open staging", "open JPG", "open staged",
+                            "open hidden", "read staged", "write hidden", "flush staged",
+                            "flush hidden", "flush JPG", "rename staged", "rename hidden"}) {
         rule = [&, interrupted = false, copying = false](const std::string& words) mutable {
             const bool first = !std::exchange(interrupted, interrupted || words == call);
             if (first && words == call) return EINTR;

@@ -41,8 +41,10 @@ void answerCalls(const FileDescriptor& listener, const SystemCallRule& rule) {
         if (!(waiting.revents & POLLIN)) return;
         seccomp_notif asked{};
         if (::ioctl(listener.get(), SECCOMP_IOCTL_NOTIF_RECV, &asked) != 0) continue;
-        seccomp_notif_resp answer{.id = asked.id, .val = 0, .error = -rule(asked.data), .flags = 0};
-        if (answer.error == 0) answer.flags = SECCOMP_USER_NOTIF_FLAG_CONTINUE;
+        const int decision = rule(asked.data);
+        seccomp_notif_resp answer{.id = asked.id, .val = 0, .error = 0, .flags = 0};
+        if (decision == 0) answer.flags = SECCOMP_USER_NOTIF_FLAG_CONTINUE;
+        if (decision > 0) answer.error = -decision;
         ::ioctl(listener.get(), SECCOMP_IOCTL_NOTIF_SEND, &answer);
     }
 }

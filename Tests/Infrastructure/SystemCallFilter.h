@@ -10,8 +10,12 @@
 
 namespace bildkurier {
 
-/// Answers 0 to let a system call happen, or the errno value with which it fails instead.
+/// Answers 0 to let a system call happen, the errno value with which it fails instead, or
+/// `doNothing`.
 using SystemCallRule = std::function<int(const seccomp_data& call)>;
+
+/// The call has no effect and answers 0: a file ends, or takes no bytes.
+constexpr int doNothing = -1;
 
 /// The path that a call like openat(2) is given in its second argument.
 std::string pathArgument(const seccomp_data& call);

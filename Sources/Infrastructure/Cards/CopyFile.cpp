@@ -5,6 +5,7 @@
 #include "FileName.h"
 #include "SystemCall.h"
 #include "SystemError.h"
+#include "WriteAll.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -15,6 +16,7 @@
 #include <array>
 #include <cerrno>
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -62,14 +64,9 @@ public:
         return {};
     }
 
-    Result<> append(const char* bytes, std::size_t count) {
-        const std::size_t begin = std::exchange(size_, size_ + count);
-        while (count > 0) {
-            const auto written = retried([&] { return ::write(file_.get(), bytes, count); });
-            if (written <= 0) return writeFailure(written < 0 ? errno : EIO);
-            bytes += written;
-            count -= static_cast<std::size_t>(written);
-        }
+    Result<> append(std::span<const char> bytes) {
+        const std::size_t begin = std::exchange(size_, size_ + bytes.size());
+        if (const int code = writeAll(file_, bytes); code != 0) return writeFailure(code);
         // Lets the disk begin now, so that flushing the finished file takes little time.
         ::sync_file_range(file_.get(), static_cast<off64_t>(begin),
                           static_cast<off64_t>(size_ - begin), SYNC_FILE_RANGE_WRITE);
@@ -109,7 +106,7 @@ Result<> copyBytes(const FileDescriptor& source, std::int64_t size, PartialFile&
         if (count == 0) return copied == size ? Result<>() : tooShort(copied, size);
         copied += count;
         if (copied > size) return tooLong(size);
-        auto appended = copy.append(buffer.get(), static_cast<std::size_t>(count));
+        auto appended = copy.append({buffer.get(), static_cast<std::size_t>(count)});
         if (!appended) return appended;
     }
 }

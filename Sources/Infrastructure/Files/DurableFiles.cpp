@@ -4,6 +4,7 @@
 
 #include "FileDescriptor.h"
 #include "SystemCall.h"
+#include "WriteAll.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -15,8 +16,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <expected>
 #include <filesystem>
 #include <random>
+#include <span>
 #include <vector>
 
 namespace bildkurier {
@@ -62,8 +65,13 @@ std::string folderAbove(const std::string& path) {
     return above.empty() ? "." : above;
 }
 
-FileDescriptor openedFolder(const std::string& path) {
-    return opened({AT_FDCWD, path}, O_RDONLY | O_DIRECTORY);
+std::string lastName(const std::string& path) {
+    return std::filesystem::path(path).filename().string();
+}
+
+/// To flush it or, with O_PATH, only to find what is in it.
+FileDescriptor openedFolder(const std::string& path, int flags = O_RDONLY) {
+    return opened({AT_FDCWD, path}, flags | O_DIRECTORY);
 }
 
 int look(const FileDescriptor& file, struct stat& facts) {
@@ -91,19 +99,45 @@ int remove(const Place& place) {
     return outcome([&] { return ::unlinkat(place.folder, place.chars(), 0); });
 }
 
-/// Makes the contents of a regular file durable.
-int flushFile(const Place& place) {
+/// A file whose contents are durable. It is held by O_PATH: some volumes give a file another
+/// number once nobody does, and some servers do not rename what is open.
+struct FlushedFile {
+    FileDescriptor held;
+    std::int64_t size;
+};
+
+/// 0 if this is that file, still as large, ESTALE if not.
+int recognise(const struct stat& facts, const FlushedFile& file) {
+    struct stat now{};
+    if (const int error = look(file.held, now)) return error;
+    const bool same = facts.st_dev == now.st_dev && facts.st_ino == now.st_ino;
+    return same && facts.st_size == file.size ? 0 : ESTALE;
+}
+
+int recognise(const Place& place, const FlushedFile& file) {
+    struct stat facts{};
+    const int error = look(place, AT_SYMLINK_NOFOLLOW, facts);
+    return error == 0 ? recognise(facts, file) : error;
+}
+
+/// Makes the contents of a regular file durable that still has this name afterwards.
+std::expected<FlushedFile, int> flushedFile(const Place& place) {
     constexpr int flags = O_NOFOLLOW | O_NONBLOCK;
     // Network file systems may leave out the server when a file is only open for reading.
     FileDescriptor file = opened(place, O_RDWR | flags);
     if (!file) file = opened(place, O_RDONLY | flags);
     struct stat facts{};
-    if (!file) return errno;
-    if (const int error = look(file, facts)) return error;
-    if (S_ISDIR(facts.st_mode)) return EISDIR;
-    if (!S_ISREG(facts.st_mode)) return EINVAL;
-    if (const int error = flush(file)) return error;
-    return file.close();
+    if (!file) return std::unexpected(errno);
+    if (const int error = look(file, facts)) return std::unexpected(error);
+    if (S_ISDIR(facts.st_mode)) return std::unexpected(EISDIR);
+    if (!S_ISREG(facts.st_mode)) return std::unexpected(EINVAL);
+    if (const int error = flush(file)) return std::unexpected(error);
+    FlushedFile flushed{opened(place, O_PATH | O_NOFOLLOW), facts.st_size};
+    if (!flushed.held) return std::unexpected(errno);
+    if (const int error = look(file, facts)) return std::unexpected(error);
+    if (const int error = recognise(facts, flushed)) return std::unexpected(error);
+    if (const int error = file.close()) return std::unexpected(error);
+    return flushed;
 }
 
 int renameWith(unsigned flags, const Place& from, const Place& to) {
@@ -127,21 +161,16 @@ int rename(const Place& from, const Place& to) {
     return error == 0 ? renameWith(0, from, to) : error;
 }
 
-int copyContents(const FileDescriptor& from, const FileDescriptor& to) {
-    std::vector<std::byte> buffer(std::size_t{1} << 20);
-    while (true) {
-        const auto length =
+int copyContents(const FileDescriptor& from, const FileDescriptor& to, std::int64_t size) {
+    std::vector<char> buffer(std::size_t{1} << 20);
+    for (std::int64_t copied = 0;;) {
+        const auto count =
             retried([&] { return ::read(from.get(), buffer.data(), buffer.size()); });
-        if (length < 0) return errno;
-        if (length == 0) return 0;
-        for (ssize_t written = 0; written < length;) {
-            const auto count = retried([&] {
-                return ::write(to.get(), buffer.data() + written,
-                               static_cast<std::size_t>(length - written));
-            });
-            if (count < 0) return errno;
-            written += count;
-        }
+        if (count < 0) return errno;
+        if (count == 0) return copied == size ? 0 : EIO;
+        copied += count;
+        const std::span read(buffer.data(), static_cast<std::size_t>(count));
+        if (const int error = writeAll(to, read)) return error;
     }
 }
 
@@ -150,9 +179,16 @@ std::string hiddenName() {
     return fmt::format(".bildkurier-{:08x}{:08x}", random(), random());
 }
 
+bool isSameTime(const timespec& a, const timespec& b) {
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
 /// Fills the empty file `target` with what `source` holds, its time too, and closes it.
 int fill(FileDescriptor& target, const FileDescriptor& source, const struct stat& facts) {
-    if (const int error = copyContents(source, target)) return error;
+    if (const int error = copyContents(source, target, facts.st_size)) return error;
+    struct stat now{};
+    if (const int error = look(source, now)) return error;
+    if (now.st_size != facts.st_size || !isSameTime(now.st_mtim, facts.st_mtim)) return ESTALE;
     // Not every file system can keep it.
     ::futimens(target.get(), std::array{facts.st_atim, facts.st_mtim}.data());
     if (const int error = flush(target)) return error;
@@ -160,11 +196,12 @@ int fill(FileDescriptor& target, const FileDescriptor& source, const struct stat
 }
 
 /// Copies a file to a volume other than its own.
-int copy(const Place& from, const Place& to) {
+int copy(const FlushedFile& file, const Place& from, const Place& to) {
     const FileDescriptor source = opened(from, O_RDONLY | O_NOFOLLOW);
     if (!source) return errno;
     struct stat facts{};
     if (const int error = look(source, facts)) return error;
+    if (const int error = recognise(facts, file)) return error;
     const Place hidden{to.folder, hiddenName()};
     FileDescriptor target =
         opened(hidden, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, facts.st_mode & 0777);
@@ -172,6 +209,15 @@ int copy(const Place& from, const Place& to) {
     int error = fill(target, source, facts);
     if (error == 0) error = rename(hidden, to);
     if (error != 0) remove(hidden);
+    return error;
+}
+
+/// Renames within a volume. A name that turns out to have gone to another file, put in place of
+/// this one at the last moment, is taken back.
+int rename(const FlushedFile& file, const Place& from, const Place& to) {
+    if (const int error = rename(from, to)) return error;
+    const int error = recognise(to, file);
+    if (error != 0 && rename(to, from) != 0) remove(to);
     return error;
 }
 
@@ -193,16 +239,21 @@ int makeFolder(const std::string& path) {
 }
 
 int moveFile(const std::string& source, const std::string& target) {
-    const FileDescriptor folder = openedFolder(folderAbove(target));
-    if (!folder) return errno;
-    const Place from{AT_FDCWD, source};
-    const Place to{folder.get(), std::filesystem::path(target).filename().string()};
+    // All names are looked up in the folders as they are now: one that is removed and made anew
+    // meanwhile is another.
+    const FileDescriptor fromFolder = openedFolder(folderAbove(source), O_PATH);
+    if (!fromFolder) return errno;
+    const FileDescriptor toFolder = openedFolder(folderAbove(target));
+    if (!toFolder) return errno;
+    const Place from{fromFolder.get(), lastName(source)};
+    const Place to{toFolder.get(), lastName(target)};
     if (const int error = refuseTaken(to)) return error;
-    if (const int error = flushFile(from)) return error;
-    int error = rename(from, to);
+    const auto file = flushedFile(from);
+    if (!file) return file.error();
+    int error = rename(*file, from, to);
     const bool acrossVolumes = error == EXDEV;
-    if (acrossVolumes) error = copy(from, to);
-    if (error == 0) error = flushFolder(folder);
+    if (acrossVolumes) error = copy(*file, from, to);
+    if (error == 0) error = flushFolder(toFolder);
     if (error == 0 && acrossVolumes) remove(from);
     return error;
 }
