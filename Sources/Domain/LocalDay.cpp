@@ -18,6 +18,28 @@ std::optional<int> digits(std::string_view text) {
     return value;
 }
 
+/// Midnight at the beginning of a day; `day` may lie past the month's end.
+Date midnight(int year, int month, int day) {
+    std::tm moment{};
+    moment.tm_year = year - 1900;
+    moment.tm_mon = month - 1;
+    moment.tm_mday = day;
+    moment.tm_isdst = -1;
+    std::time_t seconds = std::mktime(&moment);
+    // A midnight that does not exist may be taken for the last hour of the day before.
+    constexpr std::time_t hour = 60 * 60;
+    if (moment.tm_hour > 12) seconds += hour;
+    return Date(std::chrono::seconds(seconds));
+}
+
+std::tm localTime(Date date) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count();
+    const std::time_t time = seconds;
+    std::tm local{};
+    localtime_r(&time, &local);
+    return local;
+}
+
 }  // namespace
 
 std::optional<Date> startOfLocalDay(std::string_view day) {
@@ -30,12 +52,17 @@ std::optional<Date> startOfLocalDay(std::string_view day) {
                                            std::chrono::month(static_cast<unsigned>(*month)),
                                            std::chrono::day(static_cast<unsigned>(*dayOfMonth))};
     if (!date.ok()) return std::nullopt;
-    std::tm midnight{};
-    midnight.tm_year = *year - 1900;
-    midnight.tm_mon = *month - 1;
-    midnight.tm_mday = *dayOfMonth;
-    midnight.tm_isdst = -1;
-    return Date(std::chrono::seconds(std::mktime(&midnight)));
+    return midnight(*year, *month, *dayOfMonth);
+}
+
+Date startOfLocalDay(Date date) {
+    const std::tm local = localTime(date);
+    return midnight(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+}
+
+Date startOfNextLocalDay(Date date) {
+    const std::tm local = localTime(date);
+    return midnight(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday + 1);
 }
 
 }  // namespace bildkurier
