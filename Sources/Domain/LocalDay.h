@@ -13,4 +13,9 @@ namespace bildkurier {
 /// text is no such day.
 std::optional<Date> startOfLocalDay(std::string_view day);
 
+/// The first moment of the day in which `date` lies, and of the day after it, in the local time
+/// zone. Where midnight is skipped for summer time, the day begins later.
+Date startOfLocalDay(Date date);
+Date startOfNextLocalDay(Date date);
+
 }  // namespace bildkurier

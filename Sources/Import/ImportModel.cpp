@@ -1,0 +1,534 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ImportModel.h"
+
+#include "ByteSum.h"
+#include "CameraName.h"
+#include "FatalError.h"
+#include "Formatting.h"
+#include "ImportSummary.h"
+#include "LocalDay.h"
+#include "RunThen.h"
+#include "SftpUrl.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+constexpr Duration reloadDelay{1.5};
+constexpr Duration reopenDelay{1.0};
+constexpr Duration samplingInterval{0.25};
+constexpr double speedWindow = 2.0;  // seconds
+constexpr std::size_t longestLog = 500;
+constexpr int mostFruitlessResumes = 2;
+constexpr auto sleepReason = "Bildkurier läuft";
+constexpr auto gaveUp =
+    "Import gestoppt: Die Kamera trennt sich wiederholt, ohne dass etwas ankommt. Originalkabel "
+    "direkt am Mac probieren (ohne Hub) und Akku der Kamera prüfen.";
+
+std::int64_t wholeIndex(double index) {
+    constexpr double limit = 0x1p63;
+    if (!(index >= -limit && index < limit)) fatalError("the day's index is no whole number");
+    return static_cast<std::int64_t>(index);
+}
+
+std::int64_t totalSize(const CameraFiles& files) {
+    std::int64_t total = 0;
+    for (const auto& file : files) total = byteSum(total, file->size());
+    return total;
+}
+
+/// The bytes of a run so far, the file in flight included.
+std::int64_t transferred(const ImportRunner::Progress& progress) {
+    if (progress.currentBytes > std::numeric_limits<std::int64_t>::max() - progress.bytesDone) {
+        fatalError("more bytes transferred than can be counted");
+    }
+    return progress.bytesDone + progress.currentBytes;
+}
+
+}  // namespace
+
+struct ImportModel::DestinationScan {
+    bool onNetwork = false;
+    bool writable = false;
+    std::optional<std::int64_t> capacity;
+    FileKeys existing;
+};
+
+template <class T>
+void ImportModel::publish(T& field, std::type_identity_t<T> value) {
+    if (field == value) return;
+    field = std::move(value);
+    observers_.notify();
+}
+
+ImportModel::ImportModel(Collaborators collaborators, MainQueue& main, Background& background)
+    : clock([&main] { return main.now().time_since_epoch().count(); }),
+      main_(main),
+      background_(background),
+      browser_(std::move(collaborators.browser)),
+      fileStore_(std::move(collaborators.fileStore)),
+      settings_(std::move(collaborators.settings)),
+      folderPicker_(std::move(collaborators.folderPicker)),
+      runner_(std::move(collaborators.runner)),
+      autoImport_(std::move(collaborators.autoImport)),
+      sleepBlocker_(std::move(collaborators.sleepBlocker)),
+      folderAccess_(std::move(collaborators.folderAccess)) {
+    speedMeter_.window = speedWindow;
+    // A grant that was restored wins over a path stored at another time.
+    if (const auto granted = folderAccess_->restore()) settings_->setDestination(*granted);
+    destinationKind_ = settings_->destinationKind();
+    sftpUser_ = settings_->sftpUser();
+    sftpHost_ = settings_->sftpHost();
+    sftpPath_ = settings_->sftpPath();
+    dest_ = settingsDestination(destinationKind_);
+    byDate_ = settings_->byDate();
+    byType_ = settings_->byType();
+    useFromDate_ = settings_->useFromDate();
+    autoImportEnabled_ = settings_->autoImportEnabled();
+
+    runner_->onLog = [this](const std::string& line) { addLog(line); };
+    runner_->onProgress = [this](const ImportRunner::Progress& p) { showProgress(p); };
+    runner_->onFinish = [this](const ImportRunner::Progress& p, bool cancelled) {
+        importFinished(p, cancelled);
+    };
+}
+
+Handle ImportModel::observe(std::function<void()> changed) {
+    return observers_.add(std::move(changed));
+}
+
+Url ImportModel::settingsDestination(DestinationKind kind) const {
+    if (kind == DestinationKind::folder) return settings_->destination();
+    return sftpURL(settings_->sftpUser(), settings_->sftpHost(), settings_->sftpPath());
+}
+
+std::string ImportModel::timeStamp() const { return logTime().text(main_.date()); }
+
+std::optional<Date> ImportModel::fromDaySelected() const {
+    const std::int64_t index = wholeIndex(fromDayIndex_);
+    if (cameraDays_.empty()) return std::nullopt;
+    const auto last = std::ssize(cameraDays_) - 1;
+    return cameraDays_[static_cast<std::size_t>(std::clamp<std::int64_t>(index, 0, last))];
+}
+
+bool ImportModel::destNeedsChoice() const {
+    return dest_.isFile() && !folderAccess_->isGranted(dest_);
+}
+
+double ImportModel::totalBytesProgress() const {
+    if (newBytes_ < 1) return 0;
+    return static_cast<double>(transferred(progress_)) / static_cast<double>(newBytes_);
+}
+
+// Choices
+
+void ImportModel::setSelectedID(std::optional<std::string> id) {
+    if (selectedID_ == id) return;
+    publish(selectedID_, std::move(id));
+    selectCamera();
+}
+
+void ImportModel::setDest(const Url& dest) {
+    publish(dest_, dest);
+    if (dest.isFile()) settings_->setDestination(dest);
+    recompute();
+}
+
+void ImportModel::setDestinationKind(DestinationKind kind) {
+    if (destinationKind_ == kind) return;
+    publish(destinationKind_, kind);
+    settings_->setDestinationKind(kind);
+    setDest(settingsDestination(kind));
+}
+
+void ImportModel::setByDate(bool byDate) {
+    publish(byDate_, byDate);
+    settings_->setByDate(byDate);
+}
+
+void ImportModel::setByType(bool byType) {
+    publish(byType_, byType);
+    settings_->setByType(byType);
+}
+
+void ImportModel::setUseFromDate(bool useFromDate) {
+    publish(useFromDate_, useFromDate);
+    settings_->setUseFromDate(useFromDate);
+    applyFilter();
+}
+
+void ImportModel::setFromDayIndex(double index) {
+    const bool sameDay = wholeIndex(index) == wholeIndex(fromDayIndex_);
+    publish(fromDayIndex_, index);
+    if (sameDay) return;
+    if (const auto day = fromDaySelected()) settings_->setFromDay(dayFormatter().text(*day));
+    applyFilter();
+}
+
+void ImportModel::setAutoImportEnabled(bool enabled) {
+    publish(autoImportEnabled_, enabled);
+    if (enabled) {
+        if (camera_ && autoImport_->enable(*camera_)) {
+            return publish(status_, fmt::format("Auto-Import für {} aktiviert. Er startet beim "
+                                                "nächsten Verbinden.",
+                                                autoImport_->trustedName()));
+        }
+        return setAutoImportEnabled(false);
+    }
+    settings_->setAutoImportEnabled(false);
+    autoImport_->clearPending();
+}
+
+void ImportModel::chooseDest() {
+    const auto chosen =
+        folderPicker_->chooseFolder(dest_.isFile() ? dest_ : settings_->destination());
+    if (!chosen) return;
+    folderAccess_->remember(*chosen);
+    if (*chosen == dest_) return recompute();
+    setDest(*chosen);
+}
+
+void ImportModel::reload() {
+    if (destNeedsChoice()) {
+        const auto granted = folderAccess_->restore();
+        if (granted && folderAccess_->isGranted(*granted)) {
+            settings_->setDestination(*granted);
+            if (*granted != dest_) setDest(*granted);
+        }
+    }
+    if (!camera_ || phase_ == Phase::importing) return;
+    publish(phase_, Phase::connecting);
+    publish(status_, "Lese Kamera neu ein …");
+    camera_->closeSession();
+    pendingReopen_ = main_.after(reopenDelay, [this, camera = camera_] {
+        if (camera_ == camera) camera->openSession();
+    });
+}
+
+void ImportModel::addLog(std::string line) {
+    log_.push_back(std::move(line));
+    if (log_.size() > longestLog) log_.pop_front();
+    observers_.notify();
+}
+
+// Cameras
+
+void ImportModel::cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) {
+    cameras_.push_back(camera);
+    observers_.notify();
+    const auto identity = camera->identity();
+    if (pendingResume_ && identity == pendingResume_->identity && phase_ != Phase::importing) {
+        resumeReady_ = true;
+        publish(status_, fmt::format("{} wieder verbunden. Import wird fortgesetzt …",
+                                     displayName(*camera)));
+        return setSelectedID(camera->id());
+    }
+    if (autoImport_->cameraConnected(*camera)) {
+        if (phase_ != Phase::importing) setSelectedID(camera->id());
+        return;
+    }
+    if (!selectedID_) setSelectedID(camera->id());
+}
+
+void ImportModel::cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) {
+    std::erase(cameras_, camera);
+    observers_.notify();
+    if (camera != camera_) return;
+    autoImport_->clearPending();
+    std::optional<std::string> interrupted;
+    if (phase_ == Phase::importing) interrupted = noteInterruptedImport(*camera);
+    runner_->abandon();
+    sleepBlocker_->end();
+    speedTimer_.reset();
+    camera_.reset();
+    publish(phase_, Phase::noCamera);
+    setSelectedID(cameras_.empty() ? std::nullopt : std::optional(cameras_.front()->id()));
+    if (interrupted) publish(status_, *interrupted);
+}
+
+void ImportModel::cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) {
+    if (!holds(camera)) return;
+    if (error) {
+        publish(phase_, Phase::noCamera);
+        return publish(status_,
+                       fmt::format("Verbindung fehlgeschlagen: {}. „Digitale Bilder“, „Fotos“ und "
+                                   "Canon-Software schließen, dann Kamera neu verbinden.",
+                                   error->message));
+    }
+    publish(phase_, Phase::reading);
+    publish(status_, "Lese Dateiliste der Karte(n) …");
+}
+
+void ImportModel::cameraCatalogReady(Camera& camera) {
+    if (holds(camera)) loadCatalog();
+}
+
+void ImportModel::cameraCatalogChanged(Camera& camera) {
+    if (!holds(camera) || !isReadyOrDone() || pendingReload_) return;
+    pendingReload_ = main_.after(reloadDelay, [this] {
+        pendingReload_.reset();
+        if (camera_ && isReadyOrDone()) loadCatalog();
+    });
+}
+
+void ImportModel::selectCamera() {
+    if (phase_ == Phase::importing) return;
+    scanGeneration_.renew();
+    if (camera_) {
+        camera_->closeSession();
+        camera_->setDelegate({});
+        camera_.reset();
+    }
+    allFiles_.clear();
+    showMissing({});
+    publish(cameraFileCount_, 0);
+    publish(cameraBytes_, 0);
+    publish(cameraDays_, {});
+    const auto found = std::ranges::find_if(
+        cameras_, [this](const auto& camera) { return camera->id() == selectedID_; });
+    if (found == cameras_.end()) {
+        publish(phase_, Phase::noCamera);
+        return publish(status_, searchingStatus);
+    }
+    camera_ = *found;
+    camera_->setDelegate(weak_from_this());
+    publish(phase_, Phase::connecting);
+    publish(status_, fmt::format("Verbinde mit {} …", displayName(*camera_)));
+    camera_->openSession();
+}
+
+// Catalogue and destination
+
+void ImportModel::loadCatalog() {
+    allFiles_ = sortedByShotDate(camera_->files());
+    publish(cameraFileCount_, std::ssize(allFiles_));
+    publish(cameraBytes_, totalSize(allFiles_));
+    setCameraDays();
+    const auto stored = settings_->fromDay();
+    const auto day = std::ranges::find_if(
+        cameraDays_, [&stored](Date start) { return dayFormatter().text(start) == stored; });
+    const auto index = day == cameraDays_.end() ? std::ssize(cameraDays_) - 1
+                                                : std::ranges::distance(cameraDays_.begin(), day);
+    setFromDayIndex(static_cast<double>(std::max<std::ptrdiff_t>(index, 0)));
+    publish(phase_, Phase::ready);
+    recompute();
+}
+
+/// The files are in the order of their dates, so each day's stand together.
+void ImportModel::setCameraDays() {
+    std::vector<Date> days;
+    Date nextDay = Date::min();
+    for (const auto& file : allFiles_) {
+        const auto shot = file->shotDate();
+        if (!shot || *shot < nextDay) continue;
+        days.push_back(startOfLocalDay(*shot));
+        nextDay = startOfNextLocalDay(*shot);
+    }
+    publish(cameraDays_, std::move(days));
+}
+
+void ImportModel::recompute() {
+    if (!camera_ || (allFiles_.empty() && !isReadyOrDone())) return;
+    if (phase_ == Phase::importing || phase_ == Phase::connecting || phase_ == Phase::reading) {
+        return;
+    }
+    scanGeneration_.renew();
+    if (destNeedsChoice()) {
+        existing_.clear();
+        destWritable_ = false;
+        destCapacity_.reset();
+        publish(destOnNetwork_, false);
+        publish(phase_, Phase::ready);
+        applyFilter();
+        return publish(status_, chooseFolderStatus);
+    }
+    publish(phase_, Phase::checking);
+    publish(status_, "Prüfe Zielordner …");
+    runThen(
+        background_, main_,
+        [store = fileStore_, dest = dest_] {
+            DestinationScan scan;
+            scan.onNetwork = store->isNetworkVolume(dest);
+            scan.writable = store->isWritableDirectory(dest);
+            scan.capacity = store->availableCapacity(dest);
+            scan.existing = store->existingFileKeys(dest);
+            return scan;
+        },
+        scanGeneration_([this](DestinationScan scan) { destinationScanned(std::move(scan)); }));
+}
+
+void ImportModel::destinationScanned(DestinationScan scan) {
+    publish(destOnNetwork_, scan.onNetwork);
+    destWritable_ = scan.writable;
+    destCapacity_ = scan.capacity;
+    existing_ = std::move(scan.existing);
+    publish(phase_, Phase::ready);
+    applyFilter();
+}
+
+void ImportModel::applyFilter() {
+    if (!isReadyOrDone()) return;
+    const auto since = useFromDate_ ? fromDaySelected() : std::nullopt;
+    showMissing(missingFilesSince(since));
+    publish(phase_, Phase::ready);
+    if (allFiles_.empty()) return publish(status_, "Die Kamera meldet keine Dateien.");
+    if (newFiles_.empty()) {
+        publish(status_, "Nichts Neues im gewählten Zeitraum.");
+    } else if (since) {
+        publish(status_,
+                fmt::format("{} neue Dateien ({}) bereit zum Import (ab {})", newFiles_.size(),
+                            formatBytes(newBytes_), displayDay().text(*since)));
+    } else {
+        publish(status_, fmt::format("{} neue Dateien ({}) bereit zum Import.", newFiles_.size(),
+                                     formatBytes(newBytes_)));
+    }
+    if (resumeReady_) {
+        resumeInterruptedImport();
+    } else {
+        startPendingAutoImport();
+    }
+}
+
+ImportSelection ImportModel::missingFilesSince(std::optional<Date> since) const {
+    return missingFiles(allFiles_, existing_, since);
+}
+
+void ImportModel::showMissing(ImportSelection missing) {
+    publish(newFiles_, std::move(missing.files));
+    publish(newBytes_, missing.bytes);
+}
+
+// Runs
+
+void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRun) {
+    if (phase_ != Phase::ready || newFiles_.empty()) return;
+    if (destNeedsChoice()) return publish(status_, chooseFolderStatus);
+    if (!continuingPreviousRun) publish(log_, {});
+    runIgnoresDateFilter_ = ignoringDateFilter;
+    publish(phase_, Phase::importing);
+    const auto started =
+        runner_->start(newFiles_, dest_, FolderLayout{.byDate = byDate_, .byType = byType_});
+    if (!started) {
+        publish(phase_, Phase::ready);
+        return publish(
+            status_, fmt::format("Kann Zielordner nicht beschreiben: {}", started.error().message));
+    }
+    sleepBlocker_->begin(sleepReason);
+    startSpeedMeter();
+}
+
+void ImportModel::cancelImport() {
+    pendingResume_.reset();
+    runner_->cancel();
+    publish(status_, "Breche nach der aktuellen Datei ab …");
+}
+
+void ImportModel::showProgress(const ImportRunner::Progress& progress) {
+    publish(progress_, progress);
+    if (progress.currentName.empty()) return;
+    publish(status_, fmt::format("Lade {} von {}: {}", progress.done + progress.failed + 1,
+                                 progress.total, displayText(progress.currentName)));
+}
+
+void ImportModel::importFinished(const ImportRunner::Progress& progress, bool cancelled) {
+    sleepBlocker_->end();
+    publish(progress_, progress);
+    sampleSpeed();
+    speedTimer_.reset();
+    pendingResume_.reset();
+    if (progress.done > 0) fruitlessResumes_ = 0;
+    const std::string summary = importSummary(progress, speed_.average, cancelled);
+    addLog(summary);
+    publish(phase_, Phase::done);
+    if (const auto waiting = autoImport_->waitingCamera(cameras_, camera_)) {
+        return setSelectedID(waiting->id());
+    }
+    recompute();
+    publish(status_, summary);
+}
+
+void ImportModel::startSpeedMeter() {
+    speedMeter_ = {.window = speedMeter_.window};
+    sampleSpeed();
+    speedTimer_ = main_.every(samplingInterval, [this] { sampleSpeed(); });
+}
+
+void ImportModel::sampleSpeed() {
+    speedMeter_.sample(transferred(progress_), clock());
+    publish(speed_, speedMeter_.reading);
+}
+
+// Disconnects
+
+std::string ImportModel::noteInterruptedImport(const Camera& camera) {
+    addLog(fmt::format("✗ {} Kamera getrennt, {} von {} geladen.", timeStamp(), progress_.done,
+                       progress_.total));
+    fruitlessResumes_ = progress_.done < 1 ? fruitlessResumes_ + 1 : 0;
+    const auto identity = camera.identity();
+    if (identity && fruitlessResumes_ <= mostFruitlessResumes) {
+        pendingResume_ = {*identity, runIgnoresDateFilter_};
+        return "Kamera getrennt. Der Import geht weiter, sobald sie wieder verbunden ist.";
+    }
+    pendingResume_.reset();
+    addLog(fmt::format("✗ {}", gaveUp));
+    return gaveUp;
+}
+
+void ImportModel::resumeInterruptedImport() {
+    resumeReady_ = false;
+    const auto resume = std::exchange(pendingResume_, std::nullopt);
+    if (!resume) return;
+    if (resume->ignoresDateFilter) showMissing(missingFilesSince(std::nullopt));
+    if (newFiles_.empty()) {
+        return publish(status_, "Nach der Trennung fehlt nichts mehr im Zielordner.");
+    }
+    const std::size_t count = newFiles_.size();
+    startImport(resume->ignoresDateFilter, true);
+    if (phase_ != Phase::importing) return;
+    addLog(fmt::format("↻ {} Fortsetzung nach Trennung: noch {} Dateien.", timeStamp(), count));
+}
+
+// The trusted camera
+
+void ImportModel::startPendingAutoImport() {
+    if (!camera_ || !autoImport_->consumePending(*camera_)) return;
+    ImportSelection missing = missingFilesSince(std::nullopt);
+    if (missing.files.empty()) {
+        return publish(status_,
+                       "Auto-Import: alle Dateien dieser Kamera sind bereits im Zielordner.");
+    }
+    if (!destWritable_) return suspendAutoImport("Zielordner fehlt oder ist nicht beschreibbar.");
+    if (destCapacity_ && *destCapacity_ < missing.bytes) {
+        return suspendAutoImport("zu wenig freier Platz im Zielordner.");
+    }
+    std::optional<Date> earliest;
+    for (const auto& file : missing.files) {
+        const auto shot = file->shotDate();
+        if (shot && (!earliest || *shot < *earliest)) earliest = shot;
+    }
+    const std::string range =
+        earliest ? "ab dem ersten fehlenden Aufnahmetag " + dayFormatter().text(*earliest)
+                 : "für Dateien ohne Aufnahmedatum";
+    const std::size_t count = missing.files.size();
+    showMissing(std::move(missing));
+    startImport(true, false);
+    if (phase_ != Phase::importing) return;
+    addLog(fmt::format("↻ Auto-Import: {} fehlende Dateien {}, Kamera {}.", count, range,
+                       autoImport_->trustedName()));
+}
+
+void ImportModel::suspendAutoImport(const std::string& reason) {
+    const std::string message = "Auto-Import ausgesetzt: " + reason;
+    publish(status_, message);
+    addLog(fmt::format("✗ {} Ziel: {}", message, displayText(dest_.path)));
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "AutoImport.h"
+#include "Background.h"
+#include "CameraBrowser.h"
+#include "CameraBrowserDelegate.h"
+#include "CameraDelegate.h"
+#include "DestinationKind.h"
+#include "FileStore.h"
+#include "FolderAccess.h"
+#include "FolderPicker.h"
+#include "Guard.h"
+#include "IdleSleepBlocker.h"
+#include "ImportRunner.h"
+#include "ImportSelection.h"
+#include "MainQueue.h"
+#include "Observers.h"
+#include "SettingsStore.h"
+#include "SpeedMeter.h"
+#include "TypeSummary.h"
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace bildkurier {
+
+/// Everything a front end shows and does: cameras come and go, one is opened and read, the
+/// destination is compared with it, imports run, are interrupted and go on. Fields change on
+/// the main thread only; observers hear of each change.
+class ImportModel final : public CameraBrowserDelegate,
+                          public CameraDelegate,
+                          public std::enable_shared_from_this<ImportModel> {
+public:
+    enum class Phase : std::uint8_t {
+        noCamera,
+        connecting,
+        reading,
+        checking,
+        ready,
+        importing,
+        done
+    };
+
+    /// What to take up again when a camera that was lost during an import returns.
+    struct Resume {
+        std::string identity;
+        bool ignoresDateFilter = false;
+
+        bool operator==(const Resume&) const = default;
+    };
+
+    struct Collaborators {
+        std::shared_ptr<CameraBrowser> browser;
+        std::shared_ptr<FileStore> fileStore;
+        std::shared_ptr<SettingsStore> settings;
+        std::shared_ptr<FolderPicker> folderPicker;
+        std::unique_ptr<ImportRunner> runner;
+        std::shared_ptr<AutoImport> autoImport;
+        std::shared_ptr<IdleSleepBlocker> sleepBlocker;
+        std::shared_ptr<FolderAccess> folderAccess;
+    };
+
+    static constexpr auto searchingStatus = "Suche Kamera … (einschalten und per USB verbinden)";
+    static constexpr auto chooseFolderStatus =
+        "Zielordner wählen: unter Ziel auf „Ändern …“ klicken.";
+
+    /// Restores what the settings hold. `main` must outlive the model, and `background` end
+    /// before `main`. Discovery is begun by starting the browser with the model as delegate.
+    ImportModel(Collaborators collaborators, MainQueue& main, Background& background);
+
+    /// Calls `changed` whenever a field below has changed, until the handle is dropped.
+    [[nodiscard]] Handle observe(std::function<void()> changed);
+
+    const std::vector<std::shared_ptr<Camera>>& cameras() const { return cameras_; }
+    const std::optional<std::string>& selectedID() const { return selectedID_; }
+    const Url& dest() const { return dest_; }
+    DestinationKind destinationKind() const { return destinationKind_; }
+    const std::string& sftpUser() const { return sftpUser_; }
+    const std::string& sftpHost() const { return sftpHost_; }
+    const std::string& sftpPath() const { return sftpPath_; }
+    bool byDate() const { return byDate_; }
+    bool byType() const { return byType_; }
+    /// The first moments of the days on which the card's files were shot, ascending.
+    const std::vector<Date>& cameraDays() const { return cameraDays_; }
+    bool useFromDate() const { return useFromDate_; }
+    double fromDayIndex() const { return fromDayIndex_; }
+    bool autoImportEnabled() const { return autoImportEnabled_; }
+    Phase phase() const { return phase_; }
+    const std::string& status() const { return status_; }
+    std::int64_t cameraFileCount() const { return cameraFileCount_; }
+    std::int64_t cameraBytes() const { return cameraBytes_; }
+    /// What an import would load, in catalogue order.
+    const CameraFiles& newFiles() const { return newFiles_; }
+    std::int64_t newBytes() const { return newBytes_; }
+    const ImportRunner::Progress& progress() const { return progress_; }
+    const SpeedMeter::Reading& speed() const { return speed_; }
+    bool destOnNetwork() const { return destOnNetwork_; }
+    /// Oldest first, at most 500 lines.
+    const std::deque<std::string>& log() const { return log_; }
+
+    /// Tiles for `newFiles`; reckoned anew at each call.
+    std::vector<TypeSummary> newByType() const { return summarizeByType(newFiles_); }
+    /// The first day to import when the filter is on; absent without dated files.
+    std::optional<Date> fromDaySelected() const;
+    /// Whether the user must choose the destination folder again before it can be used.
+    bool destNeedsChoice() const;
+    /// 0 to 1.
+    double totalBytesProgress() const;
+
+    void setSelectedID(std::optional<std::string> id);
+    void setDest(const Url& dest);
+    void setDestinationKind(DestinationKind kind);
+    void setByDate(bool byDate);
+    void setByType(bool byType);
+    void setUseFromDate(bool useFromDate);
+    /// A slider's value; only its whole part counts.
+    void setFromDayIndex(double index);
+    void setAutoImportEnabled(bool enabled);
+
+    /// Reads camera and destination again.
+    void reload();
+    void chooseDest();
+    /// Without effect unless files are ready to be imported.
+    void startImport(bool ignoringDateFilter = false, bool continuingPreviousRun = false);
+    /// Ends the run after the file in flight.
+    void cancelImport();
+    void addLog(std::string line);
+
+    void cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) override;
+    void cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) override;
+    void cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) override;
+    void cameraCatalogReady(Camera& camera) override;
+    void cameraCatalogChanged(Camera& camera) override;
+
+    /// Seconds; what the speed is measured by.
+    std::function<double()> clock;
+
+private:
+    struct DestinationScan;
+
+    template <class T>
+    void publish(T& field, std::type_identity_t<T> value);
+    bool isReadyOrDone() const { return phase_ == Phase::ready || phase_ == Phase::done; }
+    bool holds(const Camera& camera) const { return camera_.get() == &camera; }
+    Url settingsDestination(DestinationKind kind) const;
+    std::string timeStamp() const;
+
+    void selectCamera();
+    void loadCatalog();
+    void setCameraDays();
+    void recompute();
+    void destinationScanned(DestinationScan scan);
+    void applyFilter();
+    ImportSelection missingFilesSince(std::optional<Date> since) const;
+    void showMissing(ImportSelection missing);
+
+    void showProgress(const ImportRunner::Progress& progress);
+    void importFinished(const ImportRunner::Progress& progress, bool cancelled);
+    void startSpeedMeter();
+    void sampleSpeed();
+
+    std::string noteInterruptedImport(const Camera& camera);
+    void resumeInterruptedImport();
+    void startPendingAutoImport();
+    void suspendAutoImport(const std::string& reason);
+
+    MainQueue& main_;
+    Background& background_;
+    std::shared_ptr<CameraBrowser> browser_;
+    std::shared_ptr<FileStore> fileStore_;
+    std::shared_ptr<SettingsStore> settings_;
+    std::shared_ptr<FolderPicker> folderPicker_;
+    std::unique_ptr<ImportRunner> runner_;
+    std::shared_ptr<AutoImport> autoImport_;
+    std::shared_ptr<IdleSleepBlocker> sleepBlocker_;
+    std::shared_ptr<FolderAccess> folderAccess_;
+
+    std::vector<std::shared_ptr<Camera>> cameras_;
+    std::optional<std::string> selectedID_;
+    Url dest_;
+    DestinationKind destinationKind_ = DestinationKind::folder;
+    std::string sftpUser_;
+    std::string sftpHost_;
+    std::string sftpPath_;
+    bool byDate_ = false;
+    bool byType_ = true;
+    std::vector<Date> cameraDays_;
+    bool useFromDate_ = false;
+    double fromDayIndex_ = 0;
+    bool autoImportEnabled_ = false;
+    Phase phase_ = Phase::noCamera;
+    std::string status_ = searchingStatus;
+    std::int64_t cameraFileCount_ = 0;
+    std::int64_t cameraBytes_ = 0;
+    CameraFiles newFiles_;
+    std::int64_t newBytes_ = 0;
+    ImportRunner::Progress progress_;
+    SpeedMeter::Reading speed_;
+    bool destOnNetwork_ = false;
+    std::deque<std::string> log_;
+    Observers observers_;
+
+    std::shared_ptr<Camera> camera_;  ///< whose session is held
+    CameraFiles allFiles_;            ///< its catalogue, by shot date
+    FileKeys existing_;
+    Guard scanGeneration_;  ///< renewed by each scan and camera, so that older scans are dropped
+    bool destWritable_ = false;
+    std::optional<std::int64_t> destCapacity_;
+    Handle pendingReload_;  ///< a catalogue re-read is scheduled
+    Handle pendingReopen_;  ///< a session is to be opened again
+    std::optional<Resume> pendingResume_;
+    bool resumeReady_ = false;
+    int fruitlessResumes_ = 0;
+    bool runIgnoresDateFilter_ = false;
+    SpeedMeter speedMeter_;
+    Handle speedTimer_;
+};
+
+}  // namespace bildkurier

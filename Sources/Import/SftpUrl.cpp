@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "SftpUrl.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace bildkurier {
+
+namespace {
+
+/// A decimal integer from 1 to 65535.
+std::optional<std::uint16_t> portNumber(std::string_view text) {
+    std::uint16_t port = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
+    if (error != std::errc{} || end != text.data() + text.size() || port == 0) return std::nullopt;
+    return port;
+}
+
+}  // namespace
+
+Url sftpURL(std::string_view user, std::string_view host, std::string_view path) {
+    Url url{.scheme = "sftp", .user = std::string(user), .host = std::string(host)};
+    if (std::ranges::count(host, ':') == 1) {
+        const auto colon = host.find(':');
+        if (const auto port = portNumber(host.substr(colon + 1))) {
+            url.host = host.substr(0, colon);
+            url.port = port;
+        }
+    }
+    url.path = path.starts_with('/') ? std::string(path) : "/" + std::string(path);
+    return url;
+}
+
+}  // namespace bildkurier

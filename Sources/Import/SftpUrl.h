@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Url.h"
+
+#include <string_view>
+
+namespace bildkurier {
+
+/// The URL of a folder on an SFTP server from what the user typed; `host` may end in ":port".
+Url sftpURL(std::string_view user, std::string_view host, std::string_view path);
+
+}  // namespace bildkurier

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ImportLock.h"
+
+#include "SystemCall.h"
+#include "SystemError.h"
+#include "UserFolders.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/file.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+std::unexpected<Error> unusable(const std::string& path) {
+    return failure(fmt::format("Die Sperre „{}“ lässt sich nicht anlegen: {}.", path,
+                               systemError(errno).message));
+}
+
+}  // namespace
+
+ImportLock::ImportLock(std::string path) : path_(std::move(path)) {}
+
+std::string ImportLock::standardPath() { return runtimeFolder() + "/import.lock"; }
+
+Result<> ImportLock::acquire() {
+    if (file_) return {};
+    std::error_code ignored;
+    std::filesystem::create_directories(std::filesystem::path(path_).parent_path(), ignored);
+    FileDescriptor file(retried(
+        [&] { return ::open(path_.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600); }));
+    if (!file) return unusable(path_);
+    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0)
+        return errno == EWOULDBLOCK ? failure("Es läuft schon ein Import.") : unusable(path_);
+    file_ = std::move(file);
+    return {};
+}
+
+void ImportLock::release() { file_ = FileDescriptor(); }
+
+}  // namespace bildkurier

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "PrivateBus.h"
+
+#include <unistd.h>
+
+namespace bildkurier {
+
+namespace {
+
+constexpr const char* program = "/usr/bin/dbus-daemon";
+
+}  // namespace
+
+bool PrivateBus::isInstalled() { return ::access(program, X_OK) == 0; }
+
+PrivateBus::PrivateBus()
+    : daemon_([this] {
+          const std::string printing = "--print-address=" + std::to_string(printed_.writingEnd());
+          const std::string listening = "--address=" + address_;
+          ::execl(program, program, "--session", "--nofork", "--nopidfile", "--nosyslog",
+                  printing.c_str(), listening.c_str(), nullptr);
+          return false;
+      }) {
+    printed_.read();  // it does so once it listens
+}
+
+}  // namespace bildkurier
