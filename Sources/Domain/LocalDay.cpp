@@ -7,6 +7,8 @@
 
 namespace bildkurier {
 
+using namespace std::chrono;
+
 namespace {
 
 /// The whole of `text` as a number of digits only.
@@ -18,26 +20,26 @@ std::optional<int> digits(std::string_view text) {
     return value;
 }
 
-/// Midnight at the beginning of a day; `day` may lie past the month's end.
-Date midnight(int year, int month, int day) {
-    std::tm moment{};
-    moment.tm_year = year - 1900;
-    moment.tm_mon = month - 1;
-    moment.tm_mday = day;
-    moment.tm_isdst = -1;
-    std::time_t seconds = std::mktime(&moment);
-    // A midnight that does not exist may be taken for the last hour of the day before.
-    constexpr std::time_t hour = 60 * 60;
-    if (moment.tm_hour > 12) seconds += hour;
-    return Date(std::chrono::seconds(seconds));
-}
-
-std::tm localTime(Date date) {
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count();
-    const std::time_t time = seconds;
+/// The day that clocks in the local time zone show.
+local_days localDay(sys_seconds moment) {
+    const std::time_t time = moment.time_since_epoch().count();
     std::tm local{};
     localtime_r(&time, &local);
-    return local;
+    return floor<days>(local_seconds(moment.time_since_epoch() + seconds(local.tm_gmtoff)));
+}
+
+local_days localDay(Date date) { return localDay(floor<seconds>(date)); }
+
+/// The first moment at which clocks show `day`, or a later one if it is left out.
+Date firstMoment(local_days day) {
+    constexpr hours furthest{26};  // more than any clock is from Greenwich
+    sys_seconds before = sys_days(day.time_since_epoch()) - furthest;
+    sys_seconds found = sys_days(day.time_since_epoch()) + furthest;
+    while (found - before > seconds(1)) {
+        const sys_seconds middle = before + (found - before) / 2;
+        (localDay(middle) < day ? before : found) = middle;
+    }
+    return found;
 }
 
 }  // namespace
@@ -48,21 +50,15 @@ std::optional<Date> startOfLocalDay(std::string_view day) {
     const auto month = digits(day.substr(5, 2));
     const auto dayOfMonth = digits(day.substr(8, 2));
     if (!year || !month || !dayOfMonth) return std::nullopt;
-    const std::chrono::year_month_day date{std::chrono::year(*year),
-                                           std::chrono::month(static_cast<unsigned>(*month)),
-                                           std::chrono::day(static_cast<unsigned>(*dayOfMonth))};
+    const year_month_day date{std::chrono::year(*year),
+                              std::chrono::month(static_cast<unsigned>(*month)),
+                              std::chrono::day(static_cast<unsigned>(*dayOfMonth))};
     if (!date.ok()) return std::nullopt;
-    return midnight(*year, *month, *dayOfMonth);
+    return firstMoment(local_days(date));
 }
 
-Date startOfLocalDay(Date date) {
-    const std::tm local = localTime(date);
-    return midnight(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
-}
+Date startOfLocalDay(Date date) { return firstMoment(localDay(date)); }
 
-Date startOfNextLocalDay(Date date) {
-    const std::tm local = localTime(date);
-    return midnight(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday + 1);
-}
+Date startOfNextLocalDay(Date date) { return firstMoment(localDay(date) + days(1)); }
 
 }  // namespace bildkurier
