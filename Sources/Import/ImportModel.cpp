@@ -47,10 +47,11 @@ std::int64_t totalSize(const CameraFiles& files) {
 
 /// The bytes of a run so far, the file in flight included.
 std::int64_t transferred(const ImportRunner::Progress& progress) {
-    if (progress.currentBytes > std::numeric_limits<std::int64_t>::max() - progress.bytesDone) {
+    const auto [done, current] = std::pair(progress.bytesDone, progress.currentBytes);
+    if (done > 0 && current > std::numeric_limits<std::int64_t>::max() - done) {
         fatalError("more bytes transferred than can be counted");
     }
-    return progress.bytesDone + progress.currentBytes;
+    return done + current;
 }
 
 }  // namespace
@@ -255,7 +256,7 @@ void ImportModel::cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) 
 }
 
 void ImportModel::cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) {
-    if (!holds(camera)) return;
+    if (!listensTo(camera)) return;
     if (error) {
         publish(phase_, Phase::noCamera);
         return publish(status_,
@@ -268,11 +269,11 @@ void ImportModel::cameraDidOpenSession(Camera& camera, const std::optional<Error
 }
 
 void ImportModel::cameraCatalogReady(Camera& camera) {
-    if (holds(camera)) loadCatalog();
+    if (listensTo(camera)) loadCatalog();
 }
 
 void ImportModel::cameraCatalogChanged(Camera& camera) {
-    if (!holds(camera) || !isReadyOrDone() || pendingReload_) return;
+    if (!listensTo(camera) || !isReadyOrDone() || pendingReload_) return;
     pendingReload_ = main_.after(reloadDelay, [this] {
         pendingReload_.reset();
         if (camera_ && isReadyOrDone()) loadCatalog();
@@ -366,6 +367,7 @@ void ImportModel::recompute() {
 }
 
 void ImportModel::destinationScanned(DestinationScan scan) {
+    if (phase_ != Phase::checking) return;  // the camera is being read again
     publish(destOnNetwork_, scan.onNetwork);
     destWritable_ = scan.writable;
     destCapacity_ = scan.capacity;
