@@ -132,7 +132,10 @@ double ImportModel::totalBytesProgress() const {
 // Choices
 
 void ImportModel::setSelectedID(std::optional<std::string> id) {
-    if (selectedID_ == id) return;
+    if (selectedID_ != id) select(std::move(id));
+}
+
+void ImportModel::select(std::optional<std::string> id) {
     publish(selectedID_, std::move(id));
     selectCamera();
 }
@@ -230,10 +233,10 @@ void ImportModel::cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) {
         resumeReady_ = true;
         publish(status_, fmt::format("{} wieder verbunden. Import wird fortgesetzt …",
                                      displayName(*camera)));
-        return setSelectedID(camera->id());
+        return select(camera->id());
     }
     if (autoImport_->cameraConnected(*camera)) {
-        if (phase_ != Phase::importing) setSelectedID(camera->id());
+        if (phase_ != Phase::importing) select(camera->id());
         return;
     }
     if (!selectedID_) setSelectedID(camera->id());
@@ -251,7 +254,7 @@ void ImportModel::cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) 
     speedTimer_.reset();
     camera_.reset();
     publish(phase_, Phase::noCamera);
-    setSelectedID(cameras_.empty() ? std::nullopt : std::optional(cameras_.front()->id()));
+    select(cameras_.empty() ? std::nullopt : std::optional(cameras_.front()->id()));
     if (interrupted) publish(status_, *interrupted);
 }
 
@@ -451,7 +454,7 @@ void ImportModel::importFinished(const ImportRunner::Progress& progress, bool ca
     addLog(summary);
     publish(phase_, Phase::done);
     if (const auto waiting = autoImport_->waitingCamera(cameras_, camera_)) {
-        return setSelectedID(waiting->id());
+        return select(waiting->id());
     }
     recompute();
     publish(status_, summary);

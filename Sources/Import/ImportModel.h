@@ -156,6 +156,8 @@ private:
     Url settingsDestination(DestinationKind kind) const;
     std::string timeStamp() const;
 
+    /// Also when the camera of that name was chosen already, but has not been opened.
+    void select(std::optional<std::string> id);
     void selectCamera();
     void loadCatalog();
     void setCameraDays();
