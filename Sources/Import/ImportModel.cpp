@@ -170,11 +170,15 @@ void ImportModel::setUseFromDate(bool useFromDate) {
 }
 
 void ImportModel::setFromDayIndex(double index) {
+    if (chooseFromDay(index)) applyFilter();
+}
+
+bool ImportModel::chooseFromDay(double index) {
     const bool sameDay = wholeIndex(index) == wholeIndex(fromDayIndex_);
     publish(fromDayIndex_, index);
-    if (sameDay) return;
+    if (sameDay) return false;
     if (const auto day = fromDaySelected()) settings_->setFromDay(dayFormatter().text(*day));
-    applyFilter();
+    return true;
 }
 
 void ImportModel::setAutoImportEnabled(bool enabled) {
@@ -321,7 +325,8 @@ void ImportModel::loadCatalog() {
         cameraDays_, [&stored](Date start) { return dayFormatter().text(start) == stored; });
     const auto index = day == cameraDays_.end() ? std::ssize(cameraDays_) - 1
                                                 : std::ranges::distance(cameraDays_.begin(), day);
-    setFromDayIndex(static_cast<double>(std::max<std::ptrdiff_t>(index, 0)));
+    // What is missing is known, and a run may start, only when the destination has been scanned.
+    chooseFromDay(static_cast<double>(std::max<std::ptrdiff_t>(index, 0)));
     publish(phase_, Phase::ready);
     recompute();
 }

@@ -164,6 +164,8 @@ private:
     void recompute();
     void destinationScanned(DestinationScan scan);
     void applyFilter();
+    /// Whether that is another day than before.
+    bool chooseFromDay(double index);
     ImportSelection missingFilesSince(std::optional<Date> since) const;
     void showMissing(ImportSelection missing);
 
