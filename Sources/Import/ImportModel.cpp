@@ -431,6 +431,7 @@ void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRu
         return publish(
             status_, fmt::format("Kann Zielordner nicht beschreiben: {}", started.error().message));
     }
+    publish(progress_, runner_->progress());
     sleepBlocker_->begin(sleepReason);
     startSpeedMeter();
 }
