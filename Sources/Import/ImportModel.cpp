@@ -400,7 +400,7 @@ void ImportModel::applyFilter() {
         publish(status_, fmt::format("{} neue Dateien ({}) bereit zum Import.", newFiles_.size(),
                                      formatBytes(newBytes_)));
     }
-    if (resumeReady_) {
+    if (resumeReady_ && !awaitsAnotherCamera()) {
         resumeInterruptedImport();
     } else {
         startPendingAutoImport();
@@ -479,10 +479,13 @@ void ImportModel::sampleSpeed() {
 
 // Disconnects
 
-std::string ImportModel::noteInterruptedImport(const Camera& camera) {
-    addLog(fmt::format("✗ {} Kamera getrennt, {} von {} geladen.", timeStamp(), progress_.done,
-                       progress_.total));
-    fruitlessResumes_ = progress_.done < 1 ? fruitlessResumes_ + 1 : 0;
+std::optional<std::string> ImportModel::noteInterruptedImport(const Camera& camera) {
+    // The runner's own, for a file may have been loaded since the last report.
+    const auto& progress = runner_->progress();
+    addLog(fmt::format("✗ {} Kamera getrennt, {} von {} geladen.", timeStamp(), progress.done,
+                       progress.total));
+    fruitlessResumes_ = progress.done < 1 ? fruitlessResumes_ + 1 : 0;
+    if (runner_->isCancelled()) return {};
     const auto identity = camera.identity();
     if (identity && fruitlessResumes_ <= mostFruitlessResumes) {
         pendingResume_ = {*identity, runIgnoresDateFilter_};
@@ -491,6 +494,10 @@ std::string ImportModel::noteInterruptedImport(const Camera& camera) {
     pendingResume_.reset();
     addLog(fmt::format("✗ {}", gaveUp));
     return gaveUp;
+}
+
+bool ImportModel::awaitsAnotherCamera() const {
+    return pendingResume_ && camera_ && camera_->identity() != pendingResume_->identity;
 }
 
 void ImportModel::resumeInterruptedImport() {

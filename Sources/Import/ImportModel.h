@@ -174,7 +174,9 @@ private:
     void startSpeedMeter();
     void sampleSpeed();
 
-    std::string noteInterruptedImport(const Camera& camera);
+    /// What to tell, if anything.
+    std::optional<std::string> noteInterruptedImport(const Camera& camera);
+    bool awaitsAnotherCamera() const;
     void resumeInterruptedImport();
     void startPendingAutoImport();
     void suspendAutoImport(const std::string& reason);
