@@ -216,8 +216,8 @@ void ImportModel::reload() {
     publish(phase_, Phase::connecting);
     publish(status_, "Lese Kamera neu ein …");
     camera_->closeSession();
-    pendingReopen_ = main_.after(reopenDelay, [this, camera = camera_] {
-        if (camera_ == camera) camera->openSession();
+    pendingReopen_ = main_.after(reopenDelay, [this, camera = std::weak_ptr(camera_)] {
+        if (camera_ && camera_ == camera.lock()) camera_->openSession();
     });
 }
 
