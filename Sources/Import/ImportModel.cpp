@@ -400,7 +400,7 @@ void ImportModel::applyFilter() {
         publish(status_, fmt::format("{} neue Dateien ({}) bereit zum Import.", newFiles_.size(),
                                      formatBytes(newBytes_)));
     }
-    if (resumeReady_ && !awaitsAnotherCamera()) {
+    if (canResume()) {
         resumeInterruptedImport();
     } else {
         startPendingAutoImport();
@@ -496,14 +496,14 @@ std::optional<std::string> ImportModel::noteInterruptedImport(const Camera& came
     return gaveUp;
 }
 
-bool ImportModel::awaitsAnotherCamera() const {
-    return pendingResume_ && camera_ && camera_->identity() != pendingResume_->identity;
+bool ImportModel::canResume() const {
+    return resumeReady_ && pendingResume_ && camera_ &&
+           camera_->identity() == pendingResume_->identity;
 }
 
 void ImportModel::resumeInterruptedImport() {
     resumeReady_ = false;
     const auto resume = std::exchange(pendingResume_, std::nullopt);
-    if (!resume) return;
     if (resume->ignoresDateFilter) showMissing(missingFilesSince(std::nullopt));
     if (newFiles_.empty()) {
         return publish(status_, "Nach der Trennung fehlt nichts mehr im Zielordner.");

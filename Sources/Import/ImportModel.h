@@ -176,7 +176,8 @@ private:
 
     /// What to tell, if anything.
     std::optional<std::string> noteInterruptedImport(const Camera& camera);
-    bool awaitsAnotherCamera() const;
+    /// Whether the camera held is the one that was lost, and is back.
+    bool canResume() const;
     void resumeInterruptedImport();
     void startPendingAutoImport();
     void suspendAutoImport(const std::string& reason);

@@ -449,6 +449,25 @@ TEST_F(ImportModelAutoImportTest, LeavesARunThatWasInterruptedToItsResume) {
     EXPECT_EQ(model->status(), allPresent);
 }
 
+TEST_F(ImportModelAutoImportTest, IsNotHeldUpByAResumeThatWasGivenUpForAnotherRun) {
+    startTrusting();
+    const auto lost = plugIn("C", "serial:3", {"Y.JPG"}, 0);
+    startImport();
+    unplug(lost);
+    const auto other = plugIn("B", "serial:2", {"X.JPG"}, 0);
+    model->cameraBrowserDidAdd(holding("C2", "serial:3", {"Y.JPG"}));
+    ASSERT_EQ(model->selectedID(), "C2");
+    model->setSelectedID("B");
+    deliver(*other);
+    startImport();
+    const auto waiting = holding("1", trusted, two);
+    model->cameraBrowserDidAdd(waiting);
+    fileOf(*other, 0).deliver();
+    loop.settle();
+    deliver(*waiting);
+    EXPECT_EQ(imported(), inTypeFolder({"A.JPG", "B.JPG", "X.JPG"}));
+}
+
 TEST_F(ImportModelAutoImportTest, ImportsAgainAfterGivingUpOnAResume) {
     startTrusting();
     for (const auto* id : {"1", "2", "3"}) {
