@@ -35,7 +35,8 @@ constexpr auto gaveUp =
 
 std::int64_t wholeIndex(double index) {
     constexpr double limit = 0x1p63;
-    if (!(index >= -limit && index < limit)) fatalError("the day's index is no whole number");
+    const bool fits = index >= -limit && index < limit;  // which no NaN does
+    if (!fits) fatalError("the day's index is no whole number");
     return static_cast<std::int64_t>(index);
 }
 
@@ -503,13 +504,13 @@ bool ImportModel::canResume() const {
 
 void ImportModel::resumeInterruptedImport() {
     resumeReady_ = false;
-    const auto resume = std::exchange(pendingResume_, std::nullopt);
-    if (resume->ignoresDateFilter) showMissing(missingFilesSince(std::nullopt));
+    const auto resume = std::exchange(pendingResume_, std::nullopt).value_or(Resume());
+    if (resume.ignoresDateFilter) showMissing(missingFilesSince(std::nullopt));
     if (newFiles_.empty()) {
         return publish(status_, "Nach der Trennung fehlt nichts mehr im Zielordner.");
     }
     const std::size_t count = newFiles_.size();
-    startImport(resume->ignoresDateFilter, true);
+    startImport(resume.ignoresDateFilter, true);
     if (phase_ != Phase::importing) return;
     addLog(fmt::format("↻ {} Fortsetzung nach Trennung: noch {} Dateien.", timeStamp(), count));
 }

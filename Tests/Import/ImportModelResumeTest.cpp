@@ -53,13 +53,13 @@ TEST_F(ImportModelResumeTest, GoesOnWithWhatIsMissingWhenTheCameraReturns) {
     unplug(lost);
     Log log = model->log();
     loop.advance(Duration(61));
-    statuses.clear();
+    statuses = {goesOn};
 
     const auto back = holding("2", identity, three);
     back->deviceName = "EOS";
     model->cameraBrowserDidAdd(back);
-    EXPECT_EQ(statuses,
-              (Names{"EOS wieder verbunden. Import wird fortgesetzt …", "Verbinde mit EOS …"}));
+    EXPECT_EQ(statuses, (Names{goesOn, "EOS wieder verbunden. Import wird fortgesetzt …",
+                               "Verbinde mit EOS …"}));
     EXPECT_EQ(model->selectedID(), "2");
     EXPECT_EQ(model->phase(), Phase::connecting);
     back->sessionOpened();

@@ -293,7 +293,7 @@ TEST_F(ImportModelRunTest, BeginsEachRunWithSpeedZero) {
     loop.advance(1s);
     deliver(*held);
     EXPECT_EQ(model->log().back(),
-              "Fertig: 1 geladen (" + formatBytes(400) + "), Ø " + formatSpeed(400));
+              "Fertig: 1 geladen (" + formatBytes(400) + "), Ø " + formatSpeed(320));
 }
 
 TEST_F(ImportModelRunTest, EndsTheProgramWhenBytesCannotBeCounted) {

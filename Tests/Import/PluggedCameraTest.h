@@ -36,9 +36,7 @@ protected:
     void start() {
         ASSERT_TRUE(store->createDirectory(settings->storedDestination));
         make();
-        observation_ = model->observe([this, shown = model->status()]() mutable {
-            if (shown != model->status()) statuses.push_back(shown = model->status());
-        });
+        record();
     }
 
     static std::string contentsOf(const std::string& name) { return "Inhalt von " + name; }
@@ -121,11 +119,6 @@ protected:
         for (const auto& name : names) tree["JPG/" + name] = contentsOf(name);
         return tree;
     }
-
-    std::vector<std::string> statuses;  ///< all that were shown, in order
-
-private:
-    Handle observation_;
 };
 
 }  // namespace bildkurier
