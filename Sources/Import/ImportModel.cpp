@@ -35,7 +35,8 @@ constexpr auto gaveUp =
 
 std::int64_t wholeIndex(double index) {
     constexpr double limit = 0x1p63;
-    if (!(index >= -limit && index < limit)) fatalError("the day's index is no whole number");
+    const bool fits = index >= -limit && index < limit;  // which no NaN does
+    if (!fits) fatalError("the day's index is no whole number");
     return static_cast<std::int64_t>(index);
 }
 
@@ -47,10 +48,11 @@ std::int64_t totalSize(const CameraFiles& files) {
 
 /// The bytes of a run so far, the file in flight included.
 std::int64_t transferred(const ImportRunner::Progress& progress) {
-    if (progress.currentBytes > std::numeric_limits<std::int64_t>::max() - progress.bytesDone) {
+    const auto [done, current] = std::pair(progress.bytesDone, progress.currentBytes);
+    if (done > 0 && current > std::numeric_limits<std::int64_t>::max() - done) {
         fatalError("more bytes transferred than can be counted");
     }
-    return progress.bytesDone + progress.currentBytes;
+    return done + current;
 }
 
 }  // namespace
@@ -131,7 +133,10 @@ double ImportModel::totalBytesProgress() const {
 // Choices
 
 void ImportModel::setSelectedID(std::optional<std::string> id) {
-    if (selectedID_ == id) return;
+    if (selectedID_ != id) select(std::move(id));
+}
+
+void ImportModel::select(std::optional<std::string> id) {
     publish(selectedID_, std::move(id));
     selectCamera();
 }
@@ -166,11 +171,15 @@ void ImportModel::setUseFromDate(bool useFromDate) {
 }
 
 void ImportModel::setFromDayIndex(double index) {
+    if (chooseFromDay(index)) applyFilter();
+}
+
+bool ImportModel::chooseFromDay(double index) {
     const bool sameDay = wholeIndex(index) == wholeIndex(fromDayIndex_);
     publish(fromDayIndex_, index);
-    if (sameDay) return;
+    if (sameDay) return false;
     if (const auto day = fromDaySelected()) settings_->setFromDay(dayFormatter().text(*day));
-    applyFilter();
+    return true;
 }
 
 void ImportModel::setAutoImportEnabled(bool enabled) {
@@ -208,8 +217,8 @@ void ImportModel::reload() {
     publish(phase_, Phase::connecting);
     publish(status_, "Lese Kamera neu ein …");
     camera_->closeSession();
-    pendingReopen_ = main_.after(reopenDelay, [this, camera = camera_] {
-        if (camera_ == camera) camera->openSession();
+    pendingReopen_ = main_.after(reopenDelay, [this, camera = std::weak_ptr(camera_)] {
+        if (camera_ && camera_ == camera.lock()) camera_->openSession();
     });
 }
 
@@ -229,10 +238,10 @@ void ImportModel::cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) {
         resumeReady_ = true;
         publish(status_, fmt::format("{} wieder verbunden. Import wird fortgesetzt …",
                                      displayName(*camera)));
-        return setSelectedID(camera->id());
+        return select(camera->id());
     }
     if (autoImport_->cameraConnected(*camera)) {
-        if (phase_ != Phase::importing) setSelectedID(camera->id());
+        if (phase_ != Phase::importing) select(camera->id());
         return;
     }
     if (!selectedID_) setSelectedID(camera->id());
@@ -250,12 +259,12 @@ void ImportModel::cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) 
     speedTimer_.reset();
     camera_.reset();
     publish(phase_, Phase::noCamera);
-    setSelectedID(cameras_.empty() ? std::nullopt : std::optional(cameras_.front()->id()));
+    select(cameras_.empty() ? std::nullopt : std::optional(cameras_.front()->id()));
     if (interrupted) publish(status_, *interrupted);
 }
 
 void ImportModel::cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) {
-    if (!holds(camera)) return;
+    if (!listensTo(camera)) return;
     if (error) {
         publish(phase_, Phase::noCamera);
         return publish(status_,
@@ -268,11 +277,11 @@ void ImportModel::cameraDidOpenSession(Camera& camera, const std::optional<Error
 }
 
 void ImportModel::cameraCatalogReady(Camera& camera) {
-    if (holds(camera)) loadCatalog();
+    if (listensTo(camera)) loadCatalog();
 }
 
 void ImportModel::cameraCatalogChanged(Camera& camera) {
-    if (!holds(camera) || !isReadyOrDone() || pendingReload_) return;
+    if (!listensTo(camera) || !isReadyOrDone() || pendingReload_) return;
     pendingReload_ = main_.after(reloadDelay, [this] {
         pendingReload_.reset();
         if (camera_ && isReadyOrDone()) loadCatalog();
@@ -317,7 +326,8 @@ void ImportModel::loadCatalog() {
         cameraDays_, [&stored](Date start) { return dayFormatter().text(start) == stored; });
     const auto index = day == cameraDays_.end() ? std::ssize(cameraDays_) - 1
                                                 : std::ranges::distance(cameraDays_.begin(), day);
-    setFromDayIndex(static_cast<double>(std::max<std::ptrdiff_t>(index, 0)));
+    // What is missing is known, and a run may start, only when the destination has been scanned.
+    chooseFromDay(static_cast<double>(std::max<std::ptrdiff_t>(index, 0)));
     publish(phase_, Phase::ready);
     recompute();
 }
@@ -366,6 +376,7 @@ void ImportModel::recompute() {
 }
 
 void ImportModel::destinationScanned(DestinationScan scan) {
+    if (phase_ != Phase::checking) return;  // the camera is being read again
     publish(destOnNetwork_, scan.onNetwork);
     destWritable_ = scan.writable;
     destCapacity_ = scan.capacity;
@@ -390,7 +401,7 @@ void ImportModel::applyFilter() {
         publish(status_, fmt::format("{} neue Dateien ({}) bereit zum Import.", newFiles_.size(),
                                      formatBytes(newBytes_)));
     }
-    if (resumeReady_) {
+    if (canResume()) {
         resumeInterruptedImport();
     } else {
         startPendingAutoImport();
@@ -421,6 +432,7 @@ void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRu
         return publish(
             status_, fmt::format("Kann Zielordner nicht beschreiben: {}", started.error().message));
     }
+    publish(progress_, runner_->progress());
     sleepBlocker_->begin(sleepReason);
     startSpeedMeter();
 }
@@ -449,7 +461,7 @@ void ImportModel::importFinished(const ImportRunner::Progress& progress, bool ca
     addLog(summary);
     publish(phase_, Phase::done);
     if (const auto waiting = autoImport_->waitingCamera(cameras_, camera_)) {
-        return setSelectedID(waiting->id());
+        return select(waiting->id());
     }
     recompute();
     publish(status_, summary);
@@ -468,10 +480,13 @@ void ImportModel::sampleSpeed() {
 
 // Disconnects
 
-std::string ImportModel::noteInterruptedImport(const Camera& camera) {
-    addLog(fmt::format("✗ {} Kamera getrennt, {} von {} geladen.", timeStamp(), progress_.done,
-                       progress_.total));
-    fruitlessResumes_ = progress_.done < 1 ? fruitlessResumes_ + 1 : 0;
+std::optional<std::string> ImportModel::noteInterruptedImport(const Camera& camera) {
+    // The runner's own, for a file may have been loaded since the last report.
+    const auto& progress = runner_->progress();
+    addLog(fmt::format("✗ {} Kamera getrennt, {} von {} geladen.", timeStamp(), progress.done,
+                       progress.total));
+    fruitlessResumes_ = progress.done < 1 ? fruitlessResumes_ + 1 : 0;
+    if (runner_->isCancelled()) return {};
     const auto identity = camera.identity();
     if (identity && fruitlessResumes_ <= mostFruitlessResumes) {
         pendingResume_ = {*identity, runIgnoresDateFilter_};
@@ -482,16 +497,20 @@ std::string ImportModel::noteInterruptedImport(const Camera& camera) {
     return gaveUp;
 }
 
+bool ImportModel::canResume() const {
+    return resumeReady_ && pendingResume_ && camera_ &&
+           camera_->identity() == pendingResume_->identity;
+}
+
 void ImportModel::resumeInterruptedImport() {
     resumeReady_ = false;
-    const auto resume = std::exchange(pendingResume_, std::nullopt);
-    if (!resume) return;
-    if (resume->ignoresDateFilter) showMissing(missingFilesSince(std::nullopt));
+    const auto resume = std::exchange(pendingResume_, std::nullopt).value_or(Resume());
+    if (resume.ignoresDateFilter) showMissing(missingFilesSince(std::nullopt));
     if (newFiles_.empty()) {
         return publish(status_, "Nach der Trennung fehlt nichts mehr im Zielordner.");
     }
     const std::size_t count = newFiles_.size();
-    startImport(resume->ignoresDateFilter, true);
+    startImport(resume.ignoresDateFilter, true);
     if (phase_ != Phase::importing) return;
     addLog(fmt::format("↻ {} Fortsetzung nach Trennung: noch {} Dateien.", timeStamp(), count));
 }

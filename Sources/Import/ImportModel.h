@@ -149,16 +149,23 @@ private:
     template <class T>
     void publish(T& field, std::type_identity_t<T> value);
     bool isReadyOrDone() const { return phase_ == Phase::ready || phase_ == Phase::done; }
-    bool holds(const Camera& camera) const { return camera_.get() == &camera; }
+    /// Whether the camera's events count. A run is not disturbed by them.
+    bool listensTo(const Camera& camera) const {
+        return camera_.get() == &camera && phase_ != Phase::importing;
+    }
     Url settingsDestination(DestinationKind kind) const;
     std::string timeStamp() const;
 
+    /// Also when the camera of that name was chosen already, but has not been opened.
+    void select(std::optional<std::string> id);
     void selectCamera();
     void loadCatalog();
     void setCameraDays();
     void recompute();
     void destinationScanned(DestinationScan scan);
     void applyFilter();
+    /// Whether that is another day than before.
+    bool chooseFromDay(double index);
     ImportSelection missingFilesSince(std::optional<Date> since) const;
     void showMissing(ImportSelection missing);
 
@@ -167,7 +174,10 @@ private:
     void startSpeedMeter();
     void sampleSpeed();
 
-    std::string noteInterruptedImport(const Camera& camera);
+    /// What to tell, if anything.
+    std::optional<std::string> noteInterruptedImport(const Camera& camera);
+    /// Whether the camera held is the one that was lost, and is back.
+    bool canResume() const;
     void resumeInterruptedImport();
     void startPendingAutoImport();
     void suspendAutoImport(const std::string& reason);

@@ -64,6 +64,8 @@ public:
     void abandon();
 
     bool isRunning() const { return isRunning_; }
+    /// Whether the run, or the last one, was asked to end early.
+    bool isCancelled() const { return cancelRequested_; }
     const Progress& progress() const { return progress_; }
 
 private:

@@ -68,6 +68,19 @@ protected:
         loop.settle();
     }
 
+    /// Notes the phases and statuses that show from now on, the present ones first.
+    void record() {
+        recorder = model->observe([this] { note(); });
+        note();
+    }
+
+    void note() {
+        if (phases.empty() || phases.back() != model->phase()) phases.push_back(model->phase());
+        if (statuses.empty() || statuses.back() != model->status()) {
+            statuses.push_back(model->status());
+        }
+    }
+
     ManualRunLoop loop;
     std::shared_ptr<MemoryFileStore> store = std::make_shared<MemoryFileStore>();
     std::shared_ptr<FileStore> files = store;
@@ -77,6 +90,9 @@ protected:
     std::shared_ptr<FakeFolderAccess> access = std::make_shared<FakeFolderAccess>();
     std::shared_ptr<AutoImport> autoImport;
     std::shared_ptr<ImportModel> model;
+    Handle recorder;
+    std::vector<ImportModel::Phase> phases;
+    std::vector<std::string> statuses;
 };
 
 }  // namespace bildkurier

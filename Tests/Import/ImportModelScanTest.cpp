@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "Formatting.h"
+#include "ImportModelWithTwoCameras.h"
+#include "RecordingFileStore.h"
+
+namespace bildkurier {
+namespace {
+
+class ImportModelScanTest : public ImportModelWithTwoCameras {};
+
+TEST_F(ImportModelScanTest, AsksTheDestinationInTheBackground) {
+    const auto recording = std::make_shared<RecordingFileStore>(store);
+    files = recording;
+    store->folders.insert("/bilder");
+    store->files["/bilder/JPG/a.jpg"] = "aaaa";
+    store->isNetwork = true;
+    make();
+    file(*attached, "A.JPG", "aaaa");
+    file(*attached, "B.JPG", "bb");
+    model->cameraBrowserDidAdd(attached);
+    attached->sessionOpened();
+    attached->catalogReady();
+    EXPECT_EQ(model->phase(), Phase::checking);
+    EXPECT_EQ(model->status(), checkingDest);
+    EXPECT_EQ(recording->calls, Names());
+    EXPECT_TRUE(loop.stepBackground());
+    EXPECT_EQ(recording->calls, (Names{"isNetworkVolume /bilder", "isWritableDirectory /bilder",
+                                       "availableCapacity /bilder", "existingFileKeys /bilder"}));
+    EXPECT_EQ(model->phase(), Phase::checking);
+    EXPECT_FALSE(model->destOnNetwork());
+    loop.settle();
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_TRUE(model->destOnNetwork());
+    EXPECT_EQ(newNames(), (Names{"B.JPG"}));
+}
+
+TEST_F(ImportModelScanTest, TakesADestinationThatTellsNothingForEmpty) {
+    make();
+    file(*attached, "A.JPG", "aaaa");
+    connect(attached);
+    EXPECT_EQ(newNames(), (Names{"A.JPG"}));
+    EXPECT_FALSE(model->destOnNetwork());
+}
+
+TEST_F(ImportModelScanTest, DropsAnOlderScan) {
+    store->isNetwork = true;
+    store->files["/voll/A.JPG"] = "aaaa";
+    store->folders.insert("/voll");
+    make();
+    file(*attached, "A.JPG", "aaaa");
+    connect(attached);
+    model->setDest(Url::file("/voll"));
+    model->setDest(Url::file("/leer"));
+    record();
+    EXPECT_TRUE(loop.stepBackground());
+    EXPECT_TRUE(loop.stepMain());
+    EXPECT_EQ(phases, (Phases{Phase::checking}));
+    EXPECT_FALSE(model->destOnNetwork());
+    loop.settle();
+    EXPECT_EQ(phases, (Phases{Phase::checking, Phase::ready}));
+    EXPECT_EQ(newNames(), (Names{"A.JPG"}));
+}
+
+TEST_F(ImportModelScanTest, DropsTheScanForAnotherCamera) {
+    make();
+    file(*attached, "A.JPG", "aaaa");
+    model->cameraBrowserDidAdd(attached);
+    attached->sessionOpened();
+    attached->catalogReady();
+    model->cameraBrowserDidAdd(other);
+    model->setSelectedID("B");
+    record();
+    loop.settle();
+    EXPECT_EQ(phases, (Phases{Phase::connecting}));
+    EXPECT_EQ(statuses, (Statuses{"Verbinde mit Kamera B …"}));
+}
+
+TEST_F(ImportModelScanTest, ScansOnlyOnceACatalogueIsRead) {
+    make();
+    model->setDest(Url::file("/ziel"));
+    EXPECT_EQ(model->phase(), Phase::noCamera);
+    model->cameraBrowserDidAdd(attached);
+    model->setDest(Url::file("/ziel"));
+    EXPECT_EQ(model->phase(), Phase::connecting);
+    attached->sessionOpened();
+    model->setDest(Url::file("/ziel"));
+    EXPECT_EQ(model->phase(), Phase::reading);
+    EXPECT_EQ(loop.backgroundTasks(), 0);
+    attached->sessionOpened(Error{"Das Gerät ist belegt"});
+    model->setDest(Url::file("/ziel"));
+    EXPECT_EQ(model->phase(), Phase::noCamera);
+    EXPECT_EQ(loop.backgroundTasks(), 0);
+}
+
+TEST_F(ImportModelScanTest, ScansNothingWhileImportingOrReopening) {
+    make();
+    file(*attached, "A.JPG", "aaaa")->holdsBack = true;
+    connect(attached);
+    model->startImport();
+    loop.settle();
+    model->setDest(Url::file("/ziel"));
+    EXPECT_EQ(model->dest(), Url::file("/ziel"));
+    EXPECT_EQ(model->phase(), Phase::importing);
+    EXPECT_EQ(loop.backgroundTasks(), 0);
+    model->cameraBrowserDidRemove(attached);
+
+    file(*other, "B.JPG", "bb");
+    connect(other);
+    model->reload();
+    model->setDest(Url::file("/bilder"));
+    EXPECT_EQ(model->phase(), Phase::connecting);
+    EXPECT_EQ(loop.backgroundTasks(), 0);
+}
+
+TEST_F(ImportModelScanTest, AsksForTheFolderWhenItsGrantIsMissing) {
+    const auto recording = std::make_shared<RecordingFileStore>(store);
+    files = recording;
+    store->folders.insert("/bilder");
+    store->files["/bilder/5.JPG"] = "a";
+    store->isNetwork = true;
+    settings->storedUseFromDate = true;
+    settings->storedFromDay = "2024-05-04";
+    make();
+    fillFiveDays();
+    connect(attached);
+    EXPECT_EQ(newNames(), (Names{"4.JPG"}));
+    EXPECT_TRUE(model->destOnNetwork());
+
+    access->granted = false;
+    recording->calls.clear();
+    record();
+    model->setDest(model->dest());
+    EXPECT_EQ(phases, (Phases{Phase::ready}));
+    EXPECT_EQ(model->status(), chooseFolder);
+    EXPECT_EQ(newNames(), (Names{"4.JPG", "5.JPG"}));
+    EXPECT_FALSE(model->destOnNetwork());
+    EXPECT_EQ(loop.backgroundTasks(), 0);
+    EXPECT_EQ(recording->calls, Names());
+}
+
+TEST_F(ImportModelScanTest, DropsARunningScanWhenTheGrantIsLost) {
+    store->files["/bilder/A.JPG"] = "aaaa";
+    make();
+    file(*attached, "A.JPG", "aaaa");
+    model->cameraBrowserDidAdd(attached);
+    attached->sessionOpened();
+    attached->catalogReady();
+    access->granted = false;
+    model->setDest(model->dest());
+    loop.settle();
+    EXPECT_EQ(model->status(), chooseFolder);
+    EXPECT_EQ(newNames(), (Names{"A.JPG"}));
+}
+
+TEST_F(ImportModelScanTest, ScansAServerWithoutGrant) {
+    settings->storedKind = DestinationKind::sftp;
+    access->granted = false;
+    make();
+    file(*attached, "A.JPG", "aaaa");
+    connect(attached);
+    EXPECT_EQ(model->status(), "1 neue Dateien (" + formatBytes(4) + ") bereit zum Import.");
+}
+
+}  // namespace
+}  // namespace bildkurier
