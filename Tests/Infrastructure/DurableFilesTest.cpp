@@ -186,7 +186,7 @@ TEST_F(DurableFiles, LinkWhereTheVolumeCannotRenameWithoutReplacing) {
 }
 
 TEST_F(DurableFiles, LookFirstWhereTheVolumeCannotLinkEither) {
-    for (const int lacking : {EPERM, ENOSYS, EOPNOTSUPP, EMLINK, EINVAL, EACCES}) {
+    for (const int lacking : {EPERM, ENOSYS, EOPNOTSUPP, EMLINK, EINVAL}) {
         rule = [&](const std::string& call) {
             if (call == "rename staged") return EINVAL;
             return call == "link staged" ? lacking : 0;
@@ -197,6 +197,29 @@ TEST_F(DurableFiles, LookFirstWhereTheVolumeCannotLinkEither) {
         EXPECT_EQ(tree(folder.path()), after);
         fs::rename(target, source);
     }
+}
+
+TEST_F(DurableFiles, ReportALinkThatFailsOnAVolumeWithLinks) {
+    for (const int error : {EACCES, EIO, ENOSPC, EROFS, EEXIST}) {
+        rule = [&](const std::string& call) {
+            if (call == "rename staged") return EINVAL;
+            return call == "link staged" ? error : 0;
+        };
+        EXPECT_EQ(move(), error);
+        EXPECT_EQ(calls, (Calls{"flush staged", "rename staged", "link staged"}));
+        EXPECT_EQ(tree(folder.path()), before);
+    }
+}
+
+TEST_F(DurableFiles, CopyWhereOnlyTheLinkTellsTheVolumesApart) {
+    rule = [&](const std::string& call) {
+        if (call == "rename staged") return EINVAL;
+        return call == "link staged" ? EXDEV : 0;
+    };
+    EXPECT_EQ(move(), 0);
+    EXPECT_EQ(calls, (Calls{"flush staged", "rename staged", "link staged", "flush hidden",
+                            "rename hidden", "flush JPG", "remove staged"}));
+    EXPECT_EQ(tree(folder.path()), after);
 }
 
 TEST_F(DurableFiles, NeverReplaceWhatAppearsJustBeforeTheRename) {
@@ -548,12 +571,34 @@ TEST_F(DurableFiles, LeaveNothingOnAVolumeThatIsFull) {
 }
 
 TEST_F(DurableFiles, FlushEveryFolderInWhichOneIsMade) {
-    const auto make = [&] { return makeFolder(folder.path("JPG/a/b/c")); };
-    EXPECT_EQ(run(make), 0);
-    EXPECT_EQ(calls, (Calls{"make c", "make b", "make a", "flush JPG", "make b", "flush a",
-                            "make c", "flush b"}));
-    EXPECT_EQ(run(make), 0);
-    EXPECT_EQ(calls, Calls{"make c"});
+    EXPECT_EQ(run([&] { return makeFolder(folder.path("JPG/a/b/c")); }), 0);
+    EXPECT_EQ(calls, (Calls{"flush " + shortName(folder.path()), "make a", "flush JPG", "make b",
+                            "flush a", "make c", "flush b"}));
+}
+
+TEST_F(DurableFiles, FlushTheNameOfAFolderThatExistsAsItsMakerMayHaveFailed) {
+    rule = always("flush JPG", EIO);
+    EXPECT_EQ(run([&] { return makeFolder(folder.path("JPG/a")); }), EIO);
+    EXPECT_EQ(run([&] { return makeFolder(folder.path("JPG/a")); }), EIO);
+    EXPECT_EQ(calls, Calls{"flush JPG"});
+    EXPECT_EQ(run([&] { return makeFolder(folder.path("JPG/a/b")); }), EIO);
+    EXPECT_EQ(calls, Calls{"flush JPG"});
+    rule = always("flush JPG", 0);
+    EXPECT_EQ(run([&] { return makeFolder(folder.path("JPG/a/b")); }), 0);
+    EXPECT_EQ(calls, (Calls{"flush JPG", "make b", "flush a"}));
+}
+
+TEST_F(DurableFiles, TakeAFolderThatExistsWhereTheOneAboveCannotBeFlushed) {
+    const std::pair<std::string, int> lacking[] = {
+        {"flush JPG", EINVAL}, {"flush JPG", ENOSYS}, {"open JPG", EACCES}};
+    const auto make = [&] { return makeFolder(folder.path("JPG/a")); };
+    for (const auto& [call, error] : lacking) {
+        folder.makeFolder("JPG/a");
+        rule = always(call, error);
+        EXPECT_EQ(run(make), 0) << call;
+        fs::remove(folder.path("JPG/a"));
+        EXPECT_EQ(run(make), call == "open JPG" ? EACCES : 0) << call;
+    }
 }
 
 TEST_F(DurableFiles, ReportAFolderThatMayNotBeThereAfterACrash) {

@@ -43,6 +43,9 @@ int outcome(Call call) {
 /// Whether an error only says that the file system does not have this call.
 bool isUnsupported(int error) { return error == EINVAL || error == ENOSYS || error == EOPNOTSUPP; }
 
+/// Whether an error of linkat(2) says that a file cannot have two names here, or not this file.
+bool cannotLink(int error) { return isUnsupported(error) || error == EPERM || error == EMLINK; }
+
 FileDescriptor opened(const Place& place, int flags, mode_t mode = 0) {
     const auto open = [&] {
         return ::openat(place.folder, place.chars(), flags | O_CLOEXEC, mode);
@@ -82,9 +85,11 @@ int look(const Place& place, int flags, struct stat& facts) {
     return outcome([&] { return ::fstatat(place.folder, place.chars(), &facts, flags); });
 }
 
-bool isFolder(const Place& place) {
+/// 0, EEXIST for anything but a folder or a link to one, or why this cannot be known.
+int lookForFolder(const std::string& path) {
     struct stat facts{};
-    return look(place, 0, facts) == 0 && S_ISDIR(facts.st_mode);
+    const int error = look({AT_FDCWD, path}, 0, facts);
+    return error == 0 && !S_ISDIR(facts.st_mode) ? EEXIST : error;
 }
 
 /// 0 where nothing has that name.
@@ -155,7 +160,7 @@ int rename(const Place& from, const Place& to) {
     if (!isUnsupported(error)) return error;
     error = link(from, to);
     if (error == 0) remove(from);
-    if (error == 0 || error == EEXIST) return error;
+    if (!cannotLink(error)) return error;
     // Without links either, as on exFAT: a moment passes between looking and renaming.
     error = refuseTaken(to);
     return error == 0 ? renameWith(0, from, to) : error;
@@ -221,21 +226,30 @@ int rename(const FlushedFile& file, const Place& from, const Place& to) {
     return error;
 }
 
+/// Makes the name of a folder durable whose maker may have ended too early. Where this user may
+/// not read, that is left to who may.
+int flushExistingName(const std::string& above) {
+    const FileDescriptor folder = openedFolder(above);
+    if (folder) return flushFolder(folder);
+    return errno == EACCES ? 0 : errno;
+}
+
+int makeOneFolder(const std::string& path, const std::string& above) {
+    const int error = outcome([&] { return ::mkdirat(AT_FDCWD, path.c_str(), 0777); });
+    if (error != 0 && lookForFolder(path) != 0) return error;
+    const FileDescriptor folder = openedFolder(above);
+    return folder ? flushFolder(folder) : errno;
+}
+
 }  // namespace
 
 int makeFolder(const std::string& path) {
     const std::string above = folderAbove(path);
-    const auto make = [&] {
-        return outcome([&] { return ::mkdirat(AT_FDCWD, path.c_str(), 0777); });
-    };
-    int error = make();
-    if (error == ENOENT && above.size() < path.size()) {
-        error = makeFolder(above);
-        if (error == 0) error = make();
-    }
-    if (error != 0) return isFolder({AT_FDCWD, path}) ? 0 : error;
-    const FileDescriptor folder = openedFolder(above);
-    return folder ? flushFolder(folder) : errno;
+    const int found = lookForFolder(path);
+    if (found == 0) return flushExistingName(above);
+    if (found != ENOENT) return found;
+    const int error = above.size() < path.size() ? makeFolder(above) : 0;
+    return error == 0 ? makeOneFolder(path, above) : error;
 }
 
 int moveFile(const std::string& source, const std::string& target) {
