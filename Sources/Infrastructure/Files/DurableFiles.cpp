@@ -3,11 +3,11 @@
 #include "DurableFiles.h"
 
 #include "FileDescriptor.h"
+#include "HiddenCopies.h"
 #include "SystemCall.h"
 #include "WriteAll.h"
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,7 +18,6 @@
 #include <cstdio>
 #include <expected>
 #include <filesystem>
-#include <random>
 #include <span>
 #include <vector>
 
@@ -179,11 +178,6 @@ int copyContents(const FileDescriptor& from, const FileDescriptor& to, std::int6
     }
 }
 
-std::string hiddenName() {
-    std::random_device random;
-    return fmt::format(".bildkurier-{:08x}{:08x}", random(), random());
-}
-
 bool isSameTime(const timespec& a, const timespec& b) {
     return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
@@ -207,10 +201,12 @@ int copy(const FlushedFile& file, const Place& from, const Place& to) {
     struct stat facts{};
     if (const int error = look(source, facts)) return error;
     if (const int error = recognise(facts, file)) return error;
-    const Place hidden{to.folder, hiddenName()};
+    removeAbandonedCopies(to.folder);
+    const Place hidden{to.folder, hiddenCopyName()};
     FileDescriptor target =
         opened(hidden, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, facts.st_mode & 0777);
     if (!target) return errno;
+    lockHiddenCopy(target);
     int error = fill(target, source, facts);
     if (error == 0) error = rename(hidden, to);
     if (error != 0) remove(hidden);
