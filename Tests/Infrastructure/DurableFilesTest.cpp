@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "DurableFiles.h"
+#include "FileDescriptor.h"
+#include "HiddenCopies.h"
 #include "OrdinaryUser.h"
 #include "SystemCallFilter.h"
 #include "TemporaryFolder.h"
@@ -186,7 +188,7 @@ TEST_F(DurableFiles, LinkWhereTheVolumeCannotRenameWithoutReplacing) {
 }
 
 TEST_F(DurableFiles, LookFirstWhereTheVolumeCannotLinkEither) {
-    for (const int lacking : {EPERM, ENOSYS, EOPNOTSUPP, EMLINK, EINVAL, EACCES}) {
+    for (const int lacking : {EPERM, ENOSYS, EOPNOTSUPP, EMLINK, EINVAL}) {
         rule = [&](const std::string& call) {
             if (call == "rename staged") return EINVAL;
             return call == "link staged" ? lacking : 0;
@@ -197,6 +199,29 @@ TEST_F(DurableFiles, LookFirstWhereTheVolumeCannotLinkEither) {
         EXPECT_EQ(tree(folder.path()), after);
         fs::rename(target, source);
     }
+}
+
+TEST_F(DurableFiles, ReportALinkThatFailsOnAVolumeWithLinks) {
+    for (const int error : {EACCES, EIO, ENOSPC, EROFS, EEXIST}) {
+        rule = [&](const std::string& call) {
+            if (call == "rename staged") return EINVAL;
+            return call == "link staged" ? error : 0;
+        };
+        EXPECT_EQ(move(), error);
+        EXPECT_EQ(calls, (Calls{"flush staged", "rename staged", "link staged"}));
+        EXPECT_EQ(tree(folder.path()), before);
+    }
+}
+
+TEST_F(DurableFiles, CopyWhereOnlyTheLinkTellsTheVolumesApart) {
+    rule = [&](const std::string& call) {
+        if (call == "rename staged") return EINVAL;
+        return call == "link staged" ? EXDEV : 0;
+    };
+    EXPECT_EQ(move(), 0);
+    EXPECT_EQ(calls, (Calls{"flush staged", "rename staged", "link staged", "flush hidden",
+                            "rename hidden", "flush JPG", "remove staged"}));
+    EXPECT_EQ(tree(folder.path()), after);
 }
 
 TEST_F(DurableFiles, NeverReplaceWhatAppearsJustBeforeTheRename) {
@@ -241,7 +266,7 @@ TEST_F(DurableFiles, DoNotNameAFileThatTookThePlaceOfTheFlushedOne) {
 }
 
 TEST_F(DurableFiles, DoNotNameAFileThatGrowsOrShrinksDuringItsFlush) {
-    for (const std::uintmax_t size : {0, 6, 8}) {
+    for (const std::uintmax_t size : {0U, 6U, 8U}) {
         folder.write("staging/staged", "picture");
         rule = [&](const std::string& call) {
             if (call == "flush staged") fs::resize_file(source, size);
@@ -327,6 +352,63 @@ TEST_F(DurableFiles, CopyToAnotherVolumeUnderAHiddenNameFirst) {
     EXPECT_EQ(facts.st_mtim.tv_sec, 1'600'000'000);
     EXPECT_EQ(facts.st_mtim.tv_nsec, 222'222'222);
     EXPECT_EQ(facts.st_mode & 0777, 0640);
+}
+
+TEST_F(DurableFiles, RemoveWhatCrashesHaveLeftOfCopiesBeforeOneMore) {
+    const std::string hidden = "JPG/.bildkurier-0123456789abcde";
+    folder.write(hidden + "f", "pic");
+    EXPECT_EQ(move(), 0);
+    EXPECT_TRUE(fs::exists(folder.path(hidden + "f")));
+    fs::rename(target, source);
+
+    Tree kept = after;
+    const std::array others{hidden,
+                            hidden + "F",
+                            hidden + "ff",
+                            hidden + "g",
+                            std::string("JPG/bildkurier-0123456789abcdef"),
+                            std::string("JPG/IMG_0.JPG")};
+    for (const std::string& other : others) {
+        folder.write(other, "x");
+        kept[other] = "x";
+    }
+    folder.makeFolder(hidden + "0");
+    kept[hidden + "0/"] = "";
+    fs::create_symlink("IMG_0.JPG", folder.path(hidden + "1"));
+    rule = always("rename staged", EXDEV);
+    EXPECT_EQ(move(), 0);
+    EXPECT_TRUE(fs::is_symlink(folder.path(hidden + "1")));
+    fs::remove(folder.path(hidden + "1"));
+    EXPECT_EQ(tree(folder.path()), kept);
+}
+
+TEST_F(DurableFiles, LeaveACopyThatAnotherStillWrites) {
+    const std::string hidden = folder.write("JPG/.bildkurier-0123456789abcdef", "pic");
+    FileDescriptor writer(::open(hidden.c_str(), O_WRONLY | O_CLOEXEC));
+    lockHiddenCopy(writer);
+    rule = always("rename staged", EXDEV);
+    EXPECT_EQ(move(), 0);
+    EXPECT_TRUE(fs::exists(hidden));
+    fs::rename(target, source);
+    writer.close();
+    EXPECT_EQ(move(), 0);
+    EXPECT_EQ(tree(folder.path()), after);
+}
+
+TEST_F(DurableFiles, LockTheCopyThatTheyWrite) {
+    bool survives = false;
+    rule = [&](const std::string& call) {
+        if (call == "rename staged") return EXDEV;
+        if (call == "flush hidden") {
+            const FileDescriptor jpg(::open(folder.path("JPG").c_str(), O_RDONLY | O_CLOEXEC));
+            removeAbandonedCopies(jpg.get());
+            survives = tree(folder.path("JPG")).size() == 1;
+        }
+        return 0;
+    };
+    EXPECT_EQ(move(), 0);
+    EXPECT_TRUE(survives);
+    EXPECT_EQ(tree(folder.path()), after);
 }
 
 TEST_F(DurableFiles, NameACopyAsCarefullyAsAnyFile) {
@@ -548,12 +630,34 @@ TEST_F(DurableFiles, LeaveNothingOnAVolumeThatIsFull) {
 }
 
 TEST_F(DurableFiles, FlushEveryFolderInWhichOneIsMade) {
-    const auto make = [&] { return makeFolder(folder.path("JPG/a/b/c")); };
-    EXPECT_EQ(run(make), 0);
-    EXPECT_EQ(calls, (Calls{"make c", "make b", "make a", "flush JPG", "make b", "flush a",
-                            "make c", "flush b"}));
-    EXPECT_EQ(run(make), 0);
-    EXPECT_EQ(calls, Calls{"make c"});
+    EXPECT_EQ(run([&] { return makeFolder(folder.path("JPG/a/b/c")); }), 0);
+    EXPECT_EQ(calls, (Calls{"flush " + shortName(folder.path()), "make a", "flush JPG", "make b",
+                            "flush a", "make c", "flush b"}));
+}
+
+TEST_F(DurableFiles, FlushTheNameOfAFolderThatExistsAsItsMakerMayHaveFailed) {
+    rule = always("flush JPG", EIO);
+    EXPECT_EQ(run([&] { return makeFolder(folder.path("JPG/a")); }), EIO);
+    EXPECT_EQ(run([&] { return makeFolder(folder.path("JPG/a")); }), EIO);
+    EXPECT_EQ(calls, Calls{"flush JPG"});
+    EXPECT_EQ(run([&] { return makeFolder(folder.path("JPG/a/b")); }), EIO);
+    EXPECT_EQ(calls, Calls{"flush JPG"});
+    rule = always("flush JPG", 0);
+    EXPECT_EQ(run([&] { return makeFolder(folder.path("JPG/a/b")); }), 0);
+    EXPECT_EQ(calls, (Calls{"flush JPG", "make b", "flush a"}));
+}
+
+TEST_F(DurableFiles, TakeAFolderThatExistsWhereTheOneAboveCannotBeFlushed) {
+    const std::pair<std::string, int> lacking[] = {
+        {"flush JPG", EINVAL}, {"flush JPG", ENOSYS}, {"open JPG", EACCES}};
+    const auto make = [&] { return makeFolder(folder.path("JPG/a")); };
+    for (const auto& [call, error] : lacking) {
+        folder.makeFolder("JPG/a");
+        rule = always(call, error);
+        EXPECT_EQ(run(make), 0) << call;
+        fs::remove(folder.path("JPG/a"));
+        EXPECT_EQ(run(make), call == "open JPG" ? EACCES : 0) << call;
+    }
 }
 
 TEST_F(DurableFiles, ReportAFolderThatMayNotBeThereAfterACrash) {

@@ -111,8 +111,8 @@ TEST_F(LocalFileStoreTest, KnowsFoldersIntoWhichItMayNotWrite) {
         mode_t permissions;
         bool writable;
     } cases[] = {
-        {"all", 0777, true},       {"readOnly", 0555, false}, {"notSearchable", 0666, false},
-        {"writeOnly", 0333, true}, {"none", 0, false},
+        {"all", 0777, true},        {"readOnly", 0555, false}, {"notSearchable", 0666, false},
+        {"writeOnly", 0333, false}, {"none", 0, false},
     };
     for (const auto& [name, permissions, writable] : cases)
         ASSERT_EQ(::chmod(folder.makeFolder(name).c_str(), permissions), 0);

@@ -197,4 +197,18 @@ TEST(MountTable, TellsAServerByItsUrlWhereTheTypeSaysNothing) {
     EXPECT_FALSE(isNetworkMount(mount("ext4", "odd://name")));
 }
 
+TEST(MountTable, TellsWhatLiesInAFolderByWholeNames) {
+    const struct {
+        std::string path;
+        std::string folder;
+        bool inside;
+    } cases[] = {
+        {"/", "/", true},           {"/usr", "/", true},        {"/usr", "/usr", true},
+        {"/usr/lib", "/usr", true}, {"/usrlib", "/usr", false}, {"/us", "/usr", false},
+        {"/", "/usr", false},       {"", "/", false},
+    };
+    for (const auto& [path, folder, inside] : cases)
+        EXPECT_EQ(liesIn(path, folder), inside) << path << " in " << folder;
+}
+
 }  // namespace bildkurier

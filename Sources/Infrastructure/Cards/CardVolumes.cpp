@@ -16,10 +16,6 @@ constexpr auto systemTrees = std::to_array<std::string_view>(
     {"/boot", "/dev", "/efi", "/etc", "/gnu", "/lib", "/nix", "/ostree", "/proc", "/snap", "/sys",
      "/sysroot", "/usr", "/var"});
 
-bool liesIn(std::string_view path, std::string_view tree) {
-    return path.starts_with(tree) && (path.size() == tree.size() || path[tree.size()] == '/');
-}
-
 /// "/home/anna", where a system may keep each home on a volume of its own.
 bool isHome(std::string_view point) {
     constexpr std::string_view homes = "/home/";

@@ -3,11 +3,11 @@
 #include "DurableFiles.h"
 
 #include "FileDescriptor.h"
+#include "HiddenCopies.h"
 #include "SystemCall.h"
 #include "WriteAll.h"
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,7 +18,6 @@
 #include <cstdio>
 #include <expected>
 #include <filesystem>
-#include <random>
 #include <span>
 #include <vector>
 
@@ -42,6 +41,9 @@ int outcome(Call call) {
 
 /// Whether an error only says that the file system does not have this call.
 bool isUnsupported(int error) { return error == EINVAL || error == ENOSYS || error == EOPNOTSUPP; }
+
+/// Whether an error of linkat(2) says that a file cannot have two names here, or not this file.
+bool cannotLink(int error) { return isUnsupported(error) || error == EPERM || error == EMLINK; }
 
 FileDescriptor opened(const Place& place, int flags, mode_t mode = 0) {
     const auto open = [&] {
@@ -82,9 +84,11 @@ int look(const Place& place, int flags, struct stat& facts) {
     return outcome([&] { return ::fstatat(place.folder, place.chars(), &facts, flags); });
 }
 
-bool isFolder(const Place& place) {
+/// 0, EEXIST for anything but a folder or a link to one, or why this cannot be known.
+int lookForFolder(const std::string& path) {
     struct stat facts{};
-    return look(place, 0, facts) == 0 && S_ISDIR(facts.st_mode);
+    const int error = look({AT_FDCWD, path}, 0, facts);
+    return error == 0 && !S_ISDIR(facts.st_mode) ? EEXIST : error;
 }
 
 /// 0 where nothing has that name.
@@ -155,7 +159,7 @@ int rename(const Place& from, const Place& to) {
     if (!isUnsupported(error)) return error;
     error = link(from, to);
     if (error == 0) remove(from);
-    if (error == 0 || error == EEXIST) return error;
+    if (!cannotLink(error)) return error;
     // Without links either, as on exFAT: a moment passes between looking and renaming.
     error = refuseTaken(to);
     return error == 0 ? renameWith(0, from, to) : error;
@@ -172,11 +176,6 @@ int copyContents(const FileDescriptor& from, const FileDescriptor& to, std::int6
         const std::span read(buffer.data(), static_cast<std::size_t>(count));
         if (const int error = writeAll(to, read)) return error;
     }
-}
-
-std::string hiddenName() {
-    std::random_device random;
-    return fmt::format(".bildkurier-{:08x}{:08x}", random(), random());
 }
 
 bool isSameTime(const timespec& a, const timespec& b) {
@@ -202,10 +201,12 @@ int copy(const FlushedFile& file, const Place& from, const Place& to) {
     struct stat facts{};
     if (const int error = look(source, facts)) return error;
     if (const int error = recognise(facts, file)) return error;
-    const Place hidden{to.folder, hiddenName()};
+    removeAbandonedCopies(to.folder);
+    const Place hidden{to.folder, hiddenCopyName()};
     FileDescriptor target =
         opened(hidden, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, facts.st_mode & 0777);
     if (!target) return errno;
+    lockHiddenCopy(target);
     int error = fill(target, source, facts);
     if (error == 0) error = rename(hidden, to);
     if (error != 0) remove(hidden);
@@ -221,21 +222,30 @@ int rename(const FlushedFile& file, const Place& from, const Place& to) {
     return error;
 }
 
+/// Makes the name of a folder durable whose maker may have ended too early. Where this user may
+/// not read, that is left to who may.
+int flushExistingName(const std::string& above) {
+    const FileDescriptor folder = openedFolder(above);
+    if (folder) return flushFolder(folder);
+    return errno == EACCES ? 0 : errno;
+}
+
+int makeOneFolder(const std::string& path, const std::string& above) {
+    const int error = outcome([&] { return ::mkdirat(AT_FDCWD, path.c_str(), 0777); });
+    if (error != 0 && lookForFolder(path) != 0) return error;
+    const FileDescriptor folder = openedFolder(above);
+    return folder ? flushFolder(folder) : errno;
+}
+
 }  // namespace
 
 int makeFolder(const std::string& path) {
     const std::string above = folderAbove(path);
-    const auto make = [&] {
-        return outcome([&] { return ::mkdirat(AT_FDCWD, path.c_str(), 0777); });
-    };
-    int error = make();
-    if (error == ENOENT && above.size() < path.size()) {
-        error = makeFolder(above);
-        if (error == 0) error = make();
-    }
-    if (error != 0) return isFolder({AT_FDCWD, path}) ? 0 : error;
-    const FileDescriptor folder = openedFolder(above);
-    return folder ? flushFolder(folder) : errno;
+    const int found = lookForFolder(path);
+    if (found == 0) return flushExistingName(above);
+    if (found != ENOENT) return found;
+    const int error = above.size() < path.size() ? makeFolder(above) : 0;
+    return error == 0 ? makeOneFolder(path, above) : error;
 }
 
 int moveFile(const std::string& source, const std::string& target) {

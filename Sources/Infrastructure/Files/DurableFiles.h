@@ -10,11 +10,12 @@
 namespace bildkurier {
 
 /// Creates the folder and all missing ones above it. One that exists, or a link to one, is a
-/// success.
+/// success once its name is durable too.
 int makeFolder(const std::string& path);
 
 /// Gives the regular file `source` the name `target`, on another volume too. `target` appears
-/// complete or not at all and never replaces anything. A source on another volume that cannot
+/// complete or not at all and never replaces anything: ESTALE when another file takes the place
+/// of `source` meanwhile, or its contents change. A source on another volume that cannot
 /// be removed afterwards stays.
 int moveFile(const std::string& source, const std::string& target);
 

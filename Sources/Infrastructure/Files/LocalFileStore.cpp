@@ -86,8 +86,9 @@ std::optional<std::int64_t> LocalFileStore::fileSize(const Url& url) {
 bool LocalFileStore::isWritableDirectory(const Url& url) {
     const std::string path = localPath(url);
     struct stat facts{};
+    // Only what may be read can be opened and its names made durable.
     return ::stat(path.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode) &&
-           ::faccessat(AT_FDCWD, path.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+           ::faccessat(AT_FDCWD, path.c_str(), R_OK | W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 bool LocalFileStore::isNetworkVolume(const Url& url) {

@@ -72,11 +72,6 @@ std::optional<Mount> parseMount(std::string_view line) {
                  .source = unescaped(dash[2])};
 }
 
-bool liesBelow(std::string_view path, std::string_view point) {
-    if (point == "/") return path.starts_with('/');
-    return path.starts_with(point) && (path.size() == point.size() || path[point.size()] == '/');
-}
-
 }  // namespace
 
 std::vector<Mount> parseMountTable(std::string_view text) {
@@ -111,9 +106,14 @@ std::optional<Mount> mountAbove(std::span<const Mount> mounts, std::string_view 
     std::optional<Mount> nearest;
     for (const auto& mount : mounts) {
         const bool nearer = !nearest || mount.point.size() >= nearest->point.size();
-        if (nearer && liesBelow(path, mount.point)) nearest = mount;
+        if (nearer && liesIn(path, mount.point)) nearest = mount;
     }
     return nearest;
+}
+
+bool liesIn(std::string_view path, std::string_view folder) {
+    if (folder == "/") return path.starts_with('/');
+    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
 }
 
 bool isNetworkFileSystem(std::string_view type) {

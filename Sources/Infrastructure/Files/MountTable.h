@@ -37,6 +37,9 @@ std::optional<Mount> mountOf(const std::string& path);
 /// one mounted where several share that point.
 std::optional<Mount> mountAbove(std::span<const Mount> mounts, std::string_view path);
 
+/// Whether `path` is `folder` or something below it; both absolute paths without links.
+bool liesIn(std::string_view path, std::string_view folder);
+
 /// Whether files on this type of file system come from another computer: NFS, SMB, sshfs,
 /// WebDAV, the shares of a virtual machine's host and the like.
 bool isNetworkFileSystem(std::string_view type);
