@@ -44,8 +44,8 @@ constexpr local_days july14{2024y / 7 / 14};
 constexpr local_days july15{2024y / 7 / 15};
 constexpr local_days august3{2024y / 8 / 3};
 
-/// The counter of the camera starts over in the second folder, so that two pictures there have
-/// the names of others.
+/// The counter of the camera runs on from folder to folder, so that every file has a name of
+/// its own.
 constexpr auto shots = std::to_array<Shot>({
     {firstFolder, 1, "JPG", june29 + 5h + 41min + 12s},
     {firstFolder, 2, "JPG", june29 + 9h + 3min + 55s},
@@ -60,20 +60,20 @@ constexpr auto shots = std::to_array<Shot>({
     {firstFolder, 11, "JPG", july1 + 8h + 49min + 27s},
     {firstFolder, 12, "JPG", july1 + 13h + 12min + 59s},
     {firstFolder, 13, "JPG", july1 + 20h + 31min + 3s},
-    {secondFolder, 1, "JPG", july14 + 6h + 18min + 40s},
-    {secondFolder, 2, "JPG", july14 + 10h + 54min + 21s},
-    {secondFolder, 15, "JPG", july14 + 14h + 7min + 33s},
-    {secondFolder, 16, "TIF", july14 + 14h + 8min + 10s},
-    {secondFolder, 17, "JPG", july14 + 21h + 26min + 5s},
-    {secondFolder, 18, "JPG", july15 + 5h + 59min + 48s},
-    {secondFolder, 19, "JPG", july15 + 9h + 40min + 16s},
-    {secondFolder, 20, "TIF", july15 + 9h + 41min + 0s},
-    {secondFolder, 21, "JPG", july15 + 18h + 33min + 52s},
-    {secondFolder, 22, "JPG", august3 + 7h + 24min + 11s},
-    {secondFolder, 23, "JPG", august3 + 12h + 0min + 0s},
-    {secondFolder, 24, "JPG", august3 + 15h + 45min + 38s},
-    {secondFolder, 25, "JPG", august3 + 20h + 11min + 6s},
-    {secondFolder, 26, "JPG", august3 + 22h + 50min + 29s},
+    {secondFolder, 15, "JPG", july14 + 6h + 18min + 40s},
+    {secondFolder, 16, "JPG", july14 + 10h + 54min + 21s},
+    {secondFolder, 17, "JPG", july14 + 14h + 7min + 33s},
+    {secondFolder, 18, "TIF", july14 + 14h + 8min + 10s},
+    {secondFolder, 19, "JPG", july14 + 21h + 26min + 5s},
+    {secondFolder, 20, "JPG", july15 + 5h + 59min + 48s},
+    {secondFolder, 21, "JPG", july15 + 9h + 40min + 16s},
+    {secondFolder, 22, "TIF", july15 + 9h + 41min + 0s},
+    {secondFolder, 23, "JPG", july15 + 18h + 33min + 52s},
+    {secondFolder, 24, "JPG", august3 + 7h + 24min + 11s},
+    {secondFolder, 25, "JPG", august3 + 12h + 0min + 0s},
+    {secondFolder, 26, "JPG", august3 + 15h + 45min + 38s},
+    {secondFolder, 27, "JPG", august3 + 20h + 11min + 6s},
+    {secondFolder, 28, "JPG", august3 + 22h + 50min + 29s},
 });
 
 double hourOf(local_seconds moment) {
@@ -134,14 +134,14 @@ void SampleCard::writeFilms() const {
     const Moment evening = july1 + 20h + 33min + 50s;
     addFilm(firstFolder, 14, evening, filmOf({.seed = 14, .hour = hourOf(evening)}, 320, 240, 4));
     const Moment noon = august3 + 12h + 4min + 25s;
-    addFilm(secondFolder, 27, noon, filmOf({.seed = 27, .hour = hourOf(noon)}, 480, 320, 8));
+    addFilm(secondFolder, 29, noon, filmOf({.seed = 29, .hour = hourOf(noon)}, 480, 320, 8));
 }
 
 void SampleCard::writeSounds() const {
     const auto& described = shots.at(9);
     add(fileName(described.folder, "IMG", described.number, "WAV"), described.captured + 20s,
         encodeTone(440, 2));
-    add(fileName(secondFolder, "SND", 28, "WAV"), august3 + 12h + 6min + 1s, encodeTone(330, 3));
+    add(fileName(secondFolder, "SND", 30, "WAV"), august3 + 12h + 6min + 1s, encodeTone(330, 3));
 }
 
 void SampleCard::writeLeftovers() const {

@@ -3,6 +3,7 @@
 #include "FileName.h"
 
 #include <unicode/stringpiece.h>
+#include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
 #include <cstddef>
@@ -13,26 +14,32 @@ namespace {
 
 constexpr std::size_t longestFileName = 255;  // bytes, on every file system in use
 
-constexpr bool isC0(char16_t c) { return c < 0x20; }
-constexpr bool isDelete(char16_t c) { return c == 0x7F; }
-constexpr bool isC1(char16_t c) { return c >= 0x80 && c <= 0x9F; }
-
 bool hasControlCharacters(std::string_view name) {
     unsigned char previous = 0;
     for (const char c : name) {
         const auto byte = static_cast<unsigned char>(c);
-        const bool endsC1 = previous == 0xC2 && isC1(byte);
-        if (isC0(byte) || isDelete(byte) || endsC1) return true;
+        const bool endsC1 = previous == 0xC2 && byte >= 0x80 && byte <= 0x9F;
+        if (byte < 0x20 || byte == 0x7F || endsC1) return true;
         previous = byte;
     }
     return false;
 }
 
-constexpr char16_t visible(char16_t c) {
-    if (isC0(c)) return static_cast<char16_t>(u'\u2400' + c);
-    if (isDelete(c)) return u'\u2421';
-    if (isC1(c)) return u'\uFFFD';
-    return c;
+/// Whether a character shows nothing itself, and may change what stands round it.
+bool isInvisible(UChar32 c) {
+    constexpr UChar32 zeroWidthNonJoiner = 0x200C;
+    constexpr UChar32 zeroWidthJoiner = 0x200D;
+    if (c == zeroWidthNonJoiner || c == zeroWidthJoiner)
+        return false;  // scripts and emoji need them
+    constexpr auto invisible =
+        U_GC_CC_MASK | U_GC_CF_MASK | U_GC_ZL_MASK | U_GC_ZP_MASK | U_GC_CS_MASK | U_GC_CN_MASK;
+    return (U_MASK(u_charType(c)) & invisible) != 0;
+}
+
+UChar32 visible(UChar32 c) {
+    if (c < 0x20) return 0x2400 + c;
+    if (c == 0x7F) return 0x2421;
+    return isInvisible(c) ? 0xFFFD : c;
 }
 
 }  // namespace
@@ -57,8 +64,10 @@ bool isPlainFileName(std::string_view name) {
 }
 
 std::string displayText(std::string_view text) {
-    auto shown = icu::UnicodeString::fromUTF8(text);
-    for (std::int32_t i = 0; i < shown.length(); ++i) shown.setCharAt(i, visible(shown.charAt(i)));
+    const auto given = icu::UnicodeString::fromUTF8(text);
+    icu::UnicodeString shown;
+    for (std::int32_t i = 0; i < given.length(); i = given.moveIndex32(i, 1))
+        shown.append(visible(given.char32At(i)));
     std::string result;
     return shown.toUTF8String(result);
 }

@@ -26,8 +26,9 @@ NameParts nameParts(std::string_view name);
 bool isPlainFileName(std::string_view name);
 
 /// `text` for human eyes: valid UTF-8, with replacement characters (U+FFFD) for bytes that
-/// are not, and control characters made visible (as control pictures, "␊" for a line feed,
-/// or U+FFFD for those that have none).
+/// are not, and what cannot be seen made visible: control characters as their pictures, "␊"
+/// for a line feed, and all others, such as those that turn the direction of writing, begin a
+/// line or have no width, as U+FFFD. Only the joiners that scripts and emoji need remain.
 std::string displayText(std::string_view text);
 
 }  // namespace bildkurier

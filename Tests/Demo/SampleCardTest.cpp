@@ -67,6 +67,14 @@ TEST_F(SampleCardTest, HoldsWhatACardHoldsAfterASummer) {
     EXPECT_TRUE(fs::exists(folder()->path("DCIM/100BILDK/._IMG_0001.JPG")));
 }
 
+TEST_F(SampleCardTest, GivesEveryFileANameOfItsOwn) {
+    std::set<std::string> names;
+    for (const auto& [path, contents] : tree(folder()->path())) {
+        if (path.ends_with('/')) continue;
+        EXPECT_TRUE(names.insert(fs::path(path).filename()).second) << path;
+    }
+}
+
 TEST_F(SampleCardTest, HasPicturesWithTheDateOfTheirFileInThem) {
     std::set<std::string> days;
     const auto pictures = filesWith({".JPG", ".TIF"});

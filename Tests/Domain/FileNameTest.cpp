@@ -112,6 +112,17 @@ TEST(DisplayText, ShowsWhatCannotBeSeen) {
         {"a\xE2\x82", "a\uFFFD"},
         {"\x80", "\uFFFD"},
         {"\xED\xA0\x80", "\uFFFD\uFFFD\uFFFD"},
+        // directions, separators, no width, shy hyphens, tags, no character at all
+        {"IMG_\u202Egpj.exe", "IMG_\uFFFDgpj.exe"},
+        {"\u061C\u200E\u200F\u2066\u2069", "\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"a\u2028b\u2029c", "a\uFFFDb\uFFFDc"},
+        {"a\u200Bb\u2060c\uFEFFd", "a\uFFFDb\uFFFDc\uFFFDd"},
+        {"a\u00ADb", "a\uFFFDb"},
+        {"\U000E0041", "\uFFFD"},
+        {"\uFFFE\uFFFF\U0010FFFF\u0378", "\uFFFD\uFFFD\uFFFD\uFFFD"},
+        // joiners, accents, other blanks and private characters remain
+        {"👨\u200D👩\u200D👧 می\u200Cخواهم", "👨\u200D👩\u200D👧 می\u200Cخواهم"},
+        {"A\u0308\u00A0\u3000\uE000\uFE0F", "A\u0308\u00A0\u3000\uE000\uFE0F"},
     };
     for (const auto& [text, shown] : cases) EXPECT_EQ(displayText(text), shown);
 }

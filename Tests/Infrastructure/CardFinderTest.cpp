@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <span>
 
 namespace bildkurier {
 namespace {
@@ -180,10 +181,38 @@ TEST_F(CardFinderTest, KnowsAFolderByItsVolumeAndPath) {
     table = {mount(1, "EOS")};
     const auto come = finder({media.path("EOS/DCIM")}, false).look(table, at(0)).come;
     ASSERT_EQ(come.size(), 1U);
-    EXPECT_EQ(come[0]->facts.persistentId, "vfat:/dev/bildkurier-test1:" + real("EOS/DCIM"));
+    EXPECT_EQ(come[0]->facts.persistentId, "vfat:/dev/bildkurier-test1:/DCIM");
     EXPECT_EQ(come[0]->facts.serial, std::nullopt);
     EXPECT_EQ(come[0]->facts.uuid, std::nullopt);
     EXPECT_EQ(come[0]->mount, table[0]);
+}
+
+TEST_F(CardFinderTest, KnowsAFolderWhereverItsVolumeIsMounted) {
+    media.makeFolder("A/DCIM/100");
+    media.makeFolder("B/100");
+    const auto identity = [&](const Mount& on, const std::string& folder) {
+        const auto come = finder({media.path(folder)}, false).look(std::span(&on, 1), at(0)).come;
+        return come.size() == 1 ? come[0]->facts.persistentId : "none";
+    };
+    Mount part = mount(1, "B");
+    part.root = "/DCIM";
+    Mount all = mount(1, "A");
+    EXPECT_EQ(identity(all, "A"), "vfat:/dev/bildkurier-test1:/");
+    EXPECT_EQ(identity(part, "B"), "vfat:/dev/bildkurier-test1:/DCIM");
+    EXPECT_EQ(identity(all, "A/DCIM"), identity(part, "B"));
+    EXPECT_EQ(identity(all, "A/DCIM/100"), identity(part, "B/100"));
+    all.point = "/";
+    EXPECT_EQ(identity(all, "A/DCIM"), "vfat:/dev/bildkurier-test1:" + real("A/DCIM"));
+}
+
+TEST_F(CardFinderTest, KnowsAFolderOnNoDeviceByItsPlace) {
+    table = {card(1, "A"), card(2, "B")};
+    for (Mount& mount : table) mount.type = mount.source = "tmpfs";
+    const auto come =
+        finder({media.path("A/DCIM"), media.path("B/DCIM")}, false).look(table, at(0)).come;
+    ASSERT_EQ(come.size(), 2U);
+    EXPECT_EQ(come[0]->facts.persistentId, "tmpfs:tmpfs:" + real("A") + ":/DCIM");
+    EXPECT_EQ(come[1]->facts.persistentId, "tmpfs:tmpfs:" + real("B") + ":/DCIM");
 }
 
 TEST_F(CardFinderTest, ReportsAVolumeGivenByHandOnlyOnce) {

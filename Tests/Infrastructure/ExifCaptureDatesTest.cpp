@@ -11,6 +11,9 @@
 #include <rapidcheck.h>
 
 #include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -109,8 +112,40 @@ TEST_F(ExifCaptureDatesTest, ReadsFilesThatAreMapped) {
     EXPECT_EQ(dateIn(tiff(300'000, 260'000)), july(15));
 }
 
-TEST_F(ExifCaptureDatesTest, ReadsNoMoreThanTheEndsOfAFileThatIsMapped) {
-    EXPECT_EQ(dateIn(tiff(5'000'000, 2'000'000)), std::nullopt);
+TEST_F(ExifCaptureDatesTest, FindsTheDateInTheMiddleOfAFileThatIsMapped) {
+    for (const std::size_t offset : {262'110U, 262'130U, 300'000U, 2'000'000U, 4'934'440U})
+        EXPECT_EQ(dateIn(tiff(5'000'000, offset)), july(15)) << offset;
+}
+
+TEST_F(ExifCaptureDatesTest, ReadsNoMoreThanTheFirst200MebibytesAndTheEnd) {
+    constexpr std::uintmax_t most = 200 << 20;
+    const auto dateAt = [this](std::size_t offset) {
+        const std::string path = folder.write("photo", tiff(64, 8).substr(0, 8));
+        std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+        file.seekp(4).write(big(offset, 4).data(), 4);
+        file.seekp(static_cast<std::streamoff>(offset));
+        file << tiff(offset + 38, offset).substr(offset);
+        file.close();
+        std::filesystem::resize_file(path, most + (10 << 20));
+        return dates.captureDate(path);
+    };
+    EXPECT_EQ(dateAt(most - 38), july(15));
+    EXPECT_EQ(dateAt(most + 8), std::nullopt);
+}
+
+TEST_F(ExifCaptureDatesTest, DoesNotSearchOnWhereTheClockWasNeverSet) {
+    std::string bytes = tiff(5'000'000, 8);
+    const std::string exifInTheMiddle = big(0x8769, 2) + big(4, 2) + big(1, 4) + big(2'000'000, 4);
+    const std::string unset = "    :  :     :  :  ";
+    bytes.replace(8, 50,
+                  big(2, 2) + big(0x0132, 2) + big(2, 2) + big(20, 4) + big(38, 4) +
+                      exifInTheMiddle + big(0, 4) + unset + '\0');
+    const std::string entry = big(0x9003, 2) + big(2, 2) + big(20, 4) + big(2'000'018, 4);
+    bytes.replace(2'000'000, 38,
+                  big(1, 2) + entry + big(0, 4) + std::string("2024:07:15 12:00:00\0", 20));
+    EXPECT_EQ(dateIn(bytes), std::nullopt);
+    bytes.replace(10, 2, big(0x010F, 2));  // the maker instead of a date
+    EXPECT_EQ(dateIn(bytes), july(15));
 }
 
 TEST_F(ExifCaptureDatesTest, ReadsIsoMedia) { EXPECT_EQ(dateIn(isoMedia()), july(15)); }

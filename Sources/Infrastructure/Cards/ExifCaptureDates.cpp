@@ -15,23 +15,23 @@
 #include <algorithm>
 #include <cstddef>
 #include <mutex>
+#include <string>
 
 namespace bildkurier {
 
 namespace {
 
-/// A file whose mapping is memory with its beginning and its end read in, where formats that
-/// are mapped keep their metadata, and zeros between. To map the file itself would end the
-/// program when the card is pulled.
+/// A file whose mapping is memory with its beginning and its end read in, and zeros between.
+/// To map the file itself would end the program when the card is pulled.
 class UnmappedFile final : public Exiv2::FileIo {
 public:
-    using FileIo::FileIo;
+    /// Reads in no more than `head` bytes of the beginning.
+    UnmappedFile(const std::string& path, std::size_t head) : FileIo(path), head_(head) {}
     UnmappedFile(const UnmappedFile&) = delete;
     UnmappedFile& operator=(const UnmappedFile&) = delete;
     ~UnmappedFile() override { release(); }
 
     Exiv2::byte* mmap(bool /*isWriteable*/) override {
-        constexpr std::size_t head = 256 << 10;
         constexpr std::size_t tail = 64 << 10;
         release();
         const std::size_t length = size();
@@ -40,11 +40,11 @@ public:
         if (memory == MAP_FAILED) throw Exiv2::Error(Exiv2::kerMallocFailed);
         memory_ = static_cast<Exiv2::byte*>(memory);
         length_ = length;
-        readInto(0, std::min(head, length));
-        if (length > head) {
-            const std::size_t rest = std::min(tail, length - head);
-            readInto(length - rest, rest);
-        }
+        const std::size_t first = std::min(head_, length);
+        const std::size_t last = std::min(tail, length - first);
+        readInto(0, first);
+        readInto(length - last, last);
+        hasGap_ = first + last < length;
         return memory_;
     }
 
@@ -53,9 +53,12 @@ public:
         return 0;
     }
 
+    /// Whether a part of what was mapped was not read.
+    bool hasGap() const { return hasGap_; }
+
 private:
     void readInto(std::size_t offset, std::size_t count) {
-        if (seek(static_cast<long>(offset), beg) != 0) return;
+        if (count == 0 || seek(static_cast<long>(offset), beg) != 0) return;
         read(memory_ + offset, static_cast<long>(count));
     }
 
@@ -64,6 +67,8 @@ private:
         memory_ = nullptr;
     }
 
+    std::size_t head_;
+    bool hasGap_ = false;
     Exiv2::byte* memory_ = nullptr;
     std::size_t length_ = 0;
 };
@@ -81,14 +86,39 @@ void initializeExiv2() {
     Exiv2::XmpParser::initialize(&lockXmp, &xmp);
 }
 
-std::optional<Date> captureDate(const Exiv2::ExifData& exif) {
+/// What one look into a photo finds.
+struct Finding {
+    std::optional<Date> date;
+    bool mayBeElsewhere = false;  ///< no date field where was looked, but not everywhere was
+};
+
+void readDate(const Exiv2::ExifData& exif, Finding& finding) {
     for (const char* key :
          {"Exif.Photo.DateTimeOriginal", "Exif.Photo.DateTimeDigitized", "Exif.Image.DateTime"}) {
         const auto found = exif.findKey(Exiv2::ExifKey(key));
         if (found == exif.end()) continue;
-        if (const auto date = exifTime(found->toString())) return date;
+        const std::string text = found->toString();
+        constexpr std::size_t dateLength = 19;
+        if (std::min(text.find('\0'), text.size()) < dateLength) continue;  // some lies in the gap
+        finding.mayBeElsewhere = false;
+        finding.date = exifTime(text);
+        if (finding.date) return;
     }
-    return std::nullopt;
+}
+
+/// Looks into no more than the first `head` bytes, and the last ones, of a file that is mapped.
+Finding look(const std::string& path, std::size_t head) {
+    const auto image =
+        Exiv2::ImageFactory::open(Exiv2::BasicIo::AutoPtr(new UnmappedFile(path, head)));
+    if (image.get() == nullptr) return {};  // of no known format
+    try {
+        image->readMetadata();
+    } catch (const Exiv2::AnyError&) {
+        // Some formats fail over a gap; what was read until then counts.
+    }
+    Finding finding{.mayBeElsewhere = static_cast<const UnmappedFile&>(image->io()).hasGap()};
+    readDate(image->exifData(), finding);
+    return finding;
 }
 
 }  // namespace
@@ -99,12 +129,17 @@ ExifCaptureDates::ExifCaptureDates() {
 }
 
 std::optional<Date> ExifCaptureDates::captureDate(const std::string& path) {
+    constexpr std::size_t usualHead = 256 << 10;
+    constexpr std::size_t longestHead = 200 << 20;
+    // Whole photos fill the memory, and a card reads no faster for two at once.
+    static std::mutex wholePhoto;
     try {
-        const auto image =
-            Exiv2::ImageFactory::open(Exiv2::BasicIo::AutoPtr(new UnmappedFile(path)));
-        if (image.get() == nullptr) return std::nullopt;  // of no known format
-        image->readMetadata();
-        return bildkurier::captureDate(image->exifData());
+        Finding finding = look(path, usualHead);
+        if (finding.mayBeElsewhere) {
+            const std::lock_guard lock(wholePhoto);
+            finding = look(path, longestHead);
+        }
+        return finding.date;
     } catch (...) {
         return std::nullopt;
     }

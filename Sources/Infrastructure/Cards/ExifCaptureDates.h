@@ -6,8 +6,9 @@
 
 namespace bildkurier {
 
-/// Capture dates from the Exif data of all photo formats that Exiv2 reads. Never writes, and
-/// reads no more than the ends of a file where its metadata is.
+/// Capture dates from the Exif data of all photo formats that Exiv2 reads. Never writes. Reads
+/// the ends of a file, where metadata usually is, and all of it, up to 200 MiB, only when no
+/// date is there.
 class ExifCaptureDates final : public CaptureDates {
 public:
     ExifCaptureDates();

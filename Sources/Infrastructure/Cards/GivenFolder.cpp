@@ -28,7 +28,16 @@ std::string nameOf(const Mount& mount) {
     const VolumeIdentity volume = volumeIdentity(mount);
     if (!volume.uuid.empty()) return volume.uuid;
     if (!volume.serial.empty()) return volume.serial;
-    return mount.type + ":" + mount.source;
+    const std::string name = mount.type + ":" + mount.source;
+    // What lies on no device ("tmpfs") is known by its place alone.
+    return mount.source.contains('/') ? name : name + ":" + mount.point;
+}
+
+/// Where `path` lies on the volume, wherever that is mounted.
+std::string pathInVolume(const Mount& mount, std::string_view path) {
+    if (mount.point != "/") path.remove_prefix(mount.point.size());
+    if (mount.root == "/") return std::string(path.empty() ? mount.root : path);
+    return mount.root + std::string(path);
 }
 
 }  // namespace
@@ -42,7 +51,7 @@ std::optional<GivenFolder::Found> GivenFolder::find(std::span<const Mount> table
     if (error || ::stat(root.c_str(), &folder) != 0 || !S_ISDIR(folder.st_mode)) return {};
     const std::string& volume = volumeOf(mountAbove(table, root).value_or(Mount{}));
     const std::uint64_t inode = numbersFilesAnew(mount_.type) ? 0 : folder.st_ino;
-    return Found{root, folder.st_dev, inode, volume + ":" + root};
+    return Found{root, folder.st_dev, inode, volume + ":" + pathInVolume(mount_, root)};
 }
 
 /// Asks the device only about a mount that is new.
