@@ -25,13 +25,12 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-/// Keeps the other processes from writing while it lives, where the file system can lock.
-FileDescriptor lockedFolder(const fs::path& folder) {
-    std::error_code ignored;
-    fs::create_directories(folder, ignored);
+/// Waits for the processes that write below the folder, or with LOCK_EX also for those that read,
+/// and keeps them out while it lives, where the file system can lock.
+FileDescriptor locked(const fs::path& folder, int operation) {
     FileDescriptor descriptor(
         retried([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    retried([&] { return ::flock(descriptor.get(), LOCK_EX); });
+    retried([&] { return ::flock(descriptor.get(), operation); });
     return descriptor;
 }
 
@@ -63,9 +62,15 @@ QVariant variantOf(const std::string& text) {
 
 }  // namespace
 
+// QSettings takes a file for the one it has read when it has the same size and millisecond, and
+// asks for these after reading. So nobody may write meanwhile, and no two versions may have the
+// same; else what one process writes is lost when the other does.
+
 IniUserDefaults::IniUserDefaults(std::string path)
-    : path_(std::move(path)),
-      file_(std::make_unique<QSettings>(QString::fromStdString(path_), QSettings::IniFormat)) {}
+    : path_(std::move(path)), folder_(fs::path(path_).parent_path()) {
+    const FileDescriptor lock = locked(folder_, LOCK_SH);
+    file_ = std::make_unique<QSettings>(QString::fromStdString(path_), QSettings::IniFormat);
+}
 
 IniUserDefaults::~IniUserDefaults() = default;
 
@@ -88,21 +93,20 @@ void IniUserDefaults::setBoolean(const std::string& key, bool value) {
 }
 
 QVariant IniUserDefaults::stored(const std::string& key) const {
+    const FileDescriptor lock = locked(folder_, LOCK_SH);
     file_->sync();
     return file_->value(QString::fromStdString(key));
 }
 
 void IniUserDefaults::store(const std::string& key, const QVariant& value) {
-    const FileDescriptor lock = lockedFolder(fs::path(path_).parent_path());
-    makePrivateFile(path_);
     std::error_code ignored;
-    const auto before = fs::last_write_time(path_, ignored);
+    fs::create_directories(folder_, ignored);
+    const FileDescriptor lock = locked(folder_, LOCK_EX);
+    makePrivateFile(path_);
+    const auto next = fs::last_write_time(path_, ignored) + 1ms;
     file_->setValue(QString::fromStdString(key), value);
     file_->sync();
-    // QSettings takes a file of the same size and millisecond for the one it has read, and would
-    // lose what another process wrote meanwhile.
-    if (fs::last_write_time(path_, ignored) < before + 1ms)
-        fs::last_write_time(path_, before + 1ms, ignored);
+    if (fs::last_write_time(path_, ignored) < next) fs::last_write_time(path_, next, ignored);
 }
 
 }  // namespace bildkurier

@@ -35,6 +35,7 @@ private:
     void store(const std::string& key, const QVariant& value);
 
     std::string path_;
+    std::string folder_;
     std::unique_ptr<QSettings> file_;
 };
 
