@@ -264,7 +264,7 @@ void ImportModel::cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) 
 }
 
 void ImportModel::cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) {
-    if (!listensTo(camera)) return;
+    if (!holds(camera) || phase_ == Phase::importing) return;
     if (error) {
         publish(phase_, Phase::noCamera);
         return publish(status_,
@@ -277,11 +277,11 @@ void ImportModel::cameraDidOpenSession(Camera& camera, const std::optional<Error
 }
 
 void ImportModel::cameraCatalogReady(Camera& camera) {
-    if (listensTo(camera)) loadCatalog();
+    if (holds(camera) && phase_ != Phase::importing) loadCatalog();
 }
 
 void ImportModel::cameraCatalogChanged(Camera& camera) {
-    if (!listensTo(camera) || !isReadyOrDone() || pendingReload_) return;
+    if (!holds(camera) || !isReadyOrDone() || pendingReload_) return;
     pendingReload_ = main_.after(reloadDelay, [this] {
         pendingReload_.reset();
         if (camera_ && isReadyOrDone()) loadCatalog();
@@ -346,10 +346,8 @@ void ImportModel::setCameraDays() {
 }
 
 void ImportModel::recompute() {
-    if (!camera_ || (allFiles_.empty() && !isReadyOrDone())) return;
-    if (phase_ == Phase::importing || phase_ == Phase::connecting || phase_ == Phase::reading) {
-        return;
-    }
+    const bool isRead = isReadyOrDone() || (phase_ == Phase::checking && !allFiles_.empty());
+    if (!camera_ || !isRead) return;
     scanGeneration_.renew();
     if (destNeedsChoice()) {
         existing_.clear();
@@ -376,7 +374,7 @@ void ImportModel::recompute() {
 }
 
 void ImportModel::destinationScanned(DestinationScan scan) {
-    if (phase_ != Phase::checking) return;  // the camera is being read again
+    if (phase_ != Phase::checking) return;
     publish(destOnNetwork_, scan.onNetwork);
     destWritable_ = scan.writable;
     destCapacity_ = scan.capacity;

@@ -149,10 +149,7 @@ private:
     template <class T>
     void publish(T& field, std::type_identity_t<T> value);
     bool isReadyOrDone() const { return phase_ == Phase::ready || phase_ == Phase::done; }
-    /// Whether the camera's events count. A run is not disturbed by them.
-    bool listensTo(const Camera& camera) const {
-        return camera_.get() == &camera && phase_ != Phase::importing;
-    }
+    bool holds(const Camera& camera) const { return camera_.get() == &camera; }
     Url settingsDestination(DestinationKind kind) const;
     std::string timeStamp() const;
 

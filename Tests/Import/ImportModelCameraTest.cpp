@@ -320,6 +320,7 @@ TEST_F(ImportModelCameraTest, TakesUpTheGrantAgain) {
         access->restorable = restorable;
         access->restoreGrants = restoreGrants;
         model->reload();
+        EXPECT_EQ(loop.backgroundTasks(), dest == same ? 0 : 1);
         EXPECT_EQ(model->dest(), dest);
         EXPECT_EQ(settings->storedDestination, dest);
         EXPECT_EQ(model->status(), readingAgain);

@@ -270,6 +270,23 @@ TEST_F(ImportModelRunTest, MeasuresTheSpeedOverTwoSeconds) {
     EXPECT_EQ(model->speed(), (SpeedMeter::Reading{1500, 4000 / 3.25, peak}));
 }
 
+TEST_F(ImportModelRunTest, LeavesOutSamplesOlderThanTwoSeconds) {
+    const auto held = heldFile("A.JPG", 4000);
+    make();
+    double seconds = 0;
+    model->clock = [&] { return seconds; };
+    connect(attached);
+    model->startImport();
+    loop.settle();
+    held->grow(1000);
+    seconds = 2;
+    loop.advance(500ms);
+    EXPECT_EQ(model->speed().current, 500);
+    seconds = 2.0625;
+    loop.advance(250ms);
+    EXPECT_EQ(model->speed().current, 16'000);
+}
+
 TEST_F(ImportModelRunTest, TellsNoSpeedThatDoesNotChange) {
     heldFile("A.JPG");
     start();
@@ -284,16 +301,17 @@ TEST_F(ImportModelRunTest, BeginsEachRunWithSpeedZero) {
     start();
     loop.advance(1s);
     deliver(*held);
-    EXPECT_GT(model->speed().peak, 0);
+    EXPECT_EQ(model->speed().peak, 4000);
     held = heldFile("B.JPG", 400);
     readAgain();
     model->startImport();
     EXPECT_EQ(model->speed(), SpeedMeter::Reading());
-    loop.advance(250ms);
     loop.advance(1s);
     deliver(*held);
+    EXPECT_GT(model->speed().peak, 0);
+    EXPECT_LT(model->speed().peak, 4000);
     EXPECT_EQ(model->log().back(),
-              "Fertig: 1 geladen (" + formatBytes(400) + "), Ø " + formatSpeed(320));
+              "Fertig: 1 geladen (" + formatBytes(400) + "), Ø " + formatSpeed(400));
 }
 
 TEST_F(ImportModelRunTest, EndsTheProgramWhenBytesCannotBeCounted) {
@@ -410,6 +428,18 @@ TEST_F(ImportModelRunTest, ForgetsACancelThatCameBeforeTheStart) {
     model->startImport();
     loop.settle();
     EXPECT_EQ(model->log().back(), "Fertig: 1 geladen (" + formatBytes(4) + ")");
+}
+
+TEST_F(ImportModelRunTest, WaitsNoLongerForALostCameraOnceCancelled) {
+    attached->deviceIdentity = "serial:1";
+    heldFile("A.JPG");
+    start();
+    model->cameraBrowserDidRemove(attached);
+    model->cancelImport();
+    const auto returned = camera("C", "serial:1");
+    returned->catalogue = attached->catalogue;
+    connect(returned);
+    EXPECT_EQ(model->phase(), Phase::ready);
 }
 
 // End

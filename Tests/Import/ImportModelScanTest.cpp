@@ -4,8 +4,12 @@
 #include "ImportModelWithTwoCameras.h"
 #include "RecordingFileStore.h"
 
+#include <chrono>
+
 namespace bildkurier {
 namespace {
+
+using namespace std::chrono;
 
 class ImportModelScanTest : public ImportModelWithTwoCameras {};
 
@@ -160,6 +164,38 @@ TEST_F(ImportModelScanTest, ScansAServerWithoutGrant) {
     file(*attached, "A.JPG", "aaaa");
     connect(attached);
     EXPECT_EQ(model->status(), "1 neue Dateien (" + formatBytes(4) + ") bereit zum Import.");
+}
+
+TEST_F(ImportModelScanTest, ScansNothingWhenTheSessionFailed) {
+    make();
+    file(*attached, "A.JPG", "aaaa");
+    connect(attached);
+    model->reload();
+    loop.advance(1s);
+    attached->sessionOpened();
+    model->setDest(Url::file("/ziel"));
+    EXPECT_EQ(model->phase(), Phase::reading);
+    attached->sessionOpened(Error{"Das Gerät ist belegt"});
+    model->setDest(Url::file("/ziel"));
+    EXPECT_EQ(model->phase(), Phase::noCamera);
+    EXPECT_EQ(loop.backgroundTasks(), 0);
+}
+
+TEST_F(ImportModelScanTest, TakesAFolderWithoutGrantForNotWritable) {
+    settings->storedAutoImport = true;
+    settings->storedIdentity = "serial:2";
+    store->folders.insert("/bilder");
+    make();
+    file(*attached, "A.JPG", "aaaa");
+    connect(attached);
+    access->granted = false;
+    other->deviceIdentity = "serial:2";
+    file(*other, "B.JPG", "bb");
+    connect(other);
+    EXPECT_EQ(model->status(), chooseFolder);
+    EXPECT_EQ(model->log().back(),
+              "✗ Auto-Import ausgesetzt: Zielordner fehlt oder ist nicht beschreibbar. "
+              "Ziel: /bilder");
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ protected:
     /// A card with a file of one byte for each of the first five days of May 2024.
     void fillFiveDays() {
         using namespace std::chrono;
-        for (unsigned day = 1; day <= 5; ++day) {
+        for (int day = 1; day <= 5; ++day) {
             file(*attached, std::to_string(day) + ".JPG", "a", noon(2024y / May / day));
         }
     }
