@@ -6,6 +6,7 @@
 #include "EventLoop.h"
 #include "ExifCaptureDates.h"
 #include "ImageCaptureBrowser.h"
+#include "ImportLock.h"
 #include "InterruptSignals.h"
 #include "JsonReport.h"
 #include "LocalFileStore.h"
@@ -30,6 +31,13 @@ std::unique_ptr<Report> makeReport(bool json) {
 ExitStatus runProgram(const CommandLine& commandLine) {
     EventLoop loop;
     const auto report = makeReport(commandLine.json);
+    ImportLock lock;
+    if (commandLine.command == CommandLine::Command::import) {
+        if (const auto acquired = lock.acquire(); !acquired) {
+            report->error(acquired.error().message);
+            return ExitStatus::destinationUnusable;
+        }
+    }
     const auto store = std::make_shared<LocalFileStore>();
     std::shared_ptr<CardImport> job;
     std::optional<InterruptSignals> signals(std::in_place, loop, [&job] { job->interrupt(); });

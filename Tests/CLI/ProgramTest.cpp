@@ -56,7 +56,10 @@ std::string ProgramTest::picture(const std::string& name) const {
 
 ProgramResult ProgramTest::run(const Strings& arguments, const Environment& environment) {
     Environment all = environment;
-    all.insert({{"TZ", "Europe/Berlin"}, {"LC_ALL", "de_DE.UTF-8"}});
+    // A folder of its own, so that imports of other tests are not in the way.
+    const TemporaryFolder runtime;
+    all.insert(
+        {{"TZ", "Europe/Berlin"}, {"LC_ALL", "de_DE.UTF-8"}, {"XDG_RUNTIME_DIR", runtime.path()}});
     return ProgramCall{.path = BILDKURIER_CLI, .arguments = arguments, .environment = all}.run();
 }
 

@@ -43,7 +43,7 @@ TEST(SystemError, SaysInGermanWhatHappened) {
         {ENOMEM, "Der Arbeitsspeicher reicht nicht aus"},
         {ENOSYS, "Das Volume unterstützt den Vorgang nicht"},
         {EOPNOTSUPP, "Das Volume unterstützt den Vorgang nicht"},
-        {ESTALE, "Die Netzwerkfreigabe hat den Ordner nicht mehr"},
+        {ESTALE, "Die Datei oder der Ordner wurde unterwegs ausgetauscht"},
         {ETIMEDOUT, "Das Volume hat nicht rechtzeitig geantwortet"},
         {EHOSTDOWN, "Der Server ist nicht erreichbar"},
         {EHOSTUNREACH, "Der Server ist nicht erreichbar"},
