@@ -15,14 +15,14 @@ namespace {
 /// made.
 class UserInBerlin final : public testing::Environment {
     void SetUp() override {
-        zone.emplace("Europe/Berlin");
+        zone_.emplace("Europe/Berlin");
         icu::ErrorCode status;
         icu::Locale::setDefault(icu::Locale::getGermany(), status);
         ASSERT_TRUE(status.isSuccess());
     }
-    void TearDown() override { zone.reset(); }
+    void TearDown() override { zone_.reset(); }
 
-    std::optional<InTimeZone> zone;
+    std::optional<InTimeZone> zone_;
 };
 
 const auto* const userInBerlin = testing::AddGlobalTestEnvironment(new UserInBerlin);

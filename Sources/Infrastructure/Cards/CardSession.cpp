@@ -16,7 +16,7 @@ namespace bildkurier {
 CardSession::CardSession(std::shared_ptr<const CardPlace> place) : place_(std::move(place)) {}
 
 std::optional<Error> CardSession::endReason() const {
-    switch (ended_) {
+    switch (ended_.load()) {
         case End::Not:
             return std::nullopt;
         case End::Closed:

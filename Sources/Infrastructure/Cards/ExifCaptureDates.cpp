@@ -111,12 +111,13 @@ Finding look(const std::string& path, std::size_t head) {
     const auto image =
         Exiv2::ImageFactory::open(Exiv2::BasicIo::AutoPtr(new UnmappedFile(path, head)));
     if (image.get() == nullptr) return {};  // of no known format
+    const auto& file = static_cast<const UnmappedFile&>(image->io());
     try {
         image->readMetadata();
     } catch (const Exiv2::AnyError&) {
-        // Some formats fail over a gap; what was read until then counts.
+        return {.mayBeElsewhere = file.hasGap()};  // over which some formats fail
     }
-    Finding finding{.mayBeElsewhere = static_cast<const UnmappedFile&>(image->io()).hasGap()};
+    Finding finding{.mayBeElsewhere = file.hasGap()};
     readDate(image->exifData(), finding);
     return finding;
 }
