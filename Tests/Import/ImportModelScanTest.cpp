@@ -166,6 +166,17 @@ TEST_F(ImportModelScanTest, ScansAServerWithoutGrant) {
     EXPECT_EQ(model->status(), "1 neue Dateien (" + formatBytes(4) + ") bereit zum Import.");
 }
 
+TEST_F(ImportModelScanTest, ScansOnceForAnEmptyCatalogue) {
+    make();
+    model->cameraBrowserDidAdd(attached);
+    attached->sessionOpened();
+    attached->catalogReady();
+    model->setDest(Url::file("/ziel"));
+    EXPECT_EQ(loop.backgroundTasks(), 1);
+    loop.settle();
+    EXPECT_EQ(model->status(), noFiles);
+}
+
 TEST_F(ImportModelScanTest, ScansNothingWhenTheSessionFailed) {
     make();
     file(*attached, "A.JPG", "aaaa");
