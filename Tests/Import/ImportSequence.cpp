@@ -1,0 +1,962 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ImportSequence.h"
+
+#include "FileName.h"
+#include "Formatting.h"
+#include "LocalDay.h"
+
+#include <fmt/format.h>
+#include <rapidcheck.h>
+
+#include <algorithm>
+#include <cmath>
+#include <ranges>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+using namespace std::string_literals;
+
+constexpr Duration speedInterval{0.25};
+constexpr Duration watchInterval{0.5};
+constexpr auto goesOn = "Kamera getrennt. Der Import geht weiter, sobald sie wieder verbunden ist.";
+constexpr auto gaveUp =
+    "Import gestoppt: Die Kamera trennt sich wiederholt, ohne dass etwas ankommt. Originalkabel "
+    "direkt am Mac probieren (ohne Hub) und Akku der Kamera prüfen.";
+constexpr auto searching = "Suche Kamera … (einschalten und per USB verbinden)";
+constexpr auto refusedSession =
+    "Verbindung fehlgeschlagen: Die Kamera ist belegt. „Digitale Bilder“, „Fotos“ und "
+    "Canon-Software schließen, dann Kamera neu verbinden.";
+constexpr auto chooseFolderStatus = "Zielordner wählen: unter Ziel auf „Ändern …“ klicken.";
+constexpr auto nothingMissing = "Nach der Trennung fehlt nichts mehr im Zielordner.";
+constexpr auto allPresent = "Auto-Import: alle Dateien dieser Kamera sind bereits im Zielordner.";
+constexpr auto notWritable =
+    "Auto-Import ausgesetzt: Zielordner fehlt oder ist nicht beschreibbar.";
+constexpr auto noRoom = "Auto-Import ausgesetzt: zu wenig freier Platz im Zielordner.";
+constexpr auto cannotWrite = "Kann Zielordner nicht beschreiben: ";
+constexpr std::int64_t plenty = 1'000'000'000'000;
+
+const std::array destinations = {"/bilder"s, "/archiv"s, "/fehlt"s};
+
+/// The same for all steps whose camera, file or the like is `which`.
+template <class Range>
+auto& pick(Range& range, std::size_t which) {
+    return range[which % std::size(range)];
+}
+
+bool canBeLoaded(const Picture& picture) {
+    return std::ssize(picture.contents) == picture.size &&
+           isPlainFileName(picture.name.value_or("unbenannt"));
+}
+
+bool isAmong(const std::string& text, std::initializer_list<const char*> texts) {
+    return std::ranges::find(texts, text) != texts.end();
+}
+
+}  // namespace
+
+ImportSequence::ImportSequence(bool trusting) {
+    const auto day = [this](int days) { return loop_.date() + std::chrono::days(days); };
+    const auto picture = [](std::optional<std::string> name, const std::string& contents,
+                            std::optional<Date> shot) {
+        return Picture{std::move(name), contents, std::ssize(contents), shot};
+    };
+    Picture tooLong = picture("E.JPG", "1:E", day(2));
+    tooLong.size = 9;
+    devices_[0] = {"serial:0",
+                   {picture("A.JPG", "0:A", day(1)), picture("B.CR3", "0:Bb", day(2)),
+                    picture("a.jpg", "0:a", day(2)), picture(std::nullopt, "0:-", {}),
+                    picture("C.MP4", "0:Ccc", {})},
+                   nullptr};
+    devices_[1] = {"serial:1",
+                   {picture("A.JPG", "1:A+", day(1)), picture("B.CR3", "1:Bb", day(3)),
+                    picture("../D.JPG", "1:D", day(2)), tooLong},
+                   nullptr};
+    devices_[2] = {
+        std::nullopt, {picture("F.JPG", "2:F", day(1)), picture("G.CR3", "2:G", day(3))}, nullptr};
+    for (const auto& folder : {destinations[0], destinations[1]}) store_->folders.insert(folder);
+    store_->capacity = plenty;
+    settings_->storedDestination = Url::file(destinations[0]);
+    settings_->storedAutoImport = trusting;
+    if (trusting) settings_->storedIdentity = devices_[0].identity;
+    make();
+}
+
+void ImportSequence::make() {
+    auto runner = std::make_unique<ImportRunner>(scans_, main_, loop_);
+    runner_ = runner.get();
+    model_ = std::make_shared<ImportModel>(
+        ImportModel::Collaborators{.browser = nullptr,
+                                   .fileStore = scans_,
+                                   .settings = settings_,
+                                   .folderPicker = picker_,
+                                   .runner = std::move(runner),
+                                   .autoImport = std::make_shared<AutoImport>(settings_, scans_),
+                                   .sleepBlocker = sleepBlocker_,
+                                   .folderAccess = access_},
+        main_, loop_);
+    observation_ = model_->observe([this] { observed(); });
+}
+
+void ImportSequence::happen(const ImportStep& step) {
+    static constexpr std::array durations = {0.1, 0.25, 0.5, 1.0, 1.5, 3.0};
+    static const std::array<std::optional<std::int64_t>, 4> capacities = {plenty, std::nullopt, 8,
+                                                                          209'715'207};
+    const auto which = static_cast<std::size_t>(step.which);
+    Device& device = pick(devices_, which);
+    switch (step.event) {
+        case Event::plugIn:
+            plugIn(device);
+            break;
+        case Event::unplug:
+            unplug(which);
+            break;
+        case Event::connect:
+            connect(device);
+            break;
+        case Event::replug:
+            replug();
+            break;
+        case Event::openSession:
+            openSession(which, std::nullopt);
+            break;
+        case Event::refuseSession:
+            openSession(which, Error{"Die Kamera ist belegt"});
+            break;
+        case Event::catalogReady:
+            catalogReady(which);
+            break;
+        case Event::cardChanges:
+            cardChanges(device, which < 8);
+            break;
+        case Event::deliver:
+        case Event::fail:
+        case Event::truncate:
+        case Event::grow:
+            download(step.event, which);
+            break;
+        case Event::deliverAll:
+            deliverAll();
+            break;
+        case Event::answerLate:
+            answerLate(which);
+            break;
+        case Event::select:
+            select(which);
+            break;
+        case Event::start:
+            start();
+            break;
+        case Event::cancel:
+            cancel();
+            break;
+        case Event::reload:
+            access_->restoreGrants = which % 2 == 0;
+            access_->restorable.reset();
+            if (which % 4 < 2) access_->restorable = Url::file(pick(destinations, which));
+            model_->reload();
+            break;
+        case Event::toggleFilter:
+            ++filterings_;
+            model_->setUseFromDate(!model_->useFromDate());
+            break;
+        case Event::moveSlider:
+            moveSlider(step.which * 0.5 - 1);
+            break;
+        case Event::switchAutoImport:
+            switchAutoImport(which % 3 != 0);
+            break;
+        case Event::chooseFolder:
+            chooseFolder(which);
+            break;
+        case Event::changeLayout:
+            model_->setByDate(which % 2 == 0);
+            model_->setByType(which % 4 < 2);
+            break;
+        case Event::advance:
+            loop_.advance(Duration(pick(durations, which)));
+            break;
+        case Event::stepMain:
+            loop_.stepMain();
+            break;
+        case Event::stepBackground:
+            loop_.stepBackground();
+            break;
+        case Event::settle:
+            loop_.settle();
+            break;
+        case Event::loseGrant:
+            access_->granted = false;
+            ungranted_ = true;
+            break;
+        case Event::changeCapacity:
+            store_->capacity = pick(capacities, which);
+            break;
+        case Event::storeFails:
+            storeFails(which);
+            break;
+        case Event::storeRecovers:
+            failing_->failAt.reset();
+            break;
+        case Event::removeFile:
+            removeFile(which);
+            break;
+        case Event::addFile:
+            addFile(device, which);
+            break;
+        case Event::fillLog:
+            for (int line = 0; line < 200; ++line) model_->addLog("Zeile");
+            break;
+    }
+    check();
+}
+
+// What happens
+
+void ImportSequence::plugIn(Device& device) {
+    if (device.attached) return;
+    const auto camera =
+        std::make_shared<ScriptedCamera>(fmt::format("{}", connections_.size()), device.identity);
+    for (const auto& picture : device.card) {
+        camera->add(std::make_shared<ScriptedFile>(store_, picture));
+    }
+    device.attached = camera;
+    attached_.push_back(camera);
+    connections_.push_back(camera);
+
+    const bool importing = phase_ == Phase::importing;
+    const bool resumes =
+        pendingResume_ && device.identity == pendingResume_->identity && !importing;
+    if (resumes) resumeReady_ = true;
+    const bool imports = !resumes && isTrusted(*camera);
+    if (imports) pendingAutoImport_ = device.identity;
+    const auto selected = model_->selectedID();
+    sawReturn_ = false;
+    model_->cameraBrowserDidAdd(camera);
+    RC_ASSERT(sawReturn_ == resumes);
+    if (resumes || (imports && !importing) || (!selected && !importing)) {
+        RC_ASSERT(held() == camera);
+        RC_ASSERT(model_->phase() == Phase::connecting);
+        RC_ASSERT(model_->status() == fmt::format("Verbinde mit Kamera {} …", camera->id()));
+    } else {
+        RC_ASSERT(held() != camera);
+        if (selected) RC_ASSERT(model_->selectedID() == selected);
+    }
+}
+
+void ImportSequence::unplug(std::size_t which) {
+    if (attached_.empty()) return;
+    const auto camera = pick(attached_, which);
+    const bool wasHeld = camera == held();
+    std::erase(attached_, camera);
+    for (auto& device : devices_) {
+        if (device.attached == camera) device.attached.reset();
+    }
+    camera->unplug();
+    const Shown before = shown();
+    if (!wasHeld) {
+        model_->cameraBrowserDidRemove(camera);
+        Shown expected = before;
+        --expected.cameras;
+        RC_ASSERT(shown() == expected);
+        return;
+    }
+
+    losesCamera_ = true;
+    pendingAutoImport_.reset();
+    std::deque<std::string> log = before.log;
+    Status status;
+    if (run_) {
+        log.push_back(fmt::format("✗ {} Kamera getrennt, {} von {} geladen.", time(), run_->loaded,
+                                  run_->files.size()));
+        fruitless_ = run_->loaded == 0 ? fruitless_ + 1 : 0;
+        pendingResume_.reset();
+        if (run_->cancelled) {
+            status.reset();
+        } else if (camera->identity() && fruitless_ < 3) {
+            pendingResume_ = {*camera->identity(), run_->ignoresDateFilter};
+            status = goesOn;
+        } else {
+            status = gaveUp;
+            log.push_back("✗ "s + gaveUp);
+        }
+    }
+    while (log.size() > 500) log.pop_front();
+    run_.reset();
+    model_->cameraBrowserDidRemove(camera);
+    losesCamera_ = false;
+    RC_ASSERT(model_->log() == log);
+    if (status) RC_ASSERT(model_->status() == *status);
+    if (attached_.empty()) {
+        RC_ASSERT(model_->phase() == Phase::noCamera);
+        if (!status) RC_ASSERT(model_->status() == searching);
+    } else {
+        RC_ASSERT(model_->phase() == Phase::connecting);
+        RC_ASSERT(held() == attached_.front());
+    }
+}
+
+void ImportSequence::connect(Device& device) {
+    plugIn(device);
+    check();
+    const auto camera = device.attached;
+    if (held() != camera || phase_ == Phase::importing) return;
+    if (camera->asked > 0) camera->answer(std::nullopt);
+    check();
+    if (camera->answered > 0) camera->catalogReady();
+    check();
+    loop_.settle();
+}
+
+void ImportSequence::replug() {
+    const auto device = std::ranges::find(devices_, held(), &Device::attached);
+    if (!held() || device == devices_.end()) return;
+    const auto place = std::ranges::find(attached_, held()) - attached_.begin();
+    unplug(static_cast<std::size_t>(place));
+    check();
+    connect(*device);
+}
+
+void ImportSequence::openSession(std::size_t which, const std::optional<Error>& error) {
+    std::vector<std::shared_ptr<ScriptedCamera>> asked;
+    std::ranges::copy_if(connections_, std::back_inserter(asked),
+                         [](const auto& camera) { return camera->asked > 0; });
+    if (asked.empty()) return;
+    const auto camera = pick(asked, which);
+    if (camera != held() || phase_ == Phase::importing) {
+        return checkNothingHappens([&] { camera->answer(error); });
+    }
+    camera->answer(error);
+    RC_ASSERT(model_->phase() == (error ? Phase::noCamera : Phase::reading));
+    RC_ASSERT(model_->status() == (error ? refusedSession : "Lese Dateiliste der Karte(n) …"));
+}
+
+void ImportSequence::catalogReady(std::size_t which) {
+    std::vector<std::shared_ptr<ScriptedCamera>> open;
+    std::ranges::copy_if(connections_, std::back_inserter(open),
+                         [](const auto& camera) { return camera->answered > 0; });
+    if (open.empty()) return;
+    const auto camera = pick(open, which);
+    if (camera != held() || phase_ == Phase::importing) {
+        return checkNothingHappens([&] { camera->catalogReady(); });
+    }
+    camera->catalogReady();
+    RC_ASSERT(camera->read == camera->card);
+    if (access_->granted) {
+        RC_ASSERT(model_->phase() == Phase::checking);
+        RC_ASSERT(model_->status() == "Prüfe Zielordner …");
+    } else {
+        RC_ASSERT(model_->phase() == Phase::ready);
+        RC_ASSERT(model_->status() == chooseFolderStatus);
+    }
+}
+
+void ImportSequence::cardChanges(Device& device, bool grows) {
+    const auto& camera = device.attached;
+    if (grows) {
+        const std::string contents = fmt::format("neu {}", ++pictures_);
+        device.card.push_back({fmt::format("N{}.JPG", pictures_), contents, std::ssize(contents),
+                               loop_.date() + std::chrono::days(pictures_ % 4)});
+        if (camera) camera->add(std::make_shared<ScriptedFile>(store_, device.card.back()));
+    } else if (!device.card.empty()) {
+        device.card.pop_back();
+        if (camera) camera->card.pop_back();
+    }
+    if (camera) checkNothingHappens([&] { camera->catalogChanged(); });
+}
+
+void ImportSequence::download(Event how, std::size_t which) {
+    const auto waiting = waitingFiles(false);
+    if (waiting.empty()) return;
+    ScriptedFile& file = *waiting.front();
+    switch (how) {
+        case Event::grow:
+            return file.grow();
+        case Event::fail:
+            return file.fail();
+        case Event::truncate:
+            return file.truncate();
+        default:
+            break;
+    }
+    delivered_ = waiting.front();
+    file.deliver(which % 4 == 3 ? std::optional("anders.tmp"s) : std::nullopt);
+}
+
+void ImportSequence::deliverAll() {
+    loop_.settle();
+    while (!waitingFiles(false).empty()) {
+        download(Event::deliver, 0);
+        loop_.settle();
+    }
+}
+
+void ImportSequence::answerLate(std::size_t which) {
+    loop_.settle();
+    check();
+    const auto waiting = waitingFiles(true);
+    if (waiting.empty()) return;
+    checkNothingHappens([&] {
+        which % 2 == 0 ? pick(waiting, which)->deliver() : pick(waiting, which)->fail();
+        loop_.settle();
+    });
+}
+
+void ImportSequence::select(std::size_t which) {
+    const std::size_t place = which % (attached_.size() + 1);
+    const auto id = place < attached_.size() ? std::optional(attached_[place]->id()) : std::nullopt;
+    const bool same = id == model_->selectedID();
+    if (same) return checkNothingHappens([&] { model_->setSelectedID(id); });
+    if (phase_ == Phase::importing) {
+        Shown expected = shown();
+        expected.selectedID = id;
+        model_->setSelectedID(id);
+        RC_ASSERT(shown() == expected);
+        selectionDiffers_ = true;
+        return;
+    }
+    model_->setSelectedID(id);
+    RC_ASSERT(model_->phase() == (id ? Phase::connecting : Phase::noCamera));
+    RC_ASSERT(model_->status() == (id ? fmt::format("Verbinde mit Kamera {} …", *id) : searching));
+    RC_ASSERT(model_->newFiles().empty());
+}
+
+void ImportSequence::start() {
+    if (phase_ != Phase::ready || model_->newFiles().empty()) {
+        return checkNothingHappens([this] { model_->startImport(); });
+    }
+    userStarts_ = true;
+    model_->startImport();
+    userStarts_ = false;
+    if (!access_->granted) {
+        RC_ASSERT(model_->status() == chooseFolderStatus);
+        RC_ASSERT(model_->phase() == Phase::ready);
+    } else if (model_->phase() == Phase::ready) {
+        RC_ASSERT(model_->status().starts_with(cannotWrite));
+        RC_ASSERT(model_->log().empty());
+    } else {
+        RC_ASSERT(model_->phase() == Phase::importing);
+        RC_ASSERT(model_->log().empty());
+    }
+}
+
+void ImportSequence::cancel() {
+    pendingResume_.reset();
+    if (run_) run_->cancelled = true;
+    model_->cancelImport();
+    RC_ASSERT(model_->phase() == phase_);
+    RC_ASSERT(model_->status() == "Breche nach der aktuellen Datei ab …");
+}
+
+void ImportSequence::moveSlider(double index) {
+    if (std::trunc(index) == std::trunc(model_->fromDayIndex())) {
+        return checkNothingHappens([&] { model_->setFromDayIndex(index); });
+    }
+    ++filterings_;
+    model_->setFromDayIndex(index);
+    const auto day = model_->fromDaySelected();
+    if (day) RC_ASSERT(settings_->storedFromDay == dayFormatter().text(*day));
+}
+
+void ImportSequence::switchAutoImport(bool on) {
+    const auto camera = held();
+    const Shown before = shown();
+    model_->setAutoImportEnabled(on);
+    const bool works = on && camera && camera->identity();
+    Shown expected = before;
+    if (works) {
+        expected.status =
+            fmt::format("Auto-Import für Kamera {} aktiviert. Er startet beim nächsten Verbinden.",
+                        camera->id());
+        RC_ASSERT(settings_->storedIdentity == camera->identity());
+    } else {
+        pendingAutoImport_.reset();
+    }
+    RC_ASSERT(shown() == expected);
+    RC_ASSERT(model_->autoImportEnabled() == works);
+}
+
+void ImportSequence::chooseFolder(std::size_t which) {
+    const std::size_t place = which % (destinations.size() + 1);
+    picker_->choice.reset();
+    if (place < destinations.size()) picker_->choice = Url::file(destinations[place]);
+    if (!picker_->choice) return checkNothingHappens([this] { model_->chooseDest(); });
+    model_->chooseDest();
+    RC_ASSERT(model_->dest() == *picker_->choice);
+}
+
+void ImportSequence::storeFails(std::size_t which) {
+    failing_->failAt = failing_->calls + which % 3;
+    failing_->forGood = which % 2 == 0;
+    failing_->failsAfterwards = which % 4 < 2;
+}
+
+void ImportSequence::removeFile(std::size_t which) {
+    loop_.settle();
+    const auto paths = importedPaths(model_->dest().path);
+    if (paths.empty()) return;
+    store_->files.erase(pick(paths, which));
+    meddled_ = true;
+}
+
+void ImportSequence::addFile(Device& device, std::size_t which) {
+    loop_.settle();
+    if (device.card.empty()) return;
+    const Picture& picture = pick(device.card, which);
+    const Url target = model_->dest().appending(picture.name.value_or("Ohne Namen"));
+    if (!isPlainFileName(target.lastComponent()) || store_->fileExists(target)) return;
+    store_->files[target.path] = picture.contents;
+    meddled_ = true;
+}
+
+void ImportSequence::finish() {
+    failing_->failAt.reset();
+    store_->capacity = plenty;
+    deliverAll();
+    check();
+    RC_ASSERT(!run_);
+
+    plugIn(devices_[0]);
+    model_->setUseFromDate(false);
+    picker_->choice = Url::file(destinations[0]);
+    model_->chooseDest();
+    model_->setSelectedID(std::nullopt);
+    model_->setSelectedID(attached_.front()->id());
+    RC_ASSERT(held() == attached_.front());
+    // What was pending takes its turn first, and may lead to another camera.
+    for (int turn = 0; turn < 3 && phase_ != Phase::ready; ++turn) {
+        while (held()->asked > 0) held()->answer(std::nullopt);
+        held()->catalogReady();
+        deliverAll();
+        check();
+    }
+    const auto camera = held();
+    start();
+    deliverAll();
+    check();
+
+    RC_ASSERT(model_->phase() == Phase::ready);
+    std::set<std::string> contents;
+    for (const auto& path : importedPaths(model_->dest().path)) {
+        contents.insert(store_->files.at(path));
+    }
+    FileKeys keys = store_->existingFileKeys(model_->dest());
+    // What had to give way to a file of its name is there by its contents only.
+    for (const auto& file : camera->card) {
+        if (contents.contains(file->picture.contents)) {
+            keys.insert(fileKey(file->picture.name.value_or(""), file->picture.size));
+        }
+    }
+    for (const auto& file : camera->card) {
+        if (!file->picture.name || !canBeLoaded(file->picture)) continue;
+        RC_ASSERT(keys.contains(fileKey(*file->picture.name, file->picture.size)));
+    }
+    if (!meddled_) checkNothingIsDoubled();
+}
+
+/// No two files are the same, but those that had to give way to others and were not recognised.
+void ImportSequence::checkNothingIsDoubled() const {
+    for (const auto& folder : destinations) {
+        std::set<std::string> contents;
+        for (const auto& path : importedPaths(folder)) {
+            const auto suffix = path.rfind('_');
+            if (suffix == std::string::npos) {
+                RC_ASSERT(contents.insert(store_->files.at(path)).second);
+                continue;
+            }
+            const std::string original = path.substr(0, suffix) + path.substr(path.rfind('.'));
+            const auto found = store_->files.find(original);
+            RC_ASSERT((found == store_->files.end() || found->second != store_->files.at(path)));
+        }
+    }
+}
+
+void ImportSequence::leave() {
+    const std::weak_ptr<ImportModel> model = model_;
+    runner_ = nullptr;
+    model_.reset();
+    RC_ASSERT(model.expired());
+    RC_ASSERT(loop_.timers() == 0);
+    loop_.settle();  // what the background had been given before
+
+    const auto effects = [this] {
+        int calls = 0;
+        for (const auto& camera : connections_) {
+            calls += camera->calls;
+            for (const auto& file : camera->taken) calls += file->downloads;
+        }
+        return std::tuple(calls, notifications_, store_->files, store_->folders,
+                          settings_->storedDestination, settings_->storedFromDay,
+                          settings_->storedAutoImport, sleepBlocker_->reason, sleepBlocker_->begun);
+    };
+    const auto before = effects();
+    for (const auto& camera : connections_) {
+        camera->unplug();
+        camera->answer(std::nullopt);
+        camera->catalogReady();
+        camera->catalogChanged();
+        for (const auto& file : camera->taken) {
+            if (file->isWaiting()) file->deliver();
+        }
+    }
+    loop_.advance(Duration(10));
+    RC_ASSERT(effects() == before);
+    RC_ASSERT(loop_.timers() == 0);
+}
+
+// What is seen while it happens
+
+void ImportSequence::observed() {
+    ++notifications_;
+    if (model_->status().ends_with(" wieder verbunden. Import wird fortgesetzt …")) {
+        sawReturn_ = true;
+    }
+    if (model_->phase() != phase_) {
+        const Phase from = std::exchange(phase_, model_->phase());
+        changed(from, phase_);
+    }
+    if (status_ != model_->status()) {
+        status_ = model_->status();
+        // The last word of every comparison with a folder that must be chosen again.
+        if (status_ == chooseFolderStatus && !userStarts_) ++filterings_;
+    }
+    const auto& log = model_->log();
+    RC_ASSERT(log.size() <= 500);
+    const std::string* back = log.empty() ? nullptr : &log.back();
+    const bool grown = back && (back != logBack_ || log.size() != logSize_);
+    logSize_ = log.size();
+    logBack_ = back;
+    if (grown) logged(*back);
+}
+
+void ImportSequence::changed(Phase from, Phase to) {
+    noteScans();
+    if (to == Phase::importing) {
+        RC_ASSERT(from == Phase::ready);
+        RC_ASSERT(!run_);
+        RC_ASSERT(scans_->folder == model_->dest());
+        run_ = {.files = model_->newFiles(),
+                .dest = model_->dest(),
+                .layout = {.byDate = model_->byDate(), .byType = model_->byType()},
+                .present = scans_->keys,
+                .firstStatus = model_->status(),
+                .byUser = userStarts_};
+        if (userStarts_ && !refused_) {
+            RC_ASSERT(run_->files == missing(filterDay(), run_->present));
+        }
+    } else if (from == Phase::importing && to == Phase::ready) {
+        RC_ASSERT(!runner_->isRunning());
+        refused_ = true;
+        run_.reset();
+    } else if (from == Phase::importing) {
+        RC_ASSERT((to == Phase::done || losesCamera_));
+    } else if (from == Phase::checking && to == Phase::ready) {
+        ++filterings_;
+    }
+    if (to == Phase::done) {
+        RC_ASSERT(from == Phase::importing);
+        RC_ASSERT((run_ && (run_->byUser || run_->announced)));
+        if (run_->loaded > 0) fruitless_ = 0;
+        pendingResume_.reset();
+        run_.reset();
+        next_ = waitingCamera();
+    }
+    if (from == Phase::done) {
+        RC_ASSERT((to == Phase::connecting) == (next_ != nullptr));
+        RC_ASSERT((to == Phase::checking || to == Phase::ready || held() == next_));
+    }
+    if (to == Phase::checking) RC_ASSERT((from == Phase::ready || from == Phase::done || held()));
+}
+
+void ImportSequence::logged(const std::string& line) {
+    if (line.starts_with("✓ ")) checkLoaded(line);
+    if (line.find(" Fortsetzung nach Trennung: ") != std::string::npos) checkResumed(line);
+    if (line.starts_with("↻ Auto-Import: ")) checkAutoImport();
+}
+
+void ImportSequence::checkLoaded(const std::string& line) {
+    RC_ASSERT(run_);
+    RC_ASSERT(delivered_);
+    const Picture& picture = delivered_->picture;
+    const Url folder =
+        run_->layout.folder(run_->dest, picture.shot.value_or(loop_.date()), picture.name);
+    const std::string start = "✓ " + folder.lastComponent() + "/";
+    const std::string end = "  (" + formatBytes(picture.size) + ")";
+    RC_ASSERT((line.starts_with(start) && line.ends_with(end)));
+    const std::string name = line.substr(start.size(), line.size() - start.size() - end.size());
+    const std::string wanted = picture.name.value_or("unbenannt");
+    const auto [base, extension] = nameParts(wanted);
+    RC_ASSERT(name.starts_with(base));
+    RC_ASSERT(name.ends_with(extension));
+    RC_ASSERT(store_->files.at(folder.appending(name).path) == picture.contents);
+    RC_ASSERT(picture.size == std::ssize(picture.contents));
+    RC_ASSERT(std::ranges::find(run_->files, delivered_) != run_->files.end());
+    RC_ASSERT(run_->present.insert(fileKey(picture.name.value_or(""), picture.size)).second);
+    ++run_->loaded;
+}
+
+void ImportSequence::checkResumed(const std::string& line) {
+    RC_ASSERT((run_ && !run_->byUser && !run_->announced));
+    RC_ASSERT((pendingResume_ && resumeReady_));
+    RC_ASSERT(held()->identity() == pendingResume_->identity);
+    run_->ignoresDateFilter = pendingResume_->ignoresDateFilter;
+    const auto since = run_->ignoresDateFilter ? std::nullopt : filterDay();
+    RC_ASSERT(run_->files == missing(since, run_->present));
+    RC_ASSERT(line == fmt::format("↻ {} Fortsetzung nach Trennung: noch {} Dateien.", time(),
+                                  run_->files.size()));
+    run_->announced = true;
+    pendingResume_.reset();
+    resumeReady_ = false;
+}
+
+void ImportSequence::checkAutoImport() {
+    RC_ASSERT((run_ && !run_->byUser && !run_->announced));
+    RC_ASSERT(model_->log().size() == 1);
+    RC_ASSERT(held()->identity() == pendingAutoImport_);
+    RC_ASSERT(isTrusted(*held()));
+    RC_ASSERT(run_->files == missing(std::nullopt, run_->present));
+    run_->announced = true;
+    run_->ignoresDateFilter = true;
+    pendingAutoImport_.reset();
+}
+
+// What holds afterwards
+
+void ImportSequence::noteScans() {
+    if (std::exchange(scansSeen_, scans_->scans) == scans_->scans) return;
+    refused_ = false;
+    ungranted_ = !access_->granted;
+}
+
+void ImportSequence::check() {
+    noteScans();
+    takeUpPending();
+    checkRun();
+    checkCameras();
+    checkCatalogue();
+    checkStatus();
+    if (!held() || model_->selectedID() == held()->id()) selectionDiffers_ = false;
+    RC_ASSERT(model_->autoImportEnabled() == settings_->storedAutoImport);
+    RC_ASSERT(model_->useFromDate() == settings_->storedUseFromDate);
+    RC_ASSERT(model_->byDate() == settings_->storedByDate);
+    RC_ASSERT(model_->byType() == settings_->storedByType);
+    RC_ASSERT(model_->dest() == settings_->storedDestination);
+}
+
+/// What is pending is decided, one way or another, when the camera's files are compared with the
+/// destination.
+void ImportSequence::takeUpPending() {
+    int filterings = std::exchange(filterings_, 0);
+    const auto camera = held();
+    if (phase_ != Phase::ready || !camera || camera->read.empty() || filterings == 0) return;
+    const std::string& status = model_->status();
+    if (resumeReady_ && pendingResume_ && camera->identity() == pendingResume_->identity) {
+        RC_ASSERT((isAmong(status, {nothingMissing, chooseFolderStatus}) ||
+                   status.starts_with(cannotWrite)));
+        pendingResume_.reset();
+        resumeReady_ = false;
+        if (--filterings == 0) return;
+    }
+    if (pendingAutoImport_ && camera->identity() == pendingAutoImport_ && isTrusted(*camera)) {
+        RC_ASSERT((isAmong(status, {allPresent, notWritable, noRoom, chooseFolderStatus}) ||
+                   status.starts_with(cannotWrite)));
+    }
+    pendingAutoImport_.reset();
+}
+
+void ImportSequence::checkRun() const {
+    const bool importing = phase_ == Phase::importing;
+    RC_ASSERT(model_->phase() == phase_);
+    RC_ASSERT(phase_ != Phase::done);
+    RC_ASSERT(run_.has_value() == importing);
+    RC_ASSERT(runner_->isRunning() == importing);
+    RC_ASSERT(sleepBlocker_->reason == (importing ? Status("Bildkurier läuft") : Status()));
+    RC_ASSERT(main_.repeating(speedInterval) == (importing ? 1 : 0));
+    const auto waiting = waitingFiles(false);
+    RC_ASSERT(waiting.size() <= (importing ? 1 : 0));
+    RC_ASSERT(main_.repeating(watchInterval) <= (importing ? 1 : 0));
+    if (!importing) return;
+    RC_ASSERT((run_->byUser || run_->announced));
+    RC_ASSERT(model_->newFiles() == run_->files);
+    const auto& progress = model_->progress();
+    RC_ASSERT(progress.total == std::ssize(run_->files));
+    RC_ASSERT(progress.done <= run_->loaded);
+    RC_ASSERT(progress.done + progress.failed <= progress.total);
+    const double share = model_->totalBytesProgress();
+    RC_ASSERT((share >= 0 && share <= 1));
+    if (waiting.empty()) return;
+    const auto& taken = held()->taken;
+    RC_ASSERT(std::ranges::find(taken, waiting.front()) != taken.end());
+}
+
+void ImportSequence::checkCameras() const {
+    RC_ASSERT(std::ranges::equal(model_->cameras(), attached_));
+    const auto camera = held();
+    for (const auto& other : attached_) RC_ASSERT((other == camera || other->closed));
+    if (!selectionDiffers_) {
+        RC_ASSERT(model_->selectedID() == (camera ? Status(camera->id()) : Status()));
+    }
+    if (!camera) RC_ASSERT(phase_ == Phase::noCamera);
+}
+
+void ImportSequence::checkCatalogue() const {
+    std::int64_t bytes = 0;
+    for (const auto& file : model_->newFiles()) bytes += file->size();
+    RC_ASSERT(model_->newBytes() == bytes);
+    const auto camera = held();
+    if (!camera) {
+        RC_ASSERT(model_->newFiles().empty());
+        RC_ASSERT(model_->cameraFileCount() == 0);
+    }
+    if (model_->cameraFileCount() == 0) {
+        RC_ASSERT(model_->cameraBytes() == 0);
+        RC_ASSERT(model_->cameraDays().empty());
+        return;
+    }
+    std::int64_t cameraBytes = 0;
+    std::set<Date> days;
+    for (const auto& file : camera->read) {
+        cameraBytes += file->size();
+        if (file->shotDate()) days.insert(startOfLocalDay(*file->shotDate()));
+    }
+    RC_ASSERT(model_->cameraFileCount() == std::ssize(camera->read));
+    RC_ASSERT(model_->cameraBytes() == cameraBytes);
+    RC_ASSERT(std::ranges::equal(model_->cameraDays(), days));
+    if (phase_ != Phase::ready) return;
+    const auto fits = [this](const FileKeys& present) {
+        const auto& files = model_->newFiles();
+        return files == missing(filterDay(), present) ||
+               ((refused_ || ungranted_) && files == missing(std::nullopt, present));
+    };
+    RC_ASSERT((fits(scans_->keys) || (ungranted_ && fits({}))));
+}
+
+void ImportSequence::checkStatus() const {
+    const std::string& status = model_->status();
+    if (status == "Breche nach der aktuellen Datei ab …" ||
+        status.starts_with("Auto-Import für ")) {
+        return;
+    }
+    const auto camera = held();
+    const bool lost = isAmong(status, {goesOn, gaveUp});
+    const bool finished = status.starts_with("Fertig: ");
+    switch (phase_) {
+        case Phase::noCamera:
+            RC_ASSERT((lost || isAmong(status, {searching, refusedSession})));
+            break;
+        case Phase::connecting:
+            RC_ASSERT((lost || status == "Lese Kamera neu ein …" ||
+                       status == fmt::format("Verbinde mit Kamera {} …", camera->id())));
+            break;
+        case Phase::reading:
+            RC_ASSERT(status == "Lese Dateiliste der Karte(n) …");
+            break;
+        case Phase::checking:
+            RC_ASSERT((finished || status == "Prüfe Zielordner …"));
+            break;
+        case Phase::ready:
+            RC_ASSERT((isStatusOfReady(status) || (finished && !access_->granted)));
+            break;
+        case Phase::importing: {
+            const auto& progress = model_->progress();
+            const std::string loading =
+                fmt::format("Lade {} von {}: {}", progress.done + progress.failed + 1,
+                            progress.total, progress.currentName);
+            RC_ASSERT((status == loading || status == run_->firstStatus));
+            break;
+        }
+        case Phase::done:
+            RC_ASSERT(finished);
+            break;
+    }
+}
+
+bool ImportSequence::isStatusOfReady(const std::string& status) const {
+    if (status == chooseFolderStatus) return true;
+    if (model_->cameraFileCount() == 0) return status == "Die Kamera meldet keine Dateien.";
+    if (isAmong(status, {allPresent, notWritable, noRoom})) return true;
+    if (model_->newFiles().empty()) {
+        return isAmong(status, {"Nichts Neues im gewählten Zeitraum.", nothingMissing});
+    }
+    if (status.starts_with(cannotWrite)) return true;
+    const auto day = filterDay();
+    const std::string start =
+        fmt::format("{} neue Dateien ({}) bereit zum Import", model_->newFiles().size(),
+                    formatBytes(model_->newBytes()));
+    return status == (day ? start + " (ab " + displayDay().text(*day) + ")" : start + ".");
+}
+
+template <class Action>
+void ImportSequence::checkNothingHappens(Action action) {
+    const Shown before = shown();
+    action();
+    RC_ASSERT(shown() == before);
+}
+
+// What should be
+
+ImportSequence::Shown ImportSequence::shown() const {
+    return {model_->phase(),    model_->status(),   model_->selectedID(), model_->cameras().size(),
+            model_->newFiles(), model_->newBytes(), model_->progress(),   model_->log()};
+}
+
+std::shared_ptr<ScriptedCamera> ImportSequence::held() const {
+    const auto found = std::ranges::find_if(
+        attached_, [this](const auto& camera) { return camera->delegate.lock() == model_; });
+    return found == attached_.end() ? nullptr : *found;
+}
+
+std::shared_ptr<ScriptedCamera> ImportSequence::waitingCamera() const {
+    if (!settings_->storedAutoImport || !pendingAutoImport_) return nullptr;
+    const auto found = std::ranges::find_if(attached_, [this](const auto& camera) {
+        return camera->identity() == pendingAutoImport_ && camera != held();
+    });
+    return found == attached_.end() ? nullptr : *found;
+}
+
+bool ImportSequence::isTrusted(const ScriptedCamera& camera) const {
+    return settings_->storedAutoImport && camera.identity() &&
+           camera.identity() == settings_->storedIdentity;
+}
+
+std::optional<Date> ImportSequence::filterDay() const {
+    return model_->useFromDate() ? model_->fromDaySelected() : std::nullopt;
+}
+
+CameraFiles ImportSequence::missing(std::optional<Date> since, const FileKeys& present) const {
+    CameraFiles files(held()->read.begin(), held()->read.end());
+    std::ranges::stable_sort(
+        files, {}, [](const auto& file) { return file->shotDate().value_or(Date::min()); });
+    FileKeys known = present;
+    std::erase_if(files, [&](const auto& file) {
+        const bool early = since && file->shotDate().value_or(Date::min()) < *since;
+        return !file->name() || early || !known.insert(fileKey(*file->name(), file->size())).second;
+    });
+    return files;
+}
+
+std::vector<std::shared_ptr<ScriptedFile>> ImportSequence::waitingFiles(bool unplugged) const {
+    std::vector<std::shared_ptr<ScriptedFile>> waiting;
+    for (const auto& camera : connections_) {
+        std::ranges::copy_if(camera->taken, std::back_inserter(waiting), [=](const auto& file) {
+            return file->isWaiting() && file->unplugged == unplugged;
+        });
+    }
+    return waiting;
+}
+
+std::vector<std::string> ImportSequence::importedPaths(const std::string& folder) const {
+    std::vector<std::string> paths;
+    for (const auto& path : std::views::keys(store_->files)) {
+        const bool hidden = path.find("/.") != std::string::npos;
+        if (path.starts_with(folder + "/") && !hidden) paths.push_back(path);
+    }
+    return paths;
+}
+
+std::string ImportSequence::time() const { return logTime().text(loop_.date()); }
+
+}  // namespace bildkurier

@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "FailingFileStore.h"
+#include "FakeFolderAccess.h"
+#include "FakeFolderPicker.h"
+#include "FakeSleepBlocker.h"
+#include "ImportModel.h"
+#include "ImportStep.h"
+#include "ManualRunLoop.h"
+#include "MemoryFileStore.h"
+#include "MemorySettings.h"
+#include "ScanMemory.h"
+#include "ScriptedCamera.h"
+#include "TimerCensus.h"
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+
+/// A model to which things happen in any order. It keeps its own account of what is pending and
+/// of the run, and asserts after every step, and at every change in between, that the model
+/// shows nothing else. To be used in a RapidCheck property.
+class ImportSequence {
+public:
+    /// With `trusting` the first of three cameras is trusted from the start.
+    explicit ImportSequence(bool trusting);
+
+    void happen(const ImportStep& step);
+    /// All goes well from now on: what can be loaded must then be loaded, and once.
+    void finish();
+    /// The model goes; whatever still happens must have no effect.
+    void leave();
+
+private:
+    using Phase = ImportModel::Phase;
+    using Event = ImportStep::Event;
+    using Status = std::optional<std::string>;
+
+    /// A camera that exists, attached or not.
+    struct Device {
+        std::optional<std::string> identity;
+        std::vector<Picture> card;
+        std::shared_ptr<ScriptedCamera> attached;
+    };
+
+    /// The import that runs.
+    struct Run {
+        CameraFiles files;
+        Url dest;
+        FolderLayout layout;
+        FileKeys present;         ///< at the destination, before it
+        std::string firstStatus;  ///< shown until the first report
+        bool byUser = false;
+        bool announced = false;  ///< by a line of the log
+        bool ignoresDateFilter = false;
+        bool cancelled = false;
+        int loaded = 0;
+    };
+
+    /// What the window shows.
+    struct Shown {
+        Phase phase;
+        std::string status;
+        std::optional<std::string> selectedID;
+        std::size_t cameras;
+        CameraFiles newFiles;
+        std::int64_t newBytes;
+        ImportRunner::Progress progress;
+        std::deque<std::string> log;
+        bool operator==(const Shown&) const = default;
+    };
+
+    void make();
+
+    // What happens
+    void plugIn(Device& device);
+    void unplug(std::size_t which);
+    void connect(Device& device);
+    void replug();
+    void openSession(std::size_t which, const std::optional<Error>& error);
+    void catalogReady(std::size_t which);
+    void cardChanges(Device& device, bool grows);
+    void download(Event how, std::size_t which);
+    void deliverAll();
+    void answerLate(std::size_t which);
+    void select(std::size_t which);
+    void start();
+    void cancel();
+    void moveSlider(double index);
+    void switchAutoImport(bool on);
+    void chooseFolder(std::size_t which);
+    void storeFails(std::size_t which);
+    void removeFile(std::size_t which);
+    void addFile(Device& device, std::size_t which);
+
+    // What is seen while it happens
+    void observed();
+    void changed(Phase from, Phase to);
+    void logged(const std::string& line);
+    void checkLoaded(const std::string& line);
+    void checkResumed(const std::string& line);
+    void checkAutoImport();
+
+    // What holds afterwards
+    void check();
+    void checkRun() const;
+    void checkCameras() const;
+    void checkCatalogue() const;
+    void checkStatus() const;
+    bool isStatusOfReady(const std::string& status) const;
+    void noteScans();
+    void takeUpPending();
+    void checkNothingIsDoubled() const;
+    template <class Action>
+    void checkNothingHappens(Action action);
+
+    // What should be
+    Shown shown() const;
+    std::shared_ptr<ScriptedCamera> held() const;
+    std::shared_ptr<ScriptedCamera> waitingCamera() const;
+    bool isTrusted(const ScriptedCamera& camera) const;
+    std::optional<Date> filterDay() const;
+    CameraFiles missing(std::optional<Date> since, const FileKeys& present) const;
+    std::vector<std::shared_ptr<ScriptedFile>> waitingFiles(bool unplugged) const;
+    std::vector<std::string> importedPaths(const std::string& folder) const;
+    std::string time() const;
+
+    ManualRunLoop loop_;
+    TimerCensus main_{loop_};
+    std::shared_ptr<MemoryFileStore> store_ = std::make_shared<MemoryFileStore>();
+    std::shared_ptr<FailingFileStore> failing_ = std::make_shared<FailingFileStore>(store_);
+    std::shared_ptr<ScanMemory> scans_ = std::make_shared<ScanMemory>(failing_);
+    std::shared_ptr<MemorySettings> settings_ = std::make_shared<MemorySettings>();
+    std::shared_ptr<FakeFolderPicker> picker_ = std::make_shared<FakeFolderPicker>();
+    std::shared_ptr<FakeSleepBlocker> sleepBlocker_ = std::make_shared<FakeSleepBlocker>();
+    std::shared_ptr<FakeFolderAccess> access_ = std::make_shared<FakeFolderAccess>();
+    std::shared_ptr<ImportModel> model_;
+    ImportRunner* runner_ = nullptr;  ///< the model's
+    Handle observation_;
+
+    std::array<Device, 3> devices_;
+    std::vector<std::shared_ptr<ScriptedCamera>> attached_;     ///< in the order of plugging in
+    std::vector<std::shared_ptr<ScriptedCamera>> connections_;  ///< every one there was
+    int pictures_ = 0;                                          ///< taken so far
+
+    // As seen last
+    Phase phase_ = Phase::noCamera;
+    std::string status_;
+    std::size_t logSize_ = 0;
+    const std::string* logBack_ = nullptr;
+    int notifications_ = 0;
+    bool sawReturn_ = false;  ///< "… wieder verbunden …" was shown since the last plugging in
+
+    // The account
+    std::optional<Run> run_;
+    std::shared_ptr<ScriptedFile> delivered_;  ///< last
+    std::shared_ptr<ScriptedCamera> next_;     ///< to be selected after the run
+    std::optional<ImportModel::Resume> pendingResume_;
+    bool resumeReady_ = false;
+    int fruitless_ = 0;
+    std::optional<std::string> pendingAutoImport_;
+    bool userStarts_ = false;
+    bool losesCamera_ = false;
+    bool selectionDiffers_ = false;  ///< another camera was chosen during a run
+    bool refused_ = false;           ///< a start, since the last scan
+    bool ungranted_ = false;         ///< the folder, at some time since the last scan
+    bool meddled_ = false;           ///< somebody else changed the destination
+    int scansSeen_ = 0;
+    int filterings_ = 0;  ///< comparisons of files with the destination, since the last step
+};
+
+}  // namespace bildkurier
