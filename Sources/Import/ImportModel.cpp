@@ -82,7 +82,8 @@ ImportModel::ImportModel(Collaborators collaborators, MainQueue& main, Backgroun
       runner_(std::move(collaborators.runner)),
       autoImport_(std::move(collaborators.autoImport)),
       sleepBlocker_(std::move(collaborators.sleepBlocker)),
-      folderAccess_(std::move(collaborators.folderAccess)) {
+      folderAccess_(std::move(collaborators.folderAccess)),
+      runLock_(std::move(collaborators.runLock)) {
     speedMeter_.window = speedWindow;
     // A grant that was restored wins over a path stored at another time.
     if (const auto granted = folderAccess_->restore()) settings_->setDestination(*granted);
@@ -196,6 +197,10 @@ void ImportModel::setAutoImportEnabled(bool enabled) {
     autoImport_->clearPending();
 }
 
+void ImportModel::trustWhenConnected(std::string nameOrIdentity) {
+    expectedTrust_ = std::move(nameOrIdentity);
+}
+
 void ImportModel::chooseDest() {
     const auto chosen =
         folderPicker_->chooseFolder(dest_.isFile() ? dest_ : settings_->destination());
@@ -223,6 +228,7 @@ void ImportModel::reload() {
 }
 
 void ImportModel::addLog(std::string line) {
+    onLog(line);
     log_.push_back(std::move(line));
     if (log_.size() > longestLog) log_.pop_front();
     observers_.notify();
@@ -240,6 +246,10 @@ void ImportModel::cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) {
                                      displayName(*camera)));
         return select(camera->id());
     }
+    if (expectedTrust_ && answersTo(*camera, *expectedTrust_) && autoImport_->enable(*camera)) {
+        expectedTrust_.reset();
+        publish(autoImportEnabled_, true);
+    }
     if (autoImport_->cameraConnected(*camera)) {
         if (phase_ != Phase::importing) select(camera->id());
         return;
@@ -255,8 +265,7 @@ void ImportModel::cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) 
     std::optional<std::string> interrupted;
     if (phase_ == Phase::importing) interrupted = noteInterruptedImport(*camera);
     runner_->abandon();
-    sleepBlocker_->end();
-    speedTimer_.reset();
+    endRun();
     camera_.reset();
     publish(phase_, Phase::noCamera);
     select(cameras_.empty() ? std::nullopt : std::optional(cameras_.front()->id()));
@@ -420,12 +429,17 @@ void ImportModel::showMissing(ImportSelection missing) {
 void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRun) {
     if (phase_ != Phase::ready || newFiles_.empty()) return;
     if (destNeedsChoice()) return publish(status_, chooseFolderStatus);
+    if (const auto locked = runLock_->acquire(); !locked) {
+        addLog(fmt::format("✗ {} {}", timeStamp(), locked.error().message));
+        return publish(status_, locked.error().message);
+    }
     if (!continuingPreviousRun) publish(log_, {});
     runIgnoresDateFilter_ = ignoringDateFilter;
     publish(phase_, Phase::importing);
     const auto started =
         runner_->start(newFiles_, dest_, FolderLayout{.byDate = byDate_, .byType = byType_});
     if (!started) {
+        runLock_->release();
         publish(phase_, Phase::ready);
         return publish(
             status_, fmt::format("Kann Zielordner nicht beschreiben: {}", started.error().message));
@@ -441,6 +455,12 @@ void ImportModel::cancelImport() {
     publish(status_, "Breche nach der aktuellen Datei ab …");
 }
 
+void ImportModel::endRun() {
+    sleepBlocker_->end();
+    speedTimer_.reset();
+    runLock_->release();
+}
+
 void ImportModel::showProgress(const ImportRunner::Progress& progress) {
     publish(progress_, progress);
     if (progress.currentName.empty()) return;
@@ -449,10 +469,9 @@ void ImportModel::showProgress(const ImportRunner::Progress& progress) {
 }
 
 void ImportModel::importFinished(const ImportRunner::Progress& progress, bool cancelled) {
-    sleepBlocker_->end();
+    endRun();
     publish(progress_, progress);
     sampleSpeed();
-    speedTimer_.reset();
     pendingResume_.reset();
     if (progress.done > 0) fruitlessResumes_ = 0;
     const std::string summary = importSummary(progress, speed_.average, cancelled);
