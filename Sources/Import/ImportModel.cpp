@@ -5,7 +5,9 @@
 #include "ByteSum.h"
 #include "CameraName.h"
 #include "FatalError.h"
+#include "FileName.h"
 #include "Formatting.h"
+#include "HostKeyMismatch.h"
 #include "ImportSummary.h"
 #include "LocalDay.h"
 #include "RunThen.h"
@@ -33,6 +35,10 @@ constexpr auto gaveUp =
     "Import gestoppt: Die Kamera trennt sich wiederholt, ohne dass etwas ankommt. Originalkabel "
     "direkt am Mac probieren (ohne Hub) und Akku der Kamera prüfen.";
 
+constexpr auto otherHostKey =
+    "Der Server zeigt einen anderen Schlüssel als beim ersten Verbinden. Nur wenn der Server neu "
+    "eingerichtet wurde: gespeicherten Server-Schlüssel vergessen.";
+
 std::int64_t wholeIndex(double index) {
     constexpr double limit = 0x1p63;
     const bool fits = index >= -limit && index < limit;  // which no NaN does
@@ -55,6 +61,33 @@ std::int64_t transferred(const ImportRunner::Progress& progress) {
     return done + current;
 }
 
+/// Without the spaces and tabs at both ends.
+std::string trimmed(const std::string& text) {
+    constexpr auto blanks = " \t";
+    const auto first = text.find_first_not_of(blanks);
+    if (first == std::string::npos) return {};
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+/// The path with "~" for the home folder where it lies in there.
+std::string withTilde(const std::string& path, const std::string& home) {
+    const bool isInside = !home.empty() && path.starts_with(home) &&
+                          (path.size() == home.size() || path[home.size()] == '/');
+    return isInside ? "~" + path.substr(home.size()) : path;
+}
+
+std::optional<std::string> hostFingerprint(const SSHKeyring* keyring, const Url& server) {
+    if (!keyring || !keyring->hasKey()) return std::nullopt;
+    return keyring->hostFingerprint(server.host, server.port);
+}
+
+/// Why files cannot be put there; absent when they can.
+std::optional<Error> firstObstacle(FileStore& store, const Url& folder) {
+    if (const auto created = store.createDirectory(folder); !created) return created.error();
+    if (!store.isWritableDirectory(folder)) return Error{"Zielordner ist nicht beschreibbar."};
+    return std::nullopt;
+}
+
 }  // namespace
 
 struct ImportModel::DestinationScan {
@@ -62,6 +95,14 @@ struct ImportModel::DestinationScan {
     bool writable = false;
     std::optional<std::int64_t> capacity;
     FileKeys existing;
+};
+
+struct ImportModel::SFTPCheck {
+    Url server;
+    std::string host;  ///< as typed
+    std::optional<std::string> fingerprintBefore;
+    std::optional<std::string> fingerprintAfter;
+    std::optional<Error> error;
 };
 
 template <class T>
@@ -83,7 +124,10 @@ ImportModel::ImportModel(Collaborators collaborators, MainQueue& main, Backgroun
       autoImport_(std::move(collaborators.autoImport)),
       sleepBlocker_(std::move(collaborators.sleepBlocker)),
       folderAccess_(std::move(collaborators.folderAccess)),
-      runLock_(std::move(collaborators.runLock)) {
+      runLock_(std::move(collaborators.runLock)),
+      keyring_(std::move(collaborators.keyring)),
+      workspace_(std::move(collaborators.workspace)),
+      homeFolder_(std::move(collaborators.homeFolder)) {
     speedMeter_.window = speedWindow;
     // A grant that was restored wins over a path stored at another time.
     if (const auto granted = folderAccess_->restore()) settings_->setDestination(*granted);
@@ -126,6 +170,11 @@ bool ImportModel::destNeedsChoice() const {
     return dest_.isFile() && !folderAccess_->isGranted(dest_);
 }
 
+std::string ImportModel::destDescription() const {
+    return displayText(destIsSFTP() ? fmt::format("{}@{}{}", dest_.user, dest_.host, dest_.path)
+                                    : withTilde(dest_.path, homeFolder_));
+}
+
 double ImportModel::totalBytesProgress() const {
     if (newBytes_ < 1) return 0;
     return static_cast<double>(transferred(progress_)) / static_cast<double>(newBytes_);
@@ -154,6 +203,12 @@ void ImportModel::setDestinationKind(DestinationKind kind) {
     settings_->setDestinationKind(kind);
     setDest(settingsDestination(kind));
 }
+
+void ImportModel::setSftpUser(std::string user) { publish(sftpUser_, std::move(user)); }
+
+void ImportModel::setSftpHost(std::string host) { publish(sftpHost_, std::move(host)); }
+
+void ImportModel::setSftpPath(std::string path) { publish(sftpPath_, std::move(path)); }
 
 void ImportModel::setByDate(bool byDate) {
     publish(byDate_, byDate);
@@ -208,6 +263,59 @@ void ImportModel::chooseDest() {
     folderAccess_->remember(*chosen);
     if (*chosen == dest_) return recompute();
     setDest(*chosen);
+}
+
+void ImportModel::showDestInFinder() {
+    if (dest_.isFile() && !destNeedsChoice()) workspace_->open(dest_);
+}
+
+void ImportModel::applySFTPDestination() {
+    publish(sftpUser_, trimmed(sftpUser_));
+    publish(sftpHost_, trimmed(sftpHost_));
+    publish(sftpPath_, trimmed(sftpPath_));
+    settings_->setSftpUser(sftpUser_);
+    settings_->setSftpHost(sftpHost_);
+    settings_->setSftpPath(sftpPath_);
+    publish(sftpStatus_, std::nullopt);
+    publish(sftpConnected_, false);
+    publish(sftpChecking_, true);
+    publish(sftpHostFingerprint_, std::nullopt);
+    publish(sftpHostIsNew_, false);
+    publish(sftpHostKeyMismatch_, false);
+    SFTPCheck check{.server = sftpURL(sftpUser_, sftpHost_, sftpPath_), .host = sftpHost_};
+    runThen(
+        background_, main_,
+        [store = fileStore_, keyring = keyring_, check = std::move(check)]() mutable {
+            check.fingerprintBefore = hostFingerprint(keyring.get(), check.server);
+            check.error = firstObstacle(*store, check.server);
+            check.fingerprintAfter = hostFingerprint(keyring.get(), check.server);
+            return check;
+        },
+        sftpChecks_([this](const SFTPCheck& done) { sftpChecked(done); }));
+}
+
+void ImportModel::sftpChecked(const SFTPCheck& check) {
+    const auto& error = check.error;
+    const bool mismatch = error && error->message.find(hostKeyMismatch) != std::string::npos;
+    publish(sftpChecking_, false);
+    publish(sftpHostFingerprint_, check.fingerprintAfter);
+    publish(sftpHostIsNew_, !check.fingerprintBefore && check.fingerprintAfter);
+    publish(sftpHostKeyMismatch_, mismatch);
+    publish(sftpConnected_, !error);
+    if (error) return publish(sftpStatus_, mismatch ? otherHostKey : error->message);
+    publish(sftpStatus_, fmt::format("Verbunden mit {}.", check.host));
+    setDestinationKind(DestinationKind::sftp);
+    if (dest_ == check.server) return recompute();
+    setDest(check.server);
+}
+
+void ImportModel::forgetSFTPHostKey() {
+    const Url server = sftpURL(sftpUser_, sftpHost_, sftpPath_);
+    if (keyring_) keyring_->forgetHost(server.host, server.port);
+    publish(sftpHostKeyMismatch_, false);
+    publish(sftpHostFingerprint_, std::nullopt);
+    publish(sftpConnected_, false);
+    publish(sftpStatus_, "Server-Schlüssel vergessen. Jetzt erneut „Verbinden und prüfen“.");
 }
 
 void ImportModel::reload() {
@@ -429,10 +537,8 @@ void ImportModel::showMissing(ImportSelection missing) {
 void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRun) {
     if (phase_ != Phase::ready || newFiles_.empty()) return;
     if (destNeedsChoice()) return publish(status_, chooseFolderStatus);
-    if (const auto locked = runLock_->acquire(); !locked) {
-        addLog(fmt::format("✗ {} {}", timeStamp(), locked.error().message));
+    if (const auto locked = runLock_->acquire(); !locked)
         return publish(status_, locked.error().message);
-    }
     if (!continuingPreviousRun) publish(log_, {});
     runIgnoresDateFilter_ = ignoringDateFilter;
     publish(phase_, Phase::importing);

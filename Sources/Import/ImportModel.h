@@ -18,9 +18,11 @@
 #include "MainQueue.h"
 #include "Observers.h"
 #include "RunLock.h"
+#include "SSHKeyring.h"
 #include "SettingsStore.h"
 #include "SpeedMeter.h"
 #include "TypeSummary.h"
+#include "Workspace.h"
 
 #include <cstdint>
 #include <deque>
@@ -68,6 +70,9 @@ public:
         std::shared_ptr<IdleSleepBlocker> sleepBlocker;
         std::shared_ptr<FolderAccess> folderAccess;
         std::shared_ptr<RunLock> runLock;
+        std::shared_ptr<SSHKeyring> keyring = {};  ///< without it, nothing about servers' keys
+        std::shared_ptr<Workspace> workspace = {};
+        std::string homeFolder = {};  ///< path; what "~" stands for
     };
 
     static constexpr auto searchingStatus = "Suche Kamera … (einschalten und per USB verbinden)";
@@ -91,6 +96,16 @@ public:
     const std::string& sftpUser() const { return sftpUser_; }
     const std::string& sftpHost() const { return sftpHost_; }
     const std::string& sftpPath() const { return sftpPath_; }
+    /// What came of the last check of a server.
+    const std::optional<std::string>& sftpStatus() const { return sftpStatus_; }
+    bool sftpConnected() const { return sftpConnected_; }
+    bool sftpChecking() const { return sftpChecking_; }
+    /// Of the server's key as it was known after that check.
+    const std::optional<std::string>& sftpHostFingerprint() const { return sftpHostFingerprint_; }
+    /// Whether it was that check which met the server's key for the first time.
+    bool sftpHostIsNew() const { return sftpHostIsNew_; }
+    /// Whether the server showed another key than before.
+    bool sftpHostKeyMismatch() const { return sftpHostKeyMismatch_; }
     bool byDate() const { return byDate_; }
     bool byType() const { return byType_; }
     /// The first moments of the days on which the card's files were shot, ascending.
@@ -117,6 +132,9 @@ public:
     std::optional<Date> fromDaySelected() const;
     /// Whether the user must choose the destination folder again before it can be used.
     bool destNeedsChoice() const;
+    bool destIsSFTP() const { return dest_.scheme == "sftp"; }
+    /// For human eyes.
+    std::string destDescription() const;
     /// 0 to 1.
     double totalBytesProgress() const;
     /// Whether an interrupted import goes on as soon as its camera returns.
@@ -124,7 +142,12 @@ public:
 
     void setSelectedID(std::optional<std::string> id);
     void setDest(const Url& dest);
+    /// Goes on with the stored folder or server of that kind.
     void setDestinationKind(DestinationKind kind);
+    /// What stands in the form; without effect until `applySFTPDestination`.
+    void setSftpUser(std::string user);
+    void setSftpHost(std::string host);  ///< may end in ":port"
+    void setSftpPath(std::string path);
     void setByDate(bool byDate);
     void setByType(bool byType);
     void setUseFromDate(bool useFromDate);
@@ -137,6 +160,12 @@ public:
     /// Reads camera and destination again.
     void reload();
     void chooseDest();
+    /// Without effect unless the destination is a folder that may be used.
+    void showDestInFinder();
+    /// Connects to the server in the form, and makes it the destination if all is well.
+    void applySFTPDestination();
+    /// Of the server in the form. Blocks shortly.
+    void forgetSFTPHostKey();
     /// Without effect unless files are ready to be imported.
     void startImport(bool ignoringDateFilter = false, bool continuingPreviousRun = false);
     /// Ends the run after the file in flight.
@@ -154,6 +183,7 @@ public:
 
 private:
     struct DestinationScan;
+    struct SFTPCheck;
 
     template <class T>
     void publish(T& field, std::type_identity_t<T> value);
@@ -161,6 +191,7 @@ private:
     bool holds(const Camera& camera) const { return camera_.get() == &camera; }
     Url settingsDestination(DestinationKind kind) const;
     std::string timeStamp() const;
+    void sftpChecked(const SFTPCheck& check);
 
     /// Also when the camera of that name was chosen already, but has not been opened.
     void select(std::optional<std::string> id);
@@ -201,6 +232,9 @@ private:
     std::shared_ptr<IdleSleepBlocker> sleepBlocker_;
     std::shared_ptr<FolderAccess> folderAccess_;
     std::shared_ptr<RunLock> runLock_;
+    std::shared_ptr<SSHKeyring> keyring_;
+    std::shared_ptr<Workspace> workspace_;
+    std::string homeFolder_;
 
     std::vector<std::shared_ptr<Camera>> cameras_;
     std::optional<std::string> selectedID_;
@@ -209,6 +243,12 @@ private:
     std::string sftpUser_;
     std::string sftpHost_;
     std::string sftpPath_;
+    std::optional<std::string> sftpStatus_;
+    bool sftpConnected_ = false;
+    bool sftpChecking_ = false;
+    std::optional<std::string> sftpHostFingerprint_;
+    bool sftpHostIsNew_ = false;
+    bool sftpHostKeyMismatch_ = false;
     bool byDate_ = false;
     bool byType_ = true;
     std::vector<Date> cameraDays_;
@@ -233,6 +273,7 @@ private:
     Guard scanGeneration_;  ///< renewed by each scan and camera, so that older scans are dropped
     bool destWritable_ = false;
     std::optional<std::int64_t> destCapacity_;
+    Guard sftpChecks_;      ///< never renewed: of several checks, each shows what came of it
     Handle pendingReload_;  ///< a catalogue re-read is scheduled
     Handle pendingReopen_;  ///< a session is to be opened again
     std::optional<Resume> pendingResume_;

@@ -96,7 +96,8 @@ void ImportSequence::make() {
                                    .runner = std::move(runner),
                                    .autoImport = std::make_shared<AutoImport>(settings_, scans_),
                                    .sleepBlocker = sleepBlocker_,
-                                   .folderAccess = access_},
+                                   .folderAccess = access_,
+                                   .runLock = lock_},
         main_, loop_);
     observation_ = model_->observe([this] { observed(); });
 }
@@ -773,6 +774,7 @@ void ImportSequence::checkRun() const {
     RC_ASSERT(phase_ != Phase::done);
     RC_ASSERT(run_.has_value() == importing);
     RC_ASSERT(runner_->isRunning() == importing);
+    RC_ASSERT(lock_->held == importing);
     RC_ASSERT(sleepBlocker_->reason == (importing ? Status("Bildkurier läuft") : Status()));
     RC_ASSERT(main_.repeating(speedInterval) == (importing ? 1 : 0));
     const auto waiting = waitingFiles(false);

@@ -47,10 +47,18 @@ void UserDefaultsSettings::setSftpPath(const std::string& path) {
     defaults_->setString(settingsKeys::sftpPath, path);
 }
 
-bool UserDefaultsSettings::byDate() const { return defaults_->boolean(settingsKeys::byDate).value_or(false); }
-void UserDefaultsSettings::setByDate(bool byDate) { defaults_->setBoolean(settingsKeys::byDate, byDate); }
-bool UserDefaultsSettings::byType() const { return defaults_->boolean(settingsKeys::byType).value_or(true); }
-void UserDefaultsSettings::setByType(bool byType) { defaults_->setBoolean(settingsKeys::byType, byType); }
+bool UserDefaultsSettings::byDate() const {
+    return defaults_->boolean(settingsKeys::byDate).value_or(false);
+}
+void UserDefaultsSettings::setByDate(bool byDate) {
+    defaults_->setBoolean(settingsKeys::byDate, byDate);
+}
+bool UserDefaultsSettings::byType() const {
+    return defaults_->boolean(settingsKeys::byType).value_or(true);
+}
+void UserDefaultsSettings::setByType(bool byType) {
+    defaults_->setBoolean(settingsKeys::byType, byType);
+}
 
 bool UserDefaultsSettings::useFromDate() const {
     return defaults_->boolean(settingsKeys::useFromDate).value_or(false);

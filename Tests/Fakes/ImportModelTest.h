@@ -6,7 +6,10 @@
 #include "FakeCameraFile.h"
 #include "FakeFolderAccess.h"
 #include "FakeFolderPicker.h"
+#include "FakeRunLock.h"
+#include "FakeSSHKeyring.h"
 #include "FakeSleepBlocker.h"
+#include "FakeWorkspace.h"
 #include "ImportModel.h"
 #include "ManualRunLoop.h"
 #include "MemoryFileStore.h"
@@ -35,7 +38,11 @@ protected:
                 .runner = std::make_unique<ImportRunner>(files, loop, loop),
                 .autoImport = autoImport = std::make_shared<AutoImport>(settings, files),
                 .sleepBlocker = sleepBlocker,
-                .folderAccess = access},
+                .folderAccess = access,
+                .runLock = lock,
+                .keyring = keyring,
+                .workspace = workspace,
+                .homeFolder = "/home/anna"},
             loop, loop);
     }
 
@@ -88,6 +95,9 @@ protected:
     std::shared_ptr<FakeFolderPicker> picker = std::make_shared<FakeFolderPicker>();
     std::shared_ptr<FakeSleepBlocker> sleepBlocker = std::make_shared<FakeSleepBlocker>();
     std::shared_ptr<FakeFolderAccess> access = std::make_shared<FakeFolderAccess>();
+    std::shared_ptr<FakeRunLock> lock = std::make_shared<FakeRunLock>();
+    std::shared_ptr<FakeSSHKeyring> keyring = std::make_shared<FakeSSHKeyring>();
+    std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
     std::shared_ptr<AutoImport> autoImport;
     std::shared_ptr<ImportModel> model;
     Handle recorder;
