@@ -36,6 +36,7 @@ TEST_F(ImportModelFrontEndTest, HoldsTheLockExactlyWhileARunLasts) {
     model->startImport();
     EXPECT_EQ(model->phase(), Phase::importing);
     EXPECT_TRUE(lock->held);
+    loop.settle();
     std::static_pointer_cast<FakeCameraFile>(picture->catalogue[0])->deliver();
     loop.settle();
     EXPECT_FALSE(lock->held);
