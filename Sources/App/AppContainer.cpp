@@ -13,7 +13,7 @@
 #include "LogindSleepBlocker.h"
 #include "MountedCards.h"
 #include "PathBookmarks.h"
-#include "SettingsKeys.h"
+#include "SettingsKey.h"
 #include "UserDefaultsSettings.h"
 
 #include <utility>
@@ -30,19 +30,19 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
         main, background, std::make_shared<ExifCaptureDates>(),
         MountedCards::Options{.folders = std::move(options.cards), .volumes = anyCard}));
     const auto lock = std::make_shared<ImportLock>();
+    auto runner = std::make_unique<ImportRunner>(store, main, background);
     const auto model = std::make_shared<ImportModel>(
-        ImportModel::Collaborators{
-            .browser = browser,
-            .fileStore = store,
-            .settings = settings,
-            .folderPicker = std::move(options.folderPicker),
-            .runner = std::make_unique<ImportRunner>(store, main, background),
-            .autoImport = std::make_shared<AutoImport>(settings, store),
-            .sleepBlocker = std::make_shared<LogindSleepBlocker>(),
-            .folderAccess = std::make_shared<BookmarkFolderAccess>(
-                defaults, settingsKeys::destinationBookmark, sandboxed,
-                std::make_shared<PathBookmarks>()),
-            .runLock = lock},
+        ImportModel::Collaborators{.browser = browser,
+                                   .fileStore = store,
+                                   .settings = settings,
+                                   .folderPicker = std::move(options.folderPicker),
+                                   .runner = std::move(runner),
+                                   .autoImport = std::make_shared<AutoImport>(settings, store),
+                                   .sleepBlocker = std::make_shared<LogindSleepBlocker>(),
+                                   .folderAccess = std::make_shared<BookmarkFolderAccess>(
+                                       defaults, SettingsKey::destinationBookmark, sandboxed,
+                                       std::make_shared<PathBookmarks>()),
+                                   .runLock = lock},
         main, background);
     if (options.trusted) model->trustWhenConnected(*std::move(options.trusted));
     browser->onAttachedCamerasReported = std::move(options.onAttachedCamerasReported);

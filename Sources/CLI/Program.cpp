@@ -12,7 +12,7 @@
 #include "PathBookmarks.h"
 #include "ScratchDefaults.h"
 #include "SettingsCommand.h"
-#include "SettingsKeys.h"
+#include "SettingsKey.h"
 #include "TextReport.h"
 #include "ThreadPool.h"
 #include "UserDefaultsSettings.h"
@@ -38,14 +38,14 @@ std::unique_ptr<Report> makeReport(bool json) {
 /// The user's choices, with those that the call makes otherwise, or must not touch, in their
 /// place.
 std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine) {
-    namespace keys = settingsKeys;
+    using Key = SettingsKey;
     std::set<std::string> own;
     if (commandLine.command != Command::watch)
-        own.insert({keys::useFromDate, keys::fromDay, keys::autoImportEnabled});
+        own.insert({Key::useFromDate, Key::fromDay, Key::autoImportEnabled});
     if (commandLine.destination)
-        own.insert({keys::destination, keys::destinationBookmark, keys::destinationKind});
-    if (commandLine.byDate) own.insert(keys::byDate);
-    if (commandLine.byType) own.insert(keys::byType);
+        own.insert({Key::destination, Key::destinationBookmark, Key::destinationKind});
+    if (commandLine.byDate) own.insert(Key::byDate);
+    if (commandLine.byType) own.insert(Key::byType);
     auto defaults =
         std::make_shared<ScratchDefaults>(std::make_shared<IniUserDefaults>(), std::move(own));
     UserDefaultsSettings settings(defaults);
@@ -70,7 +70,7 @@ std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
 ExitStatus runSettings(const CommandLine& commandLine) {
     const auto defaults = std::make_shared<IniUserDefaults>();
     UserDefaultsSettings settings(defaults);
-    BookmarkFolderAccess access(defaults, settingsKeys::destinationBookmark, false,
+    BookmarkFolderAccess access(defaults, SettingsKey::destinationBookmark, false,
                                 std::make_shared<PathBookmarks>());
     return runSettings(commandLine, settings, access);
 }

@@ -4,7 +4,7 @@
 
 #include "FileName.h"
 #include "LocalDay.h"
-#include "SettingsKeys.h"
+#include "SettingsKey.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -67,7 +67,7 @@ Setting boolean(const char* key, bool (SettingsStore::*read)() const,
 }
 
 Setting kind() {
-    return {settingsKeys::destinationKind,
+    return {SettingsKey::destinationKind,
             [](const SettingsStore& settings) {
                 return Json(std::string(rawValue(settings.destinationKind())));
             },
@@ -81,7 +81,7 @@ Setting kind() {
 }
 
 Setting destination(FolderAccess& access) {
-    return {settingsKeys::destination,
+    return {SettingsKey::destination,
             [](const SettingsStore& settings) { return Json(settings.destination().path); },
             [&access](SettingsStore& settings, const std::string& value) -> std::string {
                 std::error_code error;
@@ -105,18 +105,18 @@ std::vector<Setting> allSettings(FolderAccess& access) {
     return {
         destination(access),
         kind(),
-        text(settingsKeys::sftpUser, &Store::sftpUser, &Store::setSftpUser),
-        text(settingsKeys::sftpHost, &Store::sftpHost, &Store::setSftpHost),
-        text(settingsKeys::sftpPath, &Store::sftpPath, &Store::setSftpPath),
-        boolean(settingsKeys::byDate, &Store::byDate, &Store::setByDate),
-        boolean(settingsKeys::byType, &Store::byType, &Store::setByType),
-        boolean(settingsKeys::useFromDate, &Store::useFromDate, &Store::setUseFromDate),
-        optionalText(settingsKeys::fromDay, &Store::fromDay, &Store::setFromDay, noDay),
-        boolean(settingsKeys::autoImportEnabled, &Store::autoImportEnabled,
+        text(SettingsKey::sftpUser, &Store::sftpUser, &Store::setSftpUser),
+        text(SettingsKey::sftpHost, &Store::sftpHost, &Store::setSftpHost),
+        text(SettingsKey::sftpPath, &Store::sftpPath, &Store::setSftpPath),
+        boolean(SettingsKey::byDate, &Store::byDate, &Store::setByDate),
+        boolean(SettingsKey::byType, &Store::byType, &Store::setByType),
+        boolean(SettingsKey::useFromDate, &Store::useFromDate, &Store::setUseFromDate),
+        optionalText(SettingsKey::fromDay, &Store::fromDay, &Store::setFromDay, noDay),
+        boolean(SettingsKey::autoImportEnabled, &Store::autoImportEnabled,
                 &Store::setAutoImportEnabled),
-        optionalText(settingsKeys::autoImportCameraIdentity, &Store::autoImportCameraIdentity,
+        optionalText(SettingsKey::autoImportCameraIdentity, &Store::autoImportCameraIdentity,
                      &Store::setAutoImportCameraIdentity, anything),
-        optionalText(settingsKeys::autoImportCameraName, &Store::autoImportCameraName,
+        optionalText(SettingsKey::autoImportCameraName, &Store::autoImportCameraName,
                      &Store::setAutoImportCameraName, anything),
     };
 }
