@@ -85,6 +85,20 @@ TEST_F(AppSSHKeyringTest, NeedsBothHalvesOfAKey) {
     EXPECT_EQ(runner->calls.size(), 1);
 }
 
+TEST_F(AppSSHKeyringTest, LogsInWithItsKeyAsSoonAsThereIsOne) {
+    EXPECT_EQ(keyring.login(true), SSHLogin::missingKey());
+    EXPECT_EQ(keyring.login(false), SSHLogin::userSSH());
+    folder.write("daten/ssh/schluessel", "x");
+    EXPECT_EQ(keyring.login(true), SSHLogin::missingKey());
+    havePair();
+    const auto own = SSHLogin::appKey(Url::file(directory + "/schluessel"),
+                                      Url::file(directory + "/known_hosts"));
+    EXPECT_EQ(keyring.login(true), own);
+    EXPECT_EQ(keyring.login(false), own);
+    keyring.removeKey();
+    EXPECT_EQ(keyring.login(false), SSHLogin::userSSH());
+}
+
 TEST_F(AppSSHKeyringTest, ReadsThePublicKeyWithoutWhiteSpaceRoundIt) {
     const struct {
         std::string contents;

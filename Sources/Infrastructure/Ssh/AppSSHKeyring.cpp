@@ -88,6 +88,11 @@ std::string AppSSHKeyring::path(std::string_view name) const {
     return fmt::format("{}/{}", directory_, name);
 }
 
+SSHLogin AppSSHKeyring::login(bool needsOwnKey) const {
+    if (hasKey()) return SSHLogin::appKey(Url::file(keyFile()), Url::file(knownHosts()));
+    return needsOwnKey ? SSHLogin::missingKey() : SSHLogin::userSSH();
+}
+
 bool AppSSHKeyring::hasKey() const { return exists(keyFile()) && exists(publicKeyFile()); }
 
 std::optional<std::string> AppSSHKeyring::publicKey() const {

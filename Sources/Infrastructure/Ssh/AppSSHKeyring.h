@@ -4,6 +4,7 @@
 
 #include "CommandRunner.h"
 #include "SSHKeyring.h"
+#include "SSHLogin.h"
 
 #include <memory>
 #include <optional>
@@ -23,6 +24,10 @@ public:
 
     /// In the folder for the user's data.
     static std::string standardDirectory();
+
+    /// How to log in to a server now: with the application's key when there is one, else as the
+    /// user does, unless this program `needsOwnKey`.
+    SSHLogin login(bool needsOwnKey) const;
 
     /// Paths; the files need not exist.
     std::string keyFile() const { return path("schluessel"); }
