@@ -68,9 +68,9 @@ public:
         std::shared_ptr<AutoImport> autoImport;
         std::shared_ptr<IdleSleepBlocker> sleepBlocker;
         std::shared_ptr<FolderAccess> folderAccess;
-        std::shared_ptr<SSHKeyring> keyring = {};  ///< without it, nothing about servers' keys
-        std::shared_ptr<Workspace> workspace = {};
-        std::string homeFolder = {};  ///< path; what "~" stands for
+        std::shared_ptr<SSHKeyring> keyring;  ///< without it, nothing about servers' keys
+        std::shared_ptr<Workspace> workspace;
+        std::string homeFolder;  ///< path; what "~" stands for
     };
 
     static constexpr auto searchingStatus = "Suche Kamera … (einschalten und per USB verbinden)";

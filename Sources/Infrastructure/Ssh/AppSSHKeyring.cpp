@@ -185,7 +185,8 @@ std::optional<std::string> AppSSHKeyring::fingerprint(std::string_view listing) 
 }
 
 std::string AppSSHKeyring::hostPattern(const std::string& host, Port port) {
-    return port.value_or(usualPort) == usualPort ? host : fmt::format("[{}]:{}", host, *port);
+    const auto number = port.value_or(usualPort);
+    return number == usualPort ? host : fmt::format("[{}]:{}", host, number);
 }
 
 std::optional<std::string> AppSSHKeyring::listedFingerprint(
