@@ -29,11 +29,9 @@ std::string absolute(const std::string& path) {
 std::string complaint(const CLI::ParseError& error, const std::vector<std::string>& extras) {
     const std::string what = error.what();
     const std::string subject = what.substr(0, what.find_first_of(": "));
-    if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr && subject.starts_with("-")) {
-        return fmt::format("Es fehlt die Angabe {}.", subject);
-    }
     if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
-        const std::string missing = "Es fehlt ein Befehl: cameras, plan oder import.";
+        const std::string missing =
+            "Es fehlt ein Befehl: cameras, plan, import, watch oder settings.";
         return extras.empty() ? missing : fmt::format("Unbekannter Befehl: {}", extras.front());
     }
     if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
@@ -56,7 +54,6 @@ void germanHelp(CLI::App& app) {
     formatter->label("OPTIONS", "ANGABEN");
     formatter->label("SUBCOMMAND", "BEFEHL");
     formatter->label("Usage", "Aufruf");
-    formatter->label("REQUIRED", "(nötig)");
     formatter->label("Excludes", "nicht mit");
     app.formatter(formatter);
     app.option_defaults()->group("Angaben");
@@ -72,6 +69,8 @@ public:
         addCameras();
         addImport("plan", "Zeigt, was ein Import laden würde", Command::plan);
         addImport("import", "Lädt, was am Ziel noch fehlt", Command::import);
+        addWatch();
+        addSettings();
     }
 
     std::expected<CommandLine, CommandLineAnswer> parse(std::span<char* const> arguments) {
@@ -85,7 +84,7 @@ public:
                                                complaint(error, app_.remaining(true)))});
         }
         for (std::string& card : result_.cards) card = absolute(card);
-        if (!result_.destination.empty()) result_.destination = absolute(result_.destination);
+        if (result_.destination) result_.destination = absolute(*result_.destination);
         return result_;
     }
 
@@ -95,6 +94,13 @@ private:
         added->group("Befehle");
         added->set_help_flag("-h,--help", "Diese Hilfe")->group("Angaben");
         added->callback([this, command] { result_.command = command; });
+        added->add_flag("--json", result_.json, "Ein JSON-Objekt je Zeile ausgeben");
+        return added;
+    }
+
+    CLI::App* addCameraCommand(const std::string& name, const std::string& purpose,
+                               Command command) {
+        CLI::App* added = addCommand(name, purpose, command);
         added
             ->add_option("--card", result_.cards,
                          "Speicherkarte oder Ordner als Kamera nehmen (mehrfach möglich)")
@@ -102,26 +108,19 @@ private:
             ->expected(1)
             ->take_all()
             ->check(folder());
-        added->add_flag("--json", result_.json, "Ein JSON-Objekt je Zeile ausgeben");
         return added;
     }
 
     void addCameras() {
-        addCommand("cameras", "Zeigt die angeschlossenen Kameras und Karten", Command::cameras);
+        addCameraCommand("cameras", "Zeigt die angeschlossenen Kameras und Karten",
+                         Command::cameras);
     }
 
     void addImport(const std::string& name, const std::string& purpose, Command command) {
-        CLI::App* added = addCommand(name, purpose, command);
+        CLI::App* added = addCameraCommand(name, purpose, command);
         added->add_option("--camera", result_.camera, "Kamera mit diesem Namen oder dieser Kennung")
             ->option_text("NAME|KENNUNG");
-        added->add_option("--to", result_.destination, "Zielordner (nötig)")
-            ->option_text("ORDNER")
-            ->required()
-            ->check(folder());
-        addSwitch(*added, "by-date", result_.layout.byDate, "In Ordner je Aufnahmetag sortieren",
-                  "Nicht nach Aufnahmetag sortieren (Standard)");
-        addSwitch(*added, "by-type", result_.layout.byType,
-                  "In Ordner je Dateityp sortieren (Standard)", "Nicht nach Dateityp sortieren");
+        addDestination(*added);
         added
             ->add_option_function<std::string>(
                 "--since", [this](const std::string& day) { result_.since = startOfLocalDay(day); },
@@ -130,7 +129,35 @@ private:
             ->check(day());
     }
 
-    static void addSwitch(CLI::App& app, const std::string& name, bool& value,
+    void addWatch() {
+        CLI::App* added = addCameraCommand(
+            "watch", "Bleibt und lädt die vertraute Kamera, sobald sie verbunden ist",
+            Command::watch);
+        added
+            ->add_option("--trust", result_.trust,
+                         "Der Kamera mit diesem Namen oder dieser Kennung vertrauen")
+            ->option_text("NAME|KENNUNG");
+        addDestination(*added);
+    }
+
+    void addSettings() {
+        CLI::App* added =
+            addCommand("settings", "Zeigt die Einstellungen oder ändert eine", Command::settings);
+        added->add_option("KEY", result_.key, "Welche")->option_text(" ");
+        added->add_option("VALUE", result_.value, "Ihr neuer Wert")->option_text(" ");
+    }
+
+    void addDestination(CLI::App& app) {
+        app.add_option("--to", result_.destination, "Zielordner (sonst der eingestellte)")
+            ->option_text("ORDNER")
+            ->check(folder());
+        addSwitch(app, "by-date", result_.byDate, "In Ordner je Aufnahmetag sortieren",
+                  "Nicht nach Aufnahmetag sortieren");
+        addSwitch(app, "by-type", result_.byType, "In Ordner je Dateityp sortieren",
+                  "Nicht nach Dateityp sortieren");
+    }
+
+    static void addSwitch(CLI::App& app, const std::string& name, std::optional<bool>& value,
                           const std::string& on, const std::string& off) {
         CLI::Option* yes = app.add_flag_callback("--" + name, [&value] { value = true; }, on);
         CLI::Option* no = app.add_flag_callback("--no-" + name, [&value] { value = false; }, off);

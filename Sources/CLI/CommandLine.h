@@ -4,7 +4,6 @@
 
 #include "Date.h"
 #include "ExitStatus.h"
-#include "FolderLayout.h"
 
 #include <cstdint>
 #include <expected>
@@ -17,14 +16,18 @@ namespace bildkurier {
 
 /// What the user asked for.
 struct CommandLine {
-    enum class Command : std::uint8_t { cameras, plan, import };
+    enum class Command : std::uint8_t { cameras, plan, import, watch, settings };
 
     Command command = Command::cameras;
-    std::vector<std::string> cards;     ///< folders to take for cameras, absolute
-    std::optional<std::string> camera;  ///< name or identity
-    std::string destination;            ///< absolute path; empty for `cameras`
-    FolderLayout layout{.byDate = false, .byType = true};
+    std::vector<std::string> cards;          ///< folders to take for cameras, absolute
+    std::optional<std::string> camera;       ///< name or identity
+    std::optional<std::string> destination;  ///< absolute path; absent: as in the settings
+    std::optional<bool> byDate;              ///< absent: as in the settings
+    std::optional<bool> byType;
     std::optional<Date> since;
+    std::optional<std::string> trust;  ///< name or identity of the camera to import by itself
+    std::optional<std::string> key;    ///< of the setting to show, or to change
+    std::optional<std::string> value;
     bool json = false;
 };
 

@@ -42,6 +42,10 @@ void JsonReport::importing(const Plan& plan) { JsonReport::plan(plan); }
 
 void JsonReport::log(const std::string& line) { print({{"event", "log"}, {"line", line}}); }
 
+void JsonReport::status(const std::string& status) {
+    print({{"event", "status"}, {"status", status}});
+}
+
 void JsonReport::progress(const ImportRunner::Progress& progress) {
     print({{"event", "progress"},
            {"total", progress.total},
@@ -56,8 +60,7 @@ void JsonReport::progress(const ImportRunner::Progress& progress) {
 
 void JsonReport::speed(const SpeedMeter::Reading& /*speed*/) {}
 
-void JsonReport::finished(const ImportRunner::Progress& progress, double /*averageSpeed*/,
-                          bool cancelled) {
+void JsonReport::finished(const ImportRunner::Progress& progress, bool cancelled) {
     print({{"event", "finished"},
            {"total", progress.total},
            {"done", progress.done},

@@ -2,68 +2,115 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "Program.h"
 
-#include "CardImport.h"
+#include "AppContainer.h"
+#include "BookmarkFolderAccess.h"
 #include "EventLoop.h"
-#include "ExifCaptureDates.h"
-#include "ImageCaptureBrowser.h"
-#include "ImportLock.h"
+#include "ImportCommand.h"
+#include "IniUserDefaults.h"
 #include "InterruptSignals.h"
 #include "JsonReport.h"
-#include "LocalFileStore.h"
-#include "MountedCards.h"
+#include "PathBookmarks.h"
+#include "ScratchDefaults.h"
+#include "SettingsCommand.h"
+#include "SettingsKeys.h"
 #include "TextReport.h"
 #include "ThreadPool.h"
+#include "UserDefaultsSettings.h"
+#include "WatchCommand.h"
 
 #include <memory>
 #include <optional>
+#include <set>
+#include <string>
+#include <utility>
 
 namespace bildkurier {
 
 namespace {
+
+using Command = CommandLine::Command;
 
 std::unique_ptr<Report> makeReport(bool json) {
     if (json) return std::make_unique<JsonReport>();
     return std::make_unique<TextReport>();
 }
 
-}  // namespace
+/// The user's choices, with those that the call makes otherwise, or must not touch, in their
+/// place.
+std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine) {
+    namespace keys = settingsKeys;
+    std::set<std::string> own;
+    if (commandLine.command != Command::watch)
+        own.insert({keys::useFromDate, keys::fromDay, keys::autoImportEnabled});
+    if (commandLine.destination)
+        own.insert({keys::destination, keys::destinationBookmark, keys::destinationKind});
+    if (commandLine.byDate) own.insert(keys::byDate);
+    if (commandLine.byType) own.insert(keys::byType);
+    auto defaults =
+        std::make_shared<ScratchDefaults>(std::make_shared<IniUserDefaults>(), std::move(own));
+    UserDefaultsSettings settings(defaults);
+    if (commandLine.destination) settings.setDestination(Url::file(*commandLine.destination));
+    if (commandLine.byDate) settings.setByDate(*commandLine.byDate);
+    if (commandLine.byType) settings.setByType(*commandLine.byType);
+    if (commandLine.since) settings.setUseFromDate(true);
+    return defaults;
+}
 
-ExitStatus runProgram(const CommandLine& commandLine) {
+std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
+                                          const AppContainer::Parts& parts, MainQueue& main,
+                                          Report& report, ModelCommand::Done done) {
+    if (commandLine.command == Command::watch) {
+        return std::make_shared<WatchCommand>(commandLine.trust.has_value(), parts.model, main,
+                                              report, std::move(done));
+    }
+    return std::make_shared<ImportCommand>(commandLine, parts.model, parts.fileStore, main, report,
+                                           std::move(done));
+}
+
+ExitStatus runSettings(const CommandLine& commandLine) {
+    const auto defaults = std::make_shared<IniUserDefaults>();
+    UserDefaultsSettings settings(defaults);
+    BookmarkFolderAccess access(defaults, settingsKeys::destinationBookmark, false,
+                                std::make_shared<PathBookmarks>());
+    return runSettings(commandLine, settings, access);
+}
+
+ExitStatus runModel(const CommandLine& commandLine) {
     EventLoop loop;
     const auto report = makeReport(commandLine.json);
-    ImportLock lock;
-    if (commandLine.command == CommandLine::Command::import) {
-        if (const auto acquired = lock.acquire(); !acquired) {
-            report->error(acquired.error().message);
-            return ExitStatus::destinationUnusable;
-        }
-    }
-    const auto store = std::make_shared<LocalFileStore>();
-    std::shared_ptr<CardImport> job;
-    std::optional<InterruptSignals> signals(std::in_place, loop, [&job] { job->interrupt(); });
+    std::shared_ptr<ModelCommand> command;
+    std::optional<InterruptSignals> signals(std::in_place, loop, [&] { command->interrupt(); });
     std::optional<ThreadPool> pool(std::in_place);
-
+    AppContainer::Parts parts =
+        AppContainer::make(loop, *pool,
+                           {.cards = commandLine.cards,
+                            .defaults = defaultsFor(commandLine),
+                            .folderPicker = nullptr,
+                            .trusted = commandLine.trust,
+                            .onAttachedCamerasReported = [&] { command->begin(); }});
     ExitStatus status = ExitStatus::success;
-    job = std::make_shared<CardImport>(commandLine, store, loop, *pool, *report,
-                                       [&](ExitStatus ended) {
-                                           status = ended;
-                                           loop.stop();
-                                       });
-    auto browser = std::make_shared<ImageCaptureBrowser>(std::make_unique<MountedCards>(
-        loop, *pool, std::make_shared<ExifCaptureDates>(),
-        MountedCards::Options{.folders = commandLine.cards, .volumes = commandLine.cards.empty()}));
-    browser->onAttachedCamerasReported = [&job] { job->begin(); };
-    browser->start(job);
+    command = makeCommand(commandLine, parts, loop, *report, [&](ExitStatus ended) {
+        status = ended;
+        loop.stop();
+    });
     loop.run();
 
     // From here on the signals end the program again, should a file system hang.
     signals.reset();
-    browser.reset();
+    const bool abandoned = command->abandonedImport();
+    const Url staging = parts.fileStore->stagingDirectory(parts.model->dest());
+    command.reset();
+    parts.model.reset();
     pool.reset();
-    if (job->abandonedImport()) {
-        store->removeItem(store->stagingDirectory(Url::file(commandLine.destination)));
-    }
+    if (abandoned) parts.fileStore->removeItem(staging);
     return status;
+}
+
+}  // namespace
+
+ExitStatus runProgram(const CommandLine& commandLine) {
+    return commandLine.command == Command::settings ? runSettings(commandLine)
+                                                    : runModel(commandLine);
 }
 
 }  // namespace bildkurier

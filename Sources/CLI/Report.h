@@ -33,11 +33,12 @@ public:
     virtual void plan(const Plan& plan) = 0;
     virtual void importing(const Plan& plan) = 0;
     virtual void log(const std::string& line) = 0;
+    /// What the model says about its state, outside an import.
+    virtual void status(const std::string& status) = 0;
     virtual void progress(const ImportRunner::Progress& progress) = 0;
     virtual void speed(const SpeedMeter::Reading& speed) = 0;
-    /// `averageSpeed` in bytes per second.
-    virtual void finished(const ImportRunner::Progress& progress, double averageSpeed,
-                          bool cancelled) = 0;
+    /// What an import came to; its closing line is in the log.
+    virtual void finished(const ImportRunner::Progress& progress, bool cancelled) = 0;
     /// Something that keeps the command from being carried out.
     virtual void error(const std::string& message) = 0;
 };

@@ -4,7 +4,6 @@
 
 #include "FileName.h"
 #include "Formatting.h"
-#include "ImportSummary.h"
 
 #include <fmt/format.h>
 
@@ -45,13 +44,14 @@ void TextReport::importing(const Plan& plan) {
 
 void TextReport::log(const std::string& line) { print(line); }
 
+void TextReport::status(const std::string& status) { print(status); }
+
 void TextReport::progress(const ImportRunner::Progress& progress) { bar_.progress(progress); }
 
 void TextReport::speed(const SpeedMeter::Reading& speed) { bar_.draw(speed); }
 
-void TextReport::finished(const ImportRunner::Progress& progress, double averageSpeed,
-                          bool cancelled) {
-    if (progress.total > 0) print(importSummary(progress, averageSpeed, cancelled));
+void TextReport::finished(const ImportRunner::Progress& /*progress*/, bool /*cancelled*/) {
+    bar_.erase();
 }
 
 void TextReport::error(const std::string& message) {

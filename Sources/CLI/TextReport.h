@@ -15,10 +15,10 @@ public:
     void plan(const Plan& plan) override;
     void importing(const Plan& plan) override;
     void log(const std::string& line) override;
+    void status(const std::string& status) override;
     void progress(const ImportRunner::Progress& progress) override;
     void speed(const SpeedMeter::Reading& speed) override;
-    void finished(const ImportRunner::Progress& progress, double averageSpeed,
-                  bool cancelled) override;
+    void finished(const ImportRunner::Progress& progress, bool cancelled) override;
     void error(const std::string& message) override;
 
 private:

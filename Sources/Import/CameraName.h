@@ -16,4 +16,10 @@ inline std::string displayName(const Camera& camera) {
     return displayText(camera.name().value_or(namelessCamera));
 }
 
+/// Whether the user can mean this camera by `nameOrIdentity`.
+inline bool answersTo(const Camera& camera, const std::string& nameOrIdentity) {
+    return camera.name().value_or(namelessCamera) == nameOrIdentity ||
+           displayName(camera) == nameOrIdentity || camera.identity() == nameOrIdentity;
+}
+
 }  // namespace bildkurier

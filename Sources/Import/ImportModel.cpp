@@ -124,6 +124,7 @@ ImportModel::ImportModel(Collaborators collaborators, MainQueue& main, Backgroun
       autoImport_(std::move(collaborators.autoImport)),
       sleepBlocker_(std::move(collaborators.sleepBlocker)),
       folderAccess_(std::move(collaborators.folderAccess)),
+      runLock_(std::move(collaborators.runLock)),
       keyring_(std::move(collaborators.keyring)),
       workspace_(std::move(collaborators.workspace)),
       homeFolder_(std::move(collaborators.homeFolder)) {
@@ -251,6 +252,10 @@ void ImportModel::setAutoImportEnabled(bool enabled) {
     autoImport_->clearPending();
 }
 
+void ImportModel::trustWhenConnected(std::string nameOrIdentity) {
+    expectedTrust_ = std::move(nameOrIdentity);
+}
+
 void ImportModel::chooseDest() {
     const auto chosen =
         folderPicker_->chooseFolder(dest_.isFile() ? dest_ : settings_->destination());
@@ -331,6 +336,7 @@ void ImportModel::reload() {
 }
 
 void ImportModel::addLog(std::string line) {
+    onLog(line);
     log_.push_back(std::move(line));
     if (log_.size() > longestLog) log_.pop_front();
     observers_.notify();
@@ -348,6 +354,10 @@ void ImportModel::cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) {
                                      displayName(*camera)));
         return select(camera->id());
     }
+    if (expectedTrust_ && answersTo(*camera, *expectedTrust_) && autoImport_->enable(*camera)) {
+        expectedTrust_.reset();
+        publish(autoImportEnabled_, true);
+    }
     if (autoImport_->cameraConnected(*camera)) {
         if (phase_ != Phase::importing) select(camera->id());
         return;
@@ -363,8 +373,7 @@ void ImportModel::cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) 
     std::optional<std::string> interrupted;
     if (phase_ == Phase::importing) interrupted = noteInterruptedImport(*camera);
     runner_->abandon();
-    sleepBlocker_->end();
-    speedTimer_.reset();
+    endRun();
     camera_.reset();
     publish(phase_, Phase::noCamera);
     select(cameras_.empty() ? std::nullopt : std::optional(cameras_.front()->id()));
@@ -528,12 +537,15 @@ void ImportModel::showMissing(ImportSelection missing) {
 void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRun) {
     if (phase_ != Phase::ready || newFiles_.empty()) return;
     if (destNeedsChoice()) return publish(status_, chooseFolderStatus);
+    if (const auto locked = runLock_->acquire(); !locked)
+        return publish(status_, locked.error().message);
     if (!continuingPreviousRun) publish(log_, {});
     runIgnoresDateFilter_ = ignoringDateFilter;
     publish(phase_, Phase::importing);
     const auto started =
         runner_->start(newFiles_, dest_, FolderLayout{.byDate = byDate_, .byType = byType_});
     if (!started) {
+        runLock_->release();
         publish(phase_, Phase::ready);
         return publish(
             status_, fmt::format("Kann Zielordner nicht beschreiben: {}", started.error().message));
@@ -549,6 +561,12 @@ void ImportModel::cancelImport() {
     publish(status_, "Breche nach der aktuellen Datei ab …");
 }
 
+void ImportModel::endRun() {
+    sleepBlocker_->end();
+    speedTimer_.reset();
+    runLock_->release();
+}
+
 void ImportModel::showProgress(const ImportRunner::Progress& progress) {
     publish(progress_, progress);
     if (progress.currentName.empty()) return;
@@ -557,10 +575,9 @@ void ImportModel::showProgress(const ImportRunner::Progress& progress) {
 }
 
 void ImportModel::importFinished(const ImportRunner::Progress& progress, bool cancelled) {
-    sleepBlocker_->end();
+    endRun();
     publish(progress_, progress);
     sampleSpeed();
-    speedTimer_.reset();
     pendingResume_.reset();
     if (progress.done > 0) fruitlessResumes_ = 0;
     const std::string summary = importSummary(progress, speed_.average, cancelled);

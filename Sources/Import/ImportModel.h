@@ -17,6 +17,7 @@
 #include "ImportSelection.h"
 #include "MainQueue.h"
 #include "Observers.h"
+#include "RunLock.h"
 #include "SSHKeyring.h"
 #include "SettingsStore.h"
 #include "SpeedMeter.h"
@@ -68,6 +69,7 @@ public:
         std::shared_ptr<AutoImport> autoImport;
         std::shared_ptr<IdleSleepBlocker> sleepBlocker;
         std::shared_ptr<FolderAccess> folderAccess;
+        std::shared_ptr<RunLock> runLock;
         std::shared_ptr<SSHKeyring> keyring;  ///< without it, nothing about servers' keys
         std::shared_ptr<Workspace> workspace;
         std::string homeFolder;  ///< path; what "~" stands for
@@ -83,6 +85,9 @@ public:
 
     /// Calls `changed` whenever a field below has changed, until the handle is dropped.
     [[nodiscard]] Handle observe(std::function<void()> changed);
+
+    /// Called with each line as it is added to the log.
+    std::function<void(const std::string&)> onLog = [](const std::string&) {};
 
     const std::vector<std::shared_ptr<Camera>>& cameras() const { return cameras_; }
     const std::optional<std::string>& selectedID() const { return selectedID_; }
@@ -132,6 +137,8 @@ public:
     std::string destDescription() const;
     /// 0 to 1.
     double totalBytesProgress() const;
+    /// Whether an interrupted import goes on as soon as its camera returns.
+    bool awaitsCamera() const { return pendingResume_.has_value(); }
 
     void setSelectedID(std::optional<std::string> id);
     void setDest(const Url& dest);
@@ -147,6 +154,8 @@ public:
     /// A slider's value; only its whole part counts.
     void setFromDayIndex(double index);
     void setAutoImportEnabled(bool enabled);
+    /// Trusts the camera of that name or identity from the moment in which it is connected.
+    void trustWhenConnected(std::string nameOrIdentity);
 
     /// Reads camera and destination again.
     void reload();
@@ -197,6 +206,8 @@ private:
     ImportSelection missingFilesSince(std::optional<Date> since) const;
     void showMissing(ImportSelection missing);
 
+    /// Everything that lasts exactly as long as a run.
+    void endRun();
     void showProgress(const ImportRunner::Progress& progress);
     void importFinished(const ImportRunner::Progress& progress, bool cancelled);
     void startSpeedMeter();
@@ -220,6 +231,7 @@ private:
     std::shared_ptr<AutoImport> autoImport_;
     std::shared_ptr<IdleSleepBlocker> sleepBlocker_;
     std::shared_ptr<FolderAccess> folderAccess_;
+    std::shared_ptr<RunLock> runLock_;
     std::shared_ptr<SSHKeyring> keyring_;
     std::shared_ptr<Workspace> workspace_;
     std::string homeFolder_;
@@ -268,6 +280,7 @@ private:
     bool resumeReady_ = false;
     int fruitlessResumes_ = 0;
     bool runIgnoresDateFilter_ = false;
+    std::optional<std::string> expectedTrust_;  ///< name or identity of a camera to trust
     SpeedMeter speedMeter_;
     Handle speedTimer_;
 };

@@ -22,14 +22,15 @@ std::expected<CommandLine, CommandLineAnswer> parse(std::vector<std::string> arg
     return parseCommandLine(pointers);
 }
 
-TEST(CommandLine, SortsByTypeUnlessToldOtherwise) {
+TEST(CommandLine, LeavesToTheSettingsWhatIsNotSaid) {
     const auto parsed = parse({"import", "--card", "/card", "--to", "/bilder"});
     ASSERT_TRUE(parsed);
     EXPECT_EQ(parsed->command, Command::import);
     EXPECT_EQ(parsed->cards, std::vector<std::string>{"/card"});
     EXPECT_EQ(parsed->camera, std::nullopt);
     EXPECT_EQ(parsed->destination, "/bilder");
-    EXPECT_EQ(parsed->layout, (FolderLayout{.byDate = false, .byType = true}));
+    EXPECT_EQ(parsed->byDate, std::nullopt);
+    EXPECT_EQ(parsed->byType, std::nullopt);
     EXPECT_EQ(parsed->since, std::nullopt);
     EXPECT_FALSE(parsed->json);
 }
@@ -42,7 +43,8 @@ TEST(CommandLine, TakesEveryOption) {
     EXPECT_EQ(parsed->command, Command::plan);
     EXPECT_EQ(parsed->cards, (std::vector<std::string>{"/a", "/b"}));
     EXPECT_EQ(parsed->camera, "serial:7");
-    EXPECT_EQ(parsed->layout, (FolderLayout{.byDate = true, .byType = false}));
+    EXPECT_EQ(parsed->byDate, true);
+    EXPECT_EQ(parsed->byType, false);
     EXPECT_EQ(parsed->since, startOfLocalDay("2024-05-09"));
     EXPECT_TRUE(parsed->json);
 }
@@ -60,7 +62,23 @@ TEST(CommandLine, ListsCamerasWithoutADestination) {
     ASSERT_TRUE(parsed);
     EXPECT_EQ(parsed->command, Command::cameras);
     EXPECT_TRUE(parsed->json);
-    EXPECT_TRUE(parsed->destination.empty());
+    EXPECT_EQ(parsed->destination, std::nullopt);
+}
+
+TEST(CommandLine, WatchesForATrustedCamera) {
+    const auto parsed = parse({"watch", "--trust", "EOS", "--to", "/bilder"});
+    ASSERT_TRUE(parsed);
+    EXPECT_EQ(parsed->command, Command::watch);
+    EXPECT_EQ(parsed->trust, "EOS");
+    EXPECT_EQ(parsed->destination, "/bilder");
+}
+
+TEST(CommandLine, TakesASettingAndItsValue) {
+    const auto parsed = parse({"settings", "byDate", "true"});
+    ASSERT_TRUE(parsed);
+    EXPECT_EQ(parsed->command, Command::settings);
+    EXPECT_EQ(parsed->key, "byDate");
+    EXPECT_EQ(parsed->value, "true");
 }
 
 TEST(CommandLine, ExplainsInGermanWhatIsOff) {
@@ -68,8 +86,7 @@ TEST(CommandLine, ExplainsInGermanWhatIsOff) {
         std::vector<std::string> arguments;
         std::string message;
     } cases[] = {
-        {{}, "Es fehlt ein Befehl: cameras, plan oder import."},
-        {{"import"}, "Es fehlt die Angabe --to."},
+        {{}, "Es fehlt ein Befehl: cameras, plan, import, watch oder settings."},
         {{"import", "--to"}, "Der Angabe --to fehlt ein Wert, oder sie steht doppelt."},
         {{"import", "--to", "/a", "--to", "/b"},
          "Der Angabe --to fehlt ein Wert, oder sie steht doppelt."},

@@ -56,10 +56,13 @@ std::string ProgramTest::picture(const std::string& name) const {
 
 ProgramResult ProgramTest::run(const Strings& arguments, const Environment& environment) {
     Environment all = environment;
-    // A folder of its own, so that imports of other tests are not in the way.
-    const TemporaryFolder runtime;
-    all.insert(
-        {{"TZ", "Europe/Berlin"}, {"LC_ALL", "de_DE.UTF-8"}, {"XDG_RUNTIME_DIR", runtime.path()}});
+    // Folders of its own, so that neither imports of other tests nor a user's settings are in
+    // the way.
+    const TemporaryFolder own;
+    all.insert({{"TZ", "Europe/Berlin"},
+                {"LC_ALL", "de_DE.UTF-8"},
+                {"XDG_RUNTIME_DIR", own.makeFolder("runtime")},
+                {"XDG_CONFIG_HOME", own.makeFolder("config")}});
     return ProgramCall{.path = BILDKURIER_CLI, .arguments = arguments, .environment = all}.run();
 }
 

@@ -2,8 +2,6 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "RecordingReport.h"
 
-#include "ImportSummary.h"
-
 #include <fmt/format.h>
 
 namespace bildkurier {
@@ -29,9 +27,9 @@ void RecordingReport::importing(const Plan& plan) {
     lines.push_back("importing: " + described(plan));
 }
 
-void RecordingReport::finished(const ImportRunner::Progress& progress, double averageSpeed,
-                               bool cancelled) {
-    lines.push_back(importSummary(progress, averageSpeed, cancelled));
+void RecordingReport::finished(const ImportRunner::Progress& progress, bool cancelled) {
+    lines.push_back(fmt::format("finished: {}/{} done, {} failed{}", progress.done, progress.total,
+                                progress.failed, cancelled ? ", cancelled" : ""));
 }
 
 }  // namespace bildkurier

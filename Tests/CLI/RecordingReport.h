@@ -20,10 +20,10 @@ public:
     void plan(const Plan& plan) override;
     void importing(const Plan& plan) override;
     void log(const std::string& line) override { lines.push_back(line); }
+    void status(const std::string& status) override { lines.push_back("status: " + status); }
     void progress(const ImportRunner::Progress& /*progress*/) override { ++progressReports; }
     void speed(const SpeedMeter::Reading& /*speed*/) override { ++speedReports; }
-    void finished(const ImportRunner::Progress& progress, double averageSpeed,
-                  bool cancelled) override;
+    void finished(const ImportRunner::Progress& progress, bool cancelled) override;
     void error(const std::string& message) override { lines.push_back("error: " + message); }
 };
 

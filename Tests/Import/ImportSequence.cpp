@@ -102,6 +102,7 @@ void ImportSequence::make() {
                                    .autoImport = std::make_shared<AutoImport>(settings_, scans_),
                                    .sleepBlocker = sleepBlocker_,
                                    .folderAccess = access_,
+                                   .runLock = lock_,
                                    .keyring = keyring_},
         main_, loop_);
     observation_ = model_->observe([this] { observed(); });
@@ -906,6 +907,7 @@ void ImportSequence::checkRun() const {
     RC_ASSERT(phase_ != Phase::done);
     RC_ASSERT(run_.has_value() == importing);
     RC_ASSERT(runner_->isRunning() == importing);
+    RC_ASSERT(lock_->held == importing);
     RC_ASSERT(sleepBlocker_->reason == (importing ? Status("Bildkurier läuft") : Status()));
     RC_ASSERT(main_.repeating(speedInterval) == (importing ? 1 : 0));
     const auto waiting = waitingFiles(false);

@@ -5,6 +5,7 @@
 #include "FailingFileStore.h"
 #include "FakeFolderAccess.h"
 #include "FakeFolderPicker.h"
+#include "FakeRunLock.h"
 #include "FakeSSHKeyring.h"
 #include "FakeServer.h"
 #include "FakeSleepBlocker.h"
@@ -156,6 +157,7 @@ private:
     std::shared_ptr<FakeFolderPicker> picker_ = std::make_shared<FakeFolderPicker>();
     std::shared_ptr<FakeSleepBlocker> sleepBlocker_ = std::make_shared<FakeSleepBlocker>();
     std::shared_ptr<FakeFolderAccess> access_ = std::make_shared<FakeFolderAccess>();
+    std::shared_ptr<FakeRunLock> lock_ = std::make_shared<FakeRunLock>();
     std::shared_ptr<ImportModel> model_;
     ImportRunner* runner_ = nullptr;  ///< the model's
     Handle observation_;

@@ -11,6 +11,7 @@
 #include <fmt/format.h>
 
 #include <cerrno>
+#include <exception>
 #include <utility>
 
 namespace bildkurier {
@@ -32,6 +33,16 @@ Result<> load(const CardContents& contents, const CardEntry& entry,
     if (!source) return unreadableOnCard(errno);
     return copyFile(source, entry.size, request,
                     [&session = *contents.session] { return session.endReason(); });
+}
+
+/// The same, were there no memory left either.
+Result<> loadOrExplain(const CardContents& contents, const CardEntry& entry,
+                       const DownloadRequest& request) {
+    try {
+        return load(contents, entry, request);
+    } catch (const std::exception& error) {
+        return failure(fmt::format("Die Datei lässt sich nicht laden: {}", error.what()));
+    }
 }
 
 }  // namespace
@@ -56,7 +67,7 @@ std::vector<std::shared_ptr<NativeFile>> CardFile::sidecars() const {
 void CardFile::download(const DownloadRequest& request, NativeDownloadDone done) {
     contents_->background.run(
         [contents = contents_, &entry = entry(), request, done = std::move(done)] {
-            const Result<> loaded = load(*contents, entry, request);
+            const Result<> loaded = loadOrExplain(*contents, entry, request);
             if (loaded) {
                 done(request.saveAs);
             } else {

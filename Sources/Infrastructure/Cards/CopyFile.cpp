@@ -68,8 +68,11 @@ public:
         const std::size_t begin = std::exchange(size_, size_ + bytes.size());
         if (const int code = writeAll(file_, bytes); code != 0) return writeFailure(code);
         // Lets the disk begin now, so that flushing the finished file takes little time.
-        ::sync_file_range(file_.get(), static_cast<off64_t>(begin),
-                          static_cast<off64_t>(size_ - begin), SYNC_FILE_RANGE_WRITE);
+        if (bytes.size() == stepBytes) {
+            ::sync_file_range(file_.get(), static_cast<off64_t>(begin), stepBytes,
+                              SYNC_FILE_RANGE_WRITE);
+            diskHasBegun_ = true;
+        }
         return {};
     }
 
@@ -77,8 +80,10 @@ public:
         const std::array times{std::timespec{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, modified};
         // Not every file system lets a time be set; what counts is what is in the file.
         ::futimens(file_.get(), times.data());
-        // What closing leaves to be written could fail where nobody hears of it.
-        if (retried([this] { return ::fsync(file_.get()); }) != 0) return writeFailure(errno);
+        // Moving it flushes it, too; but a failure that the disk has met already could be
+        // forgotten by then.
+        if (diskHasBegun_ && retried([this] { return ::fsync(file_.get()); }) != 0)
+            return writeFailure(errno);
         if (const int code = file_.close(); code != 0) return writeFailure(code);
         isPartial_ = false;
         return {};
@@ -89,6 +94,7 @@ private:
     std::string name_;
     FileDescriptor file_;
     std::size_t size_ = 0;
+    bool diskHasBegun_ = false;
     bool isPartial_ = false;
 };
 

@@ -3,25 +3,23 @@
 #pragma once
 
 #include "FileDescriptor.h"
-#include "Result.h"
+#include "RunLock.h"
 
 #include <string>
 
 namespace bildkurier {
 
-/// Lets one import at a time run per user, whichever processes and objects ask. Ends with this
-/// object, and with the process however that ends.
-class ImportLock {
+/// A lock file of the user. The lock ends with this object, and with the process however that
+/// ends.
+class ImportLock final : public RunLock {
 public:
     explicit ImportLock(std::string path = standardPath());
 
     /// import.lock in the user's folder for what matters only while processes run.
     static std::string standardPath();
 
-    /// Fails at once, with the sentence to show, when another import holds it. One that is held
-    /// already stays held.
-    Result<> acquire();
-    void release();
+    Result<> acquire() override;
+    void release() override;
 
 private:
     std::string path_;

@@ -6,6 +6,7 @@
 #include "FakeCameraFile.h"
 #include "FakeFolderAccess.h"
 #include "FakeFolderPicker.h"
+#include "FakeRunLock.h"
 #include "FakeSSHKeyring.h"
 #include "FakeSleepBlocker.h"
 #include "FakeWorkspace.h"
@@ -38,6 +39,7 @@ protected:
                 .autoImport = autoImport = std::make_shared<AutoImport>(settings, files),
                 .sleepBlocker = sleepBlocker,
                 .folderAccess = access,
+                .runLock = lock,
                 .keyring = keyring,
                 .workspace = workspace,
                 .homeFolder = "/home/anna"},
@@ -93,6 +95,7 @@ protected:
     std::shared_ptr<FakeFolderPicker> picker = std::make_shared<FakeFolderPicker>();
     std::shared_ptr<FakeSleepBlocker> sleepBlocker = std::make_shared<FakeSleepBlocker>();
     std::shared_ptr<FakeFolderAccess> access = std::make_shared<FakeFolderAccess>();
+    std::shared_ptr<FakeRunLock> lock = std::make_shared<FakeRunLock>();
     std::shared_ptr<FakeSSHKeyring> keyring = std::make_shared<FakeSSHKeyring>();
     std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
     std::shared_ptr<AutoImport> autoImport;

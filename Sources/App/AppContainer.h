@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Background.h"
+#include "FileStore.h"
+#include "FolderPicker.h"
+#include "ImportModel.h"
+#include "MainQueue.h"
+#include "RunLock.h"
+#include "UserDefaults.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+
+/// Builds every object of the system once and connects them, whatever the front end.
+struct AppContainer {
+    /// What a front end may want otherwise.
+    struct Options {
+        /// Folders to take for cameras; mounted cards are then left alone.
+        std::vector<std::string> cards;
+        std::shared_ptr<UserDefaults> defaults;  ///< none: the user's own
+        std::shared_ptr<FolderPicker> folderPicker;
+        /// Name or identity of a camera to trust as soon as it is connected.
+        std::optional<std::string> trusted;
+        /// Called once the cameras attached at the start have been reported.
+        std::function<void()> onAttachedCamerasReported = [] {};
+    };
+
+    /// What a front end works with. Ends before the main queue does.
+    struct Parts {
+        std::shared_ptr<ImportModel> model;
+        std::shared_ptr<FileStore> fileStore;
+        std::shared_ptr<RunLock> runLock;
+    };
+
+    /// Main thread. Discovery has begun when this returns; cameras are reported by tasks of the
+    /// main queue. `main` must outlive `background`, and this the parts.
+    static Parts make(MainQueue& main, Background& background, Options options);
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ImportCommand.h"
+
+#include "CameraName.h"
+#include "CardFolder.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+using Command = CommandLine::Command;
+using Phase = ImportModel::Phase;
+
+}  // namespace
+
+ImportCommand::ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
+                             std::shared_ptr<FileStore> fileStore, MainQueue& main, Report& report,
+                             Done done)
+    : ModelCommand(std::move(model), main, report, std::move(done)),
+      commandLine_(std::move(commandLine)),
+      fileStore_(std::move(fileStore)) {}
+
+void ImportCommand::start() {
+    const auto& cameras = model().cameras();
+    const bool listing = commandLine_.command == Command::cameras;
+    if (listing) report().cameras(cameras);
+    if (cameras.size() < commandLine_.cards.size()) {
+        return stop(ExitStatus::noCamera, "Nicht jede angegebene Karte ist ein lesbarer Ordner.");
+    }
+    if (cameras.empty()) return stop(ExitStatus::noCamera, "Keine Kamera gefunden.");
+    if (listing) return end();
+    std::ranges::copy_if(cameras, std::back_inserter(waiting_),
+                         [this](const auto& camera) { return wants(*camera); });
+    if (waiting_.empty()) {
+        return stop(ExitStatus::noCamera,
+                    fmt::format("Kamera „{}“ nicht gefunden.", commandLine_.camera.value_or("")));
+    }
+    severalCameras_ = waiting_.size() > 1;
+    if (severalCameras_ && commandLine_.cards.empty()) {
+        return stop(ExitStatus::noCamera,
+                    "Mehrere Kameras gefunden; bitte mit --camera eine wählen.");
+    }
+    if (const std::string reason = whyUnusable(); !reason.empty()) {
+        return stop(ExitStatus::destinationUnusable, reason);
+    }
+    nextCamera();
+}
+
+bool ImportCommand::wants(const Camera& camera) const {
+    return !commandLine_.camera || answersTo(camera, *commandLine_.camera);
+}
+
+std::string ImportCommand::whyUnusable() const {
+    const Url& destination = model().dest();
+    if (fileStore_->fileSize(destination)) return "Der Zielordner ist kein Ordner.";
+    const bool overlapping = std::ranges::any_of(waiting_, [&](const auto& camera) {
+        const auto folder = cardFolder(*camera);
+        return destination.isFile() && folder && overlaps(*folder, destination.path);
+    });
+    if (!overlapping) return {};
+    return "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.";
+}
+
+void ImportCommand::nextCamera() {
+    if (waiting_.empty()) return end();
+    camera_ = std::move(waiting_.front());
+    waiting_.pop_front();
+    stage_ = Stage::reading;
+    model().setSelectedID(camera_->id());
+    lookLater();
+}
+
+void ImportCommand::look() {
+    switch (stage_) {
+        case Stage::beginning:
+            return;
+        case Stage::reading:
+            return lookWhileReading();
+        case Stage::running:
+            return lookWhileRunning();
+        case Stage::returning:
+            return lookForReturn();
+    }
+}
+
+bool ImportCommand::isAttached() const {
+    return std::ranges::find(model().cameras(), camera_) != model().cameras().end();
+}
+
+void ImportCommand::lookWhileReading() {
+    if (!isAttached()) return stop(ExitStatus::noCamera, "Die Kamera wurde getrennt.");
+    if (model().phase() == Phase::noCamera) return stop(ExitStatus::noCamera, model().status());
+    if (model().phase() != Phase::ready) return;
+    if (severalCameras_) report().cameras({&camera_, 1});
+    if (commandLine_.command == Command::import) return startImport();
+    report().plan(planned());
+    nextCamera();
+}
+
+bool ImportCommand::chooseDay() {
+    if (!commandLine_.since) return true;
+    const auto& days = model().cameraDays();
+    const auto day = std::ranges::lower_bound(days, *commandLine_.since);
+    if (day == days.end()) return false;
+    model().setFromDayIndex(static_cast<double>(day - days.begin()));
+    return true;
+}
+
+Report::Plan ImportCommand::planned() {
+    Report::Plan plan{.cameraFiles = model().cameraFileCount(), .types = {}};
+    if (!chooseDay()) return plan;
+    plan.files = std::ssize(model().newFiles());
+    plan.bytes = model().newBytes();
+    plan.types = model().newByType();
+    return plan;
+}
+
+void ImportCommand::startImport() {
+    const Report::Plan plan = planned();
+    report().importing(plan);
+    if (plan.files == 0) {
+        report().finished({}, false);
+        return nextCamera();
+    }
+    model().startImport();
+    if (!isImporting()) return stop(ExitStatus::destinationUnusable, model().status());
+    stage_ = Stage::running;
+}
+
+void ImportCommand::lookWhileRunning() {
+    if (isImporting()) return;
+    if (model().awaitsCamera()) {
+        stage_ = Stage::returning;
+        return report().status(model().status());
+    }
+    if (isAttached()) return finished();
+    report().finished(model().progress(), isInterrupted());
+    if (isInterrupted()) return end();
+    stop(ExitStatus::filesFailed, model().status());
+}
+
+void ImportCommand::lookForReturn() {
+    if (isImporting()) {
+        const auto& cameras = model().cameras();
+        camera_ = *std::ranges::find(cameras, model().selectedID(), &Camera::id);
+        stage_ = Stage::running;
+        return;
+    }
+    if (model().awaitsCamera()) return;
+    if (model().newFiles().empty()) return finished();
+    stop(ExitStatus::destinationUnusable, model().status());
+}
+
+void ImportCommand::finished() {
+    const ImportRunner::Progress& progress = model().progress();
+    report().finished(progress, isInterrupted());
+    if (isInterrupted()) return end();
+    if (progress.failed > 0) setStatus(ExitStatus::filesFailed);
+    nextCamera();
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Camera.h"
+#include "CommandLine.h"
+#include "ModelCommand.h"
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
+
+namespace bildkurier {
+
+/// `cameras`, `plan` and `import`: lists the cameras, or plans and imports those that are meant,
+/// one after the other. An import whose camera is lost goes on when it returns.
+class ImportCommand final : public ModelCommand {
+public:
+    ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
+                  std::shared_ptr<FileStore> fileStore, MainQueue& main, Report& report, Done done);
+
+private:
+    enum class Stage : std::uint8_t {
+        beginning,
+        reading,   ///< a camera is being opened and read
+        running,   ///< its import
+        returning  ///< its import was interrupted; it has to come back
+    };
+
+    void start() override;
+    void look() override;
+    bool wants(const Camera& camera) const;
+    std::string whyUnusable() const;
+    void nextCamera();
+    void lookWhileReading();
+    void lookWhileRunning();
+    void lookForReturn();
+    /// Chooses the first day that the user wants; false when nothing was shot since then.
+    bool chooseDay();
+    Report::Plan planned();
+    void startImport();
+    void finished();
+    bool isAttached() const;
+
+    CommandLine commandLine_;
+    std::shared_ptr<FileStore> fileStore_;
+    std::deque<std::shared_ptr<Camera>> waiting_;
+    std::shared_ptr<Camera> camera_;
+    Stage stage_ = Stage::beginning;
+    bool severalCameras_ = false;
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "ExitStatus.h"
+#include "Guard.h"
+#include "Handle.h"
+#include "ImportModel.h"
+#include "MainQueue.h"
+#include "Report.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace bildkurier {
+
+/// A command that works the model as a user at the window would: it looks at what shows, and
+/// chooses. Main thread.
+class ModelCommand {
+public:
+    using Done = std::function<void(ExitStatus)>;
+
+    ModelCommand(const ModelCommand&) = delete;
+    ModelCommand& operator=(const ModelCommand&) = delete;
+    virtual ~ModelCommand() = default;
+
+    /// The cameras attached at the start have been reported: the command can begin.
+    void begin();
+
+    /// The user wants to stop: the first time after the file in flight, then at once.
+    void interrupt();
+
+    /// Whether an import was given up half-way, so that its staging folder is still there.
+    bool abandonedImport() const { return abandonedImport_; }
+
+protected:
+    /// `done` is called once. `main` and `report` must outlive this.
+    ModelCommand(std::shared_ptr<ImportModel> model, MainQueue& main, Report& report, Done done);
+
+    virtual void start() = 0;
+
+    /// The model shows something else. Not called from within the model, nor after the end.
+    virtual void look() = 0;
+
+    ImportModel& model() const { return *model_; }
+    Report& report() const { return report_; }
+    bool isImporting() const { return model_->phase() == ImportModel::Phase::importing; }
+    bool isInterrupted() const { return status_ == ExitStatus::interrupted; }
+
+    /// Looks as soon as the model has come to rest.
+    void lookLater();
+    void setStatus(ExitStatus status) { status_ = status; }
+    void stop(ExitStatus status, const std::string& message);
+    void end();
+
+private:
+    void modelChanged();
+
+    std::shared_ptr<ImportModel> model_;
+    MainQueue& main_;
+    Report& report_;
+    Done done_;
+    ExitStatus status_ = ExitStatus::success;
+    bool abandonedImport_ = false;
+    bool ended_ = false;
+    bool willLook_ = false;
+    ImportRunner::Progress shownProgress_;
+    SpeedMeter::Reading shownSpeed_;
+    Handle observation_;
+    Guard alive_;
+};
+
+}  // namespace bildkurier

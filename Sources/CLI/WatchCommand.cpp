@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "WatchCommand.h"
+
+#include <utility>
+
+namespace bildkurier {
+
+WatchCommand::WatchCommand(bool trusting, std::shared_ptr<ImportModel> model, MainQueue& main,
+                           Report& report, Done done)
+    : ModelCommand(std::move(model), main, report, std::move(done)), trusting_(trusting) {}
+
+void WatchCommand::start() {
+    if (!trusting_ && !model().autoImportEnabled()) {
+        return stop(ExitStatus::noCamera,
+                    "Noch ist keine Kamera vertraut: bitte mit --trust eine nennen.");
+    }
+    showStatus();
+}
+
+void WatchCommand::look() {
+    const bool wasRunning = std::exchange(running_, isImporting());
+    if (running_ && !wasRunning) {
+        report().importing({.cameraFiles = model().cameraFileCount(),
+                            .files = std::ssize(model().newFiles()),
+                            .bytes = model().newBytes(),
+                            .types = model().newByType()});
+    }
+    if (running_) return;
+    if (wasRunning) report().finished(model().progress(), isInterrupted());
+    if (isInterrupted()) return end();
+    showStatus();
+}
+
+void WatchCommand::showStatus() {
+    if (model().status() == shownStatus_) return;
+    shownStatus_ = model().status();
+    report().status(shownStatus_);
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "ModelCommand.h"
+
+#include <string>
+
+namespace bildkurier {
+
+/// `watch`: stays, tells what shows, and lets the model import the trusted camera whenever it
+/// is connected.
+class WatchCommand final : public ModelCommand {
+public:
+    /// `trusting`: a camera will be trusted as soon as it is connected.
+    WatchCommand(bool trusting, std::shared_ptr<ImportModel> model, MainQueue& main, Report& report,
+                 Done done);
+
+private:
+    void start() override;
+    void look() override;
+    void showStatus();
+
+    bool trusting_;
+    bool running_ = false;
+    std::string shownStatus_;
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,417 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "FailingFileStore.h"
+#include "Formatting.h"
+#include "ImportCommand.h"
+#include "LocalDay.h"
+#include "ModelCommandTest.h"
+
+namespace bildkurier {
+namespace {
+
+using Command = CommandLine::Command;
+
+class ImportCommandTest : public ModelCommandTest {
+protected:
+    ImportCommandTest() { settings->storedByType = false; }
+
+    void makeCommand() {
+        if (options.since) settings->storedUseFromDate = true;
+        make();
+        command = std::make_shared<ImportCommand>(options, model, files, loop, report, done());
+    }
+
+    std::shared_ptr<FakeCamera> attach(const std::string& id) {
+        if (!command) makeCommand();
+        return ModelCommandTest::attach(id);
+    }
+
+    void begin() {
+        if (!command) makeCommand();
+        command->begin();
+        loop.settle();
+    }
+
+    CommandLine options{.command = Command::import};
+    std::shared_ptr<ImportCommand> command;
+};
+
+TEST_F(ImportCommandTest, ListsCameras) {
+    options.command = Command::cameras;
+    attach("A");
+    attach("B");
+    begin();
+    EXPECT_EQ(reported(), (Lines{"camera: A", "camera: B"}));
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, SaysWhenThereIsNoCamera) {
+    for (const Command which : {Command::cameras, Command::plan, Command::import}) {
+        options.command = which;
+        ends.clear();
+        command.reset();
+        begin();
+        EXPECT_EQ(reported(), (Lines{"error: Keine Kamera gefunden."}));
+        expectEnd(ExitStatus::noCamera);
+    }
+}
+
+TEST_F(ImportCommandTest, FindsACameraByNameOrIdentity) {
+    for (const std::string wish : {"Kamera B", "serial:B"}) {
+        options.camera = wish;
+        command.reset();
+        attach("A");
+        const auto wanted = attach("B");
+        begin();
+        EXPECT_EQ(model->selectedID(), "B");
+        EXPECT_EQ(wanted->opened, 1);
+        EXPECT_TRUE(ends.empty());
+    }
+    options.camera = "serial:C";
+    command.reset();
+    attach("A");
+    begin();
+    EXPECT_EQ(reported(), (Lines{"error: Kamera „serial:C“ nicht gefunden."}));
+    expectEnd(ExitStatus::noCamera);
+}
+
+TEST_F(ImportCommandTest, FindsACameraWithoutANameByTheOneItIsShownWith) {
+    options.camera = "Kamera";
+    attach("A");
+    const auto nameless = attach("B");
+    nameless->deviceName.reset();
+    begin();
+    EXPECT_EQ(model->selectedID(), "B");
+}
+
+TEST_F(ImportCommandTest, WantsToKnowWhichOfSeveralCameras) {
+    attach("A");
+    attach("B");
+    begin();
+    EXPECT_EQ(reported(),
+              (Lines{"error: Mehrere Kameras gefunden; bitte mit --camera eine wählen."}));
+    expectEnd(ExitStatus::noCamera);
+}
+
+TEST_F(ImportCommandTest, ImportsTheGivenCardsOneAfterTheOther) {
+    options.cards = {"/a", "/b"};
+    const auto first = attach("A");
+    const auto second = attach("B");
+    file(*first, "A.JPG", "aaaa");
+    file(*second, "a.jpg", "aaaa");
+    file(*second, "B.JPG", "bb");
+    begin();
+    deliver(*first);
+    deliver(*second);
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"A.JPG", "aaaa"}, {"B.JPG", "bb"}}));
+    EXPECT_EQ(
+        reported(),
+        (Lines{"camera: A", "importing: 1/1 files, 4 bytes, 1 JPG",
+               "✓ bilder/A.JPG  (" + formatBytes(4) + ")",
+               "Fertig: 1 geladen (" + formatBytes(4) + ")", "finished: 1/1 done, 0 failed",
+               "camera: B", "importing: 1/2 files, 2 bytes, 1 JPG",
+               "✓ bilder/B.JPG  (" + formatBytes(2) + ")",
+               "Fertig: 1 geladen (" + formatBytes(2) + ")", "finished: 1/1 done, 0 failed"}));
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, DoesNotPassOverACardThatIsNotThere) {
+    options.cards = {"/a", "/b"};
+    attach("A");
+    begin();
+    EXPECT_EQ(reported(), (Lines{"error: Nicht jede angegebene Karte ist ein lesbarer Ordner."}));
+    expectEnd(ExitStatus::noCamera);
+}
+
+TEST_F(ImportCommandTest, PlansWithoutTouchingTheDestination) {
+    options.command = Command::plan;
+    ASSERT_TRUE(store->createDirectory(Url::file("/bilder/CR3")));
+    store->files["/bilder/CR3/old.cr3"] = "ooo";
+    const auto camera = attach("A");
+    file(*camera, "OLD.CR3", "ooo");
+    file(*camera, "A.JPG", "aaaa");
+    file(*camera, "B.CR3", "bb");
+    begin();
+    deliver(*camera);
+    EXPECT_EQ(reported(), (Lines{"plan: 2/3 files, 6 bytes, 1 CR3, 1 JPG"}));
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"CR3/", ""}, {"CR3/old.cr3", "ooo"}}));
+    EXPECT_FALSE(lock->held);
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, LeavesOutWhatWasShotBeforeTheDay) {
+    options.since = startOfLocalDay("2024-05-09");
+    const auto camera = attach("A");
+    file(*camera, "OLD.JPG", "a")->shot = *options.since - std::chrono::milliseconds(1);
+    file(*camera, "NEW.JPG", "b")->shot = *options.since;
+    file(*camera, "LATER.JPG", "bb")->shot = *options.since + std::chrono::days(3);
+    file(*camera, "UNDATED.JPG", "c");
+    begin();
+    deliver(*camera);
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"LATER.JPG", "bb"}, {"NEW.JPG", "b"}}));
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, TakesTheNextDayWhereNothingWasShotOnTheOneAskedFor) {
+    options.since = startOfLocalDay("2024-05-09");
+    const auto camera = attach("A");
+    file(*camera, "OLD.JPG", "a")->shot = *options.since - std::chrono::days(1);
+    file(*camera, "NEXT.JPG", "b")->shot = *options.since + std::chrono::days(1);
+    file(*camera, "LAST.JPG", "bb")->shot = *options.since + std::chrono::days(2);
+    begin();
+    deliver(*camera);
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"LAST.JPG", "bb"}, {"NEXT.JPG", "b"}}));
+}
+
+TEST_F(ImportCommandTest, LoadsNothingWhenAllWasShotBeforeTheDay) {
+    options.since = startOfLocalDay("2024-05-09");
+    const auto camera = attach("A");
+    file(*camera, "OLD.JPG", "a")->shot = *options.since - std::chrono::days(1);
+    begin();
+    deliver(*camera);
+    EXPECT_EQ(reported(), (Lines{"importing: 0/1 files, 0 bytes", "finished: 0/0 done, 0 failed"}));
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, SucceedsWhenThereIsNothingToDo) {
+    const auto camera = attach("A");
+    begin();
+    deliver(*camera);
+    EXPECT_EQ(reported(), (Lines{"importing: 0/0 files, 0 bytes", "finished: 0/0 done, 0 failed"}));
+    EXPECT_EQ(store->folders.count("/bilder"), 0);
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, TellsOfFilesThatFailed) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa")->error = Error{"Lesefehler"};
+    file(*camera, "B.JPG", "bb");
+    begin();
+    deliver(*camera);
+    EXPECT_EQ(report.lines.back(), "finished: 1/2 done, 1 failed");
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(ImportCommandTest, GivesUpOnADestinationThatIsAFile) {
+    for (const Command which : {Command::plan, Command::import}) {
+        options.command = which;
+        ends.clear();
+        command.reset();
+        store->files["/bilder"] = "a file";
+        file(*attach("A"), "A.JPG", "aaaa");
+        begin();
+        EXPECT_EQ(reported(), (Lines{"error: Der Zielordner ist kein Ordner."}));
+        expectEnd(ExitStatus::destinationUnusable);
+    }
+}
+
+TEST_F(ImportCommandTest, PlansForADestinationThatMayOnlyBeRead) {
+    options.command = Command::plan;
+    const auto failing = std::make_shared<FailingFileStore>(store);
+    failing->failAt = 0;
+    failing->forGood = true;
+    files = failing;
+    ASSERT_TRUE(store->createDirectory(Url::file("/bilder")));
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    begin();
+    deliver(*camera);
+    EXPECT_EQ(reported(), (Lines{"plan: 1/1 files, 4 bytes, 1 JPG"}));
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, GivesUpWhenTheRunCannotStart) {
+    store->capacity = 1000;
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    begin();
+    deliver(*camera);
+    EXPECT_EQ(report.lines.back(),
+              "error: Kann Zielordner nicht beschreiben: Zu wenig Platz für die größte Datei (" +
+                  formatBytes(4) + " nötig, " + formatBytes(1000) + " frei).");
+    EXPECT_FALSE(lock->held);
+    expectEnd(ExitStatus::destinationUnusable);
+}
+
+TEST_F(ImportCommandTest, GivesUpWhileAnotherImportRuns) {
+    lock->takenByAnother = true;
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    begin();
+    deliver(*camera);
+    EXPECT_EQ(report.lines.back(), "error: Es läuft schon ein Import.");
+    EXPECT_EQ(store->folders.count("/bilder/.bildkurier-tmp"), 0);
+    expectEnd(ExitStatus::destinationUnusable);
+}
+
+TEST_F(ImportCommandTest, ReportsASessionThatCannotBeOpened) {
+    const auto camera = attach("A");
+    begin();
+    camera->sessionOpened(Error{"Zugriff verweigert"});
+    loop.settle();
+    EXPECT_EQ(reported(),
+              (Lines{"error: Verbindung fehlgeschlagen: Zugriff verweigert. „Digitale Bilder“, "
+                     "„Fotos“ und Canon-Software schließen, dann Kamera neu verbinden."}));
+    expectEnd(ExitStatus::noCamera);
+}
+
+TEST_F(ImportCommandTest, EndsWhenTheCameraGoesBeforeTheImport) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    begin();
+    camera->sessionOpened();
+    camera->catalogReady();
+    model->cameraBrowserDidRemove(camera);
+    loop.settle();
+    EXPECT_EQ(reported(), (Lines{"error: Die Kamera wurde getrennt."}));
+    expectEnd(ExitStatus::noCamera);
+}
+
+TEST_F(ImportCommandTest, GoesOnWhenTheCameraReturns) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    const auto second = file(*camera, "B.JPG", "bb");
+    second->holdsBack = true;
+    begin();
+    deliver(*camera);
+    reported();
+    model->cameraBrowserDidRemove(camera);
+    loop.settle();
+    EXPECT_EQ(report.lines.back(),
+              "status: Kamera getrennt. Der Import geht weiter, sobald sie wieder verbunden ist.");
+    EXPECT_TRUE(ends.empty());
+    reported();
+
+    second->holdsBack = false;
+    deliver(*returned(*camera));
+    EXPECT_EQ(report.lines.back(), "finished: 1/1 done, 0 failed");
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"A.JPG", "aaaa"}, {"B.JPG", "bb"}}));
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, IsDoneWhenNothingIsMissingAfterTheReturn) {
+    const auto camera = attach("A");
+    const auto only = file(*camera, "A.JPG", "aaaa");
+    only->holdsBack = true;
+    begin();
+    deliver(*camera);
+    model->cameraBrowserDidRemove(camera);
+    loop.settle();
+    store->files["/bilder/A.JPG"] = "aaaa";
+    deliver(*returned(*camera));
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, SaysWhyTheImportCannotGoOnAfterTheReturn) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
+    begin();
+    deliver(*camera);
+    model->cameraBrowserDidRemove(camera);
+    loop.settle();
+    lock->takenByAnother = true;
+    deliver(*returned(*camera));
+    EXPECT_EQ(report.lines.back(), "error: Es läuft schon ein Import.");
+    expectEnd(ExitStatus::destinationUnusable);
+}
+
+TEST_F(ImportCommandTest, EndsWhenTheModelDoesNotWaitForTheCamera) {
+    const auto camera = attach("A");
+    camera->deviceIdentity.reset();
+    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
+    begin();
+    deliver(*camera);
+    model->cameraBrowserDidRemove(camera);
+    loop.settle();
+    EXPECT_TRUE(report.lines.back().starts_with("error: Import gestoppt: ")) << report.lines.back();
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(ImportCommandTest, BeginsNothingOnceInterrupted) {
+    attach("A");
+    command->interrupt();
+    begin();
+    EXPECT_EQ(reported(), Lines());
+    expectEnd(ExitStatus::interrupted);
+    EXPECT_FALSE(command->abandonedImport());
+}
+
+TEST_F(ImportCommandTest, StopsAtOnceWhileNothingIsBeingLoaded) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    begin();
+    command->interrupt();
+    expectEnd(ExitStatus::interrupted);
+    deliver(*camera);
+    command->interrupt();
+    expectEnd(ExitStatus::interrupted);
+    EXPECT_EQ(reported(), Lines());
+    EXPECT_EQ(store->files.count("/bilder/A.JPG"), 0);
+}
+
+TEST_F(ImportCommandTest, StopsAtOnceWhileItWaitsForTheCamera) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
+    begin();
+    deliver(*camera);
+    model->cameraBrowserDidRemove(camera);
+    loop.settle();
+    command->interrupt();
+    expectEnd(ExitStatus::interrupted);
+}
+
+TEST_F(ImportCommandTest, FinishesTheFileInFlightAtTheFirstInterrupt) {
+    const auto camera = attach("A");
+    const auto first = file(*camera, "A.JPG", "aaaa");
+    first->holdsBack = true;
+    file(*camera, "B.JPG", "bb");
+    begin();
+    deliver(*camera);
+    command->interrupt();
+    EXPECT_TRUE(ends.empty());
+    first->deliver();
+    loop.settle();
+    EXPECT_EQ(report.lines.back(), "finished: 1/2 done, 0 failed, cancelled");
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"A.JPG", "aaaa"}}));
+    expectEnd(ExitStatus::interrupted);
+}
+
+TEST_F(ImportCommandTest, StopsAtOnceAtTheSecondInterrupt) {
+    const auto camera = attach("A");
+    const auto first = file(*camera, "A.JPG", "aaaa");
+    first->holdsBack = true;
+    begin();
+    deliver(*camera);
+    command->interrupt();
+    EXPECT_FALSE(command->abandonedImport());
+    command->interrupt();
+    EXPECT_TRUE(command->abandonedImport());
+    const Lines lines = reported();
+    ASSERT_GE(lines.size(), 2U);
+    EXPECT_EQ(lines[lines.size() - 2], "Fertig: 0 geladen (0 KB), abgebrochen");
+    EXPECT_EQ(lines.back(), "finished: 0/1 done, 0 failed, cancelled");
+    expectEnd(ExitStatus::interrupted);
+    command.reset();
+    model.reset();
+    first->deliver();
+    loop.settle();
+    EXPECT_EQ(store->files.count("/bilder/A.JPG"), 0);
+}
+
+TEST_F(ImportCommandTest, ReportsTheSpeedAsItChanges) {
+    const auto camera = attach("A");
+    const auto first = file(*camera, "A.JPG", std::string(4'000'000, 'x'));
+    first->holdsBack = true;
+    begin();
+    deliver(*camera);
+    loop.advance(Duration(2));
+    first->deliver();
+    loop.settle();
+    const Lines lines = reported();
+    EXPECT_GE(report.speedReports, 1);
+    EXPECT_EQ(lines[lines.size() - 2],
+              "Fertig: 1 geladen (" + formatBytes(4'000'000) + "), Ø " + formatSpeed(2'000'000));
+}
+
+}  // namespace
+}  // namespace bildkurier

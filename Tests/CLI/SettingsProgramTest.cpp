@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ProgramTest.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace bildkurier {
+namespace {
+
+class SettingsProgramTest : public ProgramTest {
+protected:
+    ProgramResult settings(Strings words) {
+        words.insert(words.begin(), "settings");
+        return run(words, environment);
+    }
+
+    std::string value(const std::string& key) { return settings({key}).out; }
+
+    const Environment environment{{"XDG_CONFIG_HOME", folder.makeFolder("config")}};
+};
+
+TEST_F(SettingsProgramTest, ShowsTheDefaultsOfAFreshInstallation) {
+    const auto result = settings({"--json"});
+    EXPECT_EQ(result.exitStatus, 0);
+    auto shown = nlohmann::json::parse(result.out);
+    EXPECT_TRUE(shown["dest"].get<std::string>().ends_with("/Pictures/Bildkurier"));
+    shown.erase("dest");
+    EXPECT_EQ(shown, nlohmann::json::parse(R"({
+        "destinationKind": "folder", "sftpUser": "", "sftpHost": "", "sftpPath": "",
+        "byDate": false, "byType": true, "useFromDate": false, "fromDay": null,
+        "autoImportEnabled": false, "autoImportCameraIdentity": null,
+        "autoImportCameraName": null})"));
+}
+
+TEST_F(SettingsProgramTest, KeepsEveryChoice) {
+    const struct {
+        std::string key;
+        std::string value;
+    } choices[] = {
+        {"dest", "/ziel/ordner"},
+        {"destinationKind", "sftp"},
+        {"sftpUser", "anna"},
+        {"sftpHost", "example.com:2222"},
+        {"sftpPath", "/fotos"},
+        {"byDate", "true"},
+        {"byType", "false"},
+        {"useFromDate", "true"},
+        {"fromDay", "2024-05-09"},
+        {"autoImportEnabled", "true"},
+        {"autoImportCameraIdentity", "serial:7"},
+        {"autoImportCameraName", "EOS"},
+    };
+    for (const auto& [key, chosen] : choices) {
+        const auto result = settings({key, chosen});
+        EXPECT_EQ(result.exitStatus, 0) << result.err;
+        EXPECT_EQ(result.out, "");
+    }
+    for (const auto& [key, chosen] : choices) EXPECT_EQ(value(key), key + " = " + chosen + "\n");
+}
+
+TEST_F(SettingsProgramTest, RefusesWhatIsNoValueOfThatKind) {
+    const struct {
+        Strings words;
+        std::string message;
+    } cases[] = {
+        {{"farbe"}, "Eine Einstellung „farbe“ gibt es nicht.\n"},
+        {{"byDate", "ja"}, "„ja“ ist weder true noch false.\n"},
+        {{"byType", "1"}, "„1“ ist weder true noch false.\n"},
+        {{"destinationKind", "SFTP"}, "„SFTP“ ist weder folder noch sftp.\n"},
+        {{"fromDay", "9.5.2024"}, "„9.5.2024“ ist kein Tag wie 2024-05-09.\n"},
+        {{"dest", ""}, "Der Name eines Ordners fehlt.\n"},
+    };
+    const std::string before = settings({}).out;
+    for (const auto& [words, message] : cases) {
+        const auto result = settings(words);
+        EXPECT_EQ(result.exitStatus, 2);
+        EXPECT_EQ(result.err, message);
+        EXPECT_EQ(result.out, "");
+    }
+    EXPECT_EQ(settings({}).out, before);
+}
+
+TEST_F(SettingsProgramTest, MakesADestinationThatAnImportUses) {
+    add("IMG_1.JPG", "one");
+    ASSERT_EQ(settings({"dest", destination}).exitStatus, 0);
+    ASSERT_EQ(settings({"byType", "false"}).exitStatus, 0);
+    const auto result = run({"import", "--card", card}, environment);
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_EQ(tree(destination), (Tree{{"IMG_1.JPG", "one"}}));
+}
+
+TEST_F(SettingsProgramTest, AreNotChangedByWhatAnImportIsToldOtherwise) {
+    add("IMG_1.JPG", "one");
+    ASSERT_EQ(settings({"dest", "/ziel"}).exitStatus, 0);
+    ASSERT_EQ(settings({"autoImportEnabled", "true"}).exitStatus, 0);
+    const std::string before = settings({}).out;
+    const auto result = run({"import", "--card", card, "--to", destination, "--by-date",
+                             "--no-by-type", "--since", "2024-01-01"},
+                            environment);
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_EQ(tree(destination), (Tree{{"2024-07-01/", ""}, {"2024-07-01/IMG_1.JPG", "one"}}));
+    EXPECT_EQ(settings({}).out, before);
+}
+
+}  // namespace
+}  // namespace bildkurier

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "Formatting.h"
+#include "ModelCommandTest.h"
+#include "WatchCommand.h"
+
+#include <algorithm>
+
+namespace bildkurier {
+namespace {
+
+class WatchCommandTest : public ModelCommandTest {
+protected:
+    WatchCommandTest() {
+        settings->storedByType = false;
+        EXPECT_TRUE(store->createDirectory(Url::file("/bilder")));
+    }
+
+    void trust(const std::string& identity) {
+        settings->storedAutoImport = true;
+        settings->storedIdentity = identity;
+        settings->storedName = "Kamera";
+    }
+
+    void begin(bool trusting = false) {
+        if (!model) make();
+        command = std::make_shared<WatchCommand>(trusting, model, loop, report, done());
+        command->begin();
+        loop.settle();
+    }
+
+    std::shared_ptr<WatchCommand> command;
+};
+
+TEST_F(WatchCommandTest, WantsATrustedCamera) {
+    begin();
+    EXPECT_EQ(reported(),
+              (Lines{"error: Noch ist keine Kamera vertraut: bitte mit --trust eine nennen."}));
+    expectEnd(ExitStatus::noCamera);
+}
+
+TEST_F(WatchCommandTest, ImportsTheTrustedCameraEachTimeItIsConnected) {
+    trust("serial:A");
+    begin();
+    EXPECT_EQ(reported(), (Lines{std::string("status: ") + ImportModel::searchingStatus}));
+
+    const auto first = attach("A");
+    file(*first, "A.JPG", "aaaa");
+    deliver(*first);
+    const Lines lines = reported();
+    const Lines expected{
+        "importing: 1/1 files, 4 bytes, 1 JPG", "✓ bilder/A.JPG  (" + formatBytes(4) + ")",
+        "Fertig: 1 geladen (" + formatBytes(4) + ")", "finished: 1/1 done, 0 failed"};
+    for (const auto& line : expected)
+        EXPECT_NE(std::ranges::find(lines, line), lines.end()) << line;
+    model->cameraBrowserDidRemove(first);
+
+    const auto again = returned(*first);
+    file(*again, "B.JPG", "bb");
+    deliver(*again);
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"A.JPG", "aaaa"}, {"B.JPG", "bb"}}));
+    EXPECT_TRUE(ends.empty());
+}
+
+TEST_F(WatchCommandTest, LeavesOtherCamerasAlone) {
+    trust("serial:A");
+    begin();
+    const auto other = attach("B");
+    file(*other, "B.JPG", "bb");
+    deliver(*other);
+    EXPECT_EQ(report.lines.back(),
+              "status: 1 neue Dateien (" + formatBytes(2) + ") bereit zum Import.");
+    EXPECT_TRUE(store->tree(Url::file("/bilder")).empty());
+}
+
+TEST_F(WatchCommandTest, ImportsTheCameraItIsToTrustAtOnce) {
+    make();
+    model->trustWhenConnected("Kamera B");
+    begin(true);
+    attach("A");
+    const auto wanted = attach("B");
+    file(*wanted, "B.JPG", "bb");
+    deliver(*wanted);
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"B.JPG", "bb"}}));
+    EXPECT_EQ(settings->storedIdentity, "serial:B");
+    EXPECT_TRUE(settings->storedAutoImport);
+}
+
+TEST_F(WatchCommandTest, EndsAtOnceWhileNothingIsBeingLoaded) {
+    trust("serial:A");
+    begin();
+    command->interrupt();
+    expectEnd(ExitStatus::interrupted);
+}
+
+TEST_F(WatchCommandTest, EndsAfterTheFileInFlight) {
+    trust("serial:A");
+    begin();
+    const auto camera = attach("A");
+    const auto first = file(*camera, "A.JPG", "aaaa");
+    first->holdsBack = true;
+    file(*camera, "B.JPG", "bb");
+    deliver(*camera);
+    command->interrupt();
+    EXPECT_TRUE(ends.empty());
+    first->deliver();
+    loop.settle();
+    EXPECT_EQ(report.lines.back(), "finished: 1/2 done, 0 failed, cancelled");
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"A.JPG", "aaaa"}}));
+    expectEnd(ExitStatus::interrupted);
+}
+
+TEST_F(WatchCommandTest, SaysThatAnotherImportRuns) {
+    trust("serial:A");
+    lock->takenByAnother = true;
+    begin();
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    deliver(*camera);
+    EXPECT_EQ(report.lines.back(), "status: Es läuft schon ein Import.");
+    EXPECT_TRUE(ends.empty());
+}
+
+}  // namespace
+}  // namespace bildkurier
