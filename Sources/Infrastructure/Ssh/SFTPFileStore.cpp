@@ -116,10 +116,11 @@ Result<> SFTPFileStore::createDirectory(const Url& url) {
 
 Result<> SFTPFileStore::moveItem(const Url& source, const Url& target) {
     const auto part = target.path + ".part";
-    const auto [status, output] =
-        batch(target, {command("put", source.path, part), command("rename", part, target.path)});
+    const SftpCommands upload{command("put", source.path, part),
+                              command("rename", part, target.path)};
+    const auto [status, output] = batch(target, upload);
     if (status != 0) {
-        batch(target, {command("-rm", part)});
+        if (!objection(upload)) batch(target, {command("-rm", part)});
         return failure("Übertragung fehlgeschlagen: " + message(output));
     }
     return confirm(source, target);
@@ -143,7 +144,7 @@ CommandResult SFTPFileStore::batch(const Url& server, const SftpCommands& comman
     constexpr std::int32_t notStarted = -1;
     const auto who = account(server);
     if (!who) return {notStarted, "Kein Rechner angegeben"};
-    if (auto reason = objection(*who)) return {notStarted, std::move(*reason)};
+    if (auto reason = objectionToAccount(*who)) return {notStarted, std::move(*reason)};
     const auto login = login_();
     if (login.kind == SSHLogin::Kind::missingKey)
         return {notStarted, std::string(missingKeyMessage)};

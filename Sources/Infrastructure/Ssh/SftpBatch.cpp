@@ -31,7 +31,7 @@ std::optional<std::string> objection(const SftpCommands& commands) {
     return {};
 }
 
-std::optional<std::string> objection(const std::string& account) {
+std::optional<std::string> objectionToAccount(const std::string& account) {
     if (isMisread(account) || hasControlCharacters(account))
         return "Der Benutzer oder der Rechner ist ungültig";
     return {};

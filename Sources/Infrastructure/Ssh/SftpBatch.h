@@ -17,6 +17,6 @@ using SftpCommands = std::vector<std::string>;
 std::optional<std::string> objection(const SftpCommands& commands);
 
 /// Why the client would not take `account` for a host, as a clause; absent when it does.
-std::optional<std::string> objection(const std::string& account);
+std::optional<std::string> objectionToAccount(const std::string& account);
 
 }  // namespace bildkurier
