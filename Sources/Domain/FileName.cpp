@@ -14,17 +14,6 @@ namespace {
 
 constexpr std::size_t longestFileName = 255;  // bytes, on every file system in use
 
-bool hasControlCharacters(std::string_view name) {
-    unsigned char previous = 0;
-    for (const char c : name) {
-        const auto byte = static_cast<unsigned char>(c);
-        const bool endsC1 = previous == 0xC2 && byte >= 0x80 && byte <= 0x9F;
-        if (byte < 0x20 || byte == 0x7F || endsC1) return true;
-        previous = byte;
-    }
-    return false;
-}
-
 /// Whether a character shows nothing itself, and may change what stands round it.
 bool isInvisible(UChar32 c) {
     constexpr UChar32 zeroWidthNonJoiner = 0x200C;
@@ -56,6 +45,17 @@ NameParts nameParts(std::string_view name) {
     const auto dot = name.rfind('.');
     if (dot == std::string_view::npos || dot + 1 == name.size()) return {name, {}};
     return {name.substr(0, dot), name.substr(dot + 1)};
+}
+
+bool hasControlCharacters(std::string_view text) {
+    unsigned char previous = 0;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        const bool endsC1 = previous == 0xC2 && byte >= 0x80 && byte <= 0x9F;
+        if (byte < 0x20 || byte == 0x7F || endsC1) return true;
+        previous = byte;
+    }
+    return false;
 }
 
 bool isPlainFileName(std::string_view name) {

@@ -20,6 +20,9 @@ struct NameParts {
 /// Splits the last path component of `name`. The views point into `name`.
 NameParts nameParts(std::string_view name);
 
+/// Whether there is a control character, such as NUL or a line break, in `text`.
+bool hasControlCharacters(std::string_view text);
+
 /// Whether `name` is one plain path component that may reach a file system: not empty, "."
 /// or "..", no "/", no NUL or other control character, at most 255 bytes. It need not be
 /// valid UTF-8.

@@ -62,7 +62,7 @@ std::int64_t transferred(const ImportRunner::Progress& progress) {
 }
 
 /// Without the spaces and tabs at both ends.
-std::string trimmed(const std::string& text) {
+std::string withoutBlanks(const std::string& text) {
     constexpr auto blanks = " \t";
     const auto first = text.find_first_not_of(blanks);
     if (first == std::string::npos) return {};
@@ -270,9 +270,9 @@ void ImportModel::showDestInFinder() {
 }
 
 void ImportModel::applySFTPDestination() {
-    publish(sftpUser_, trimmed(sftpUser_));
-    publish(sftpHost_, trimmed(sftpHost_));
-    publish(sftpPath_, trimmed(sftpPath_));
+    publish(sftpUser_, withoutBlanks(sftpUser_));
+    publish(sftpHost_, withoutBlanks(sftpHost_));
+    publish(sftpPath_, withoutBlanks(sftpPath_));
     settings_->setSftpUser(sftpUser_);
     settings_->setSftpHost(sftpHost_);
     settings_->setSftpPath(sftpPath_);

@@ -6,7 +6,8 @@
 
 namespace bildkurier {
 
-/// What the error of a file store contains when a server shows another key than before.
+/// What the error of a file store contains when the server showed another key than the one
+/// that is stored for it.
 inline constexpr std::string_view hostKeyMismatch = "Host key verification failed";
 
 }  // namespace bildkurier

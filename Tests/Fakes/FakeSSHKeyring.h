@@ -4,6 +4,7 @@
 
 #include "SSHKeyring.h"
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -24,6 +25,7 @@ public:
     mutable std::vector<Server> fingerprinted;  ///< servers asked for
     std::vector<Server> forgotten;
     int generated = 0;
+    std::function<void()> onImport = [] {};
 
     bool hasKey() const override { return key.has_value(); }
     std::optional<std::string> publicKey() const override { return key; }
@@ -39,6 +41,7 @@ public:
     }
     Result<> importKey(const Url& file) override {
         imported.push_back(file);
+        onImport();
         if (error) return std::unexpected(*error);
         key = "ssh-ed25519 " + file.path;
         return {};

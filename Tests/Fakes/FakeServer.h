@@ -23,8 +23,10 @@ public:
     std::optional<std::string> refusal;  ///< of every connection, in the client's words
     bool isWritable = true;
 
+    /// For the server: on this computer.
     Url stagingDirectory(const Url& destination) override {
-        return store_->stagingDirectory(destination);
+        return isServer(destination) ? Url::file("/staging")
+                                     : store_->stagingDirectory(destination);
     }
     FileKeys existingFileKeys(const Url& folder) override {
         return connects(folder) ? store_->existingFileKeys(folder) : FileKeys();

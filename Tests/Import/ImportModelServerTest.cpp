@@ -309,7 +309,6 @@ TEST_F(ImportModelServerTest, DropsACheckThatEndsAfterIt) {
 }
 
 TEST_F(ImportModelServerTest, ImportsToTheServer) {
-    store->staging = Url::file("/staging");
     file(*attached, "A.JPG", "aaaa");
     connect(attached);
     check();

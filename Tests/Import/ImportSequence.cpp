@@ -5,6 +5,7 @@
 #include "FileName.h"
 #include "Formatting.h"
 #include "LocalDay.h"
+#include "SftpUrl.h"
 
 #include <fmt/format.h>
 #include <rapidcheck.h>
@@ -37,6 +38,10 @@ constexpr auto notWritable =
     "Auto-Import ausgesetzt: Zielordner fehlt oder ist nicht beschreibbar.";
 constexpr auto noRoom = "Auto-Import ausgesetzt: zu wenig freier Platz im Zielordner.";
 constexpr auto cannotWrite = "Kann Zielordner nicht beschreiben: ";
+constexpr auto otherHostKey =
+    "Der Server zeigt einen anderen Schlüssel als beim ersten Verbinden. Nur wenn der Server neu "
+    "eingerichtet wurde: gespeicherten Server-Schlüssel vergessen.";
+constexpr auto forgotten = "Server-Schlüssel vergessen. Jetzt erneut „Verbinden und prüfen“.";
 constexpr std::int64_t plenty = 1'000'000'000'000;
 
 const std::array destinations = {"/bilder"s, "/archiv"s, "/fehlt"s};
@@ -97,7 +102,8 @@ void ImportSequence::make() {
                                    .autoImport = std::make_shared<AutoImport>(settings_, scans_),
                                    .sleepBlocker = sleepBlocker_,
                                    .folderAccess = access_,
-                                   .runLock = lock_},
+                                   .runLock = lock_,
+                                   .keyring = keyring_},
         main_, loop_);
     observation_ = model_->observe([this] { observed(); });
 }
@@ -207,6 +213,33 @@ void ImportSequence::happen(const ImportStep& step) {
             break;
         case Event::addFile:
             addFile(device, which);
+            break;
+        case Event::fillForm:
+            fillForm(which);
+            break;
+        case Event::applyServer:
+            applyServer();
+            break;
+        case Event::checkServer:
+            checkServer();
+            break;
+        case Event::forgetServer:
+            forgetServer();
+            break;
+        case Event::switchKind:
+            switchKind();
+            break;
+        case Event::changeHostKey:
+            server_->hostKey = fmt::format("SHA256:{} (ED25519)", which % 2);
+            break;
+        case Event::refuseConnections:
+            server_->refusal.reset();
+            if (which % 3 == 0) server_->refusal = "Connection refused";
+            server_->isWritable = which % 3 != 1;
+            break;
+        case Event::changeOwnKey:
+            keyring_->key.reset();
+            if (which % 3 != 0) keyring_->key = "ssh-ed25519 A";
             break;
         case Event::fillLog:
             for (int line = 0; line < 200; ++line) model_->addLog("Zeile");
@@ -346,7 +379,7 @@ void ImportSequence::catalogReady(std::size_t which) {
     }
     camera->catalogReady();
     RC_ASSERT(camera->read == camera->card);
-    if (access_->granted) {
+    if (!needsChoice()) {
         RC_ASSERT(model_->phase() == Phase::checking);
         RC_ASSERT(model_->status() == "Prüfe Zielordner …");
     } else {
@@ -432,7 +465,7 @@ void ImportSequence::start() {
     userStarts_ = true;
     model_->startImport();
     userStarts_ = false;
-    if (!access_->granted) {
+    if (needsChoice()) {
         RC_ASSERT(model_->status() == chooseFolderStatus);
         RC_ASSERT(model_->phase() == Phase::ready);
     } else if (model_->phase() == Phase::ready) {
@@ -487,6 +520,74 @@ void ImportSequence::chooseFolder(std::size_t which) {
     if (!picker_->choice) return checkNothingHappens([this] { model_->chooseDest(); });
     model_->chooseDest();
     RC_ASSERT(model_->dest() == *picker_->choice);
+}
+
+void ImportSequence::fillForm(std::size_t which) {
+    static const std::array hosts = {"nas"s, "nas:2222"s, " zweiter\t"s};
+    static const std::array paths = {"server"s, "/server"s, " /neu/server "s};
+    checkNothingHappens([&] {
+        model_->setSftpUser(which % 2 == 0 ? "anna" : "");
+        model_->setSftpHost(pick(hosts, which));
+        model_->setSftpPath(pick(paths, which / 3));
+    });
+}
+
+void ImportSequence::applyServer() {
+    checkNothingHappens([this] { model_->applySFTPDestination(); });
+    applied_.push_back(formURL());
+    RC_ASSERT(model_->sftpUser() == settings_->storedUser);
+    RC_ASSERT(model_->sftpHost() == settings_->storedHost);
+    RC_ASSERT(model_->sftpPath() == settings_->storedPath);
+    RC_ASSERT((model_->sftpChecking() && !model_->sftpStatus()));
+}
+
+/// One check from beginning to end.
+void ImportSequence::checkServer() {
+    loop_.settle();
+    check();
+    const Url before = model_->dest();
+    applyServer();
+    const Url url = formURL();
+    const FakeSSHKeyring::Server name{url.host, url.port};
+    const bool hasKey = keyring_->hasKey();
+    const auto known = keyring_->hosts.find(name);
+    const bool isKnown = known != keyring_->hosts.end();
+    const bool fails = failing_->failAt.has_value();
+    const bool mismatch =
+        !server_->refusal && hasKey && isKnown && known->second != server_->hostKey;
+    const bool isMet = hasKey && (isKnown || !server_->refusal);
+    loop_.settle();
+    RC_ASSERT(!model_->sftpChecking());
+    RC_ASSERT(model_->sftpHostIsNew() == (isMet && !isKnown));
+    RC_ASSERT(model_->sftpHostFingerprint() ==
+              (isMet ? std::optional(keyring_->hosts.at(name)) : std::nullopt));
+    RC_ASSERT(model_->sftpHostKeyMismatch() == mismatch);
+    const auto& status = model_->sftpStatus();
+    if (server_->refusal) {
+        RC_ASSERT(status == "Ordner lässt sich nicht anlegen: Connection refused");
+    } else if (!mismatch && !fails) {
+        RC_ASSERT(status == (server_->isWritable ? "Verbunden mit " + model_->sftpHost() + "."
+                                                 : "Zielordner ist nicht beschreibbar."));
+    }
+    RC_ASSERT(model_->dest() == (model_->sftpConnected() ? url : before));
+}
+
+void ImportSequence::forgetServer() {
+    checkNothingHappens([this] { model_->forgetSFTPHostKey(); });
+    const Url server = formURL();
+    RC_ASSERT(!keyring_->hosts.contains({server.host, server.port}));
+    RC_ASSERT(model_->sftpStatus() == forgotten);
+}
+
+void ImportSequence::switchKind() {
+    switchesKind_ = true;
+    const bool toServer = model_->destinationKind() == DestinationKind::folder;
+    if (toServer) {
+        serverDest_ = sftpURL(settings_->storedUser, settings_->storedHost, settings_->storedPath);
+    }
+    model_->setDestinationKind(toServer ? DestinationKind::sftp : DestinationKind::folder);
+    switchesKind_ = false;
+    RC_ASSERT(model_->destIsSFTP() == toServer);
 }
 
 void ImportSequence::storeFails(std::size_t which) {
@@ -619,6 +720,7 @@ void ImportSequence::observed() {
         const Phase from = std::exchange(phase_, model_->phase());
         changed(from, phase_);
     }
+    noteDestination();
     if (status_ != model_->status()) {
         status_ = model_->status();
         // The last word of every comparison with a folder that must be chosen again.
@@ -631,6 +733,16 @@ void ImportSequence::observed() {
     logSize_ = log.size();
     logBack_ = back;
     if (grown) logged(*back);
+}
+
+/// No server becomes the destination but one that the user has applied and that is good.
+void ImportSequence::noteDestination() {
+    if (model_->dest() == seenDest_) return;
+    seenDest_ = model_->dest();
+    if (!model_->destIsSFTP() || switchesKind_) return;
+    RC_ASSERT(model_->sftpConnected());
+    RC_ASSERT(std::ranges::find(applied_, seenDest_) != applied_.end());
+    serverDest_ = seenDest_;
 }
 
 void ImportSequence::changed(Phase from, Phase to) {
@@ -744,7 +856,28 @@ void ImportSequence::check() {
     RC_ASSERT(model_->useFromDate() == settings_->storedUseFromDate);
     RC_ASSERT(model_->byDate() == settings_->storedByDate);
     RC_ASSERT(model_->byType() == settings_->storedByType);
-    RC_ASSERT(model_->dest() == settings_->storedDestination);
+    checkDestination();
+    checkServerState();
+}
+
+void ImportSequence::checkDestination() const {
+    const Url& dest = model_->dest();
+    RC_ASSERT(dest == (model_->destIsSFTP() ? serverDest_ : settings_->storedDestination));
+    RC_ASSERT(model_->destNeedsChoice() == needsChoice());
+    RC_ASSERT(model_->destinationKind() == settings_->storedKind);
+    if (model_->destinationKind() == DestinationKind::folder) RC_ASSERT(!model_->destIsSFTP());
+}
+
+void ImportSequence::checkServerState() const {
+    const auto& status = model_->sftpStatus();
+    const bool connected = model_->sftpConnected();
+    RC_ASSERT(connected == (status && status->starts_with("Verbunden mit ")));
+    RC_ASSERT(model_->sftpHostKeyMismatch() == (status == otherHostKey));
+    if (model_->sftpHostIsNew() && status != forgotten) RC_ASSERT(model_->sftpHostFingerprint());
+    if (status == forgotten) RC_ASSERT(!model_->sftpHostFingerprint());
+    if (model_->sftpChecking()) RC_ASSERT((!status || status == forgotten));
+    const bool isIdle = loop_.mainTasks() + loop_.backgroundTasks() == 0;
+    if (isIdle) RC_ASSERT(!model_->sftpChecking());
 }
 
 /// What is pending is decided, one way or another, when the camera's files are compared with the
@@ -860,7 +993,7 @@ void ImportSequence::checkStatus() const {
             RC_ASSERT((finished || status == "Prüfe Zielordner …"));
             break;
         case Phase::ready:
-            RC_ASSERT((isStatusOfReady(status) || (finished && !access_->granted)));
+            RC_ASSERT((isStatusOfReady(status) || (finished && needsChoice())));
             break;
         case Phase::importing: {
             const auto& progress = model_->progress();
@@ -899,6 +1032,12 @@ void ImportSequence::checkNothingHappens(Action action) {
 }
 
 // What should be
+
+bool ImportSequence::needsChoice() const { return model_->dest().isFile() && !access_->granted; }
+
+Url ImportSequence::formURL() const {
+    return sftpURL(model_->sftpUser(), model_->sftpHost(), model_->sftpPath());
+}
 
 ImportSequence::Shown ImportSequence::shown() const {
     return {model_->phase(),    model_->status(),   model_->selectedID(), model_->cameras().size(),

@@ -6,6 +6,8 @@
 #include "FakeFolderAccess.h"
 #include "FakeFolderPicker.h"
 #include "FakeRunLock.h"
+#include "FakeSSHKeyring.h"
+#include "FakeServer.h"
 #include "FakeSleepBlocker.h"
 #include "ImportModel.h"
 #include "ImportStep.h"
@@ -101,9 +103,16 @@ private:
     void removeFile(std::size_t which);
     void addFile(Device& device, std::size_t which);
 
+    void fillForm(std::size_t which);
+    void applyServer();
+    void checkServer();
+    void forgetServer();
+    void switchKind();
+
     // What is seen while it happens
     void observed();
     void changed(Phase from, Phase to);
+    void noteDestination();
     void logged(const std::string& line);
     void checkLoaded(const std::string& line);
     void checkResumed(const std::string& line);
@@ -115,6 +124,8 @@ private:
     void checkCameras() const;
     void checkCatalogue() const;
     void checkStatus() const;
+    void checkDestination() const;
+    void checkServerState() const;
     bool isStatusOfReady(const std::string& status) const;
     void noteScans();
     void takeUpPending();
@@ -126,6 +137,8 @@ private:
     Shown shown() const;
     std::shared_ptr<ScriptedCamera> held() const;
     std::shared_ptr<ScriptedCamera> waitingCamera() const;
+    bool needsChoice() const;
+    Url formURL() const;
     bool isTrusted(const ScriptedCamera& camera) const;
     std::optional<Date> filterDay() const;
     CameraFiles missing(std::optional<Date> since, const FileKeys& present) const;
@@ -137,7 +150,9 @@ private:
     TimerCensus main_{loop_};
     std::shared_ptr<MemoryFileStore> store_ = std::make_shared<MemoryFileStore>();
     std::shared_ptr<FailingFileStore> failing_ = std::make_shared<FailingFileStore>(store_);
-    std::shared_ptr<ScanMemory> scans_ = std::make_shared<ScanMemory>(failing_);
+    std::shared_ptr<FakeSSHKeyring> keyring_ = std::make_shared<FakeSSHKeyring>();
+    std::shared_ptr<FakeServer> server_ = std::make_shared<FakeServer>(failing_, keyring_);
+    std::shared_ptr<ScanMemory> scans_ = std::make_shared<ScanMemory>(server_);
     std::shared_ptr<MemorySettings> settings_ = std::make_shared<MemorySettings>();
     std::shared_ptr<FakeFolderPicker> picker_ = std::make_shared<FakeFolderPicker>();
     std::shared_ptr<FakeSleepBlocker> sleepBlocker_ = std::make_shared<FakeSleepBlocker>();
@@ -168,6 +183,10 @@ private:
     bool resumeReady_ = false;
     int fruitless_ = 0;
     std::optional<std::string> pendingAutoImport_;
+    std::vector<Url> applied_;  ///< servers that were to be checked
+    Url seenDest_;
+    Url serverDest_;  ///< the server that was the destination last
+    bool switchesKind_ = false;
     bool userStarts_ = false;
     bool losesCamera_ = false;
     bool selectionDiffers_ = false;  ///< another camera was chosen during a run

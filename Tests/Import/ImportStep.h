@@ -48,6 +48,15 @@ struct ImportStep {
         storeRecovers,
         removeFile,
         addFile,
+        // The server
+        fillForm,
+        applyServer,
+        checkServer,
+        forgetServer,
+        switchKind,
+        changeHostKey,
+        refuseConnections,
+        changeOwnKey,
         // The log
         fillLog,
     };

@@ -53,6 +53,23 @@ TEST(ConfigurationFolder, IsBelowTheHomeInTheUserDatabaseWithoutAnyVariable) {
     EXPECT_EQ(configurationFolder(), homeFolder(::getuid()) + "/.config/bildkurier");
 }
 
+TEST(DataFolder, FollowsTheEnvironment) {
+    const EnvironmentVariable home("HOME", "/home/anna");
+    const struct {
+        std::optional<std::string> variable;
+        std::string folder;
+    } cases[] = {
+        {"/daten/anna", "/daten/anna"},
+        {std::nullopt, "/home/anna/.local/share"},
+        {"", "/home/anna/.local/share"},
+        {"relativ", "/home/anna/.local/share"},
+    };
+    for (const auto& [variable, folder] : cases) {
+        const EnvironmentVariable data("XDG_DATA_HOME", variable);
+        EXPECT_EQ(dataFolder(), folder);
+    }
+}
+
 TEST(RuntimeFolder, IsInTheOneOfTheSession) {
     const TemporaryFolder session;
     const EnvironmentVariable runtime("XDG_RUNTIME_DIR", session.path());

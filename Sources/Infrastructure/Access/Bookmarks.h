@@ -27,6 +27,7 @@ public:
     virtual std::optional<Found> resolve(const std::string& bookmark) = 0;
 
     /// Whether the permission was taken up and has to be given back with `stopAccess`.
+    /// A file may be meant, too. Any thread.
     virtual bool startAccess(const Url& folder) = 0;
     virtual void stopAccess(const Url& folder) = 0;
 };

@@ -58,6 +58,8 @@ std::string configurationFolder() {
     return baseDirectory("XDG_CONFIG_HOME", ".config") + "/bildkurier";
 }
 
+std::string dataFolder() { return baseDirectory("XDG_DATA_HOME", ".local/share"); }
+
 std::string runtimeFolder() {
     for (const auto& folder :
          {variable("XDG_RUNTIME_DIR"), fmt::format("/run/user/{}", ::geteuid())})

@@ -17,6 +17,9 @@ std::string homeFolder(std::uint32_t user);
 /// What the program keeps for good: bildkurier in $XDG_CONFIG_HOME or ~/.config.
 std::string configurationFolder();
 
+/// The folder for the data of all programs: $XDG_DATA_HOME or ~/.local/share.
+std::string dataFolder();
+
 /// What matters only while processes of the user run: bildkurier in $XDG_RUNTIME_DIR or
 /// /run/user/NUMBER, so that a process started without a session meets those of one; where the
 /// user has neither, in $XDG_STATE_HOME or ~/.local/state.

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "CommandRunner.h"
+#include "FileStore.h"
+#include "LocalFileStore.h"
+#include "SSHLogin.h"
+#include "SftpBatch.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bildkurier {
+
+/// Folders on SFTP servers, reached through the system's sftp client: every operation is one
+/// run of it, a listing one for each level of folders. Files are staged on this computer.
+/// Holds no connection and no state.
+///
+/// Unlike a local folder, a server may let `moveItem` replace a file that is there, and
+/// `removeItem` removes a file or an empty folder.
+class SFTPFileStore final : public FileStore {
+public:
+    /// One line of a long listing.
+    struct Entry {
+        bool isDirectory;
+        std::int64_t size;  ///< bytes
+        std::string name;   ///< the last path component
+
+        bool operator==(const Entry&) const = default;
+    };
+
+    /// Asked before every run, from the thread of the call.
+    using Login = std::function<SSHLogin()>;
+
+    static constexpr std::string_view missingKeyMessage =
+        "Noch kein ssh-Schlüssel: unter Ziel → SFTP „Schlüssel erzeugen“ oder „übernehmen“.";
+
+    /// `sftp` is the path of the client, `stagingRoot` a folder of this computer.
+    SFTPFileStore(std::shared_ptr<CommandRunner> runner, std::string sftp, Login login,
+                  Url stagingRoot);
+
+    Url stagingDirectory(const Url& destination) override;
+    FileKeys existingFileKeys(const Url& folder) override;
+    bool fileExists(const Url& url) override;
+    std::optional<std::int64_t> fileSize(const Url& url) override;
+    /// Puts an empty file there and removes it.
+    bool isWritableDirectory(const Url& url) override;
+    bool isNetworkVolume(const Url& url) override;
+    std::optional<std::int64_t> availableCapacity(const Url& url) override;
+    Result<> createDirectory(const Url& url) override;
+    /// Uploads the local file `source`. It goes once the server says that all of it is there.
+    Result<> moveItem(const Url& source, const Url& target) override;
+    void removeItem(const Url& url) override;
+
+    /// "user@host", or the host alone; absent without a host.
+    static std::optional<std::string> account(const Url& url);
+    /// The client's arguments.
+    static std::vector<std::string> arguments(const std::string& account,
+                                              std::optional<std::uint16_t> port,
+                                              const SSHLogin& login);
+    /// The client's argument that means exactly `path`.
+    static std::string quoted(std::string_view path);
+    /// What makes `path` and every folder above it that is missing.
+    static SftpCommands makeDirectories(std::string_view path);
+    /// The lines of a listing that are entries.
+    static std::vector<Entry> entries(std::string_view listing);
+    /// The line of the client's output that says why it failed; all of it if there is none.
+    static std::string message(const std::string& output);
+
+private:
+    CommandResult batch(const Url& server, const SftpCommands& commands);
+    Result<> confirm(const Url& source, const Url& target);
+
+    std::shared_ptr<CommandRunner> runner_;
+    std::string sftp_;
+    Login login_;
+    Url stagingRoot_;
+    LocalFileStore localStore_;
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "SftpBatch.h"
+
+#include "FileName.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace bildkurier {
+namespace {
+
+constexpr std::size_t longestLine = 2046;  // of the client's 2048 bytes, without "\n" and NUL
+
+/// Whether the client takes a part of it for a path, or all of it for an option.
+bool isMisread(std::string_view account) {
+    if (account.starts_with('-')) return true;
+    auto host = account.substr(account.rfind('@') + 1);
+    const bool isBracketed = host.starts_with('[') && host.find(']') == host.size() - 1;
+    if (isBracketed) account.remove_suffix(host.size());
+    return account.contains(':');
+}
+
+}  // namespace
+
+std::optional<std::string> objection(const SftpCommands& commands) {
+    if (std::ranges::any_of(commands, hasControlCharacters))
+        return "Der Pfad enthält Zeilenumbrüche oder Steuerzeichen";
+    if (std::ranges::any_of(commands, [](const auto& line) { return line.size() > longestLine; }))
+        return "Der Pfad ist zu lang";
+    return {};
+}
+
+std::optional<std::string> objectionToAccount(const std::string& account) {
+    if (isMisread(account) || hasControlCharacters(account))
+        return "Der Benutzer oder der Rechner ist ungültig";
+    return {};
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "FileKey.h"
+#include "SftpBatch.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace bildkurier {
+
+/// A walk over the folders of a server, one level after the other, which gathers the keys of
+/// the files there. It asks nothing itself: it says what to ask, and reads the answers.
+class SftpKeyWalk {
+public:
+    explicit SftpKeyWalk(std::string folder) : level_{std::move(folder)} {}
+
+    /// Whether there is a level left to list.
+    bool goesOn() const { return levelsLeft_ > 0 && !level_.empty(); }
+    /// What lists this level: one command for each of its folders.
+    SftpCommands commands() const;
+    /// Reads the client's answer and goes to the next level.
+    void read(std::string_view output);
+
+    const FileKeys& keys() const { return keys_; }
+
+private:
+    int levelsLeft_ = 8;
+    std::vector<std::string> level_;
+    FileKeys keys_;
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,454 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "HostKeyMismatch.h"
+#include "SFTPFileStore.h"
+#include "ScriptedCommandRunner.h"
+#include "TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+namespace {
+
+namespace fs = std::filesystem;
+
+Url server(std::string path) {
+    return {.scheme = "sftp", .user = "anna", .host = "nas", .path = std::move(path)};
+}
+
+class SFTPFileStoreTest : public testing::Test {
+protected:
+    /// The scripts that the client was given.
+    std::vector<std::string> scripts() const {
+        std::vector<std::string> all;
+        for (const auto& call : runner->calls) all.push_back(call.input.value_or("none"));
+        return all;
+    }
+    /// Answers one run after the other.
+    void answer(std::vector<CommandResult> results) {
+        runner->answer = [this, results = std::move(results)](const auto&) {
+            return results.at(runner->calls.size() - 1);
+        };
+    }
+    std::string quotedProbe() const { return "\"" + folder.path("root") + "/.bildkurier-probe\""; }
+
+    TemporaryFolder folder;
+    std::shared_ptr<ScriptedCommandRunner> runner = std::make_shared<ScriptedCommandRunner>();
+    SSHLogin login = SSHLogin::userSSH();
+    SFTPFileStore store{runner, "/usr/bin/sftp", [this] { return login; }, folder.url("root")};
+};
+
+const auto appKey = SSHLogin::appKey(Url::file("/data/App Support/schluessel"),
+                                     Url::file("/data/App Support/known_hosts"));
+
+TEST(SFTPArguments, UseTheAppsKeyAlone) {
+    EXPECT_EQ(
+        SFTPFileStore::arguments("nas", {}, appKey),
+        (std::vector<std::string>{"-b", "-",
+                                  "-o", "LogLevel=ERROR",
+                                  "-F", "/dev/null",
+                                  "-i", "/data/App Support/schluessel",
+                                  "-o", "IdentitiesOnly=yes",
+                                  "-o", "IdentityAgent=none",
+                                  "-o", "PasswordAuthentication=no",
+                                  "-o", "KbdInteractiveAuthentication=no",
+                                  "-o", "UserKnownHostsFile=\"/data/App Support/known_hosts\"",
+                                  "-o", "GlobalKnownHostsFile=/dev/null",
+                                  "-o", "StrictHostKeyChecking=accept-new",
+                                  "-o", "BatchMode=yes",
+                                  "-o", "ConnectTimeout=10",
+                                  "nas"}));
+}
+
+TEST(SFTPArguments, LeaveTheUsersSetupAlone) {
+    const std::vector<std::string> expected{
+        "-q", "-b", "-", "-o", "BatchMode=yes", "-o", "ConnectTimeout=10", "-P", "2222", "nas"};
+    EXPECT_EQ(SFTPFileStore::arguments("nas", 2222, SSHLogin::userSSH()), expected);
+    EXPECT_EQ(SFTPFileStore::arguments("nas", 2222, SSHLogin::missingKey()), expected);
+}
+
+TEST(SFTPArguments, NameThePortOfTheUrlOnly) {
+    for (const auto& login : {appKey, SSHLogin::userSSH()}) {
+        const auto without = SFTPFileStore::arguments("anna@nas", {}, login);
+        EXPECT_EQ(std::ranges::find(without, "-P"), without.end());
+        auto expected = without;
+        expected.insert(expected.end() - 1, {"-P", "22"});
+        EXPECT_EQ(SFTPFileStore::arguments("anna@nas", 22, login), expected);
+    }
+}
+
+TEST(SSHLogin, IsComparedByValue) {
+    EXPECT_EQ(appKey, SSHLogin::appKey(appKey.keyFile, appKey.knownHosts));
+    EXPECT_NE(appKey, SSHLogin::appKey(appKey.keyFile, Url::file("/other")));
+    EXPECT_NE(appKey, SSHLogin::appKey(Url::file("/other"), appKey.knownHosts));
+    EXPECT_NE(SSHLogin::userSSH(), SSHLogin::missingKey());
+    EXPECT_EQ(SSHLogin::userSSH(), SSHLogin::userSSH());
+}
+
+TEST(SFTPAccount, IsUserAndHost) {
+    EXPECT_EQ(SFTPFileStore::account({.user = "anna", .host = "nas"}), "anna@nas");
+    EXPECT_EQ(SFTPFileStore::account({.host = "nas"}), "nas");
+    EXPECT_EQ(SFTPFileStore::account({.user = "anna"}), std::nullopt);
+    EXPECT_EQ(SFTPFileStore::account(Url::file("/tmp")), std::nullopt);
+}
+
+TEST(SFTPQuoted, EscapesWhatQuotesDoNot) {
+    const struct {
+        std::string path;
+        std::string quoted;
+    } cases[] = {
+        {"", "\"\""},           {"a b  c.jpg", "\"a b  c.jpg\""},
+        {"a\"b", "\"a\\\"b\""}, {"a\\b", "\"a\\\\b\""},
+        {"*?[x]", "\"*?[x]\""}, {"Übung 'x' #1", "\"Übung 'x' #1\""},
+    };
+    for (const auto& [path, quoted] : cases) EXPECT_EQ(SFTPFileStore::quoted(path), quoted);
+}
+
+TEST(SFTPMakeDirectories, MakesEveryPrefix) {
+    using Commands = std::vector<std::string>;
+    EXPECT_EQ(SFTPFileStore::makeDirectories("/photos/2024"),
+              (Commands{"-mkdir \"/photos\"", "-mkdir \"/photos/2024\""}));
+    EXPECT_EQ(SFTPFileStore::makeDirectories("//a b///c/"),
+              (Commands{"-mkdir \"/a b\"", "-mkdir \"/a b/c\""}));
+    EXPECT_EQ(SFTPFileStore::makeDirectories("photos"), Commands{"-mkdir \"/photos\""});
+    EXPECT_EQ(SFTPFileStore::makeDirectories("/"), Commands{});
+    EXPECT_EQ(SFTPFileStore::makeDirectories(""), Commands{});
+}
+
+TEST(SFTPEntries, AreTheLinesThatList) {
+    const auto listing =
+        "sftp> ls -ln \"/a\"\n"
+        "drwxr-xr-x    ? 1000     1000         4096 May  9  2024 /a/b\n"
+        "\n"
+        "-rw-r--r--    1 1000     1000           12 May  9 10:00 /a/two  blanks .jpg\n"
+        "lrwxrwxrwx    1 1000     1000            4 May  9 10:00 link\n"
+        "Can't ls: \"/c\" not found\n";
+    EXPECT_EQ(SFTPFileStore::entries(listing),
+              (std::vector<SFTPFileStore::Entry>{
+                  {true, 4096, "b"}, {false, 12, "two  blanks .jpg"}, {false, 4, "link"}}));
+    EXPECT_EQ(SFTPFileStore::entries(""), std::vector<SFTPFileStore::Entry>{});
+}
+
+TEST(SFTPMessage, IsTheLastMeaningfulLine) {
+    const struct {
+        std::string output;
+        std::string message;
+    } cases[] = {
+        {"sftp> put\nremote open(\"/x\"): Permission denied\nConnection closed",
+         "remote open(\"/x\"): Permission denied"},
+        {"first\n\nsecond\n\n", "second"},
+        {"sftp> cd \"/a\"", "sftp> cd \"/a\""},
+        {"sftp> a\nConnection closed", "sftp> a\nConnection closed"},
+        {"", ""},
+        {"@@@@@@\r\nHost key verification failed.\r\nConnection closed.\r\n\r\n",
+         "Host key verification failed."},
+    };
+    for (const auto& [output, message] : cases)
+        EXPECT_EQ(SFTPFileStore::message(output), message) << output;
+}
+
+TEST_F(SFTPFileStoreTest, TellsTheClientWhoAndWhat) {
+    Url url = server("/photos");
+    url.port = 2222;
+    store.fileExists(url);
+    EXPECT_EQ(
+        runner->calls,
+        (std::vector<ScriptedCommandRunner::Call>{{"/usr/bin/sftp",
+                                                   {"-q", "-b", "-", "-o", "BatchMode=yes", "-o",
+                                                    "ConnectTimeout=10", "-P", "2222", "anna@nas"},
+                                                   "ls -ln \"/photos\"\n"}}));
+}
+
+TEST_F(SFTPFileStoreTest, AsksForTheLoginBeforeEveryRun) {
+    store.fileExists(server("/a"));
+    login = appKey;
+    store.fileExists(server("/a"));
+    EXPECT_EQ(runner->calls.at(0).arguments,
+              SFTPFileStore::arguments("anna@nas", {}, SSHLogin::userSSH()));
+    EXPECT_EQ(runner->calls.at(1).arguments, SFTPFileStore::arguments("anna@nas", {}, appKey));
+}
+
+TEST_F(SFTPFileStoreTest, StagesInOneFolderOfThisComputer) {
+    EXPECT_EQ(store.stagingDirectory(server("/a")), folder.url("root/staging"));
+    EXPECT_EQ(store.stagingDirectory(server("/b")), folder.url("root/staging"));
+    EXPECT_FALSE(fs::exists(folder.path("root")));
+}
+
+TEST_F(SFTPFileStoreTest, IsNeverANetworkVolume) {
+    EXPECT_FALSE(store.isNetworkVolume(server("/a")));
+    EXPECT_EQ(runner->calls.size(), 0U);
+}
+
+TEST_F(SFTPFileStoreTest, TakesASuccessfulListingForExistence) {
+    answer({{0, ""}, {1, "Can't ls: \"/a\" not found"}, {-1, "no client"}, {255, ""}});
+    EXPECT_TRUE(store.fileExists(server("/a")));
+    for (int n = 0; n < 3; ++n) EXPECT_FALSE(store.fileExists(server("/a")));
+}
+
+TEST_F(SFTPFileStoreTest, ReadsASizeFromTheListing) {
+    const struct {
+        CommandResult result;
+        std::optional<std::int64_t> size;
+    } cases[] = {
+        {{0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /a/x.jpg"}, 12},
+        {{0, "-rw-r--r-- 1 0 0 12 May  9 10:00 x.jpg"}, 12},
+        {{0,
+          "-rw-r--r-- 1 0 0 7 May  9 10:00 /a/X.JPG\n-rw-r--r-- 1 0 0 8 May  9 10:00 /a/x.jpg\n"
+          "-rw-r--r-- 1 0 0 9 May  9 10:00 /a/x.jpg"},
+         8},
+        {{0, "drwxr-xr-x 1 0 0 12 May  9 10:00 /a/x.jpg"}, {}},
+        {{0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /a/x.jpg/x.jpg"}, {}},
+        {{0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /a/other.jpg"}, {}},
+        {{0, "-rw-r--r-- 1 0 0 99999999999999999999 May  9 10:00 /a/x.jpg"}, {}},
+        {{0, "-rw-r--r-- 1 0 0 -1 May  9 10:00 /a/x.jpg"}, {}},
+        {{0, ""}, {}},
+        {{1, "-rw-r--r-- 1 0 0 12 May  9 10:00 /a/x.jpg"}, {}},
+    };
+    for (const auto& [result, size] : cases) {
+        runner->answer = [&result](const auto&) { return result; };
+        EXPECT_EQ(store.fileSize(server("/a/x.jpg")), size) << result.output;
+    }
+    EXPECT_EQ(scripts().front(), "ls -ln \"/a/x.jpg\"\n");
+}
+
+TEST_F(SFTPFileStoreTest, ReadsASizeWhereTheClientCannotPrintTheName) {
+    answer({{0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /\\303\\234/\\303\\274.jpg"},
+            {0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /a\\303"},
+            {0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /\\303\\274/\\303\\274"}});
+    EXPECT_EQ(store.fileSize(server("/Ü/ü.jpg")), 12);
+    EXPECT_EQ(store.fileSize(server("/a\\303")), 12);
+    EXPECT_EQ(store.fileSize(server("/ü")), std::nullopt);
+}
+
+TEST_F(SFTPFileStoreTest, ReadsTheFreeSpace) {
+    answer({{0,
+             "sftp> df \"/a\"\n        Size         Used        Avail       (root)    %Capacity\n"
+             "   264212084     19593208     80743980    244618876           7%"},
+            {1, "1 2 3"}});
+    EXPECT_EQ(store.availableCapacity(server("/a")), std::int64_t{80743980} * 1024);
+    EXPECT_EQ(store.availableCapacity(server("/a")), std::nullopt);
+    EXPECT_EQ(scripts().front(), "df \"/a\"\n");
+}
+
+TEST_F(SFTPFileStoreTest, ProbesWhetherAFolderIsWritable) {
+    runner->answer = [this](const auto&) {
+        EXPECT_EQ(fs::file_size(folder.path("root/.bildkurier-probe")), 0U);
+        return CommandResult{0, ""};
+    };
+    EXPECT_TRUE(store.isWritableDirectory(server("/photos/")));
+    EXPECT_EQ(scripts(), std::vector<std::string>{"cd \"/photos/\"\nput " + quotedProbe() +
+                                                  " \"/photos/.bildkurier-probe\"\n"
+                                                  "rm \"/photos/.bildkurier-probe\"\n"});
+    EXPECT_FALSE(fs::exists(folder.path("root/.bildkurier-probe")));
+}
+
+TEST_F(SFTPFileStoreTest, TakesAFolderForReadOnlyWhenTheProbeFails) {
+    answer({{1, "Permission denied"}});
+    EXPECT_FALSE(store.isWritableDirectory(server("/photos")));
+    EXPECT_FALSE(fs::exists(folder.path("root/.bildkurier-probe")));
+}
+
+TEST_F(SFTPFileStoreTest, ProbesNothingWithoutAPlaceForTheProbe) {
+    folder.write("root", "a file");
+    EXPECT_FALSE(store.isWritableDirectory(server("/photos")));
+    EXPECT_EQ(runner->calls.size(), 0U);
+}
+
+TEST_F(SFTPFileStoreTest, MakesAFolderAndAllAboveItInOneRun) {
+    EXPECT_TRUE(store.createDirectory(server("/photos/2024")));
+    EXPECT_TRUE(store.createDirectory(server("/")));
+    EXPECT_EQ(scripts(), (std::vector<std::string>{
+                             "-mkdir \"/photos\"\n-mkdir \"/photos/2024\"\ncd \"/photos/2024\"\n",
+                             "cd \"/\"\n"}));
+}
+
+TEST_F(SFTPFileStoreTest, SaysWhyAFolderCannotBeMade) {
+    answer({{1, "sftp> cd \"/a\"\nremote mkdir \"/a\": Permission denied\nConnection closed"}});
+    EXPECT_EQ(store.createDirectory(server("/a")).error().message,
+              "Ordner lässt sich nicht anlegen: remote mkdir \"/a\": Permission denied");
+}
+
+TEST_F(SFTPFileStoreTest, PassesOnThatTheHostKeyHasChanged) {
+    answer({{255, "@@@ WARNING @@@\r\nHost key verification failed.\r\nConnection closed"}});
+    const auto made = store.createDirectory(server("/a"));
+    ASSERT_FALSE(made);
+    EXPECT_TRUE(made.error().message.contains(hostKeyMismatch));
+}
+
+TEST_F(SFTPFileStoreTest, UploadsUnderAnotherNameThenConfirmsTheSize) {
+    const auto local = folder.write("staging/a b.jpg", "picture");
+    answer({{0, ""}, {0, "-rw-r--r-- 1 0 0 7 May  9 10:00 /p/A [1].jpg"}});
+    EXPECT_TRUE(store.moveItem(Url::file(local), server("/p/A [1].jpg")));
+    EXPECT_EQ(scripts(),
+              (std::vector<std::string>{"put \"" + local +
+                                            "\" \"/p/A [1].jpg.part\"\n"
+                                            "rename \"/p/A [1].jpg.part\" \"/p/A [1].jpg\"\n",
+                                        "ls -ln \"/p/A [1].jpg\"\n"}));
+    EXPECT_FALSE(fs::exists(local));
+}
+
+TEST_F(SFTPFileStoreTest, KeepsTheFileWhenTheUploadFails) {
+    const auto local = folder.write("staged", "picture");
+    answer({{1, "sftp> put\nwrite remote \"/p/A.part\": Failure"}, {1, "not found"}});
+    EXPECT_EQ(store.moveItem(Url::file(local), server("/p/A")).error().message,
+              "Übertragung fehlgeschlagen: write remote \"/p/A.part\": Failure");
+    EXPECT_EQ(scripts().size(), 2U);
+    EXPECT_EQ(scripts().back(), "-rm \"/p/A.part\"\n");
+    EXPECT_TRUE(fs::exists(local));
+}
+
+TEST_F(SFTPFileStoreTest, KeepsTheFileUntilTheServerHasAllOfIt) {
+    const CommandResult answers[] = {
+        {0, "-rw-r--r-- 1 0 0 6 May  9 10:00 /p/A"},
+        {0, ""},
+        {0, "drwxr-xr-x 1 0 0 7 May  9 10:00 /p/A"},
+        {255, "Connection closed"},
+    };
+    for (const auto& sizeAnswer : answers) {
+        const auto local = folder.write("staged", "picture");
+        runner->calls.clear();
+        answer({{0, ""}, sizeAnswer, {1, "rm failed"}});
+        EXPECT_EQ(store.moveItem(Url::file(local), server("/p/A")).error().message,
+                  "Größe stimmt nach der Übertragung nicht");
+        EXPECT_EQ(scripts().size(), 3U);
+        EXPECT_EQ(scripts().back(), "-rm \"/p/A\"\n");
+        EXPECT_TRUE(fs::exists(local));
+    }
+}
+
+TEST_F(SFTPFileStoreTest, BelievesTheClientWhereTheLocalSizeIsGone) {
+    EXPECT_TRUE(store.moveItem(folder.url("missing"), server("/p/A")));
+    EXPECT_EQ(runner->calls.size(), 1U);
+}
+
+TEST_F(SFTPFileStoreTest, RemovesAFileOrAnEmptyFolder) {
+    answer({{1, "failed"}});
+    store.removeItem(server("/a/b"));
+    EXPECT_EQ(scripts(), std::vector<std::string>{"-rm \"/a/b\"\n-rmdir \"/a/b\"\n"});
+}
+
+TEST_F(SFTPFileStoreTest, ListsOneLevelARun) {
+    answer({{0,
+             "sftp> -ls -ln \"/p\"\ndrwxr-xr-x 1 0 0 0 May  9 10:00 /p/a\n"
+             "drwxr-xr-x 1 0 0 0 May  9 10:00 /p/b c\n-rw-r--r-- 1 0 0 3 May  9 10:00 /p/X.JPG"},
+            {0,
+             "sftp> -ls -ln \"/p/a\"\n-rw-r--r-- 1 0 0 4 May  9 10:00 /p/a/Y.JPG\n"
+             "sftp> -ls -ln \"/p/b c\"\n-rw-r--r-- 1 0 0 5 May  9 10:00 /p/b c/Z.JPG"}});
+    EXPECT_EQ(store.existingFileKeys(server("/p")), (FileKeys{"x.jpg|3", "y.jpg|4", "z.jpg|5"}));
+    EXPECT_EQ(scripts(), (std::vector<std::string>{"-ls -ln \"/p\"\n",
+                                                   "-ls -ln \"/p/a\"\n-ls -ln \"/p/b c\"\n"}));
+}
+
+TEST_F(SFTPFileStoreTest, KeepsTheKeysItHasWhenAListingFails) {
+    answer({{0,
+             "sftp> -ls -ln \"/p\"\ndrwxr-xr-x 1 0 0 0 May  9 10:00 /p/a\n"
+             "-rw-r--r-- 1 0 0 3 May  9 10:00 /p/X.JPG"},
+            {255, "sftp> -ls -ln \"/p/a\"\n-rw-r--r-- 1 0 0 4 May  9 10:00 /p/a/Y.JPG"}});
+    EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{"x.jpg|3"});
+}
+
+TEST_F(SFTPFileStoreTest, HasNoKeysWhenTheFirstListingFails) {
+    answer({{255, "sftp> -ls -ln \"/p\"\n-rw-r--r-- 1 0 0 3 May  9 10:00 /p/X.JPG"}});
+    EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{});
+}
+
+TEST_F(SFTPFileStoreTest, SeesEightLevels) {
+    runner->answer = [](const ScriptedCommandRunner::Call& call) {
+        const auto& script = *call.input;
+        const auto path = script.substr(9, script.size() - 11);
+        return CommandResult{0, "sftp> " + script + "drwxr-xr-x 1 0 0 0 May  9 10:00 " + path +
+                                    "/d\n-rw-r--r-- 1 0 0 " + std::to_string(path.size()) +
+                                    " May  9 10:00 " + path + "/f"};
+    };
+    EXPECT_EQ(store.existingFileKeys(server("/p")),
+              (FileKeys{"f|2", "f|4", "f|6", "f|8", "f|10", "f|12", "f|14", "f|16"}));
+    EXPECT_EQ(runner->calls.size(), 8U);
+}
+
+/// Calls everything that talks to a server; answers the messages of what fails with one.
+std::vector<std::string> callEverything(SFTPFileStore& store, const Url& url, const Url& local) {
+    EXPECT_EQ(store.existingFileKeys(url), FileKeys{});
+    EXPECT_FALSE(store.fileExists(url));
+    EXPECT_EQ(store.fileSize(url), std::nullopt);
+    EXPECT_FALSE(store.isWritableDirectory(url));
+    EXPECT_EQ(store.availableCapacity(url), std::nullopt);
+    store.removeItem(url);
+    return {store.createDirectory(url).error().message, store.moveItem(local, url).error().message};
+}
+
+TEST_F(SFTPFileStoreTest, StartsNothingThatCannotGoWell) {
+    const auto local = folder.write("staged", "picture");
+    const auto withHost = [](std::string user, std::string host) {
+        return Url{
+            .scheme = "sftp", .user = std::move(user), .host = std::move(host), .path = "/a"};
+    };
+    const std::string invalid = "Der Benutzer oder der Rechner ist ungültig";
+    const std::string control = "Der Pfad enthält Zeilenumbrüche oder Steuerzeichen";
+    const std::string tooLong = "Der Pfad ist zu lang";
+    const struct {
+        Url url;
+        std::string reason;
+    } cases[] = {
+        {withHost("anna", ""), "Kein Rechner angegeben"},
+        {withHost("", "-oProxyCommand=x"), invalid},
+        {withHost("-oProxyCommand=x", "nas"), invalid},
+        {withHost("", "nas:ab"), invalid},
+        {withHost("", "a:b:c"), invalid},
+        {withHost("a:b", "nas"), invalid},
+        {withHost("", "[::1]:22"), invalid},
+        {withHost("", "nas\n"), invalid},
+        {server("/a\n!touch x"), control},
+        {server(std::string("/a\0b", 4)), control},
+        {server("/a\r"), control},
+        {server("/a\x7F"), control},
+        {server("/a\u0085"), control},
+        {server("/" + std::string(2100, 'a')), tooLong},
+    };
+    for (const auto& [url, reason] : cases) {
+        EXPECT_EQ(callEverything(store, url, Url::file(local)),
+                  (std::vector{"Ordner lässt sich nicht anlegen: " + reason,
+                               "Übertragung fehlgeschlagen: " + reason}))
+            << url.path;
+    }
+    EXPECT_EQ(runner->calls.size(), 0U);
+    EXPECT_TRUE(fs::exists(local));
+}
+
+TEST_F(SFTPFileStoreTest, StartsNothingWithoutAKey) {
+    login = SSHLogin::missingKey();
+    const auto local = folder.write("staged", "picture");
+    const std::string reason =
+        "Noch kein ssh-Schlüssel: unter Ziel → SFTP „Schlüssel erzeugen“ oder „übernehmen“.";
+    EXPECT_EQ(callEverything(store, server("/a"), Url::file(local)),
+              (std::vector{"Ordner lässt sich nicht anlegen: " + reason,
+                           "Übertragung fehlgeschlagen: " + reason}));
+    EXPECT_EQ(runner->calls.size(), 0U);
+}
+
+TEST_F(SFTPFileStoreTest, UploadsNothingFromAPathWithALineBreak) {
+    const auto local = folder.write("line\nbreak", "picture");
+    EXPECT_EQ(store.moveItem(Url::file(local), server("/a")).error().message,
+              "Übertragung fehlgeschlagen: Der Pfad enthält Zeilenumbrüche oder Steuerzeichen");
+    EXPECT_EQ(runner->calls.size(), 0U);
+    EXPECT_TRUE(fs::exists(local));
+}
+
+TEST_F(SFTPFileStoreTest, SaysThatTheClientIsMissing) {
+    answer({{-1, "/usr/bin/sftp lässt sich nicht starten: fehlt"}});
+    EXPECT_EQ(store.createDirectory(server("/a")).error().message,
+              "Ordner lässt sich nicht anlegen: /usr/bin/sftp lässt sich nicht starten: fehlt");
+}
+
+TEST_F(SFTPFileStoreTest, ReachesHostsByTheirBracketedAddress) {
+    store.fileExists({.scheme = "sftp", .user = "anna", .host = "[::1]", .path = "/a"});
+    EXPECT_EQ(runner->calls.at(0).arguments.back(), "anna@[::1]");
+}
+
+}  // namespace
+}  // namespace bildkurier
