@@ -2,9 +2,13 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "AppContainer.h"
 
+#include "AppSSHKeyring.h"
 #include "AutoImport.h"
+#include "BookmarkFileAccess.h"
 #include "BookmarkFolderAccess.h"
 #include "ExifCaptureDates.h"
+#include "Fassung.h"
+#include "FileStoreRouter.h"
 #include "ImageCaptureBrowser.h"
 #include "ImportLock.h"
 #include "ImportRunner.h"
@@ -13,41 +17,61 @@
 #include "LogindSleepBlocker.h"
 #include "MountedCards.h"
 #include "PathBookmarks.h"
+#include "ProcessCommandRunner.h"
+#include "SFTPFileStore.h"
 #include "SettingsKey.h"
 #include "UserDefaultsSettings.h"
+#include "UserFolders.h"
 
 #include <utility>
 
 namespace bildkurier {
 
 AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, Options options) {
-    constexpr bool sandboxed = false;
-    const auto store = std::make_shared<LocalFileStore>();
+    const bool sandboxed = Fassung::sandbox();
+    const auto keyring = std::make_shared<AppSSHKeyring>(AppSSHKeyring::standardDirectory(),
+                                                         std::make_shared<ProcessCommandRunner>());
+    const auto sftpStore = std::make_shared<SFTPFileStore>(
+        std::make_shared<ProcessCommandRunner>(), "/usr/bin/sftp",
+        [keyring, sandboxed] { return keyring->login(sandboxed); },
+        Fassung::zwischenOrdner(cachesFolder()));
+    const auto router =
+        std::make_shared<FileStoreRouter>(std::make_shared<LocalFileStore>(), sftpStore);
     const auto defaults = options.defaults ? options.defaults : std::make_shared<IniUserDefaults>();
     const auto settings = std::make_shared<UserDefaultsSettings>(defaults);
     const bool anyCard = options.cards.empty();
     const auto browser = std::make_shared<ImageCaptureBrowser>(std::make_unique<MountedCards>(
         main, background, std::make_shared<ExifCaptureDates>(),
         MountedCards::Options{.folders = std::move(options.cards), .volumes = anyCard}));
+    auto runner = std::make_unique<ImportRunner>(router, main, background);
+    const auto bookmarks = std::make_shared<PathBookmarks>();
     const auto lock = std::make_shared<ImportLock>();
-    auto runner = std::make_unique<ImportRunner>(store, main, background);
     const auto model = std::make_shared<ImportModel>(
-        ImportModel::Collaborators{.browser = browser,
-                                   .fileStore = store,
-                                   .settings = settings,
-                                   .folderPicker = std::move(options.folderPicker),
-                                   .runner = std::move(runner),
-                                   .autoImport = std::make_shared<AutoImport>(settings, store),
-                                   .sleepBlocker = std::make_shared<LogindSleepBlocker>(),
-                                   .folderAccess = std::make_shared<BookmarkFolderAccess>(
-                                       defaults, SettingsKey::destinationBookmark, sandboxed,
-                                       std::make_shared<PathBookmarks>()),
-                                   .runLock = lock},
+        ImportModel::Collaborators{
+            .browser = browser,
+            .fileStore = router,
+            .settings = settings,
+            .folderPicker = options.folderPicker,
+            .runner = std::move(runner),
+            .autoImport = std::make_shared<AutoImport>(settings, router),
+            .sleepBlocker = std::make_shared<LogindSleepBlocker>(),
+            .folderAccess = std::make_shared<BookmarkFolderAccess>(
+                defaults, SettingsKey::destinationBookmark, sandboxed, bookmarks),
+            .runLock = lock,
+            .keyring = keyring,
+            .workspace = nullptr,
+            .homeFolder = homeFolder()},
         main, background);
     if (options.trusted) model->trustWhenConnected(*std::move(options.trusted));
     browser->onAttachedCamerasReported = std::move(options.onAttachedCamerasReported);
-    browser->start(model);
-    return {.model = model, .fileStore = store, .runLock = lock};
+    if (options.discovers) browser->start(model);
+    const auto keys = std::make_shared<SSHKeyModel>(
+        SSHKeyModel::Collaborators{.keyring = keyring,
+                                   .picker = std::move(options.folderPicker),
+                                   .fileAccess = std::make_shared<BookmarkFileAccess>(bookmarks),
+                                   .homeFolder = homeFolder()},
+        sandboxed, main, background);
+    return {.model = model, .keys = keys, .fileStore = router, .runLock = lock};
 }
 
 }  // namespace bildkurier

@@ -8,6 +8,7 @@
 #include "ImportModel.h"
 #include "MainQueue.h"
 #include "RunLock.h"
+#include "SSHKeyModel.h"
 #include "UserDefaults.h"
 
 #include <functional>
@@ -30,11 +31,14 @@ struct AppContainer {
         std::optional<std::string> trusted;
         /// Called once the cameras attached at the start have been reported.
         std::function<void()> onAttachedCamerasReported = [] {};
+        /// Whether to look for cameras at all.
+        bool discovers = true;
     };
 
     /// What a front end works with. Ends before the main queue does.
     struct Parts {
         std::shared_ptr<ImportModel> model;
+        std::shared_ptr<SSHKeyModel> keys;
         std::shared_ptr<FileStore> fileStore;
         std::shared_ptr<RunLock> runLock;
     };

@@ -31,7 +31,7 @@ std::string complaint(const CLI::ParseError& error, const std::vector<std::strin
     const std::string subject = what.substr(0, what.find_first_of(": "));
     if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
         const std::string missing =
-            "Es fehlt ein Befehl: cameras, plan, import, watch oder settings.";
+            "Es fehlt ein Befehl: cameras, plan, import, watch, settings, key oder sftp.";
         return extras.empty() ? missing : fmt::format("Unbekannter Befehl: {}", extras.front());
     }
     if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
@@ -71,6 +71,8 @@ public:
         addImport("import", "Lädt, was am Ziel noch fehlt", Command::import);
         addWatch();
         addSettings();
+        addKey();
+        addSftp();
     }
 
     std::expected<CommandLine, CommandLineAnswer> parse(std::span<char* const> arguments) {
@@ -85,14 +87,25 @@ public:
         }
         for (std::string& card : result_.cards) card = absolute(card);
         if (result_.destination) result_.destination = absolute(*result_.destination);
+        if (result_.file) result_.file = absolute(*result_.file);
         return result_;
     }
 
 private:
-    CLI::App* addCommand(const std::string& name, const std::string& purpose, Command command) {
-        CLI::App* added = app_.add_subcommand(name, purpose);
+    static CLI::App* addGroup(CLI::App& to, const std::string& name, const std::string& purpose) {
+        CLI::App* added = to.add_subcommand(name, purpose);
         added->group("Befehle");
         added->set_help_flag("-h,--help", "Diese Hilfe")->group("Angaben");
+        return added;
+    }
+
+    CLI::App* addCommand(const std::string& name, const std::string& purpose, Command command) {
+        return addCommand(app_, name, purpose, command);
+    }
+
+    CLI::App* addCommand(CLI::App& to, const std::string& name, const std::string& purpose,
+                         Command command) {
+        CLI::App* added = addGroup(to, name, purpose);
         added->callback([this, command] { result_.command = command; });
         added->add_flag("--json", result_.json, "Ein JSON-Objekt je Zeile ausgeben");
         return added;
@@ -147,10 +160,54 @@ private:
         added->add_option("VALUE", result_.value, "Ihr neuer Wert")->option_text(" ");
     }
 
+    void addKey() {
+        CLI::App* key = addGroup(app_, "key", "Der eigene ssh-Schlüssel der App");
+        key->require_subcommand(1);
+        addCommand(*key, "show", "Zeigt den öffentlichen Schlüssel", Command::keyShow);
+        CLI::App* generate =
+            addCommand(*key, "generate", "Erzeugt einen neuen Schlüssel", Command::keyGenerate);
+        generate->add_flag("--replace", result_.replace, "Auch wenn es schon einen gibt");
+        CLI::App* import =
+            addCommand(*key, "import", "Übernimmt einen vorhandenen Schlüssel", Command::keyImport);
+        import->add_option("DATEI", result_.file, "Der private Schlüssel")
+            ->option_text(" ")
+            ->required();
+        addCommand(*key, "remove", "Löscht den Schlüssel der App", Command::keyRemove);
+    }
+
+    void addSftp() {
+        CLI::App* sftp = addGroup(app_, "sftp", "Server als Ziel");
+        sftp->require_subcommand(1);
+        addServer(*addCommand(*sftp, "check", "Verbindet, prüft und stellt das Ziel ein",
+                              Command::sftpCheck));
+        addServer(*addCommand(*sftp, "forget", "Vergisst den gespeicherten Server-Schlüssel",
+                              Command::sftpForget));
+    }
+
+    void addServer(CLI::App& app) {
+        app.add_option_function<std::string>(
+               "ADRESSE", [this](const std::string& text) { takeServer(text); },
+               "Wie sftp://benutzer@rechner:22/ordner")
+            ->option_text(" ")
+            ->required()
+            ->check(server());
+    }
+
+    void takeServer(const std::string& text) {
+        if (auto address = ServerAddress::parse(text)) result_.server = *std::move(address);
+    }
+
+    void takeDestination(const std::string& text) {
+        if (isServerAddress(text)) return takeServer(text);
+        result_.destination = text;
+    }
+
     void addDestination(CLI::App& app) {
-        app.add_option("--to", result_.destination, "Zielordner (sonst der eingestellte)")
-            ->option_text("ORDNER")
-            ->check(folder());
+        app.add_option_function<std::string>(
+               "--to", [this](const std::string& text) { takeDestination(text); },
+               "Zielordner oder sftp-Adresse (sonst das eingestellte Ziel)")
+            ->option_text("ORDNER|ADRESSE")
+            ->check(destination());
         addSwitch(app, "by-date", result_.byDate, "In Ordner je Aufnahmetag sortieren",
                   "Nicht nach Aufnahmetag sortieren");
         addSwitch(app, "by-type", result_.byType, "In Ordner je Dateityp sortieren",
@@ -169,6 +226,21 @@ private:
                     if (text.empty()) return "Der Name eines Ordners fehlt.";
                     if (!text.contains("://")) return {};
                     return fmt::format("„{}“ ist kein Ordner dieses Rechners.", text);
+                },
+                {}};
+    }
+
+    static CLI::Validator server() {
+        return {[](const std::string& text) {
+                    const auto address = ServerAddress::parse(text);
+                    return address ? std::string() : address.error();
+                },
+                {}};
+    }
+
+    static CLI::Validator destination() {
+        return {[](const std::string& text) {
+                    return isServerAddress(text) ? server()(text) : folder()(text);
                 },
                 {}};
     }

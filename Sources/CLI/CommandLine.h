@@ -4,6 +4,7 @@
 
 #include "Date.h"
 #include "ExitStatus.h"
+#include "ServerAddress.h"
 
 #include <cstdint>
 #include <expected>
@@ -16,18 +17,33 @@ namespace bildkurier {
 
 /// What the user asked for.
 struct CommandLine {
-    enum class Command : std::uint8_t { cameras, plan, import, watch, settings };
+    enum class Command : std::uint8_t {
+        cameras,
+        plan,
+        import,
+        watch,
+        settings,
+        keyShow,
+        keyGenerate,
+        keyImport,
+        keyRemove,
+        sftpCheck,
+        sftpForget
+    };
 
     Command command = Command::cameras;
     std::vector<std::string> cards;          ///< folders to take for cameras, absolute
     std::optional<std::string> camera;       ///< name or identity
     std::optional<std::string> destination;  ///< absolute path; absent: as in the settings
+    std::optional<ServerAddress> server;     ///< the destination, or the one that is meant
     std::optional<bool> byDate;              ///< absent: as in the settings
     std::optional<bool> byType;
     std::optional<Date> since;
     std::optional<std::string> trust;  ///< name or identity of the camera to import by itself
     std::optional<std::string> key;    ///< of the setting to show, or to change
     std::optional<std::string> value;
+    std::optional<std::string> file;  ///< the private key to take over; absolute path
+    bool replace = false;             ///< whether the old key may be lost
     bool json = false;
 };
 

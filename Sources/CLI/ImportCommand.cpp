@@ -59,10 +59,11 @@ bool ImportCommand::wants(const Camera& camera) const {
 
 std::string ImportCommand::whyUnusable() const {
     const Url& destination = model().dest();
+    if (!destination.isFile()) return {};
     if (fileStore_->fileSize(destination)) return "Der Zielordner ist kein Ordner.";
     const bool overlapping = std::ranges::any_of(waiting_, [&](const auto& camera) {
         const auto folder = cardFolder(*camera);
-        return destination.isFile() && folder && overlaps(*folder, destination.path);
+        return folder && overlaps(*folder, destination.path);
     });
     if (!overlapping) return {};
     return "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.";

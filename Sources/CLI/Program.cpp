@@ -5,12 +5,15 @@
 #include "AppContainer.h"
 #include "BookmarkFolderAccess.h"
 #include "EventLoop.h"
+#include "GivenFile.h"
 #include "ImportCommand.h"
 #include "IniUserDefaults.h"
 #include "InterruptSignals.h"
 #include "JsonReport.h"
+#include "KeyCommand.h"
 #include "PathBookmarks.h"
 #include "ScratchDefaults.h"
+#include "ServerCommand.h"
 #include "SettingsCommand.h"
 #include "SettingsKey.h"
 #include "TextReport.h"
@@ -42,18 +45,36 @@ std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine) {
     std::set<std::string> own;
     if (commandLine.command != Command::watch)
         own.insert({Key::useFromDate, Key::fromDay, Key::autoImportEnabled});
-    if (commandLine.destination)
-        own.insert({Key::destination, Key::destinationBookmark, Key::destinationKind});
+    const bool isServersOwn = commandLine.command == Command::sftpCheck;
+    if (commandLine.destination || (commandLine.server && !isServersOwn)) {
+        own.insert({Key::destination, Key::destinationBookmark, Key::destinationKind, Key::sftpUser,
+                    Key::sftpHost, Key::sftpPath});
+    }
     if (commandLine.byDate) own.insert(Key::byDate);
     if (commandLine.byType) own.insert(Key::byType);
     auto defaults =
         std::make_shared<ScratchDefaults>(std::make_shared<IniUserDefaults>(), std::move(own));
     UserDefaultsSettings settings(defaults);
     if (commandLine.destination) settings.setDestination(Url::file(*commandLine.destination));
+    if (commandLine.server && !isServersOwn) {
+        settings.setDestinationKind(DestinationKind::sftp);
+        settings.setSftpUser(commandLine.server->user);
+        settings.setSftpHost(commandLine.server->host);
+        settings.setSftpPath(commandLine.server->path);
+    }
     if (commandLine.byDate) settings.setByDate(*commandLine.byDate);
     if (commandLine.byType) settings.setByType(*commandLine.byType);
     if (commandLine.since) settings.setUseFromDate(true);
     return defaults;
+}
+
+bool isAboutServer(const CommandLine& commandLine) {
+    return commandLine.command == Command::sftpCheck || commandLine.command == Command::sftpForget;
+}
+
+bool isAboutKey(const CommandLine& commandLine) {
+    return commandLine.command == Command::keyShow || commandLine.command == Command::keyGenerate ||
+           commandLine.command == Command::keyImport || commandLine.command == Command::keyRemove;
 }
 
 std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
@@ -62,6 +83,10 @@ std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
     if (commandLine.command == Command::watch) {
         return std::make_shared<WatchCommand>(commandLine.trust.has_value(), parts.model, main,
                                               report, std::move(done));
+    }
+    if (isAboutServer(commandLine)) {
+        return std::make_shared<ServerCommand>(commandLine.command, *commandLine.server,
+                                               parts.model, main, report, std::move(done));
     }
     return std::make_shared<ImportCommand>(commandLine, parts.model, parts.fileStore, main, report,
                                            std::move(done));
@@ -87,12 +112,14 @@ ExitStatus runModel(const CommandLine& commandLine) {
                             .defaults = defaultsFor(commandLine),
                             .folderPicker = nullptr,
                             .trusted = commandLine.trust,
-                            .onAttachedCamerasReported = [&] { command->begin(); }});
+                            .onAttachedCamerasReported = [&] { command->begin(); },
+                            .discovers = !isAboutServer(commandLine)});
     ExitStatus status = ExitStatus::success;
     command = makeCommand(commandLine, parts, loop, *report, [&](ExitStatus ended) {
         status = ended;
         loop.stop();
     });
+    if (isAboutServer(commandLine)) command->begin();
     loop.run();
 
     // From here on the signals end the program again, should a file system hang.
@@ -101,16 +128,39 @@ ExitStatus runModel(const CommandLine& commandLine) {
     const Url staging = parts.fileStore->stagingDirectory(parts.model->dest());
     command.reset();
     parts.model.reset();
+    parts.keys.reset();
     pool.reset();
     if (abandoned) parts.fileStore->removeItem(staging);
+    return status;
+}
+
+ExitStatus runKeys(const CommandLine& commandLine) {
+    EventLoop loop;
+    const auto report = makeReport(commandLine.json);
+    std::optional<ThreadPool> pool(std::in_place);
+    const auto parts =
+        AppContainer::make(loop, *pool,
+                           {.cards = {},
+                            .defaults = nullptr,
+                            .folderPicker = std::make_shared<GivenFile>(commandLine.file),
+                            .trusted = {},
+                            .discovers = false});
+    ExitStatus status = ExitStatus::success;
+    KeyCommand command(commandLine, parts.keys, *report, [&](ExitStatus ended) {
+        status = ended;
+        loop.stop();
+    });
+    command.begin();
+    loop.run();
+    pool.reset();
     return status;
 }
 
 }  // namespace
 
 ExitStatus runProgram(const CommandLine& commandLine) {
-    return commandLine.command == Command::settings ? runSettings(commandLine)
-                                                    : runModel(commandLine);
+    if (commandLine.command == Command::settings) return runSettings(commandLine);
+    return isAboutKey(commandLine) ? runKeys(commandLine) : runModel(commandLine);
 }
 
 }  // namespace bildkurier

@@ -47,6 +47,7 @@ void SSHKeyModel::importKey() {
 
 void SSHKeyModel::removeKey() {
     keyring_->removeKey();
+    publish(failed_, false);
     publish(message_, "Schlüssel der App gelöscht.");
     reload();
 }
@@ -58,11 +59,12 @@ void SSHKeyModel::run(std::string success, Work work) {
         background_, main_,
         [keyring = keyring_, work = std::move(work), success = std::move(success)] {
             const auto done = work(*keyring);
-            return done ? success : done.error().message;
+            return std::pair(done ? success : done.error().message, !done.has_value());
         },
-        guard_([this](std::string outcome) {
+        guard_([this](std::pair<std::string, bool> outcome) {
             publish(busy_, false);
-            publish(message_, std::move(outcome));
+            publish(failed_, outcome.second);
+            publish(message_, std::move(outcome.first));
             reload();
         }));
 }

@@ -42,6 +42,8 @@ public:
     const std::optional<std::string>& fingerprint() const { return fingerprint_; }
     /// What came of the last action; absent while one runs.
     const std::optional<std::string>& message() const { return message_; }
+    /// Whether that was an error.
+    bool failed() const { return failed_; }
     /// No action may be begun meanwhile.
     bool busy() const { return busy_; }
     bool keyRequired() const { return keyRequired_; }
@@ -71,6 +73,7 @@ private:
     std::optional<std::string> publicKey_;
     std::optional<std::string> fingerprint_;
     std::optional<std::string> message_;
+    bool failed_ = false;
     bool busy_ = false;
     Observers observers_;
     Guard guard_;

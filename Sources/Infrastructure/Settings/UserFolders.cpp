@@ -58,6 +58,8 @@ std::string configurationFolder() {
     return baseDirectory("XDG_CONFIG_HOME", ".config") + "/bildkurier";
 }
 
+std::string cachesFolder() { return baseDirectory("XDG_CACHE_HOME", ".cache"); }
+
 std::string dataFolder() { return baseDirectory("XDG_DATA_HOME", ".local/share"); }
 
 std::string runtimeFolder() {

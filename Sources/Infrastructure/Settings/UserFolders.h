@@ -20,6 +20,9 @@ std::string configurationFolder();
 /// The folder for the data of all programs: $XDG_DATA_HOME or ~/.local/share.
 std::string dataFolder();
 
+/// The folder for what all programs can make again: $XDG_CACHE_HOME or ~/.cache.
+std::string cachesFolder();
+
 /// What matters only while processes of the user run: bildkurier in $XDG_RUNTIME_DIR or
 /// /run/user/NUMBER, so that a process started without a session meets those of one; where the
 /// user has neither, in $XDG_STATE_HOME or ~/.local/state.

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ServerAddress.h"
+
+#include "FileName.h"
+#include "SftpUrl.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+namespace bildkurier {
+
+namespace {
+
+constexpr std::string_view scheme = "sftp://";
+
+std::optional<char> escapedByte(std::string_view text) {
+    if (text.size() < 3 || text.front() != '%') return {};
+    unsigned char byte = 0;
+    const auto parsed = std::from_chars(text.data() + 1, text.data() + 3, byte, 16);
+    if (parsed.ptr != text.data() + 3) return {};
+    return static_cast<char>(byte);
+}
+
+std::string withoutEscapes(std::string_view text) {
+    std::string plain;
+    while (!text.empty()) {
+        const auto escaped = escapedByte(text);
+        plain += escaped.value_or(text.front());
+        text.remove_prefix(escaped ? 3 : 1);
+    }
+    return plain;
+}
+
+bool hasControlCharacter(std::string_view text) {
+    return std::ranges::any_of(text, [](unsigned char c) { return c < 0x20 || c == 0x7f; });
+}
+
+std::unexpected<std::string> notAnAddress(std::string_view text) {
+    return std::unexpected(
+        fmt::format("„{}“ ist keine Adresse wie sftp://benutzer@rechner:22/ordner.",
+                    displayText(std::string(text))));
+}
+
+}  // namespace
+
+bool isServerAddress(std::string_view text) { return text.starts_with(scheme); }
+
+std::expected<ServerAddress, std::string> ServerAddress::parse(std::string_view text) {
+    if (!isServerAddress(text)) return notAnAddress(text);
+    const std::string_view rest = text.substr(scheme.size());
+    const auto slash = std::min(rest.find('/'), rest.size());
+    std::string_view authority = rest.substr(0, slash);
+    ServerAddress address{.user = {}, .host = {}, .path = withoutEscapes(rest.substr(slash))};
+    if (const auto at = authority.rfind('@'); at != std::string_view::npos) {
+        const std::string_view user = authority.substr(0, at);
+        if (user.contains(':'))
+            return std::unexpected(
+                "Ein Passwort gehört nicht in die Adresse: angemeldet wird nur "
+                "mit einem Schlüssel.");
+        address.user = withoutEscapes(user);
+        authority.remove_prefix(at + 1);
+    }
+    address.host = authority;
+    if (address.path.empty()) address.path = "/";
+    const Url url = sftpURL(address.user, address.host, address.path);
+    // What names no port is taken for a part of the host.
+    const bool odd = url.host.empty() || url.host.contains(':');
+    if (odd || hasControlCharacter(address.user + address.host + address.path))
+        return notAnAddress(text);
+    return address;
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "Fassung.h"
+
+#include <cstdlib>
+
+namespace bildkurier {
+
+bool Fassung::sandbox() {
+    // Nothing in this program changes the environment. NOLINTNEXTLINE(concurrency-mt-unsafe)
+    static const bool confined = std::getenv("APP_SANDBOX_CONTAINER_ID") != nullptr;
+    return confined;
+}
+
+Url Fassung::zwischenOrdner(const std::string& caches, const std::string& bundleIdentifier) {
+    constexpr auto usual = "local.quarzfeld.bildkurier";
+    return Url::file(caches).appending(bundleIdentifier.empty() ? usual : bundleIdentifier);
+}
+
+}  // namespace bildkurier
