@@ -19,6 +19,9 @@ public:
     virtual ~FileStoreStand() = default;
 
     virtual FileStore& store() = 0;
+    /// What reaches the staging folder: the store itself, or the local one where a server's
+    /// files are staged on this computer.
+    virtual FileStore& stagingStore() { return store(); }
     /// An empty folder into which this process may write.
     virtual Url destination() = 0;
     /// Writes a file as a download does, into a folder that exists.
@@ -29,6 +32,7 @@ public:
 
 struct FileStoreMaker {
     std::string name;  ///< letters only
+    /// Answers none where this computer lacks what the store takes: the tests skip.
     std::function<std::unique_ptr<FileStoreStand>()> make;
 };
 
@@ -37,7 +41,10 @@ struct FileStoreMaker {
 ///     INSTANTIATE_TEST_SUITE_P(Local, FileStoreContract, testing::Values(...), storeName);
 class FileStoreContract : public testing::TestWithParam<FileStoreMaker> {
 protected:
+    void SetUp() override;
+
     FileStore& store() { return stand_->store(); }
+    FileStore& stagingStore() { return stand_->stagingStore(); }
     Url destination() { return stand_->destination(); }
     Url at(std::string_view relative) { return destination().appending(relative); }
     std::optional<std::string> contents(const Url& file) { return stand_->contents(file); }
@@ -53,6 +60,10 @@ protected:
 private:
     std::unique_ptr<FileStoreStand> stand_ = GetParam().make();
 };
+
+/// What every file store must do that has its folders at hand: any but a server's, which may let
+/// a file be replaced, removes no more than one thing a call, and takes no line breaks.
+class StrictFileStoreContract : public FileStoreContract {};
 
 std::string storeName(const testing::TestParamInfo<FileStoreMaker>& info);
 

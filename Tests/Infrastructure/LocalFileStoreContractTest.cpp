@@ -36,6 +36,7 @@ private:
 const FileStoreMaker maker{"Local", [] { return std::make_unique<LocalStand>(); }};
 
 INSTANTIATE_TEST_SUITE_P(Disk, FileStoreContract, testing::Values(maker), storeName);
+INSTANTIATE_TEST_SUITE_P(Disk, StrictFileStoreContract, testing::Values(maker), storeName);
 
 }  // namespace
 

@@ -110,6 +110,12 @@ TEST(SFTPQuoted, EscapesWhatQuotesDoNot) {
     for (const auto& [path, quoted] : cases) EXPECT_EQ(SFTPFileStore::quoted(path), quoted);
 }
 
+TEST(SFTPQuoted, EscapesBracesForListingsOnly) {
+    EXPECT_EQ(SFTPFileStore::quoted("{a,b}"), "\"{a,b}\"");
+    EXPECT_EQ(SFTPFileStore::quotedForListing("{a,b}"), "\"\\{a,b\\}\"");
+    EXPECT_EQ(SFTPFileStore::quotedForListing("a\"\\*[x] b"), SFTPFileStore::quoted("a\"\\*[x] b"));
+}
+
 TEST(SFTPMakeDirectories, MakesEveryPrefix) {
     using Commands = std::vector<std::string>;
     EXPECT_EQ(SFTPFileStore::makeDirectories("/photos/2024"),
@@ -224,6 +230,14 @@ TEST_F(SFTPFileStoreTest, ReadsASizeWhereTheClientCannotPrintTheName) {
     EXPECT_EQ(store.fileSize(server("/Ü/ü.jpg")), 12);
     EXPECT_EQ(store.fileSize(server("/a\\303")), 12);
     EXPECT_EQ(store.fileSize(server("/ü")), std::nullopt);
+}
+
+TEST_F(SFTPFileStoreTest, ListsBracesAsTheyAre) {
+    store.fileExists(server("/{a}"));
+    store.fileSize(server("/{a}"));
+    store.existingFileKeys(server("/{a}"));
+    EXPECT_EQ(scripts(), (std::vector<std::string>{"ls -ln \"/\\{a\\}\"\n", "ls -ln \"/\\{a\\}\"\n",
+                                                   "-ls -ln \"/\\{a\\}\"\n"}));
 }
 
 TEST_F(SFTPFileStoreTest, ReadsTheFreeSpace) {

@@ -43,6 +43,7 @@ const FileStoreMaker makers[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Fakes, FileStoreContract, testing::ValuesIn(makers), storeName);
+INSTANTIATE_TEST_SUITE_P(Fakes, StrictFileStoreContract, testing::ValuesIn(makers), storeName);
 
 }  // namespace
 

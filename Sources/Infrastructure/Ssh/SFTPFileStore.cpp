@@ -20,11 +20,25 @@ namespace {
 
 constexpr std::string_view probeName = ".bildkurier-probe";
 
+/// `text` in quotes, with a backslash in front of each of the characters `escaped`.
+std::string quotedWith(std::string_view escaped, std::string_view text) {
+    std::string result = "\"";
+    for (const char c : text) {
+        if (escaped.contains(c)) result += '\\';
+        result += c;
+    }
+    return result + "\"";
+}
+
 template <class... Paths>
 std::string command(std::string_view verb, const Paths&... paths) {
     std::string line(verb);
     ((line += " " + SFTPFileStore::quoted(paths)), ...);
     return line;
+}
+
+std::string listCommand(const Url& url) {
+    return "ls -ln " + SFTPFileStore::quotedForListing(url.path);
 }
 
 bool makeEmptyFile(const std::string& path) {
@@ -74,11 +88,11 @@ FileKeys SFTPFileStore::existingFileKeys(const Url& folder) {
 }
 
 bool SFTPFileStore::fileExists(const Url& url) {
-    return batch(url, {command("ls -ln", url.path)}).status == 0;
+    return batch(url, {listCommand(url)}).status == 0;
 }
 
 std::optional<std::int64_t> SFTPFileStore::fileSize(const Url& url) {
-    const auto [status, output] = batch(url, {command("ls -ln", url.path)});
+    const auto [status, output] = batch(url, {listCommand(url)});
     if (status != 0) return {};
     for (const auto text : nonEmptyLines(output))
         if (const auto line = listingLine(text); line && lists(*line, url)) return line->size;
@@ -183,12 +197,11 @@ std::vector<std::string> SFTPFileStore::arguments(const std::string& account,
 std::string SFTPFileStore::quoted(std::string_view path) {
     // Between quotes the client takes wildcards for plain characters; a backslash in front of
     // one would become part of the name.
-    std::string text = "\"";
-    for (const char c : path) {
-        if (c == '"' || c == '\\') text += '\\';
-        text += c;
-    }
-    return text + "\"";
+    return quotedWith("\"\\", path);
+}
+
+std::string SFTPFileStore::quotedForListing(std::string_view path) {
+    return quotedWith("\"\\{}", path);
 }
 
 SftpCommands SFTPFileStore::makeDirectories(std::string_view path) {

@@ -66,6 +66,8 @@ public:
                                               const SSHLogin& login);
     /// The client's argument that means exactly `path`.
     static std::string quoted(std::string_view path);
+    /// The same for "ls", to which braces mean alternatives even between quotes.
+    static std::string quotedForListing(std::string_view path);
     /// What makes `path` and every folder above it that is missing.
     static SftpCommands makeDirectories(std::string_view path);
     /// The lines of a listing that are entries.

@@ -17,7 +17,7 @@ namespace {
 constexpr std::string_view echoMark = "sftp> ";
 
 std::string listCommand(const std::string& folder) {
-    return "-ls -ln " + SFTPFileStore::quoted(folder);
+    return "-ls -ln " + SFTPFileStore::quotedForListing(folder);
 }
 
 std::string join(const std::string& folder, std::string_view name) {
@@ -29,7 +29,7 @@ class EchoedFolders {
 public:
     explicit EchoedFolders(const std::vector<std::string>& level) {
         for (const auto& folder : level)
-            folders_.try_emplace(SFTPFileStore::quoted(folder), &folder);
+            folders_.try_emplace(SFTPFileStore::quotedForListing(folder), &folder);
     }
 
     const std::string* named(std::string_view echo) const {

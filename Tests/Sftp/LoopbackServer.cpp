@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "LoopbackServer.h"
+
+#include "SystemCall.h"
+
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace bildkurier {
+namespace {
+
+int checked(int answer, const char* what) {
+    if (answer < 0) throw std::system_error(errno, std::generic_category(), what);
+    return answer;
+}
+
+FileDescriptor listeningSocket() {
+    FileDescriptor listener(checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket"));
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    checked(::bind(listener.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), "bind");
+    checked(::listen(listener.get(), SOMAXCONN), "listen");
+    return listener;
+}
+
+std::uint16_t portOf(const FileDescriptor& listener) {
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    checked(::getsockname(listener.get(), reinterpret_cast<sockaddr*>(&address), &size),
+            "getsockname");
+    return ntohs(address.sin_port);
+}
+
+/// A process of the server program, in a group of its own with what it starts.
+class ServerProcess {
+public:
+    explicit ServerProcess(std::vector<std::string> command) {
+        std::array<int, 2> ends{};
+        checked(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()), "socketpair");
+        socket_ = FileDescriptor(ends[0]);
+        const FileDescriptor theirs(ends[1]);
+        posix_spawn_file_actions_t files;
+        posix_spawn_file_actions_init(&files);
+        posix_spawn_file_actions_adddup2(&files, theirs.get(), STDIN_FILENO);
+        posix_spawn_file_actions_adddup2(&files, theirs.get(), STDOUT_FILENO);
+        posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+        posix_spawnattr_t attributes;
+        posix_spawnattr_init(&attributes);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
+        std::vector<char*> words;
+        for (auto& word : command) words.push_back(word.data());
+        words.push_back(nullptr);
+        const int error =
+            posix_spawn(&process_, words.front(), &files, &attributes, words.data(), environ);
+        posix_spawnattr_destroy(&attributes);
+        posix_spawn_file_actions_destroy(&files);
+        if (error != 0) throw std::system_error(error, std::generic_category(), command.front());
+    }
+    ServerProcess(const ServerProcess&) = delete;
+    ServerProcess& operator=(const ServerProcess&) = delete;
+    ~ServerProcess() {
+        socket_.close();
+        int status = 0;
+        retried([&] { return ::waitpid(process_, &status, 0); });
+    }
+
+    const FileDescriptor& socket() const { return socket_; }
+    void kill() const { ::kill(-process_, SIGKILL); }
+
+private:
+    FileDescriptor socket_;
+    pid_t process_ = 0;
+};
+
+bool sendAll(const FileDescriptor& target, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const auto count =
+            retried([&] { return ::send(target.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL); });
+        if (count <= 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return true;
+}
+
+/// Passes on what there is; false at the end of either side or of what may pass.
+bool passOn(const FileDescriptor& source, const FileDescriptor& target, std::size_t& passed,
+            std::size_t limit) {
+    std::array<char, 16384> block{};
+    const auto count = retried([&] { return ::read(source.get(), block.data(), block.size()); });
+    if (count <= 0) return false;
+    const auto allowed = std::min(static_cast<std::size_t>(count), limit - passed);
+    passed += allowed;
+    return sendAll(target, {block.data(), allowed}) && allowed == static_cast<std::size_t>(count);
+}
+
+}  // namespace
+
+LoopbackServer::LoopbackServer(std::vector<std::string> command)
+    : command_(std::move(command)),
+      listener_(listeningSocket()),
+      port_(portOf(listener_)),
+      acceptor_([this](const std::stop_token& stop) { accept(stop); }) {}
+
+LoopbackServer::~LoopbackServer() {
+    acceptor_.request_stop();
+    ::shutdown(listener_.get(), SHUT_RDWR);
+    acceptor_.join();
+}
+
+void LoopbackServer::cutNext(Traffic limit) {
+    const std::lock_guard lock(mutex_);
+    next_ = {limit, false};
+}
+
+void LoopbackServer::killNext(Traffic limit) {
+    const std::lock_guard lock(mutex_);
+    next_ = {limit, true};
+}
+
+LoopbackServer::Traffic LoopbackServer::finished() {
+    std::vector<std::jthread> connections;
+    {
+        const std::lock_guard lock(mutex_);
+        connections.swap(connections_);
+    }
+    connections.clear();
+    const std::lock_guard lock(mutex_);
+    return last_;
+}
+
+void LoopbackServer::accept(const std::stop_token& stop) {
+    while (!stop.stop_requested()) {
+        FileDescriptor client(
+            retried([&] { return ::accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC); }));
+        if (!client) continue;
+        const std::lock_guard lock(mutex_);
+        connections_.emplace_back(
+            [this, client = std::move(client), limit = std::exchange(next_, {})]() mutable {
+                serve(std::move(client), limit);
+            });
+    }
+}
+
+void LoopbackServer::serve(FileDescriptor client, Limit limit) {
+    const ServerProcess process(command_);
+    const auto& server = process.socket();
+    Traffic passed;
+    bool open = true;
+    while (open) {
+        std::array<pollfd, 2> ends{pollfd{client.get(), POLLIN, 0},
+                                   pollfd{server.get(), POLLIN, 0}};
+        retried([&] { return ::poll(ends.data(), ends.size(), -1); });
+        if (ends[0].revents != 0)
+            open = passOn(client, server, passed.toServer, limit.traffic.toServer);
+        if (open && ends[1].revents != 0)
+            open = passOn(server, client, passed.toClient, limit.traffic.toClient);
+    }
+    if (limit.kills) process.kill();
+    const std::lock_guard lock(mutex_);
+    last_ = passed;
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "SftpServerTest.h"
+
+#include "EnvironmentVariable.h"
+#include "HostKeyMismatch.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace bildkurier {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::vector<std::string> oddNames{"a b  c   d.jpg",
+                                        " leading",
+                                        "q\"uo\"te",
+                                        "back\\slash",
+                                        "end\\",
+                                        "[x]",
+                                        "a[b-c]d",
+                                        "*",
+                                        "**.jpg",
+                                        "?",
+                                        "a\\*b",
+                                        "]",
+                                        "Übung ä",
+                                        "日本 📷",
+                                        "-rf",
+                                        "-",
+                                        "#no comment",
+                                        "!touch x",
+                                        "'single'",
+                                        "$HOME",
+                                        "~",
+                                        "\\303\\274",
+                                        "{a,b}",
+                                        "{",
+                                        "{}",
+                                        "100%",
+                                        "a;b&c|d",
+                                        "x.part"};
+
+TEST_F(SftpServerTest, TakesEveryName) {
+    for (const auto& name : oddNames) {
+        const auto moved = bring(name, "picture of " + name);
+        ASSERT_TRUE(moved) << name << ": " << moved.error().message;
+        EXPECT_FALSE(fs::exists(staged())) << name;
+        EXPECT_TRUE(store->fileExists(server->url(name))) << name;
+    }
+    Tree expected;
+    for (const auto& name : oddNames) expected[name] = "picture of " + name;
+    EXPECT_EQ(serversTree(), expected);
+}
+
+TEST_F(SftpServerTest, StagesUnderEveryName) {
+    for (const auto& name : oddNames) {
+        const auto moved =
+            store->moveItem(Url::file(local.write("staging/" + name, name)), server->url("file"));
+        ASSERT_TRUE(moved) << name << ": " << moved.error().message;
+        EXPECT_EQ(serversTree(), (Tree{{"file", name}}));
+    }
+}
+
+TEST_F(SftpServerTest, KnowsEveryNameAgain) {
+    server->makeFolder("odd");
+    FileKeys expected;
+    for (const auto& name : oddNames) {
+        if (name == "\\303\\274") continue;  // looks like an escape of the client's
+        for (const auto& folder : {"odd/" + name, std::string("odd")}) {
+            server->makeFolder(folder);
+            const auto file = folder + "/file " + name + " end";
+            std::ofstream(server->path(file)) << "picture";
+        }
+        expected.insert(fileKey("file " + name + " end", 7));
+    }
+    EXPECT_EQ(store->existingFileKeys(server->root()), expected);
+}
+
+TEST_F(SftpServerTest, KnowsUmlautsWhereTheClientCannotPrintThem) {
+    for (const char* name : {"LC_ALL", "LANG"}) {
+        const EnvironmentVariable locale(name, "C");
+        const auto moved = bring("Übung/ä.jpg", "picture");
+        EXPECT_FALSE(moved) << "the folder is missing";
+        ASSERT_TRUE(store->createDirectory(server->url("Übung")));
+        ASSERT_TRUE(bring("Übung/ä.jpg", "picture"));
+        EXPECT_EQ(store->existingFileKeys(server->root()), FileKeys{"ä.jpg|7"});
+        EXPECT_EQ(serversTree(), (Tree{{"Übung/", ""}, {"Übung/ä.jpg", "picture"}}));
+        fs::remove_all(server->path("Übung"));
+    }
+}
+
+TEST_F(SftpServerTest, SeesEightLevels) {
+    std::string folder;
+    for (int level = 1; level <= 9; ++level) {
+        std::ofstream(server->path(folder + "file" + std::to_string(level))) << "x";
+        folder += "d/";
+        server->makeFolder(folder);
+    }
+    EXPECT_EQ(store->existingFileKeys(server->root()),
+              (FileKeys{"file1|1", "file2|1", "file3|1", "file4|1", "file5|1", "file6|1", "file7|1",
+                        "file8|1"}));
+}
+
+TEST_F(SftpServerTest, MakesNineLevels) {
+    const auto deep = server->url("1/2/3/4/5/6/7/8/9");
+    ASSERT_TRUE(store->createDirectory(deep));
+    ASSERT_TRUE(bring("1/2/3/4/5/6/7/8/9/IMG.JPG", "picture"));
+    EXPECT_EQ(store->fileSize(deep.appending("IMG.JPG")), 7);
+}
+
+TEST_F(SftpServerTest, ForgesNoKeysFromNamesWithLineBreaks) {
+    std::ofstream(server->path("x\n-rw-r--r-- 1 0 0 9 May 9 10:00 IMG_2.JPG")) << "x";
+    std::ofstream(server->path("y\nsftp> -ls -ln")) << "x";
+    ASSERT_TRUE(bring("IMG_1.JPG", "picture"));
+    const auto keys = store->existingFileKeys(server->root());
+    EXPECT_FALSE(keys.contains("img_2.jpg|9"));
+    EXPECT_TRUE(keys.contains("img_1.jpg|7"));
+}
+
+TEST_F(SftpServerTest, FindsAReadOnlyFolderNotWritable) {
+    server->makeFolder("locked");
+    ASSERT_TRUE(store->isWritableDirectory(server->url("locked")));
+    fs::permissions(server->path("locked"), fs::perms::owner_read | fs::perms::owner_exec);
+    EXPECT_FALSE(store->isWritableDirectory(server->url("locked")));
+    EXPECT_FALSE(store->isWritableDirectory(server->url("missing")));
+    const auto made = store->createDirectory(server->url("locked/deeper"));
+    ASSERT_FALSE(made);
+    EXPECT_TRUE(made.error().message.starts_with("Ordner lässt sich nicht anlegen: "));
+    const auto moved = bring("locked/IMG_1.JPG", "picture");
+    ASSERT_FALSE(moved);
+    EXPECT_TRUE(moved.error().message.starts_with("Übertragung fehlgeschlagen: "));
+    EXPECT_TRUE(moved.error().message.contains("Permission denied")) << moved.error().message;
+    EXPECT_TRUE(fs::exists(staged()));
+    EXPECT_EQ(serversTree(), (Tree{{"locked/", ""}}));
+}
+
+TEST_F(SftpServerTest, LeavesNoProbe) {
+    ASSERT_TRUE(store->isWritableDirectory(server->root()));
+    EXPECT_EQ(serversTree(), Tree{});
+    EXPECT_EQ(tree(local.path("root")), Tree{});
+}
+
+TEST_F(SftpServerTest, MeasuresTheFreeSpace) {
+    const auto free = store->availableCapacity(server->root());
+    const auto here = LocalFileStore().availableCapacity(Url::file(server->path("")));
+    ASSERT_TRUE(free && here);
+    EXPECT_NEAR(static_cast<double>(*free), static_cast<double>(*here),
+                0.1 * static_cast<double>(*here));
+}
+
+TEST_F(SftpServerTest, SaysThatTheKeyIsRefused) {
+    server->refuseKeys();
+    const auto made = store->createDirectory(server->url("x"));
+    ASSERT_FALSE(made);
+    EXPECT_TRUE(made.error().message.contains("Permission denied (publickey"))
+        << made.error().message;
+    EXPECT_FALSE(store->fileExists(server->root()));
+    EXPECT_EQ(store->existingFileKeys(server->root()), FileKeys{});
+    EXPECT_FALSE(bring("IMG_1.JPG", "picture"));
+    EXPECT_TRUE(fs::exists(staged()));
+}
+
+TEST_F(SftpServerTest, RecordsANewServerAndRefusesItsOtherKey) {
+    EXPECT_FALSE(fs::exists(server->knownHosts()));
+    ASSERT_TRUE(store->createDirectory(server->url("x")));
+    ASSERT_TRUE(fs::exists(server->knownHosts()));
+    const auto recorded = fs::file_size(server->knownHosts());
+    ASSERT_TRUE(store->createDirectory(server->url("x")));
+    EXPECT_EQ(fs::file_size(server->knownHosts()), recorded);
+
+    server->changeHostKey();
+    const auto refused = store->createDirectory(server->url("y"));
+    ASSERT_FALSE(refused);
+    EXPECT_TRUE(refused.error().message.contains(hostKeyMismatch)) << refused.error().message;
+    EXPECT_FALSE(bring("IMG_1.JPG", "picture"));
+    EXPECT_TRUE(fs::exists(staged()));
+    EXPECT_EQ(serversTree(), (Tree{{"x/", ""}}));
+
+    fs::remove(server->knownHosts());
+    EXPECT_TRUE(store->createDirectory(server->url("y")));
+}
+
+TEST_F(SftpServerTest, SaysThatNobodyListens) {
+    Url nowhere = server->root();
+    nowhere.port = 1;
+    const auto made = store->createDirectory(nowhere);
+    ASSERT_FALSE(made);
+    EXPECT_TRUE(made.error().message.contains("Connection refused")) << made.error().message;
+}
+
+TEST_F(SftpServerTest, TakesALargeFile) {
+    std::string picture(20'000'000, '\0');
+    for (std::size_t i = 0; i < picture.size(); ++i)
+        picture[i] = static_cast<char>(i * 31 + i / 977);
+    ASSERT_TRUE(bring("big", picture));
+    EXPECT_TRUE(serversTree() == (Tree{{"big", picture}}));
+}
+
+TEST_F(SftpServerTest, ReplacesWhatABrokenUploadLeft) {
+    std::ofstream(server->path("IMG_1.JPG.part")) << "much longer than the picture is";
+    server->handOver(server->path("IMG_1.JPG.part"));
+    ASSERT_TRUE(bring("IMG_1.JPG", "picture"));
+    EXPECT_EQ(serversTree(), (Tree{{"IMG_1.JPG", "picture"}}));
+}
+
+TEST_F(SftpServerTest, MayBeUsedFromSeveralThreads) {
+    std::vector<std::jthread> threads;
+    std::vector<bool> outcomes(4);
+    std::mutex mutex;
+    for (std::size_t n = 0; n < outcomes.size(); ++n) {
+        threads.emplace_back([&, n] {
+            const auto name = std::to_string(n);
+            const auto moved =
+                store->moveItem(Url::file(local.write("staged " + name, name)), server->url(name));
+            const std::lock_guard lock(mutex);
+            outcomes[n] = moved.has_value();
+        });
+    }
+    threads.clear();
+    EXPECT_EQ(outcomes, std::vector<bool>(4, true));
+    EXPECT_EQ(serversTree(), (Tree{{"0", "0"}, {"1", "1"}, {"2", "2"}, {"3", "3"}}));
+}
+
+}  // namespace
+}  // namespace bildkurier

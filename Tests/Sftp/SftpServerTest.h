@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "ProcessCommandRunner.h"
+#include "SFTPFileStore.h"
+#include "SshServer.h"
+#include "TemporaryFolder.h"
+#include "Tree.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace bildkurier {
+
+/// A store, and a server of its own.
+class SftpServerTest : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!SshServer::isInstalled()) GTEST_SKIP() << "sshd fehlt (Paket openssh-server)";
+        server = std::make_unique<SshServer>();
+    }
+
+    /// What the server holds.
+    Tree serversTree() const { return tree(server->path("")); }
+    /// Uploads as an import does, from `staged()`.
+    Result<> bring(const std::string& name, const std::string& contents) {
+        return store->moveItem(Url::file(local.write("staged", contents)), server->url(name));
+    }
+    std::string staged() const { return local.path("staged"); }
+
+    std::unique_ptr<SshServer> server;
+    TemporaryFolder local;
+    std::shared_ptr<SFTPFileStore> store = std::make_shared<SFTPFileStore>(
+        std::make_shared<ProcessCommandRunner>(), "/usr/bin/sftp",
+        [this] { return server->login(); }, local.url("root"));
+};
+
+}  // namespace bildkurier
