@@ -17,6 +17,10 @@ namespace {
 
 using Command = CommandLine::Command;
 
+// Names of arguments that stand without a word in front.
+constexpr auto keyFile = "DATEI";
+constexpr auto serverAddress = "ADRESSE";
+
 /// Nothing is resolved: "link/.." means what the file system makes of it. As it is where there
 /// is no current folder any more.
 std::string absolute(const std::string& path) {
@@ -25,14 +29,35 @@ std::string absolute(const std::string& path) {
     return error ? path : found.string();
 }
 
-/// The parser's complaint in German; `extras` are the words that it did not know.
-std::string complaint(const CLI::ParseError& error, const std::vector<std::string>& extras) {
+/// "cameras, plan oder import".
+std::string commandsOf(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands(nullptr))
+        names.push_back(command->get_name());
+    const std::string last = names.back();
+    names.pop_back();
+    return fmt::format("{} oder {}", fmt::join(names, ", "), last);
+}
+
+/// What was asked for and is not there; `app` is the innermost command that was named.
+std::string whatIsMissing(const CLI::App& app, const std::string& subject,
+                          const std::vector<std::string>& extras) {
+    if (subject == keyFile) return "Es fehlt die Datei mit dem privaten Schlüssel.";
+    if (subject == serverAddress) return "Es fehlt die Adresse des Servers.";
+    if (!extras.empty()) return fmt::format("Unbekannter Befehl: {}", extras.front());
+    return fmt::format("Es fehlt ein Befehl: {}.", commandsOf(app));
+}
+
+/// The parser's complaint in German.
+std::string complaint(const CLI::ParseError& error, const CLI::App& app) {
     const std::string what = error.what();
     const std::string subject = what.substr(0, what.find_first_of(": "));
+    const std::vector<std::string> extras = app.remaining(true);
     if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
-        const std::string missing =
-            "Es fehlt ein Befehl: cameras, plan, import, watch, settings, key oder sftp.";
-        return extras.empty() ? missing : fmt::format("Unbekannter Befehl: {}", extras.front());
+        const CLI::App* innermost = &app;
+        while (!innermost->get_subcommands().empty())
+            innermost = innermost->get_subcommands().front();
+        return whatIsMissing(*innermost, subject, extras);
     }
     if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
         return fmt::format("Unbekannte Angabe: {}", fmt::join(extras, " "));
@@ -82,8 +107,8 @@ public:
             return std::unexpected(CommandLineAnswer{ExitStatus::success, app_.help()});
         } catch (const CLI::ParseError& error) {
             return std::unexpected(CommandLineAnswer{
-                ExitStatus::usage, fmt::format("{}\nMehr dazu: bildkurier-cli --help\n",
-                                               complaint(error, app_.remaining(true)))});
+                ExitStatus::usage,
+                fmt::format("{}\nMehr dazu: bildkurier-cli --help\n", complaint(error, app_))});
         }
         for (std::string& card : result_.cards) card = absolute(card);
         if (result_.destination) result_.destination = absolute(*result_.destination);
@@ -169,7 +194,7 @@ private:
         generate->add_flag("--replace", result_.replace, "Auch wenn es schon einen gibt");
         CLI::App* import =
             addCommand(*key, "import", "Übernimmt einen vorhandenen Schlüssel", Command::keyImport);
-        import->add_option("DATEI", result_.file, "Der private Schlüssel")
+        import->add_option(keyFile, result_.file, "Der private Schlüssel")
             ->option_text(" ")
             ->required();
         addCommand(*key, "remove", "Löscht den Schlüssel der App", Command::keyRemove);
@@ -186,7 +211,7 @@ private:
 
     void addServer(CLI::App& app) {
         app.add_option_function<std::string>(
-               "ADRESSE", [this](const std::string& text) { takeServer(text); },
+               serverAddress, [this](const std::string& text) { takeServer(text); },
                "Wie sftp://benutzer@rechner:22/ordner")
             ->option_text(" ")
             ->required()

@@ -81,12 +81,43 @@ TEST(CommandLine, TakesASettingAndItsValue) {
     EXPECT_EQ(parsed->value, "true");
 }
 
+TEST(CommandLine, TakesAServerForADestination) {
+    const auto parsed = parse({"import", "--to", "sftp://anna@nas:2222/fotos"});
+    ASSERT_TRUE(parsed);
+    EXPECT_EQ(parsed->destination, std::nullopt);
+    EXPECT_EQ(parsed->server,
+              (ServerAddress{.user = "anna", .host = "nas:2222", .path = "/fotos"}));
+}
+
+TEST(CommandLine, ManagesKeyAndServers) {
+    const struct {
+        std::vector<std::string> arguments;
+        Command command;
+    } cases[] = {
+        {{"key", "show"}, Command::keyShow},
+        {{"key", "generate", "--replace"}, Command::keyGenerate},
+        {{"key", "import", "id_ed25519"}, Command::keyImport},
+        {{"key", "remove"}, Command::keyRemove},
+        {{"sftp", "check", "sftp://nas/fotos"}, Command::sftpCheck},
+        {{"sftp", "forget", "sftp://nas/fotos"}, Command::sftpForget},
+    };
+    for (const auto& [arguments, command] : cases) {
+        const auto parsed = parse(arguments);
+        ASSERT_TRUE(parsed) << parsed.error().text;
+        EXPECT_EQ(parsed->command, command);
+        EXPECT_EQ(parsed->replace, command == Command::keyGenerate);
+        EXPECT_EQ(parsed->server.has_value(), arguments.front() == "sftp");
+    }
+    const auto import = parse({"key", "import", "id_ed25519"});
+    EXPECT_EQ(import->file, (std::filesystem::current_path() / "id_ed25519").string());
+}
+
 TEST(CommandLine, ExplainsInGermanWhatIsOff) {
     const struct {
         std::vector<std::string> arguments;
         std::string message;
     } cases[] = {
-        {{}, "Es fehlt ein Befehl: cameras, plan, import, watch oder settings."},
+        {{}, "Es fehlt ein Befehl: cameras, plan, import, watch, settings, key oder sftp."},
         {{"import", "--to"}, "Der Angabe --to fehlt ein Wert, oder sie steht doppelt."},
         {{"import", "--to", "/a", "--to", "/b"},
          "Der Angabe --to fehlt ein Wert, oder sie steht doppelt."},
@@ -102,8 +133,18 @@ TEST(CommandLine, ExplainsInGermanWhatIsOff) {
          "Die Angabe --by-date widerspricht einer anderen."},
         {{"frobnicate"}, "Unbekannter Befehl: frobnicate"},
         {{"cameras", "--to", "x"}, "Unbekannte Angabe: --to x"},
-        {{"import", "--to", "sftp://anna@example.com/bilder"},
-         "„sftp://anna@example.com/bilder“ ist kein Ordner dieses Rechners."},
+        {{"import", "--to", "ftp://example.com/bilder"},
+         "„ftp://example.com/bilder“ ist kein Ordner dieses Rechners."},
+        {{"import", "--to", "sftp:///bilder"},
+         "„sftp:///bilder“ ist keine Adresse wie sftp://benutzer@rechner:22/ordner."},
+        {{"key"}, "Es fehlt ein Befehl: show, generate, import oder remove."},
+        {{"key", "frobnicate"}, "Unbekannter Befehl: frobnicate"},
+        {{"key", "import"}, "Es fehlt die Datei mit dem privaten Schlüssel."},
+        {{"sftp"}, "Es fehlt ein Befehl: check oder forget."},
+        {{"sftp", "check"}, "Es fehlt die Adresse des Servers."},
+        {{"sftp", "forget", "nas"},
+         "„nas“ ist keine Adresse wie sftp://benutzer@rechner:22/ordner."},
+        {{"settings", "byDate", "true", "false"}, "Unbekannte Angabe: false"},
     };
     for (const auto& [arguments, message] : cases) {
         const auto parsed = parse(arguments);
