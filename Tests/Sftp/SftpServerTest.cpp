@@ -58,15 +58,6 @@ TEST_F(SftpServerTest, TakesEveryName) {
     EXPECT_EQ(serversTree(), expected);
 }
 
-TEST_F(SftpServerTest, StagesUnderEveryName) {
-    for (const auto& name : oddNames) {
-        const auto moved =
-            store->moveItem(Url::file(local.write("staging/" + name, name)), server->url("file"));
-        ASSERT_TRUE(moved) << name << ": " << moved.error().message;
-        EXPECT_EQ(serversTree(), (Tree{{"file", name}}));
-    }
-}
-
 TEST_F(SftpServerTest, KnowsEveryNameAgain) {
     server->makeFolder("odd");
     FileKeys expected;
