@@ -70,6 +70,7 @@ public:
         posix_spawnattr_init(&attributes);
         posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
         std::vector<char*> words;
+        words.reserve(command.size() + 1);
         for (auto& word : command) words.push_back(word.data());
         words.push_back(nullptr);
         const int error =
