@@ -137,11 +137,8 @@ TEST(ProcessCommandRunner, NeverLetsAProgramAsk) {
 TEST(ProcessCommandRunner, LeaksNoDescriptor) {
     const int leaky = ::open("/dev/null", O_RDONLY);  // NOLINT(android-cloexec-open)
     ASSERT_GE(leaky, 0);
-    const std::string standardStreamsAndTheListedFolder = "0
-        1 2 3 ";
-        const std::optional<std::string>
-            inputs[] = {{}, "x"};
-    for (const auto& input : inputs) {
+    const std::string standardStreamsAndTheListedFolder = "0\n1\n2\n3";
+    for (const auto& input : {std::optional<std::string>(), std::optional<std::string>("x")}) {
         EXPECT_EQ(ProcessCommandRunner().run("/bin/ls", {"/proc/self/fd"}, input).output,
                   standardStreamsAndTheListedFolder);
     }
