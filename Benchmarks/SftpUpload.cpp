@@ -92,19 +92,19 @@ void uploadBesideSameRunsOfTheClient(benchmark::State& state) {
     constexpr std::size_t files = 50;
     constexpr double limit = 5;  // ms
     const Uploads uploads(files, 20'000);
-    compare(state, {.ours = [&] { uploads.byStore(); },
-                    .theirs = [&] { uploads.byClient(); },
+    compare(state, {.ours = whole([&] { uploads.byStore(); }),
+                    .theirs = whole([&] { uploads.byClient(); }),
                     .prepare = [&] { uploads.prepare(); }});
     const double own =
         1000 * (state.counters["ours_s"] - state.counters["theirs_s"]) / static_cast<double>(files);
     state.counters["ms_per_file"] = own;
-    state.SetLabel(fmt::format("{} {} ms a file", own <= limit ? "within" : "OVER", limit));
+    judge(state, own, limit, "ms a file");
 }
 
 void uploadBesideBarePut(benchmark::State& state) {
     const Uploads uploads(1, 2'000'000'000);
-    compare(state, {.ours = [&] { uploads.byStore(); },
-                    .theirs = [&] { uploads.byBarePut(); },
+    compare(state, {.ours = whole([&] { uploads.byStore(); }),
+                    .theirs = whole([&] { uploads.byBarePut(); }),
                     .prepare = [&] { uploads.prepare(); },
                     .limit = 1 / 0.95});
 }
