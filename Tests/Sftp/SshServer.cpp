@@ -119,7 +119,7 @@ bool SshServer::isInstalled(Product product) {
     return fs::exists("/usr/sbin/proftpd") && fs::exists("/usr/lib/proftpd/mod_sftp.so");
 }
 
-SshServer::SshServer(Product product) {
+SshServer::SshServer(Product product) : user_(nameOf(serversUser())) {
     makeKey(folder_.path("host_key"));
     makeKey(folder_.path("key"));
     folder_.makeFolder("files");
@@ -132,7 +132,7 @@ SshServer::SshServer(Product product) {
 
 Url SshServer::url(std::string_view relative) const {
     return {.scheme = "sftp",
-            .user = nameOf(serversUser()),
+            .user = user_,
             .host = "127.0.0.1",
             .port = connection_->port(),
             .path = path(relative)};
