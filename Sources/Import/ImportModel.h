@@ -13,6 +13,8 @@
 #include "FolderPicker.h"
 #include "Guard.h"
 #include "IdleSleepBlocker.h"
+#include "ImportCandidate.h"
+#include "ImportPlanner.h"
 #include "ImportRunner.h"
 #include "ImportSelection.h"
 #include "MainQueue.h"
@@ -196,6 +198,7 @@ private:
     /// Also when the camera of that name was chosen already, but has not been opened.
     void select(std::optional<std::string> id);
     void selectCamera();
+    void setCatalog(CameraFiles files);
     void loadCatalog();
     void setCameraDays();
     void recompute();
@@ -269,8 +272,10 @@ private:
 
     std::shared_ptr<Camera> camera_;  ///< whose session is held
     CameraFiles allFiles_;            ///< its catalogue, by shot date
-    FileKeys existing_;
-    Guard scanGeneration_;  ///< renewed by each scan and camera, so that older scans are dropped
+    std::shared_ptr<const std::vector<ImportCandidate>> candidates_ =
+        std::make_shared<std::vector<ImportCandidate>>();  ///< of `allFiles_`
+    ImportPlanner planner_;  ///< of these and what the destination has; of none while unknown
+    Guard scanGeneration_;   ///< renewed by each scan and camera, so that older scans are dropped
     bool destWritable_ = false;
     std::optional<std::int64_t> destCapacity_;
     Guard sftpChecks_;      ///< never renewed: of several checks, each shows what came of it
