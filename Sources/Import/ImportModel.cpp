@@ -146,6 +146,7 @@ ImportModel::ImportModel(Collaborators collaborators, MainQueue& main, Backgroun
     runner_->onFinish = [this](const ImportRunner::Progress& p, bool cancelled) {
         importFinished(p, cancelled);
     };
+    runner_->onSettled = [this] { runSettled(); };
 }
 
 Handle ImportModel::observe(std::function<void()> changed) {
@@ -483,6 +484,11 @@ void ImportModel::recompute() {
     }
     publish(phase_, Phase::checking);
     publish(status_, "Prüfe Zielordner …");
+    // A file of an abandoned run may be about to arrive there.
+    if (runner_->isSettled()) scanDestination();
+}
+
+void ImportModel::scanDestination() {
     runThen(
         background_, main_,
         [store = fileStore_, dest = dest_, candidates = candidates_] {
@@ -551,7 +557,7 @@ void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRu
     const auto started =
         runner_->start(newFiles_, dest_, FolderLayout{.byDate = byDate_, .byType = byType_});
     if (!started) {
-        runLock_->release();
+        releaseLock();
         publish(phase_, Phase::ready);
         return publish(
             status_, fmt::format("Kann Zielordner nicht beschreiben: {}", started.error().message));
@@ -570,7 +576,16 @@ void ImportModel::cancelImport() {
 void ImportModel::endRun() {
     sleepBlocker_->end();
     speedTimer_.reset();
-    runLock_->release();
+    releaseLock();
+}
+
+void ImportModel::releaseLock() {
+    if (runner_->isSettled()) runLock_->release();
+}
+
+void ImportModel::runSettled() {
+    releaseLock();
+    if (phase_ == Phase::checking) scanDestination();
 }
 
 void ImportModel::showProgress(const ImportRunner::Progress& progress) {

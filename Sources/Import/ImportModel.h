@@ -141,6 +141,8 @@ public:
     double totalBytesProgress() const;
     /// Whether an interrupted import goes on as soon as its camera returns.
     bool awaitsCamera() const { return pendingResume_.has_value(); }
+    /// Whether nothing of a run touches the destination any more.
+    bool isSettled() const { return runner_->isSettled(); }
 
     void setSelectedID(std::optional<std::string> id);
     void setDest(const Url& dest);
@@ -202,6 +204,7 @@ private:
     void loadCatalog();
     void setCameraDays();
     void recompute();
+    void scanDestination();
     void destinationScanned(DestinationScan scan);
     void applyFilter();
     /// Whether that is another day than before.
@@ -211,6 +214,9 @@ private:
 
     /// Everything that lasts exactly as long as a run.
     void endRun();
+    /// Unless something of the run still touches the destination.
+    void releaseLock();
+    void runSettled();
     void showProgress(const ImportRunner::Progress& progress);
     void importFinished(const ImportRunner::Progress& progress, bool cancelled);
     void startSpeedMeter();

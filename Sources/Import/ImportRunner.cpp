@@ -43,6 +43,7 @@ ImportRunner::ImportRunner(std::shared_ptr<FileStore> fileStore, MainQueue& main
 
 Result<> ImportRunner::start(std::vector<std::shared_ptr<CameraFile>> files, const Url& destination,
                              FolderLayout layout) {
+    if (!isSettled()) return failure("Es läuft schon ein Import.");
     const Url staging = fileStore_->stagingDirectory(destination);
     fileStore_->removeItem(staging);
     if (auto created = fileStore_->createDirectory(staging); !created) {
@@ -72,10 +73,13 @@ Result<> ImportRunner::start(std::vector<std::shared_ptr<CameraFile>> files, con
 }
 
 void ImportRunner::abandon() {
+    if (!isRunning_) return;
     runID_.renew();
     queue_.clear();
     isRunning_ = false;
+    isWindingUp_ = true;
     stopWatching();
+    if (!isMoving_) windUp();
 }
 
 void ImportRunner::downloadNext() {
@@ -154,15 +158,17 @@ void ImportRunner::moveIntoPlace(const Item& item, const Url& staged) {
     }
     progress_.isTransferring = true;
     if (!report()) return;
+    isMoving_ = true;
     runThen(
         background_, main_,
         [store = fileStore_, run = runID_.watch(), staged,
          target = item.folder.appending(item.saveName)]() -> Result<> {
-            // By now a later run may be filling the staging folder.
             if (run.expired()) return failure("Der Import wurde abgebrochen");
             return store->moveItem(staged, target);
         },
-        runID_([this, item](const Result<>& moved) {
+        alive_([this, run = runID_.watch(), item](const Result<>& moved) {
+            isMoving_ = false;
+            if (run.expired()) return windUp();
             progress_.isTransferring = false;
             finishFile(item, moved);
         }));
@@ -188,6 +194,17 @@ void ImportRunner::finish() {
     progress_.currentName.clear();
     fileStore_->removeItem(staging_);
     if (report()) onFinish(Progress(progress_), cancelRequested_);
+}
+
+void ImportRunner::windUp() {
+    const auto settled = alive_([this] {
+        isWindingUp_ = false;
+        onSettled();
+    });
+    background_.run([store = fileStore_, staging = staging_, &main = main_, settled] {
+        store->removeItem(staging);
+        main.post(settled);
+    });
 }
 
 bool ImportRunner::log(const std::string& line) {

@@ -7,6 +7,7 @@
 #include "ImportRunner.h"
 #include "ManualRunLoop.h"
 #include "MemoryFileStore.h"
+#include "SlowMoves.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
@@ -221,6 +222,7 @@ TEST_F(ImportRunnerTest, WantsRoomForTheLargestFileAndHeadroom) {
     store->capacity = needed;
     EXPECT_TRUE(start());
     runner->abandon();
+    loop.settle();
     store->capacity = std::nullopt;
     EXPECT_TRUE(start());
 }
@@ -396,6 +398,8 @@ TEST_F(ImportRunnerTest, IgnoresACompletionOfAnEarlierRun) {
     old->holdsBack = true;
     ASSERT_TRUE(start());
     loop.settle();
+    runner->abandon();
+    loop.settle();
     files.clear();
     const auto fresh = file("B.JPG", "bb");
     fresh->holdsBack = true;
@@ -437,6 +441,77 @@ TEST_F(ImportRunnerTest, MovesNothingOnceAbandoned) {
     store->files[staging.path + "/A.JPG"] = "half";
     loop.settle();
     EXPECT_EQ(store->files.count("/bilder/A.JPG"), 0);
+}
+
+TEST_F(ImportRunnerTest, ClearsTheStagingFolderOnceAbandoned) {
+    int settled = 0;
+    runner->onSettled = [&] { ++settled; };
+    file("A.JPG", "aaaa")->holdsBack = true;
+    EXPECT_TRUE(runner->isSettled());
+    ASSERT_TRUE(start());
+    loop.settle();
+    EXPECT_FALSE(runner->isSettled());
+    files[0]->grow(2);
+    runner->abandon();
+    EXPECT_FALSE(runner->isSettled());
+    EXPECT_EQ(settled, 0);
+    EXPECT_TRUE(store->fileExists(staging.appending("A.JPG"))) << "not on the main queue";
+    loop.settle();
+    EXPECT_TRUE(runner->isSettled());
+    EXPECT_EQ(settled, 1);
+    EXPECT_FALSE(store->fileExists(staging));
+
+    runner->abandon();
+    loop.settle();
+    EXPECT_EQ(settled, 1) << "there was no run";
+}
+
+TEST_F(ImportRunnerTest, WaitsForTheFileOnItsWayWhenAbandoned) {
+    const auto slow = std::make_shared<SlowMoves>(store);
+    runner = std::make_unique<ImportRunner>(slow, loop, loop);
+    attach(*runner);
+    int settled = 0;
+    runner->onSettled = [&] { ++settled; };
+    file("A.JPG", "aaaa");
+    file("B.JPG", "bb");
+    bool wasSettled = true;
+    bool startedMeanwhile = true;
+    std::string refusal;
+    Tree staged;
+    slow->meanwhile = [&] {
+        runner->abandon();
+        loop.advance(Duration(60));
+        wasSettled = runner->isSettled();
+        const auto again = start();
+        startedMeanwhile = again.has_value();
+        if (!again) refusal = again.error().message;
+        staged = store->tree(staging);
+    };
+    ASSERT_TRUE(start());
+    loop.settle();
+    EXPECT_FALSE(wasSettled);
+    EXPECT_FALSE(startedMeanwhile);
+    EXPECT_EQ(refusal, "Es läuft schon ein Import.");
+    EXPECT_EQ(staged, (Tree{{"A.JPG", "aaaa"}}));
+    EXPECT_EQ(settled, 1);
+    EXPECT_TRUE(finished.empty());
+    EXPECT_EQ(store->tree(destination), (Tree{{"A.JPG", "aaaa"}}));
+
+    files.erase(files.begin());
+    ASSERT_TRUE(start());
+    loop.settle();
+    EXPECT_EQ(store->tree(destination), (Tree{{"A.JPG", "aaaa"}, {"B.JPG", "bb"}}));
+}
+
+TEST_F(ImportRunnerTest, RefusesAnotherRunWhileOneIsUnderWay) {
+    file("A.JPG", "aaaa")->holdsBack = true;
+    ASSERT_TRUE(start());
+    loop.settle();
+    EXPECT_FALSE(start());
+    files[0]->deliver();
+    loop.settle();
+    EXPECT_EQ(finished.size(), 1);
+    EXPECT_EQ(store->tree(destination), (Tree{{"A.JPG", "aaaa"}}));
 }
 
 TEST_F(ImportRunnerTest, LetsAnyCallbackDestroyIt) {
