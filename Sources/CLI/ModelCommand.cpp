@@ -46,7 +46,6 @@ void ModelCommand::interrupt() {
     status_ = ExitStatus::interrupted;
     if (isImporting() && isFirst) return model_->cancelImport();
     if (isImporting()) {
-        abandonedImport_ = true;
         const ImportRunner::Progress& progress = model_->progress();
         report_.log(importSummary(progress, model_->speed().average, true));
         report_.finished(progress, true);

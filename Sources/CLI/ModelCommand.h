@@ -31,9 +31,6 @@ public:
     /// The user wants to stop: the first time after the file in flight, then at once.
     void interrupt();
 
-    /// Whether an import was given up half-way, so that its staging folder is still there.
-    bool abandonedImport() const { return abandonedImport_; }
-
 protected:
     /// `done` is called once. `main` and `report` must outlive this.
     ModelCommand(std::shared_ptr<ImportModel> model, MainQueue& main, Report& report, Done done);
@@ -62,7 +59,6 @@ private:
     Report& report_;
     Done done_;
     ExitStatus status_ = ExitStatus::success;
-    bool abandonedImport_ = false;
     bool ended_ = false;
     bool willLook_ = false;
     ImportRunner::Progress shownProgress_;

@@ -124,13 +124,13 @@ ExitStatus runModel(const CommandLine& commandLine) {
 
     // From here on the signals end the program again, should a file system hang.
     signals.reset();
-    const bool abandoned = command->abandonedImport();
+    const bool staged = !parts.model->isSettled();
     const Url staging = parts.fileStore->stagingDirectory(parts.model->dest());
     command.reset();
     parts.model.reset();
     parts.keys.reset();
     pool.reset();
-    if (abandoned) parts.fileStore->removeItem(staging);
+    if (staged) parts.fileStore->removeItem(staging);
     return status;
 }
 

@@ -46,9 +46,9 @@ std::int64_t wholeIndex(double index) {
     return static_cast<std::int64_t>(index);
 }
 
-std::int64_t totalSize(const CameraFiles& files) {
+std::int64_t totalSize(const std::vector<ImportCandidate>& files) {
     std::int64_t total = 0;
-    for (const auto& file : files) total = byteSum(total, file->size());
+    for (const auto& file : files) total = byteSum(total, file.size);
     return total;
 }
 
@@ -94,7 +94,7 @@ struct ImportModel::DestinationScan {
     bool onNetwork = false;
     bool writable = false;
     std::optional<std::int64_t> capacity;
-    FileKeys existing;
+    ImportPlanner planner;
 };
 
 struct ImportModel::SFTPCheck {
@@ -146,6 +146,7 @@ ImportModel::ImportModel(Collaborators collaborators, MainQueue& main, Backgroun
     runner_->onFinish = [this](const ImportRunner::Progress& p, bool cancelled) {
         importFinished(p, cancelled);
     };
+    runner_->onSettled = [this] { runSettled(); };
 }
 
 Handle ImportModel::observe(std::function<void()> changed) {
@@ -413,7 +414,7 @@ void ImportModel::selectCamera() {
         camera_->setDelegate({});
         camera_.reset();
     }
-    allFiles_.clear();
+    setCatalog({});
     showMissing({});
     publish(cameraFileCount_, 0);
     publish(cameraBytes_, 0);
@@ -433,10 +434,16 @@ void ImportModel::selectCamera() {
 
 // Catalogue and destination
 
+void ImportModel::setCatalog(CameraFiles files) {
+    allFiles_ = sortedByShotDate(std::move(files));
+    candidates_ = std::make_shared<const std::vector<ImportCandidate>>(candidates(allFiles_));
+    planner_ = {};
+}
+
 void ImportModel::loadCatalog() {
-    allFiles_ = sortedByShotDate(camera_->files());
+    setCatalog(camera_->files());
     publish(cameraFileCount_, std::ssize(allFiles_));
-    publish(cameraBytes_, totalSize(allFiles_));
+    publish(cameraBytes_, totalSize(*candidates_));
     setCameraDays();
     const auto stored = settings_->fromDay();
     const auto day = std::ranges::find_if(
@@ -453,8 +460,8 @@ void ImportModel::loadCatalog() {
 void ImportModel::setCameraDays() {
     std::vector<Date> days;
     Date nextDay = Date::min();
-    for (const auto& file : allFiles_) {
-        const auto shot = file->shotDate();
+    for (const auto& file : *candidates_) {
+        const auto& shot = file.shotDate;
         if (!shot || *shot < nextDay) continue;
         days.push_back(startOfLocalDay(*shot));
         nextDay = startOfNextLocalDay(*shot);
@@ -467,7 +474,7 @@ void ImportModel::recompute() {
     if (!camera_ || !isRead) return;
     scanGeneration_.renew();
     if (destNeedsChoice()) {
-        existing_.clear();
+        planner_ = ImportPlanner(*candidates_, {});
         destWritable_ = false;
         destCapacity_.reset();
         publish(destOnNetwork_, false);
@@ -477,14 +484,19 @@ void ImportModel::recompute() {
     }
     publish(phase_, Phase::checking);
     publish(status_, "Prüfe Zielordner …");
+    // A file of an abandoned run may be about to arrive there.
+    if (runner_->isSettled()) scanDestination();
+}
+
+void ImportModel::scanDestination() {
     runThen(
         background_, main_,
-        [store = fileStore_, dest = dest_] {
+        [store = fileStore_, dest = dest_, candidates = candidates_] {
             DestinationScan scan;
             scan.onNetwork = store->isNetworkVolume(dest);
             scan.writable = store->isWritableDirectory(dest);
             scan.capacity = store->availableCapacity(dest);
-            scan.existing = store->existingFileKeys(dest);
+            scan.planner = ImportPlanner(*candidates, store->existingFileKeys(dest));
             return scan;
         },
         scanGeneration_([this](DestinationScan scan) { destinationScanned(std::move(scan)); }));
@@ -495,7 +507,7 @@ void ImportModel::destinationScanned(DestinationScan scan) {
     publish(destOnNetwork_, scan.onNetwork);
     destWritable_ = scan.writable;
     destCapacity_ = scan.capacity;
-    existing_ = std::move(scan.existing);
+    planner_ = std::move(scan.planner);
     publish(phase_, Phase::ready);
     applyFilter();
 }
@@ -524,7 +536,7 @@ void ImportModel::applyFilter() {
 }
 
 ImportSelection ImportModel::missingFilesSince(std::optional<Date> since) const {
-    return missingFiles(allFiles_, existing_, since);
+    return selectFiles(allFiles_, *candidates_, planner_.missing(since));
 }
 
 void ImportModel::showMissing(ImportSelection missing) {
@@ -545,7 +557,7 @@ void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRu
     const auto started =
         runner_->start(newFiles_, dest_, FolderLayout{.byDate = byDate_, .byType = byType_});
     if (!started) {
-        runLock_->release();
+        releaseLock();
         publish(phase_, Phase::ready);
         return publish(
             status_, fmt::format("Kann Zielordner nicht beschreiben: {}", started.error().message));
@@ -564,7 +576,16 @@ void ImportModel::cancelImport() {
 void ImportModel::endRun() {
     sleepBlocker_->end();
     speedTimer_.reset();
-    runLock_->release();
+    releaseLock();
+}
+
+void ImportModel::releaseLock() {
+    if (runner_->isSettled()) runLock_->release();
+}
+
+void ImportModel::runSettled() {
+    releaseLock();
+    if (phase_ == Phase::checking) scanDestination();
 }
 
 void ImportModel::showProgress(const ImportRunner::Progress& progress) {

@@ -13,6 +13,8 @@
 #include "FolderPicker.h"
 #include "Guard.h"
 #include "IdleSleepBlocker.h"
+#include "ImportCandidate.h"
+#include "ImportPlanner.h"
 #include "ImportRunner.h"
 #include "ImportSelection.h"
 #include "MainQueue.h"
@@ -139,6 +141,8 @@ public:
     double totalBytesProgress() const;
     /// Whether an interrupted import goes on as soon as its camera returns.
     bool awaitsCamera() const { return pendingResume_.has_value(); }
+    /// Whether nothing of a run touches the destination any more.
+    bool isSettled() const { return runner_->isSettled(); }
 
     void setSelectedID(std::optional<std::string> id);
     void setDest(const Url& dest);
@@ -196,9 +200,11 @@ private:
     /// Also when the camera of that name was chosen already, but has not been opened.
     void select(std::optional<std::string> id);
     void selectCamera();
+    void setCatalog(CameraFiles files);
     void loadCatalog();
     void setCameraDays();
     void recompute();
+    void scanDestination();
     void destinationScanned(DestinationScan scan);
     void applyFilter();
     /// Whether that is another day than before.
@@ -208,6 +214,9 @@ private:
 
     /// Everything that lasts exactly as long as a run.
     void endRun();
+    /// Unless something of the run still touches the destination.
+    void releaseLock();
+    void runSettled();
     void showProgress(const ImportRunner::Progress& progress);
     void importFinished(const ImportRunner::Progress& progress, bool cancelled);
     void startSpeedMeter();
@@ -269,8 +278,10 @@ private:
 
     std::shared_ptr<Camera> camera_;  ///< whose session is held
     CameraFiles allFiles_;            ///< its catalogue, by shot date
-    FileKeys existing_;
-    Guard scanGeneration_;  ///< renewed by each scan and camera, so that older scans are dropped
+    std::shared_ptr<const std::vector<ImportCandidate>> candidates_ =
+        std::make_shared<std::vector<ImportCandidate>>();  ///< of `allFiles_`
+    ImportPlanner planner_;  ///< of these and what the destination has; of none while unknown
+    Guard scanGeneration_;   ///< renewed by each scan and camera, so that older scans are dropped
     bool destWritable_ = false;
     std::optional<std::int64_t> destCapacity_;
     Guard sftpChecks_;      ///< never renewed: of several checks, each shows what came of it

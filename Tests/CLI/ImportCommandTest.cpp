@@ -333,7 +333,7 @@ TEST_F(ImportCommandTest, BeginsNothingOnceInterrupted) {
     begin();
     EXPECT_EQ(reported(), Lines());
     expectEnd(ExitStatus::interrupted);
-    EXPECT_FALSE(command->abandonedImport());
+    EXPECT_TRUE(model->isSettled());
 }
 
 TEST_F(ImportCommandTest, StopsAtOnceWhileNothingIsBeingLoaded) {
@@ -383,9 +383,8 @@ TEST_F(ImportCommandTest, StopsAtOnceAtTheSecondInterrupt) {
     begin();
     deliver(*camera);
     command->interrupt();
-    EXPECT_FALSE(command->abandonedImport());
     command->interrupt();
-    EXPECT_TRUE(command->abandonedImport());
+    EXPECT_FALSE(model->isSettled());
     const Lines lines = reported();
     ASSERT_GE(lines.size(), 2U);
     EXPECT_EQ(lines[lines.size() - 2], "Fertig: 0 geladen (0 KB), abgebrochen");
