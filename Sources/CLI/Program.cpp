@@ -45,8 +45,7 @@ std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine) {
     std::set<std::string> own;
     if (commandLine.command != Command::watch)
         own.insert({Key::useFromDate, Key::fromDay, Key::autoImportEnabled});
-    const bool isServersOwn = commandLine.command == Command::sftpCheck;
-    if (commandLine.destination || (commandLine.server && !isServersOwn)) {
+    if (commandLine.destination || commandLine.server) {
         own.insert({Key::destination, Key::destinationBookmark, Key::destinationKind, Key::sftpUser,
                     Key::sftpHost, Key::sftpPath});
     }
@@ -56,7 +55,7 @@ std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine) {
         std::make_shared<ScratchDefaults>(std::make_shared<IniUserDefaults>(), std::move(own));
     UserDefaultsSettings settings(defaults);
     if (commandLine.destination) settings.setDestination(Url::file(*commandLine.destination));
-    if (commandLine.server && !isServersOwn) {
+    if (commandLine.server) {
         settings.setDestinationKind(DestinationKind::sftp);
         settings.setSftpUser(commandLine.server->user);
         settings.setSftpHost(commandLine.server->host);
@@ -66,6 +65,15 @@ std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine) {
     if (commandLine.byType) settings.setByType(*commandLine.byType);
     if (commandLine.since) settings.setUseFromDate(true);
     return defaults;
+}
+
+/// Makes the server that answered the user's destination.
+void keepServer(const ImportModel& model) {
+    UserDefaultsSettings settings(std::make_shared<IniUserDefaults>());
+    settings.setDestinationKind(DestinationKind::sftp);
+    settings.setSftpUser(model.sftpUser());
+    settings.setSftpHost(model.sftpHost());
+    settings.setSftpPath(model.sftpPath());
 }
 
 bool isAboutServer(const CommandLine& commandLine) {
@@ -121,6 +129,8 @@ ExitStatus runModel(const CommandLine& commandLine) {
     });
     if (isAboutServer(commandLine)) command->begin();
     loop.run();
+    if (commandLine.command == Command::sftpCheck && status == ExitStatus::success)
+        keepServer(*parts.model);
 
     // From here on the signals end the program again, should a file system hang.
     signals.reset();
