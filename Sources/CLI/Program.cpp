@@ -139,6 +139,7 @@ ExitStatus runModel(const CommandLine& commandLine) {
     command.reset();
     parts.model.reset();
     parts.keys.reset();
+    parts.programs->endAll();
     pool.reset();
     if (abandoned) parts.fileStore->removeItem(staging);
     return status;
