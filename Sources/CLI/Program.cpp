@@ -87,7 +87,8 @@ bool isAboutKey(const CommandLine& commandLine) {
 
 std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
                                           const AppContainer::Parts& parts, MainQueue& main,
-                                          Report& report, ModelCommand::Done done) {
+                                          Background& background, Report& report,
+                                          ModelCommand::Done done) {
     if (commandLine.command == Command::watch) {
         return std::make_shared<WatchCommand>(commandLine.trust.has_value(), parts.model, main,
                                               report, std::move(done));
@@ -96,8 +97,8 @@ std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
         return std::make_shared<ServerCommand>(commandLine.command, *commandLine.server,
                                                parts.model, main, report, std::move(done));
     }
-    return std::make_shared<ImportCommand>(commandLine, parts.model, parts.fileStore, main, report,
-                                           std::move(done));
+    return std::make_shared<ImportCommand>(commandLine, parts.model, parts.fileStore, main,
+                                           background, report, std::move(done));
 }
 
 ExitStatus runSettings(const CommandLine& commandLine) {
@@ -123,7 +124,7 @@ ExitStatus runModel(const CommandLine& commandLine) {
                             .onAttachedCamerasReported = [&] { command->begin(); },
                             .discovers = !isAboutServer(commandLine)});
     ExitStatus status = ExitStatus::success;
-    command = makeCommand(commandLine, parts, loop, *report, [&](ExitStatus ended) {
+    command = makeCommand(commandLine, parts, loop, *pool, *report, [&](ExitStatus ended) {
         status = ended;
         loop.stop();
     });
