@@ -7,6 +7,7 @@
 #include "FolderPicker.h"
 #include "ImportModel.h"
 #include "MainQueue.h"
+#include "ProcessCommandRunner.h"
 #include "RunLock.h"
 #include "SSHKeyModel.h"
 #include "UserDefaults.h"
@@ -41,6 +42,8 @@ struct AppContainer {
         std::shared_ptr<SSHKeyModel> keys;
         std::shared_ptr<FileStore> fileStore;
         std::shared_ptr<RunLock> runLock;
+        /// Runs what the background waits for; to be ended before that is.
+        std::shared_ptr<ProcessCommandRunner> programs;
     };
 
     /// Main thread. Discovery has begun when this returns; cameras are reported by tasks of the

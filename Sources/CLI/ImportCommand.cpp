@@ -4,6 +4,7 @@
 
 #include "CameraName.h"
 #include "CardFolder.h"
+#include "RunThen.h"
 
 #include <fmt/format.h>
 
@@ -21,11 +22,13 @@ using Phase = ImportModel::Phase;
 }  // namespace
 
 ImportCommand::ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
-                             std::shared_ptr<FileStore> fileStore, MainQueue& main, Report& report,
-                             Done done)
+                             std::shared_ptr<FileStore> fileStore, MainQueue& main,
+                             Background& background, Report& report, Done done)
     : ModelCommand(std::move(model), main, report, std::move(done)),
       commandLine_(std::move(commandLine)),
-      fileStore_(std::move(fileStore)) {}
+      fileStore_(std::move(fileStore)),
+      main_(main),
+      background_(background) {}
 
 void ImportCommand::start() {
     const auto& cameras = model().cameras();
@@ -50,7 +53,22 @@ void ImportCommand::start() {
     if (const std::string reason = whyUnusable(); !reason.empty()) {
         return stop(ExitStatus::destinationUnusable, reason);
     }
+    if (!model().dest().isFile()) return reachServer();
     nextCamera();
+}
+
+void ImportCommand::reachServer() {
+    Url folder = model().dest();
+    // A plan changes nothing: the topmost folder is there already.
+    if (commandLine_.command == Command::plan) folder.path = "/";
+    runThen(
+        background_, main_,
+        [store = fileStore_, folder = std::move(folder)] { return store->createDirectory(folder); },
+        answers_([this](const Result<>& reached) {
+            if (isInterrupted()) return;
+            if (!reached) return stop(ExitStatus::destinationUnusable, reached.error().message);
+            nextCamera();
+        }));
 }
 
 bool ImportCommand::wants(const Camera& camera) const {

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
+#include "Background.h"
 #include "Camera.h"
 #include "CommandLine.h"
 #include "ModelCommand.h"
@@ -14,11 +15,13 @@
 namespace bildkurier {
 
 /// `cameras`, `plan` and `import`: lists the cameras, or plans and imports those that are meant,
-/// one after the other. An import whose camera is lost goes on when it returns.
+/// one after the other. An import whose camera is lost goes on when it returns. `background` must
+/// end before the main queue does.
 class ImportCommand final : public ModelCommand {
 public:
     ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
-                  std::shared_ptr<FileStore> fileStore, MainQueue& main, Report& report, Done done);
+                  std::shared_ptr<FileStore> fileStore, MainQueue& main, Background& background,
+                  Report& report, Done done);
 
 private:
     enum class Stage : std::uint8_t {
@@ -32,6 +35,7 @@ private:
     void look() override;
     bool wants(const Camera& camera) const;
     std::string whyUnusable() const;
+    void reachServer();
     void nextCamera();
     void lookWhileReading();
     void lookWhileRunning();
@@ -45,10 +49,13 @@ private:
 
     CommandLine commandLine_;
     std::shared_ptr<FileStore> fileStore_;
+    MainQueue& main_;
+    Background& background_;
     std::deque<std::shared_ptr<Camera>> waiting_;
     std::shared_ptr<Camera> camera_;
     Stage stage_ = Stage::beginning;
     bool severalCameras_ = false;
+    Guard answers_;
 };
 
 }  // namespace bildkurier

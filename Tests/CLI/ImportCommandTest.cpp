@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "FailingFileStore.h"
+#include "FakeServer.h"
 #include "Formatting.h"
 #include "ImportCommand.h"
 #include "LocalDay.h"
@@ -18,7 +19,8 @@ protected:
     void makeCommand() {
         if (options.since) settings->storedUseFromDate = true;
         make();
-        command = std::make_shared<ImportCommand>(options, model, files, loop, report, done());
+        command =
+            std::make_shared<ImportCommand>(options, model, files, loop, loop, report, done());
     }
 
     std::shared_ptr<FakeCamera> attach(const std::string& id) {
@@ -30,6 +32,17 @@ protected:
         if (!command) makeCommand();
         command->begin();
         loop.settle();
+    }
+
+    /// Makes a server the destination.
+    std::shared_ptr<FakeServer> haveServer() {
+        settings->storedKind = DestinationKind::sftp;
+        settings->storedUser = "anna";
+        settings->storedHost = "nas";
+        settings->storedPath = "/fotos";
+        const auto server = std::make_shared<FakeServer>(store, keyring);
+        files = server;
+        return server;
     }
 
     CommandLine options{.command = Command::import};
@@ -203,6 +216,48 @@ TEST_F(ImportCommandTest, GivesUpOnADestinationThatIsAFile) {
         EXPECT_EQ(reported(), (Lines{"error: Der Zielordner ist kein Ordner."}));
         expectEnd(ExitStatus::destinationUnusable);
     }
+}
+
+TEST_F(ImportCommandTest, GivesUpOnAServerThatCannotBeReached) {
+    haveServer()->refusal = "Connection refused";
+    for (const Command which : {Command::plan, Command::import}) {
+        options.command = which;
+        ends.clear();
+        command.reset();
+        attach("A");
+        begin();
+        EXPECT_EQ(reported(),
+                  (Lines{"error: Ordner lässt sich nicht anlegen: Connection refused"}));
+        expectEnd(ExitStatus::destinationUnusable);
+    }
+}
+
+TEST_F(ImportCommandTest, MakesNoFolderOnAServerForAPlan) {
+    haveServer();
+    for (const Command which : {Command::plan, Command::import}) {
+        options.command = which;
+        ends.clear();
+        command.reset();
+        const auto camera = attach("A");
+        file(*camera, "A.JPG", "aaaa");
+        begin();
+        EXPECT_EQ(store->fileExists(Url::file("/fotos")), which == Command::import);
+        deliver(*camera);
+        expectEnd(ExitStatus::success);
+    }
+    EXPECT_EQ(store->files["/fotos/A.JPG"], "aaaa");
+}
+
+TEST_F(ImportCommandTest, ChoosesNoCameraOnceInterruptedWhileItReachesTheServer) {
+    haveServer();
+    options.camera = "serial:B";
+    attach("A");
+    attach("B");
+    command->begin();
+    command->interrupt();
+    loop.settle();
+    EXPECT_EQ(model->selectedID(), "A");
+    expectEnd(ExitStatus::interrupted);
 }
 
 TEST_F(ImportCommandTest, PlansForADestinationThatMayOnlyBeRead) {

@@ -197,6 +197,54 @@ TEST_F(SFTPFileStoreTest, TakesASuccessfulListingForExistence) {
     for (int n = 0; n < 3; ++n) EXPECT_FALSE(store.fileExists(server("/a")));
 }
 
+TEST_F(SFTPFileStoreTest, ReplacesNothingThatItCouldNotSeeBefore) {
+    const auto local = folder.write("staged", "picture");
+    const std::string failed = "Übertragung fehlgeschlagen: ";
+    const struct {
+        CommandResult firstLook;
+        CommandResult secondLook;
+        std::string message;
+    } cases[] = {
+        {{255, "ssh: connect to host nas port 22: Connection refused\r\nConnection closed"},
+         {0, "-rw-r--r-- 1 0 0 9 May  9 10:00 /p/not found"},
+         failed + "Eine Datei dieses Namens ist schon da"},
+        {{-1, "no client"}, {255, "Connection closed"}, failed + "Connection closed"},
+        {{1, "sftp> ls -ln \"/p/not found\"\nremote readdir: Failure"},
+         {255, "sftp> ls -ln \"/p/not found\"\nConnection reset"},
+         failed + "Connection reset"},
+    };
+    for (const auto& [firstLook, secondLook, message] : cases) {
+        runner->calls.clear();
+        answer({firstLook, secondLook});
+        EXPECT_FALSE(store.fileExists(server("/p/not found")));
+        EXPECT_EQ(store.moveItem(Url::file(local), server("/p/not found")).error().message,
+                  message);
+        EXPECT_EQ(scripts(), std::vector<std::string>(2, "ls -ln \"/p/not found\"\n"));
+        EXPECT_TRUE(fs::exists(local));
+    }
+}
+
+TEST_F(SFTPFileStoreTest, UploadsWhereTheServerSaysInTheEndThatNothingIsThere) {
+    const auto local = folder.write("staged", "picture");
+    const CommandResult nothing{1, "sftp> ls\nCan't ls: \"/p/A\" not found"};
+    const CommandResult arrived{0, "-rw-r--r-- 1 0 0 7 May  9 10:00 /p/A"};
+    answer({{255, "Connection closed"}, nothing, {0, ""}, arrived});
+    EXPECT_FALSE(store.fileExists(server("/p/A")));
+    EXPECT_TRUE(store.moveItem(Url::file(local), server("/p/A")));
+    EXPECT_EQ(runner->calls.size(), 4U);
+}
+
+TEST_F(SFTPFileStoreTest, AsksOnceWhereTheServerAnswered) {
+    const auto local = folder.write("staged", "picture");
+    const CommandResult nothing{1, "Can't ls: \"/p/A\" not found"};
+    const CommandResult arrived{0, "-rw-r--r-- 1 0 0 7 May  9 10:00 /p/A"};
+    answer({{255, ""}, nothing, {0, ""}, arrived});
+    EXPECT_FALSE(store.fileExists(server("/p/A")));
+    EXPECT_FALSE(store.fileExists(server("/p/A")));
+    EXPECT_TRUE(store.moveItem(Url::file(local), server("/p/A")));
+    EXPECT_EQ(runner->calls.size(), 4U);
+}
+
 TEST_F(SFTPFileStoreTest, ReadsASizeFromTheListing) {
     const struct {
         CommandResult result;
@@ -226,9 +274,11 @@ TEST_F(SFTPFileStoreTest, ReadsASizeFromTheListing) {
 TEST_F(SFTPFileStoreTest, ReadsASizeWhereTheClientCannotPrintTheName) {
     answer({{0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /\\303\\234/\\303\\274.jpg"},
             {0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /a\\303"},
+            {0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /\\303\\274\\303.jpg"},
             {0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /\\303\\274/\\303\\274"}});
     EXPECT_EQ(store.fileSize(server("/Ü/ü.jpg")), 12);
     EXPECT_EQ(store.fileSize(server("/a\\303")), 12);
+    EXPECT_EQ(store.fileSize(server("/ü\\303.jpg")), 12);
     EXPECT_EQ(store.fileSize(server("/ü")), std::nullopt);
 }
 

@@ -54,14 +54,23 @@ std::string joined(const SftpCommands& commands) {
     return script;
 }
 
+std::unexpected<Error> notUploaded(const std::string& reason) {
+    return failure("Übertragung fehlgeschlagen: " + reason);
+}
+
+/// Whether the client complains in `line` that the server has nothing of that name. When the
+/// server did not answer, it complains of something else.
+bool saysNothingIsThere(std::string_view line) {
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    return line.starts_with("Can't ls: \"") && line.ends_with("\" not found");
+}
+
 /// Whether `line` lists the file `url` itself, and not what a folder of that name holds.
 bool lists(const SftpListingLine& line, const Url& url) {
-    const auto name = url.lastComponent();
-    const auto inside = url.appending(name).path;
-    const auto shows = [&](std::string_view path) {
-        return path != inside && lastPathComponent(path) == name;
-    };
-    return !line.isDirectory && (shows(line.path) || shows(withoutEscapes(line.path)));
+    const auto name = withoutEscapes(url.lastComponent());
+    const auto inside = withoutEscapes(url.appending(url.lastComponent()).path);
+    const auto shown = withoutEscapes(line.path);
+    return !line.isDirectory && shown != inside && lastPathComponent(shown) == name;
 }
 
 }  // namespace
@@ -87,8 +96,32 @@ FileKeys SFTPFileStore::existingFileKeys(const Url& folder) {
     return walk.keys();
 }
 
+Result<bool> SFTPFileStore::look(const Url& url) {
+    const auto [status, output] = batch(url, {listCommand(url)});
+    if (status == 0) return true;
+    if (std::ranges::any_of(nonEmptyLines(output), saysNothingIsThere)) return false;
+    return failure(message(output));
+}
+
 bool SFTPFileStore::fileExists(const Url& url) {
-    return batch(url, {listCommand(url)}).status == 0;
+    const auto isThere = look(url);
+    const std::lock_guard lock(doubtsMutex_);
+    std::erase(doubts_, url);
+    if (!isThere) doubts_.push_back(url);
+    return isThere.value_or(false);
+}
+
+Result<> SFTPFileStore::dispelDoubt(const Url& target) {
+    {
+        const std::lock_guard lock(doubtsMutex_);
+        if (std::ranges::find(doubts_, target) == doubts_.end()) return {};
+    }
+    const auto isThere = look(target);
+    if (!isThere) return failure(isThere.error().message);
+    const std::lock_guard lock(doubtsMutex_);
+    std::erase(doubts_, target);
+    if (*isThere) return failure("Eine Datei dieses Namens ist schon da");
+    return {};
 }
 
 std::optional<std::int64_t> SFTPFileStore::fileSize(const Url& url) {
@@ -129,13 +162,15 @@ Result<> SFTPFileStore::createDirectory(const Url& url) {
 }
 
 Result<> SFTPFileStore::moveItem(const Url& source, const Url& target) {
+    if (const auto isFree = dispelDoubt(target); !isFree)
+        return notUploaded(isFree.error().message);
     const auto part = target.path + ".part";
     const SftpCommands upload{command("put", source.path, part),
                               command("rename", part, target.path)};
     const auto [status, output] = batch(target, upload);
     if (status != 0) {
         if (!objection(upload)) batch(target, {command("-rm", part)});
-        return failure("Übertragung fehlgeschlagen: " + message(output));
+        return notUploaded(message(output));
     }
     return confirm(source, target);
 }
