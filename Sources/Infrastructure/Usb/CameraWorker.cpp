@@ -6,8 +6,8 @@
 #include "CameraLoader.h"
 
 #include <fmt/format.h>
+#include <sys/stat.h>
 
-#include <exception>
 #include <filesystem>
 #include <thread>
 #include <utility>
@@ -26,10 +26,10 @@ CardCatalogue catalogueOf(const CardListing& listing) {
 
 std::timespec modificationTime(const CardEntry& entry) {
     if (!entry.modified) return {.tv_sec = 0, .tv_nsec = UTIME_OMIT};
-    return {.tv_sec = std::chrono::floor<std::chrono::seconds>(*entry.modified)
-                          .time_since_epoch()
-                          .count(),
-            .tv_nsec = 0};
+    return {
+        .tv_sec =
+            std::chrono::floor<std::chrono::seconds>(*entry.modified).time_since_epoch().count(),
+        .tv_nsec = 0};
 }
 
 }  // namespace
@@ -118,7 +118,8 @@ void CameraWorker::identify() {
     std::string serial = place.serial;
     // Reading it would set a Canon to being controlled from here.
     if (serial.empty() && place.vendor != canon) {
-        if (connection_.open(std::make_shared<UsbSession>())) serial = connection_.camera().serial();
+        if (connection_.open(std::make_shared<UsbSession>()))
+            serial = connection_.camera().serial();
         connection_.close();
     }
     const DeviceFacts facts{
@@ -137,10 +138,10 @@ void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, Sessi
     if (error) return connection_.close();
     opened_ = {.session = session, .events = std::move(events)};
     if (listSession(*opened_)) {
-        mailbox_->post([tell = opened_->events.listed,
-                        catalogue = catalogueOf(opened_->listing)]() mutable {
-            tell(std::move(catalogue));
-        });
+        mailbox_->post(
+            [tell = opened_->events.listed, catalogue = catalogueOf(opened_->listing)]() mutable {
+                tell(std::move(catalogue));
+            });
     } else if (!session->hasEnded()) {
         reportLost();
     }

@@ -44,8 +44,7 @@ std::vector<std::string> texts(CameraList* names) {
     std::vector<std::string> all;
     for (int i = 0; i < gp_list_count(names); ++i) {
         const char* name = nullptr;
-        if (gp_list_get_name(names, i, &name) == GP_OK && name != nullptr)
-            all.emplace_back(name);
+        if (gp_list_get_name(names, i, &name) == GP_OK && name != nullptr) all.emplace_back(name);
     }
     return all;
 }
@@ -80,8 +79,8 @@ struct GphotoCamera::Handles {
     std::unique_ptr<GPContext, Destroy<gp_context_unref>> context{gp_context_new()};
     CameraAbilities abilities{};
     PortList ports;
-    GPPortInfo port = nullptr;  ///< one of `ports`
-    ::Camera* camera = nullptr;   ///< null while closed
+    GPPortInfo port = nullptr;   ///< one of `ports`
+    ::Camera* camera = nullptr;  ///< null while closed
 };
 
 GphotoCamera::GphotoCamera(std::string port, std::chrono::milliseconds answerTime,
@@ -136,12 +135,12 @@ int GphotoCamera::open() {
     close();
     if (const int code = identify(); code < GP_OK) return code;
     const std::lock_guard lock(Library::shared().mutex);
-    if (const int code = gp_handles_->cameranew(&handles_->camera); code < GP_OK) return code;
-    gp_handles_->cameraset_abilities(handles_->camera, handles_->abilities);
-    gp_handles_->cameraset_port_info(handles_->camera, handles_->port);
-    const int code = gp_handles_->camerainit(handles_->camera, handles_->context.get());
+    if (const int code = gp_camera_new(&handles_->camera); code < GP_OK) return code;
+    gp_camera_set_abilities(handles_->camera, handles_->abilities);
+    gp_camera_set_port_info(handles_->camera, handles_->port);
+    const int code = gp_camera_init(handles_->camera, handles_->context.get());
     if (code < GP_OK) {
-        gp_handles_->cameraunref(handles_->camera);
+        gp_camera_unref(handles_->camera);
         handles_->camera = nullptr;
         return code;
     }
@@ -152,14 +151,14 @@ int GphotoCamera::open() {
 void GphotoCamera::close() {
     if (handles_->camera == nullptr) return;
     const std::lock_guard lock(Library::shared().mutex);
-    gp_handles_->cameraexit(handles_->camera, handles_->context.get());
-    gp_handles_->cameraunref(handles_->camera);
+    gp_camera_exit(handles_->camera, handles_->context.get());
+    gp_camera_unref(handles_->camera);
     handles_->camera = nullptr;
 }
 
 std::string GphotoCamera::serial() {
     CameraWidget* found = nullptr;
-    gp_handles_->cameraget_single_config(handles_->camera, "serialnumber", &found, handles_->context.get());
+    gp_camera_get_single_config(handles_->camera, "serialnumber", &found, handles_->context.get());
     // What has no such entry answers that all is well, too.
     if (found == nullptr) return {};
     const std::unique_ptr<CameraWidget, Destroy<gp_widget_free>> widget(found);
@@ -172,7 +171,7 @@ std::string GphotoCamera::serial() {
 
 std::pair<int, std::vector<std::string>> GphotoCamera::folders(const std::string& folder) {
     const Names names = newNames();
-    const int code = gp_handles_->camerafolder_list_folders(handles_->camera, folder.c_str(), names.get(),
+    const int code = gp_camera_folder_list_folders(handles_->camera, folder.c_str(), names.get(),
                                                    handles_->context.get());
     return {code, texts(names.get())};
 }
@@ -180,7 +179,7 @@ std::pair<int, std::vector<std::string>> GphotoCamera::folders(const std::string
 std::pair<int, std::vector<std::string>> GphotoCamera::files(const std::string& folder) {
     const Names names = newNames();
     listing = this;
-    const int code = gp_handles_->camerafolder_list_files(handles_->camera, folder.c_str(), names.get(),
+    const int code = gp_camera_folder_list_files(handles_->camera, folder.c_str(), names.get(),
                                                  handles_->context.get());
     listing = nullptr;
     return {code, texts(names.get())};
@@ -189,7 +188,7 @@ std::pair<int, std::vector<std::string>> GphotoCamera::files(const std::string& 
 std::pair<int, GphotoCamera::Info> GphotoCamera::info(const std::string& folder,
                                                       const std::string& name) {
     CameraFileInfo found{};
-    int code = gp_handles_->camerafile_get_info(handles_->camera, folder.c_str(), name.c_str(), &found,
+    int code = gp_camera_file_get_info(handles_->camera, folder.c_str(), name.c_str(), &found,
                                        handles_->context.get());
     if (code >= GP_OK && (found.file.fields & GP_FILE_INFO_SIZE) == 0) code = GP_ERROR;
     Info info{.size = found.file.size};
@@ -211,8 +210,7 @@ struct GphotoCamera::Transfer {
     }
 };
 
-int GphotoCamera::load(const std::string& folder, const std::string& name,
-                       const Receive& receive) {
+int GphotoCamera::load(const std::string& folder, const std::string& name, const Receive& receive) {
     static CameraFileHandler handler{
         .size =
             [](void*, std::uint64_t* size) {
@@ -235,8 +233,8 @@ int GphotoCamera::load(const std::string& folder, const std::string& name,
     if (const int code = gp_file_new_from_handler(&made, &handler, &transfer); code < GP_OK)
         return code;
     const File file(made);
-    const int code = gp_handles_->camerafile_get(handles_->camera, folder.c_str(), name.c_str(), GP_FILE_TYPE_NORMAL,
-                                        made, handles_->context.get());
+    const int code = gp_camera_file_get(handles_->camera, folder.c_str(), name.c_str(),
+                                        GP_FILE_TYPE_NORMAL, made, handles_->context.get());
     return std::exchange(stopped_, false) ? GP_ERROR_CANCEL : code;
 }
 
@@ -247,9 +245,9 @@ int GphotoCamera::loadInPieces(const std::string& folder, const std::string& nam
     for (std::uint64_t position = 0; position < size;) {
         if (cancelled_()) return GP_ERROR_CANCEL;
         std::uint64_t count = std::min(pieceBytes, size - position);
-        const int code = gp_handles_->camerafile_read(handles_->camera, folder.c_str(), name.c_str(),
-                                             GP_FILE_TYPE_NORMAL, position, piece.data(), &count,
-                                             handles_->context.get());
+        const int code =
+            gp_camera_file_read(handles_->camera, folder.c_str(), name.c_str(), GP_FILE_TYPE_NORMAL,
+                                position, piece.data(), &count, handles_->context.get());
         if (code < GP_OK || count == 0) return code;
         count = std::min<std::uint64_t>(count, piece.size());
         if (!receive({piece.data(), count})) return GP_ERROR_CANCEL;
@@ -262,8 +260,8 @@ std::pair<int, std::optional<GphotoCamera::NewFile>> GphotoCamera::newFile(
     std::chrono::milliseconds time) {
     CameraEventType event{};
     void* found = nullptr;
-    const int code = gp_handles_->camerawait_for_event(handles_->camera, static_cast<int>(time.count()), &event,
-                                              &found, handles_->context.get());
+    const int code = gp_camera_wait_for_event(handles_->camera, static_cast<int>(time.count()),
+                                              &event, &found, handles_->context.get());
     const std::unique_ptr<void, Destroy<std::free>> data(found);
     if (code < GP_OK || event != GP_EVENT_FILE_ADDED || data == nullptr) return {code, {}};
     const auto& path = *static_cast<const CameraFilePath*>(data.get());

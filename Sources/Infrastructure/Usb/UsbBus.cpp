@@ -65,8 +65,7 @@ public:
     }
 
     std::string operator[](const char* name) const {
-        const char* value =
-            device_ ? udev_device_get_property_value(device_.get(), name) : nullptr;
+        const char* value = device_ ? udev_device_get_property_value(device_.get(), name) : nullptr;
         return value == nullptr ? "" : value;
     }
 
@@ -76,8 +75,6 @@ public:
 private:
     UdevDevice device_;
 };
-
-bool udevRuns() { return ::access("/run/udev/control", F_OK) == 0; }
 
 bool isCamera(const fs::path& folder, const UdevFacts& facts) {
     return facts["ID_GPHOTO2"] == "1" || facts["ID_USB_INTERFACES"].contains(":060101:") ||
@@ -89,9 +86,13 @@ bool isCamera(const fs::path& folder, const UdevFacts& facts) {
 UsbBus::UsbBus(std::string devices, std::string nodes)
     : devices_(std::move(devices)), nodes_(std::move(nodes)) {}
 
+bool UsbBus::isWatched() const {
+    return devices_ == systemDevices && ::access("/run/udev/control", F_OK) == 0;
+}
+
 std::vector<UsbPlace> UsbBus::cameras() const {
     const Udev context(udev_new());
-    const bool waitsForUdev = udevRuns();
+    const bool waitsForUdev = isWatched();
     std::vector<UsbPlace> places;
     for (const fs::path& folder : foldersIn(devices_)) {
         const auto bus = parsedNumber<int>(attribute(folder, "busnum"));

@@ -13,16 +13,21 @@ namespace bildkurier {
 class UsbBus {
 public:
     /// `devices` is the bus's folder in sysfs, `nodes` that of the device files.
-    explicit UsbBus(std::string devices = "/sys/bus/usb/devices",
+    explicit UsbBus(std::string devices = systemDevices,
                     std::string nodes = "/dev/bus/usb");
 
     /// Whatever speaks the picture transfer protocol, and what udev says libgphoto2 knows.
     std::vector<UsbPlace> cameras() const;
 
+    /// Whether udev tells when something on it has changed.
+    bool isWatched() const;
+
     /// Whether the very device that was found is still plugged in.
     bool isThere(const UsbPlace& place) const;
 
 private:
+    static constexpr auto systemDevices = "/sys/bus/usb/devices";
+
     std::string devices_;
     std::string nodes_;
 };

@@ -21,6 +21,8 @@
 namespace bildkurier {
 
 struct UsbCameras::Impl {
+    using Look = UsbWatch::Look;
+
     MainQueue& main;
     Options options;
     std::shared_ptr<Mailbox> mailbox = std::make_shared<Mailbox>(main);
@@ -50,17 +52,14 @@ struct UsbCameras::Impl {
 };
 
 void UsbCameras::Impl::start() {
-    const auto onLooked =
-        events([this](const std::vector<UsbPlace>& places) { looked(places); });
+    const Look show = events([this](const std::vector<UsbPlace>& places) { looked(places); });
     patience = main.after(options.timing.identifying, events([this] { report(); }));
     watch.emplace(options.bus, options.timing.scan,
-                  [&queue = main, onLooked, before = std::optional<std::vector<UsbPlace>>()](
-                      std::vector<UsbPlace> places) mutable {
+                  [&queue = main, show, before = std::optional<std::vector<UsbPlace>>()](
+                      const std::vector<UsbPlace>& places) mutable {
                       if (before == places) return;
                       before = places;
-                      queue.post([onLooked, places = std::move(places)]() mutable {
-                          onLooked(places);
-                      });
+                      queue.post([show, places] { show(places); });
                   });
 }
 
@@ -85,13 +84,13 @@ void UsbCameras::Impl::added(const UsbPlace& place) {
     const std::string port = place.port;
     const auto worker = std::make_shared<CameraWorker>(
         place, options.bus, options.timing, options.release, mailbox,
-        CameraWorker::Events{
-            .identified = events(
-                [this, port](DeviceFacts facts) { identified(port, std::move(facts)); }),
-            .lost = events([this, port] {
-                lostPorts.insert(port);
-                removed(port);
-            })});
+        CameraWorker::Events{.identified = events([this, port](DeviceFacts facts) {
+                                 identified(port, std::move(facts));
+                             }),
+                             .lost = events([this, port] {
+                                 lostPorts.insert(port);
+                                 removed(port);
+                             })});
     try {
         worker->start();
     } catch (const std::system_error&) {

@@ -14,12 +14,12 @@ UsbContents::UsbContents(CardCatalogue catalogue, std::shared_ptr<UsbSession> se
 
 void UsbContents::load(const CardEntry& entry, const DownloadRequest& request,
                        NativeDownloadDone done) const {
-    worker_->load(session_, std::shared_ptr<UsbLoad>(
-                                new UsbLoad{.catalogue = shared_from_this(),
-                                            .entry = entry,
-                                            .folder = catalogue().folders[entry.folder],
-                                            .request = request,
-                                            .done = std::move(done)}));
+    worker_->load(session_,
+                  std::shared_ptr<UsbLoad>(new UsbLoad{.catalogue = shared_from_this(),
+                                                       .entry = entry,
+                                                       .folder = catalogue().folders[entry.folder],
+                                                       .request = request,
+                                                       .done = std::move(done)}));
 }
 
 }  // namespace bildkurier

@@ -18,22 +18,21 @@ std::vector<NativeItem> UsbDevice::mediaFiles() const {
 void UsbDevice::openSession() {
     closeSession();
     session_ = std::make_shared<UsbSession>();
-    worker_->open(session_,
-                  {.opened = answers_([this](const std::optional<Error>& error) {
-                       if (error) closeSession();
-                       if (const auto sink = sink_.lock()) sink->sessionOpened(error);
-                   }),
-                   .filesSeen = answers_([this](std::size_t files) {
-                       if (const auto sink = sink_.lock()) sink->catalogGrows(files);
-                   }),
-                   .listed = answers_([this](CardCatalogue catalogue) {
-                       show(std::move(catalogue));
-                       if (const auto sink = sink_.lock()) sink->catalogReady();
-                   }),
-                   .changed = answers_([this](CardCatalogue catalogue) {
-                       show(std::move(catalogue));
-                       if (const auto sink = sink_.lock()) sink->itemsAdded();
-                   })});
+    worker_->open(session_, {.opened = answers_([this](const std::optional<Error>& error) {
+                                 if (error) closeSession();
+                                 if (const auto sink = sink_.lock()) sink->sessionOpened(error);
+                             }),
+                             .filesSeen = answers_([this](std::size_t files) {
+                                 if (const auto sink = sink_.lock()) sink->catalogGrows(files);
+                             }),
+                             .listed = answers_([this](CardCatalogue catalogue) {
+                                 show(std::move(catalogue));
+                                 if (const auto sink = sink_.lock()) sink->catalogReady();
+                             }),
+                             .changed = answers_([this](CardCatalogue catalogue) {
+                                 show(std::move(catalogue));
+                                 if (const auto sink = sink_.lock()) sink->itemsAdded();
+                             })});
 }
 
 void UsbDevice::endSession(UsbSession::End how) {

@@ -7,7 +7,6 @@
 #include <libudev.h>
 #include <poll.h>
 #include <sys/eventfd.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -65,12 +64,9 @@ void UsbWatch::watch() const {
     // Listening begins before the first look, so that no change falls in between.
     const UdevEvents events;
     constexpr int never = -1;
-    const int timeout = ::access("/run/udev/control", F_OK) == 0
-                            ? never
-                            : static_cast<int>(interval_.count());
-    std::array<pollfd, 2> watched{
-        {{.fd = events.descriptor(), .events = POLLIN, .revents = 0},
-         {.fd = end_.get(), .events = POLLIN, .revents = 0}}};
+    const int timeout = bus_.isWatched() ? never : static_cast<int>(interval_.count());
+    std::array<pollfd, 2> watched{{{.fd = events.descriptor(), .events = POLLIN, .revents = 0},
+                                   {.fd = end_.get(), .events = POLLIN, .revents = 0}}};
     while (watched[1].revents == 0) {
         look_(bus_.cameras());
         while (::poll(watched.data(), watched.size(), timeout) < 0) {

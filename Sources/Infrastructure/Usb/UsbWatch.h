@@ -17,7 +17,7 @@ namespace bildkurier {
 class UsbWatch {
 public:
     /// Receives what is plugged in, at first and whenever something may have changed.
-    using Look = std::function<void(std::vector<UsbPlace>)>;
+    using Look = std::function<void(const std::vector<UsbPlace>&)>;
 
     UsbWatch(UsbBus bus, std::chrono::milliseconds interval, Look look);
     UsbWatch(const UsbWatch&) = delete;
