@@ -13,8 +13,7 @@ namespace bildkurier {
 class UsbBus {
 public:
     /// `devices` is the bus's folder in sysfs, `nodes` that of the device files.
-    explicit UsbBus(std::string devices = systemDevices,
-                    std::string nodes = "/dev/bus/usb");
+    explicit UsbBus(std::string devices = systemDevices, std::string nodes = "/dev/bus/usb");
 
     /// Whatever speaks the picture transfer protocol, and what udev says libgphoto2 knows.
     std::vector<UsbPlace> cameras() const;

@@ -47,9 +47,12 @@ constexpr std::uint16_t folderFormat = 0x3001;
 constexpr std::uint16_t otherFormat = 0x3000;
 constexpr std::uint16_t jpegFormat = 0x3801;
 
+constexpr std::int64_t canonsExtension = 11;
+
 constexpr std::uint32_t everything = 0xFFFFFFFF;
 
-std::uint16_t formatOf(const PtpObjects::Object& object) {
+/// A maker's own formats are numbered by the maker.
+std::uint16_t formatOf(const PtpObjects::Object& object, bool isCanon) {
     if (object.isFolder) return folderFormat;
     static const std::map<std::string, std::uint16_t> formats{
         {".jpg", jpegFormat}, {".avi", 0x300A}, {".wav", 0x3008}, {".mov", 0x300D},
@@ -57,6 +60,7 @@ std::uint16_t formatOf(const PtpObjects::Object& object) {
     std::string extension = object.path.extension();
     std::ranges::transform(extension, extension.begin(),
                            [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    if (isCanon && extension == ".cr3") return 0xB108;
     const auto found = formats.find(extension);
     return found == formats.end() ? otherFormat : found->second;
 }
@@ -220,7 +224,10 @@ std::int64_t PtpResponder::announcedSize(const PtpObjects::Object& object) const
 
 PtpPacket PtpResponder::objectInfo(const PtpObjects::Object& object) const {
     PtpPacket packet;
-    packet.u32(object.store).u16(formatOf(object)).u16(0).u32(counted(announcedSize(object)));
+    packet.u32(object.store)
+        .u16(formatOf(object, plug_.number("extension") == canonsExtension))
+        .u16(0)
+        .u32(counted(announcedSize(object)));
     // No thumbnail: its format, size, width and height, and the picture's width, height, depth.
     packet.u16(0);
     for (int i = 0; i < 6; ++i) packet.u32(0);
