@@ -24,7 +24,7 @@ namespace bildkurier {
 struct AppContainer {
     /// What a front end may want otherwise.
     struct Options {
-        /// Folders to take for cameras; mounted cards are then left alone.
+        /// Folders to take for cameras; all others are then left alone.
         std::vector<std::string> cards;
         std::shared_ptr<UserDefaults> defaults;  ///< none: the user's own
         std::shared_ptr<FolderPicker> folderPicker;

@@ -394,6 +394,11 @@ void ImportModel::cameraDidOpenSession(Camera& camera, const std::optional<Error
     publish(status_, "Lese Dateiliste der Karte(n) …");
 }
 
+void ImportModel::cameraCatalogGrows(Camera& camera, std::size_t filesSoFar) {
+    if (!holds(camera) || phase_ != Phase::reading) return;
+    publish(status_, fmt::format("Lese Dateiliste der Karte(n) … bisher {} Dateien", filesSoFar));
+}
+
 void ImportModel::cameraCatalogReady(Camera& camera) {
     if (holds(camera) && phase_ != Phase::importing) loadCatalog();
 }

@@ -179,6 +179,7 @@ public:
     void cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) override;
     void cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) override;
     void cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) override;
+    void cameraCatalogGrows(Camera& camera, std::size_t filesSoFar) override;
     void cameraCatalogReady(Camera& camera) override;
     void cameraCatalogChanged(Camera& camera) override;
 

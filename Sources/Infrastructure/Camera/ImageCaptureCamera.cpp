@@ -82,6 +82,10 @@ void ImageCaptureCamera::sessionOpened(const std::optional<Error>& error) {
     if (const auto delegate = delegate_.lock()) delegate->cameraDidOpenSession(*this, error);
 }
 
+void ImageCaptureCamera::catalogGrows(std::size_t filesSoFar) {
+    if (const auto delegate = delegate_.lock()) delegate->cameraCatalogGrows(*this, filesSoFar);
+}
+
 void ImageCaptureCamera::catalogReady() {
     if (const auto delegate = delegate_.lock()) delegate->cameraCatalogReady(*this);
 }

@@ -6,6 +6,7 @@
 #include "CameraDelegate.h"
 #include "NativeCamera.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -31,6 +32,7 @@ public:
     void closeSession() override;
 
     void sessionOpened(const std::optional<Error>& error) override;
+    void catalogGrows(std::size_t filesSoFar) override;
     void catalogReady() override;
     void itemsAdded() override;
     void itemsRemoved() override;
