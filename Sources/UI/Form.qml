@@ -14,11 +14,12 @@ Flickable {
 
     /// Scrolls to the control that the keyboard has come to.
     function reveal(item: Item) {
-        if (!item || !contains(mapFromItem(item, 0, 0).x, 0))
-            return;
-        const top = column.mapFromItem(item, 0, 0).y + column.y - 12;
-        const bottom = top + item.height + 24;
-        contentY = Math.max(Math.min(contentY, top), Math.min(bottom, contentHeight) - height);
+        const top = item.mapToItem(column, 0, 0).y;
+        contentY = Math.max(Math.min(contentY, top), top + item.height + 2 * Theme.margin - height);
+    }
+
+    function holds(item: Item): bool {
+        return item !== null && (item === column || holds(item.parent));
     }
 
     boundsBehavior: Flickable.StopAtBounds
@@ -28,6 +29,8 @@ Flickable {
 
     T.ScrollBar.vertical: SlimScrollBar {
     }
+
+    onFocusItemChanged: if (holds(focusItem)) reveal(focusItem)
 
     ColumnLayout {
         id: column

@@ -12,7 +12,7 @@ namespace bildkurier {
 
 /// Keeps a text document at the lines of a log: adds what is new at the end, and removes what is
 /// gone from the beginning, so that neither selection nor place is lost.
-class LogText final : public QObject {
+class LogText : public QObject {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QQuickTextDocument* document READ document WRITE setDocument NOTIFY documentChanged)

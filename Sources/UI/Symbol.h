@@ -12,7 +12,7 @@
 namespace bildkurier {
 
 /// One of the window's drawings in one colour, sharp at every scale.
-class Symbol final : public QQuickPaintedItem {
+class Symbol : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY changed)
