@@ -8,16 +8,16 @@
 #include <chrono>
 #include <cstdlib>
 #include <stdexcept>
-#include <vector>
+#include <utility>
 
 namespace bildkurier {
 
-namespace {
-
-double seconds(const Action& action) {
-    const auto begin = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+Measurement whole(Action action) {
+    return [action = std::move(action)] {
+        const auto begin = std::chrono::steady_clock::now();
+        action();
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    };
 }
 
 double median(std::vector<double> values) {
@@ -25,24 +25,24 @@ double median(std::vector<double> values) {
     return values.at(values.size() / 2);
 }
 
-}  // namespace
+void judge(benchmark::State& state, double figure, double limit, const std::string& unit) {
+    state.counters[unit] = figure;
+    state.SetLabel(fmt::format("{} {}", figure <= limit ? "within" : "OVER", limit));
+}
 
 void compare(benchmark::State& state, const Comparison& comparison) {
     std::vector<double> ours;
     std::vector<double> theirs;
     for (auto _ : state) {
         comparison.prepare();
-        theirs.push_back(seconds(comparison.theirs));
+        theirs.push_back(comparison.theirs());
         comparison.prepare();
-        ours.push_back(seconds(comparison.ours));
+        ours.push_back(comparison.ours());
         state.SetIterationTime(ours.back());
     }
-    const double ratio = median(ours) / median(theirs);
     state.counters["ours_s"] = median(ours);
     state.counters["theirs_s"] = median(theirs);
-    state.counters["ratio"] = ratio;
-    state.SetLabel(
-        fmt::format("{} {:.2f}", ratio <= comparison.limit ? "within" : "OVER", comparison.limit));
+    judge(state, median(ours) / median(theirs), comparison.limit, "ratio");
 }
 
 void shell(const std::string& command) {

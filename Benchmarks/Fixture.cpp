@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include <chrono>
 #include <fstream>
 #include <random>
 #include <vector>
@@ -24,6 +25,8 @@ void writeRandom(const fs::path& path, std::size_t size, std::mt19937_64& random
 
 void fill(const Fixture& fixture, const fs::path& root) {
     std::mt19937_64 random(fixture.files);
+    const std::chrono::sys_seconds newYear(std::chrono::sys_days(std::chrono::year(2024) / 1 / 1));
+    const auto firstMoment = std::chrono::file_clock::from_sys(newYear);
     const std::size_t perFolder = fixture.files / fixture.folders;
     for (std::size_t i = 0; i < fixture.files; ++i) {
         const fs::path folder = root / "DCIM" / fmt::format("{:03}BILDK", i / perFolder);
@@ -35,6 +38,7 @@ void fill(const Fixture& fixture, const fs::path& root) {
         } else {
             writeRandom(path, fixture.size, random);
         }
+        fs::last_write_time(path, firstMoment + i * std::chrono::minutes(3));
     }
 }
 

@@ -8,7 +8,8 @@
 
 namespace bildkurier {
 
-/// A tree of files to measure with: `files` of them spread evenly over `folders`.
+/// A tree of files to measure with: `files` of them spread evenly over `folders`, made three
+/// minutes after one another.
 struct Fixture {
     std::string name;  ///< of its folder
     std::size_t files = 0;

@@ -2,11 +2,10 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ProgramTest.h"
 
-#include "ProgramCall.h"
-
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <random>
 
 namespace bildkurier {
@@ -36,7 +35,8 @@ void ProgramTest::needFaults() {
 }
 
 void ProgramTest::add(const std::string& name, std::string_view contents, int minute) const {
-    folder.write("card/DCIM/100BILDK/" + name, contents);
+    fs::create_directories(fs::path(picture(name)).parent_path());
+    std::ofstream(picture(name), std::ios::binary) << contents;
     setTaken(picture(name), minute);
 }
 
@@ -54,16 +54,18 @@ std::string ProgramTest::picture(const std::string& name) const {
     return card + "/DCIM/100BILDK/" + name;
 }
 
-ProgramResult ProgramTest::run(const Strings& arguments, const Environment& environment) {
+ProgramCall ProgramTest::call(const Strings& arguments, const Environment& environment,
+                              const TemporaryFolder& user) {
     Environment all = environment;
-    // Folders of its own, so that neither imports of other tests nor a user's settings are in
-    // the way.
-    const TemporaryFolder own;
     all.insert({{"TZ", "Europe/Berlin"},
                 {"LC_ALL", "de_DE.UTF-8"},
-                {"XDG_RUNTIME_DIR", own.makeFolder("runtime")},
-                {"XDG_CONFIG_HOME", own.makeFolder("config")}});
-    return ProgramCall{.path = BILDKURIER_CLI, .arguments = arguments, .environment = all}.run();
+                {"XDG_RUNTIME_DIR", user.makeFolder("runtime")},
+                {"XDG_CONFIG_HOME", user.makeFolder("config")}});
+    return {.path = BILDKURIER_CLI, .arguments = arguments, .environment = all};
+}
+
+ProgramResult ProgramTest::run(const Strings& arguments, const Environment& environment) {
+    return call(arguments, environment, TemporaryFolder()).run();
 }
 
 ProgramResult ProgramTest::import(const Strings& options, const Environment& environment) const {

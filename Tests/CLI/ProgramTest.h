@@ -3,6 +3,7 @@
 #pragma once
 
 #include "LoggedCall.h"
+#include "ProgramCall.h"
 #include "ProgramResult.h"
 #include "TemporaryFolder.h"
 #include "Tree.h"
@@ -32,7 +33,10 @@ protected:
     /// The same with few bytes and a hole after them, which takes no room here.
     void addHollow(const std::string& name, std::size_t size, int minute = 0) const;
 
-    /// Runs bildkurier-cli.
+    /// bildkurier-cli as a user runs it whose settings and locks are in `user`.
+    static ProgramCall call(const Strings& arguments, const Environment& environment,
+                            const TemporaryFolder& user);
+    /// Runs it for a user of its own.
     static ProgramResult run(const Strings& arguments, const Environment& environment = {});
 
     /// Imports `card` into `destination`; `options` besides.
@@ -47,7 +51,7 @@ protected:
     std::string picture(const std::string& name) const;
 
     const TemporaryFolder folder;
-    const std::string card = folder.makeFolder("card");
+    std::string card = folder.makeFolder("card");
     std::string destination = folder.path("destination");
 };
 

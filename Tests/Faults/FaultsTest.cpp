@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "LoggedCall.h"
 #include "ProgramCall.h"
+#include "RunningProgram.h"
 #include "TemporaryFolder.h"
 #include "Tree.h"
 
@@ -13,6 +14,7 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace bildkurier {
@@ -32,11 +34,13 @@ protected:
 #endif
     }
 
-    ProgramResult probe(std::map<std::string, std::string> environment = {}) const {
+    ProgramCall call(std::map<std::string, std::string> environment) const {
         environment.insert(
             {{"LD_PRELOAD", FAULTS_LIBRARY}, {"FAULTS_ROOT", root}, {"FAULTS_LOG", logFile}});
-        return ProgramCall{.path = FAULTS_PROBE, .arguments = {root}, .environment = environment}
-            .run();
+        return {.path = FAULTS_PROBE, .arguments = {root}, .environment = environment};
+    }
+    ProgramResult probe(std::map<std::string, std::string> environment = {}) const {
+        return call(std::move(environment)).run();
     }
 
     std::vector<LoggedCall> log() const { return readCallLog(logFile); }
@@ -135,6 +139,17 @@ TEST_F(FaultsTest, KillsBeforeDuringOrAfterACall) {
         EXPECT_EQ(tree(root), left) << time;
         std::filesystem::remove_all(root + "/new");
     }
+}
+
+TEST_F(FaultsTest, StopsBeforeACallUntilToldToGoOn) {
+    RunningProgram program(call({{"FAULTS_STOP_AT", "4"}}));
+    ASSERT_TRUE(program.waitUntilStopped());
+    EXPECT_EQ(tree(root), (Tree{{"new/", ""}, {"new/a", ""}}));
+    program.send(SIGCONT);
+    const auto result = program.finish();
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.out, undisturbed);
+    EXPECT_EQ(log().size(), 13U);
 }
 
 TEST_F(FaultsTest, InterruptsTwice) {

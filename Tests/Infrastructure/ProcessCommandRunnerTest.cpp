@@ -5,6 +5,7 @@
 #include "TemporaryFolder.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <unistd.h>
@@ -105,9 +106,10 @@ TEST(ProcessCommandRunner, SaysWhyAProgramCannotBeStarted) {
         {folder.path(), "Die Zugriffsrechte reichen nicht aus"},
     };
     for (const auto& [program, why] : cases) {
-        for (const auto& input : {std::optional<std::string>(), std::optional<std::string>("x")})
-            EXPECT_EQ(ProcessCommandRunner().run(program, {"a"}, input),
-                      (CommandResult{-1, program + " lässt sich nicht starten: " + why}));
+        const CommandResult expected{-1,
+                                     fmt::format("{} lässt sich nicht starten: {}", program, why)};
+        EXPECT_EQ(ProcessCommandRunner().run(program, {"a"}, {}), expected);
+        EXPECT_EQ(ProcessCommandRunner().run(program, {"a"}, "x"), expected);
     }
 }
 
@@ -135,9 +137,11 @@ TEST(ProcessCommandRunner, NeverLetsAProgramAsk) {
 TEST(ProcessCommandRunner, LeaksNoDescriptor) {
     const int leaky = ::open("/dev/null", O_RDONLY);  // NOLINT(android-cloexec-open)
     ASSERT_GE(leaky, 0);
-    for (const auto& input : {std::optional<std::string>(), std::optional<std::string>("x")})
+    const std::string standardStreamsAndTheListedFolder = "0\n1\n2\n3";
+    for (const auto& input : {std::optional<std::string>(), std::optional<std::string>("x")}) {
         EXPECT_EQ(ProcessCommandRunner().run("/bin/ls", {"/proc/self/fd"}, input).output,
-                  "0\n1\n2\n3");  // 3 is the folder that is being listed
+                  standardStreamsAndTheListedFolder);
+    }
     ::close(leaky);
 }
 
@@ -174,6 +178,7 @@ TEST(ProcessCommandRunner, ReactsToSignalsAsUsualWhateverThisProcessDoes) {
 TEST(ProcessCommandRunner, RunsSeveralAtOnce) {
     std::vector<std::jthread> threads;
     std::vector<CommandResult> results(8);
+    threads.reserve(results.size());
     for (std::size_t n = 0; n < results.size(); ++n) {
         threads.emplace_back([&results, n] {
             for (int round = 0; round < 10; ++round)

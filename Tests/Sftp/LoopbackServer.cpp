@@ -28,8 +28,10 @@ int checked(int answer, const char* what) {
     return answer;
 }
 
+int newSocket() { return checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket"); }
+
 FileDescriptor listeningSocket() {
-    FileDescriptor listener(checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket"));
+    FileDescriptor listener(newSocket());
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -38,22 +40,27 @@ FileDescriptor listeningSocket() {
     return listener;
 }
 
-std::uint16_t portOf(const FileDescriptor& listener) {
+sockaddr_in addressOf(const FileDescriptor& listener) {
     sockaddr_in address{};
     socklen_t size = sizeof address;
     checked(::getsockname(listener.get(), reinterpret_cast<sockaddr*>(&address), &size),
             "getsockname");
-    return ntohs(address.sin_port);
+    return address;
 }
 
 /// A process of the server program, in a group of its own with what it starts.
 class ServerProcess {
 public:
     explicit ServerProcess(std::vector<std::string> command) {
-        std::array<int, 2> ends{};
-        checked(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()), "socketpair");
-        socket_ = FileDescriptor(ends[0]);
-        const FileDescriptor theirs(ends[1]);
+        // Some servers look up who it is that connects: a pair of sockets would not do.
+        const auto listener = listeningSocket();
+        const auto address = addressOf(listener);
+        socket_ = FileDescriptor(newSocket());
+        checked(
+            ::connect(socket_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address),
+            "connect");
+        const FileDescriptor theirs(
+            checked(::accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC), "accept4"));
         posix_spawn_file_actions_t files;
         posix_spawn_file_actions_init(&files);
         posix_spawn_file_actions_adddup2(&files, theirs.get(), STDIN_FILENO);
@@ -63,6 +70,7 @@ public:
         posix_spawnattr_init(&attributes);
         posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
         std::vector<char*> words;
+        words.reserve(command.size() + 1);
         for (auto& word : command) words.push_back(word.data());
         words.push_back(nullptr);
         const int error =
@@ -113,7 +121,7 @@ bool passOn(const FileDescriptor& source, const FileDescriptor& target, std::siz
 LoopbackServer::LoopbackServer(std::vector<std::string> command)
     : command_(std::move(command)),
       listener_(listeningSocket()),
-      port_(portOf(listener_)),
+      port_(ntohs(addressOf(listener_).sin_port)),
       acceptor_([this](const std::stop_token& stop) { accept(stop); }) {}
 
 LoopbackServer::~LoopbackServer() {

@@ -58,15 +58,6 @@ TEST_F(SftpServerTest, TakesEveryName) {
     EXPECT_EQ(serversTree(), expected);
 }
 
-TEST_F(SftpServerTest, StagesUnderEveryName) {
-    for (const auto& name : oddNames) {
-        const auto moved =
-            store->moveItem(Url::file(local.write("staging/" + name, name)), server->url("file"));
-        ASSERT_TRUE(moved) << name << ": " << moved.error().message;
-        EXPECT_EQ(serversTree(), (Tree{{"file", name}}));
-    }
-}
-
 TEST_F(SftpServerTest, KnowsEveryNameAgain) {
     server->makeFolder("odd");
     FileKeys expected;
@@ -74,8 +65,8 @@ TEST_F(SftpServerTest, KnowsEveryNameAgain) {
         if (name == "\\303\\274") continue;  // looks like an escape of the client's
         for (const auto& folder : {"odd/" + name, std::string("odd")}) {
             server->makeFolder(folder);
-            const auto file = folder + "/file " + name + " end";
-            std::ofstream(server->path(file)) << "picture";
+            std::ofstream(server->path(folder).append("/file ").append(name).append(" end"))
+                << "picture";
         }
         expected.insert(fileKey("file " + name + " end", 7));
     }
@@ -195,7 +186,7 @@ TEST_F(SftpServerTest, SaysThatNobodyListens) {
 }
 
 TEST_F(SftpServerTest, TakesALargeFile) {
-    std::string picture(20'000'000, '\0');
+    std::string picture(5'000'000, '\0');
     for (std::size_t i = 0; i < picture.size(); ++i)
         picture[i] = static_cast<char>(i * 31 + i / 977);
     ASSERT_TRUE(bring("big", picture));
@@ -212,6 +203,7 @@ TEST_F(SftpServerTest, ReplacesWhatABrokenUploadLeft) {
 TEST_F(SftpServerTest, MayBeUsedFromSeveralThreads) {
     std::vector<std::jthread> threads;
     std::vector<bool> outcomes(4);
+    threads.reserve(outcomes.size());
     std::mutex mutex;
     for (std::size_t n = 0; n < outcomes.size(); ++n) {
         threads.emplace_back([&, n] {

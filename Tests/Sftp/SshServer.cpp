@@ -4,12 +4,16 @@
 
 #include "ProgramCall.h"
 
+#include <fmt/format.h>
+#include <grp.h>
 #include <pwd.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace bildkurier {
@@ -17,15 +21,31 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto program = "/usr/sbin/sshd";
 constexpr uid_t nobody = 65534;
 
 uid_t serversUser() { return ::geteuid() == 0 ? nobody : ::geteuid(); }
 
-std::string nameOf(uid_t user) {
-    const passwd* entry = ::getpwuid(user);  // NOLINT(concurrency-mt-unsafe)
-    if (!entry) throw std::system_error(ENOENT, std::generic_category(), "getpwuid");
-    return entry->pw_name;
+/// An account's names.
+struct Account {
+    std::string name;
+    std::string group;
+};
+
+/// The account of `user`, read without the C library's shared answers: servers are asked for
+/// their addresses from several threads at once.
+Account accountOf(uid_t user) {
+    std::array<char, 16384> buffer;
+    passwd entry{};
+    passwd* found = nullptr;
+    if (::getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found) != 0 || !found)
+        throw std::system_error(ENOENT, std::generic_category(), "getpwuid");
+    const std::string name = entry.pw_name;
+    group groupEntry{};
+    group* foundGroup = nullptr;
+    if (::getgrgid_r(entry.pw_gid, &groupEntry, buffer.data(), buffer.size(), &foundGroup) != 0 ||
+        !foundGroup)
+        throw std::system_error(ENOENT, std::generic_category(), "getgrgid");
+    return {.name = name, .group = groupEntry.gr_name};
 }
 
 /// `command` as the server's user runs it.
@@ -38,6 +58,63 @@ std::vector<std::string> asServersUser(std::vector<std::string> command) {
     return words;
 }
 
+/// Sets a server up in `folder`, where its keys are; answers what starts it for a connection.
+std::vector<std::string> openSsh(const TemporaryFolder& folder) {
+    fs::copy_file(folder.path("key.pub"), folder.path("authorized_keys"));
+    const auto config =
+        folder.write("config", fmt::format("HostKey {0}/host_key\n"
+                                           "AuthorizedKeysFile {0}/authorized_keys\n"
+                                           "StrictModes no\n"
+                                           "UsePAM yes\n"
+                                           "PasswordAuthentication no\n"
+                                           "KbdInteractiveAuthentication no\n"
+                                           "PidFile none\n"
+                                           "Subsystem sftp internal-sftp\n"
+                                           "ForceCommand internal-sftp\n",
+                                           folder.path()));
+    return {"/usr/sbin/sshd", "-i", "-f", config, "-E", folder.path("log")};
+}
+
+std::vector<std::string> proFtpd(const TemporaryFolder& folder) {
+    const auto keys = ProgramCall{.path = "/usr/bin/ssh-keygen",
+                                  .arguments = {"-e", "-f", folder.path("key.pub")}}
+                          .run();
+    folder.write("authorized_keys", keys.out);
+    const auto user = serversUser();
+    const auto users = folder.write(
+        "users",
+        fmt::format("{}:x:{}:{}::{}:/bin/sh\n", accountOf(user).name, user, user, folder.path()));
+    fs::permissions(users, fs::perms::owner_read | fs::perms::owner_write);
+    const auto config = folder.write(
+        "config", fmt::format("ModulePath /usr/lib/proftpd\n"
+                              "LoadModule mod_sftp.c\n"
+                              "ServerType inetd\n"
+                              "DefaultServer on\n"
+                              "User {1}\n"
+                              "Group {2}\n"
+                              "Port 0\n"
+                              "RequireValidShell off\n"
+                              "UseFtpUsers off\n"
+                              "UseReverseDNS off\n"
+                              "WtmpLog off\n"
+                              "SystemLog none\n"
+                              "TransferLog none\n"
+                              "PidFile {0}/pid\n"
+                              "ScoreboardFile none\n"
+                              "DelayEngine off\n"
+                              "AuthPAM off\n"
+                              "AuthUserFile {0}/users\n"
+                              "AuthOrder mod_auth_file.c\n"
+                              "AllowOverwrite on\n"
+                              "SFTPEngine on\n"
+                              "SFTPHostKey {0}/host_key\n"
+                              "SFTPAuthMethods publickey\n"
+                              "SFTPAuthorizedUserKeys file:{0}/authorized_keys\n"
+                              "SFTPLog {0}/log\n",
+                              folder.path(), accountOf(user).name, accountOf(user).group));
+    return {"/usr/sbin/proftpd", "-q", "-c", config};
+}
+
 void makeKey(const std::string& file) {
     fs::remove(file);
     if (!succeeds({"ssh-keygen", "-q", "-t", "ed25519", "-N", "", "-f", file}))
@@ -46,32 +123,25 @@ void makeKey(const std::string& file) {
 
 }  // namespace
 
-bool SshServer::isInstalled() { return fs::exists(program); }
+bool SshServer::isInstalled(Product product) {
+    if (product == Product::openSsh) return fs::exists("/usr/sbin/sshd");
+    return fs::exists("/usr/sbin/proftpd") && fs::exists("/usr/lib/proftpd/mod_sftp.so");
+}
 
-SshServer::SshServer() {
+SshServer::SshServer(Product product) {
     makeKey(folder_.path("host_key"));
     makeKey(folder_.path("key"));
-    fs::copy_file(folder_.path("key.pub"), folder_.path("authorized_keys"));
     folder_.makeFolder("files");
-    const auto config =
-        folder_.write("config", "HostKey " + folder_.path("host_key") + "\nAuthorizedKeysFile " +
-                                    folder_.path("authorized_keys") +
-                                    "\nStrictModes no\nUsePAM yes\n"
-                                    "PasswordAuthentication no\n"
-                                    "KbdInteractiveAuthentication no\n"
-                                    "PidFile none\n"
-                                    "Subsystem sftp internal-sftp\n"
-                                    "ForceCommand internal-sftp\n");
-    for (const auto& file : {"host_key", "authorized_keys", "files", "config"})
-        handOver(folder_.path(file));
+    auto command = product == Product::openSsh ? openSsh(folder_) : proFtpd(folder_);
+    for (const auto& entry : fs::directory_iterator(folder_.path()))
+        if (entry.path().filename() != "key") handOver(entry.path());
     handOver(folder_.path());
-    connection_ = std::make_unique<LoopbackServer>(
-        asServersUser({program, "-i", "-f", config, "-E", folder_.path("log")}));
+    connection_ = std::make_unique<LoopbackServer>(asServersUser(std::move(command)));
 }
 
 Url SshServer::url(std::string_view relative) const {
     return {.scheme = "sftp",
-            .user = nameOf(serversUser()),
+            .user = accountOf(serversUser()).name,
             .host = "127.0.0.1",
             .port = connection_->port(),
             .path = path(relative)};

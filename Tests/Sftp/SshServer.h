@@ -7,20 +7,23 @@
 #include "TemporaryFolder.h"
 #include "Url.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 
 namespace bildkurier {
 
-/// A real sshd with its sftp server on a port of this computer, for one user whom permissions
-/// bind: this one, or nobody where this is root. It has keys and folders of its own; the
-/// user's are left alone. Tests skip where `isInstalled` is false.
+/// A real SFTP server on a port of this computer, for one user whom permissions bind: this
+/// one, or nobody where this is root. It has keys and folders of its own; the user's are left
+/// alone. Tests skip where `isInstalled` is false.
 class SshServer {
 public:
-    static bool isInstalled();
+    enum class Product : std::uint8_t { openSsh, proFtpd };
 
-    SshServer();
+    static bool isInstalled(Product product = Product::openSsh);
+
+    explicit SshServer(Product product = Product::openSsh);
 
     LoopbackServer& connection() { return *connection_; }
     /// A folder of the server, by its path below the folder that the user may write to.

@@ -217,10 +217,12 @@ SftpCommands SFTPFileStore::makeDirectories(std::string_view path) {
 
 std::vector<SFTPFileStore::Entry> SFTPFileStore::entries(std::string_view listing) {
     std::vector<Entry> found;
-    for (const auto text : nonEmptyLines(listing))
-        if (const auto line = listingLine(text))
-            found.push_back(
-                {line->isDirectory, line->size, std::string(lastPathComponent(line->path))});
+    for (const auto text : nonEmptyLines(listing)) {
+        const auto line = listingLine(text);
+        if (!line) continue;
+        found.push_back(
+            {line->isDirectory, line->size, std::string(lastPathComponent(line->path))});
+    }
     return found;
 }
 

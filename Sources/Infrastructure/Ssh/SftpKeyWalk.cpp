@@ -34,9 +34,10 @@ public:
 
     const std::string* named(std::string_view echo) const {
         echo.remove_prefix(std::min(echo.find('"'), echo.size()));
-        for (const auto& name : {std::string(echo), withoutEscapes(echo)})
-            if (const auto found = folders_.find(name); found != folders_.end())
-                return found->second;
+        for (const auto& name : {std::string(echo), withoutEscapes(echo)}) {
+            const auto found = folders_.find(name);
+            if (found != folders_.end()) return found->second;
+        }
         return nullptr;
     }
 

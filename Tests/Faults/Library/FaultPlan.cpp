@@ -45,6 +45,7 @@ FaultPlan FaultPlan::fromEnvironment() {
     const auto time = variable("FAULTS_KILL");
     if (time == "during") plan.killTime = KillTime::during;
     if (time == "after") plan.killTime = KillTime::after;
+    plan.stopAt = number(variable("FAULTS_STOP_AT"));
     const auto interrupts = variable("FAULTS_SIGINT_AT");
     plan.interruptAt[0] = number(interrupts);
     const auto comma = interrupts.find(',');

@@ -19,6 +19,7 @@ namespace bildkurier::faults {
 /// FAULTS_MODE       once (the default), or forever: from then on all calls that can fail so
 /// FAULTS_KILL_AT    number of the call at which the process is killed
 /// FAULTS_KILL       before (the default), during (half of a write is written), or after it
+/// FAULTS_STOP_AT    number of the call before which the process stops, until told to go on
 /// FAULTS_SIGINT_AT  one or two numbers, separated by a comma, of calls that a Ctrl-C precedes
 struct FaultPlan {
     enum class KillTime : std::uint8_t { before, during, after };
@@ -36,6 +37,7 @@ struct FaultPlan {
     bool forever = false;
     long killAt = 0;
     KillTime killTime = KillTime::before;
+    long stopAt = 0;
     std::array<long, 2> interruptAt{};
 
 private:

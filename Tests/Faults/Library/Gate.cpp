@@ -46,6 +46,7 @@ bool Gate::concerns(const Touch& touch) { return plan.concerns(touch); }
 Gate::Gate(const Touch& touch) : touch_(touch) {
     turn.lock();
     number_ = ++calls;
+    if (number_ == plan.stopAt) Kernel::stop();
     for (const long interrupted : plan.interruptAt) {
         if (number_ == interrupted) interrupt();
     }

@@ -8,6 +8,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
@@ -48,6 +49,9 @@ void Kernel::append(int log, std::string_view text) {
 }
 
 void Kernel::raise(int signal) { call(SYS_kill, call(SYS_getpid), signal); }
+
+// Sent to this very thread: another one might take it only after this one has gone on.
+void Kernel::stop() { call(SYS_tgkill, call(SYS_getpid), call(SYS_gettid), SIGSTOP); }
 
 bool Kernel::isPending(int signal) {
     std::uint64_t pending = 0;

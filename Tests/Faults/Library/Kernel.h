@@ -21,6 +21,8 @@ struct Kernel {
     static void append(int log, std::string_view text);
 
     static void raise(int signal);
+    /// Stops the process, here, until it is told to go on.
+    static void stop();
     /// Whether a signal that all threads block has not been taken yet.
     static bool isPending(int signal);
     static void sleepAMillisecond();

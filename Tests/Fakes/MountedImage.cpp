@@ -26,12 +26,11 @@ std::string newUuid() {
 
 }  // namespace
 
-MountedImage::MountedImage(const std::string& label)
+MountedImage::MountedImage(const std::string& label, std::uint64_t bytes)
     : uuid_(newUuid()),
       image_(folder_.write("image", "")),
       point_(folder_.makeFolder("KARTE")),
       secondPoint_(folder_.makeFolder("KARTE-2")) {
-    constexpr std::uintmax_t bytes = 8 << 20;
     std::filesystem::resize_file(image_, bytes);
     if (!mountPrivately() ||
         !succeeds({"mkfs.ext4", "-q", "-F", "-L", label, "-U", uuid_, "-m", "0", image_}))
@@ -54,5 +53,9 @@ void MountedImage::mountAgain() {
 bool MountedImage::unmount() { return ::umount2(point_.c_str(), 0) == 0; }
 
 bool MountedImage::unmountSecond() { return ::umount2(secondPoint_.c_str(), 0) == 0; }
+
+void MountedImage::pull() {
+    if (::umount2(point_.c_str(), MNT_DETACH) != 0) throw std::runtime_error("umount");
+}
 
 }  // namespace bildkurier

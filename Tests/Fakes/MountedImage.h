@@ -4,15 +4,16 @@
 
 #include "TemporaryFolder.h"
 
+#include <cstdint>
 #include <string>
 
 namespace bildkurier {
 
-/// A small volume of its own that can be plugged in and pulled: an ext4 image on a loop device.
+/// A volume of its own that can be plugged in and pulled: an ext4 image on a loop device.
 class MountedImage {
 public:
     /// Throws where this cannot be had: for lack of rights, of loop devices or of mkfs.ext4.
-    explicit MountedImage(const std::string& label);
+    explicit MountedImage(const std::string& label, std::uint64_t bytes = 8 << 20);
     MountedImage(const MountedImage&) = delete;
     MountedImage& operator=(const MountedImage&) = delete;
     ~MountedImage();
@@ -23,6 +24,8 @@ public:
     /// Whether nothing kept it busy.
     bool unmount();
     bool unmountSecond();
+    /// Also while it is busy: whoever has a file open can still read it, as from a cache.
+    void pull();
 
     const std::string& uuid() const { return uuid_; }
     const std::string& point() const { return point_; }

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "Demand.h"
+#include "SFTPFileStore.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+using namespace bildkurier;
+
+// NOLINTNEXTLINE(readability-identifier-naming)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string output(reinterpret_cast<const char*>(data), size);
+    const auto message = SFTPFileStore::message(output);
+    demand(output.contains(message));
+    if (message == output) return 0;
+    demand(!message.empty());
+    demand(!message.contains('\n'));
+    demand(!message.starts_with("sftp>"));
+    demand(!message.starts_with("Connection closed"));
+    return 0;
+}

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "CardToServer.h"
+#include "SftpServerTest.h"
+#include "TemporaryVolume.h"
+
+#include <filesystem>
+
+namespace bildkurier {
+namespace {
+
+namespace fs = std::filesystem;
+
+class SftpImportTest : public SftpServerTest {
+protected:
+    const Tree card{{"IMG_0001.JPG", "one"},
+                    {"IMG_0002.JPG", "the second"},
+                    {"Übung [3] *.jpg", "three"},
+                    {"clip.MP4", std::string(200'000, 'm')}};
+};
+
+TEST_F(SftpImportTest, LoadsACardAndThenNothing) {
+    CardToServer import(card, store, server->url("photos/2024"));
+    EXPECT_EQ(import.import().done, 4);
+    EXPECT_EQ(tree(server->path("photos/2024")), card);
+    EXPECT_EQ(import.import().total, 0);
+    EXPECT_EQ(tree(server->path("photos/2024")), card);
+    EXPECT_EQ(tree(local.path("root")), Tree{});
+}
+
+TEST_F(SftpImportTest, SortsByType) {
+    CardToServer import(card, store, server->root());
+    EXPECT_EQ(import.import({.byType = true}).done, 4);
+    EXPECT_EQ(serversTree(), (Tree{{"JPG/", ""},
+                                   {"JPG/IMG_0001.JPG", "one"},
+                                   {"JPG/IMG_0002.JPG", "the second"},
+                                   {"JPG/Übung [3] *.jpg", "three"},
+                                   {"MP4/", ""},
+                                   {"MP4/clip.MP4", card.at("clip.MP4")}}));
+    EXPECT_EQ(import.import({.byType = true}).total, 0);
+}
+
+TEST_F(SftpImportTest, KeepsAnotherFileOfTheSameName) {
+    fs::copy_file(local.write("other", "another picture"), server->path("IMG_0001.JPG"));
+    server->handOver(server->path("IMG_0001.JPG"));
+    CardToServer import({{"IMG_0001.JPG", "one"}}, store, server->root());
+    EXPECT_EQ(import.import().done, 1);
+    EXPECT_EQ(serversTree(),
+              (Tree{{"IMG_0001.JPG", "another picture"}, {"IMG_0001_1.JPG", "one"}}));
+}
+
+TEST_F(SftpImportTest, RefusesANameThatWouldBeACommand) {
+    CardToServer import({{"IMG\n!touch x\n.JPG", "evil"}, {"b.JPG", "good"}}, store,
+                        server->root());
+    const auto progress = import.import();
+    EXPECT_EQ(progress.done, 1);
+    EXPECT_EQ(progress.failed, 1);
+    EXPECT_EQ(serversTree(), (Tree{{"b.JPG", "good"}}));
+}
+
+TEST_F(SftpImportTest, EndsWhenTheFolderCannotBeMade) {
+    fs::permissions(server->path(""), fs::perms::owner_read | fs::perms::owner_exec);
+    CardToServer import(card, store, server->url("photos"));
+    EXPECT_EQ(import.import().failed, 1);
+    ASSERT_EQ(import.log.size(), 1U);
+    EXPECT_TRUE(import.log[0].starts_with("Kann Ordner nicht anlegen: " + server->path("photos") +
+                                          ": Ordner lässt sich nicht anlegen: "))
+        << import.log[0];
+}
+
+TEST_F(SftpImportTest, GoesOnAfterTheConnectionBroke) {
+    CardToServer import(card, store, server->root());
+    server->connection().cutNext({LoopbackServer::unlimited, 3000});
+    import.import();
+    import.import();
+    EXPECT_EQ(serversTree(), card);
+}
+
+TEST_F(SftpImportTest, LoadsACardOntoAServerOfAnotherMaker) {
+    using enum SshServer::Product;
+    if (!SshServer::isInstalled(proFtpd))
+        GTEST_SKIP() << "ein zweiter SFTP-Server fehlt (Paket proftpd-mod-crypto)";
+    server = std::make_unique<SshServer>(proFtpd);
+    const auto destination = server->url("photos/a b/2024");
+    CardToServer import(card, store, destination);
+    EXPECT_EQ(import.import({.byType = true}).done, 4) << import.log.back();
+    EXPECT_EQ(import.import({.byType = true}).total, 0);
+    EXPECT_EQ(tree(server->path("photos/a b/2024/JPG")), (Tree{{"IMG_0001.JPG", "one"},
+                                                               {"IMG_0002.JPG", "the second"},
+                                                               {"Übung [3] *.jpg", "three"}}));
+    EXPECT_TRUE(store->isWritableDirectory(destination));
+    EXPECT_EQ(store->fileSize(destination.appending("MP4/clip.MP4")), 200'000);
+    EXPECT_FALSE(store->fileExists(server->url("missing")));
+}
+
+TEST_F(SftpImportTest, SaysThatTheServerIsFull) {
+    const TemporaryVolume volume(1'000'000);
+    if (!volume.isMounted()) GTEST_SKIP() << "ein Volume einzuhängen braucht root";
+    server = std::make_unique<SshServer>();  // knows the volumes of the moment it was started
+    server->handOver(volume.path());
+    fs::permissions(fs::path(volume.path()).parent_path(), fs::perms::all);
+    Url full = server->root();
+    full.path = volume.path();
+    CardToServer import({{"a small.JPG", "one"}, {"big.JPG", std::string(3'000'000, 'x')}}, store,
+                        full);
+    const auto progress = import.import();
+    EXPECT_EQ(progress.done, 1);
+    EXPECT_EQ(progress.failed, 1);
+    EXPECT_TRUE(import.log.back().contains("✗ big.JPG: Übertragung fehlgeschlagen: "))
+        << import.log.back();
+    EXPECT_EQ(tree(volume.path()), (Tree{{"a small.JPG", "one"}}));
+}
+
+}  // namespace
+}  // namespace bildkurier
