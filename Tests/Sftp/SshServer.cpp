@@ -9,7 +9,6 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -25,28 +24,21 @@ constexpr uid_t nobody = 65534;
 
 uid_t serversUser() { return ::geteuid() == 0 ? nobody : ::geteuid(); }
 
-/// An account's names.
-struct Account {
-    std::string name;
-    std::string group;
-};
-
-/// The account of `user`, read without the C library's shared answers: servers are asked for
-/// their addresses from several threads at once.
-Account accountOf(uid_t user) {
-    std::array<char, 16384> buffer;
-    passwd entry{};
-    passwd* found = nullptr;
-    if (::getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found) != 0 || !found)
-        throw std::system_error(ENOENT, std::generic_category(), "getpwuid");
-    const std::string name = entry.pw_name;
-    group groupEntry{};
-    group* foundGroup = nullptr;
-    if (::getgrgid_r(entry.pw_gid, &groupEntry, buffer.data(), buffer.size(), &foundGroup) != 0 ||
-        !foundGroup)
-        throw std::system_error(ENOENT, std::generic_category(), "getgrgid");
-    return {.name = name, .group = groupEntry.gr_name};
+// NOLINTBEGIN(concurrency-mt-unsafe)
+const passwd& accountOf(uid_t user) {
+    const passwd* entry = ::getpwuid(user);
+    if (!entry) throw std::system_error(ENOENT, std::generic_category(), "getpwuid");
+    return *entry;
 }
+
+std::string groupOf(uid_t user) {
+    const group* entry = ::getgrgid(accountOf(user).pw_gid);
+    if (!entry) throw std::system_error(ENOENT, std::generic_category(), "getgrgid");
+    return entry->gr_name;
+}
+// NOLINTEND(concurrency-mt-unsafe)
+
+std::string nameOf(uid_t user) { return accountOf(user).pw_name; }
 
 /// `command` as the server's user runs it.
 std::vector<std::string> asServersUser(std::vector<std::string> command) {
@@ -82,36 +74,35 @@ std::vector<std::string> proFtpd(const TemporaryFolder& folder) {
     folder.write("authorized_keys", keys.out);
     const auto user = serversUser();
     const auto users = folder.write(
-        "users",
-        fmt::format("{}:x:{}:{}::{}:/bin/sh\n", accountOf(user).name, user, user, folder.path()));
+        "users", fmt::format("{}:x:{}:{}::{}:/bin/sh\n", nameOf(user), user, user, folder.path()));
     fs::permissions(users, fs::perms::owner_read | fs::perms::owner_write);
-    const auto config = folder.write(
-        "config", fmt::format("ModulePath /usr/lib/proftpd\n"
-                              "LoadModule mod_sftp.c\n"
-                              "ServerType inetd\n"
-                              "DefaultServer on\n"
-                              "User {1}\n"
-                              "Group {2}\n"
-                              "Port 0\n"
-                              "RequireValidShell off\n"
-                              "UseFtpUsers off\n"
-                              "UseReverseDNS off\n"
-                              "WtmpLog off\n"
-                              "SystemLog none\n"
-                              "TransferLog none\n"
-                              "PidFile {0}/pid\n"
-                              "ScoreboardFile none\n"
-                              "DelayEngine off\n"
-                              "AuthPAM off\n"
-                              "AuthUserFile {0}/users\n"
-                              "AuthOrder mod_auth_file.c\n"
-                              "AllowOverwrite on\n"
-                              "SFTPEngine on\n"
-                              "SFTPHostKey {0}/host_key\n"
-                              "SFTPAuthMethods publickey\n"
-                              "SFTPAuthorizedUserKeys file:{0}/authorized_keys\n"
-                              "SFTPLog {0}/log\n",
-                              folder.path(), accountOf(user).name, accountOf(user).group));
+    const auto config =
+        folder.write("config", fmt::format("ModulePath /usr/lib/proftpd\n"
+                                           "LoadModule mod_sftp.c\n"
+                                           "ServerType inetd\n"
+                                           "DefaultServer on\n"
+                                           "User {1}\n"
+                                           "Group {2}\n"
+                                           "Port 0\n"
+                                           "RequireValidShell off\n"
+                                           "UseFtpUsers off\n"
+                                           "UseReverseDNS off\n"
+                                           "WtmpLog off\n"
+                                           "SystemLog none\n"
+                                           "TransferLog none\n"
+                                           "PidFile {0}/pid\n"
+                                           "ScoreboardFile none\n"
+                                           "DelayEngine off\n"
+                                           "AuthPAM off\n"
+                                           "AuthUserFile {0}/users\n"
+                                           "AuthOrder mod_auth_file.c\n"
+                                           "AllowOverwrite on\n"
+                                           "SFTPEngine on\n"
+                                           "SFTPHostKey {0}/host_key\n"
+                                           "SFTPAuthMethods publickey\n"
+                                           "SFTPAuthorizedUserKeys file:{0}/authorized_keys\n"
+                                           "SFTPLog {0}/log\n",
+                                           folder.path(), nameOf(user), groupOf(user)));
     return {"/usr/sbin/proftpd", "-q", "-c", config};
 }
 
@@ -128,7 +119,7 @@ bool SshServer::isInstalled(Product product) {
     return fs::exists("/usr/sbin/proftpd") && fs::exists("/usr/lib/proftpd/mod_sftp.so");
 }
 
-SshServer::SshServer(Product product) {
+SshServer::SshServer(Product product) : user_(nameOf(serversUser())) {
     makeKey(folder_.path("host_key"));
     makeKey(folder_.path("key"));
     folder_.makeFolder("files");
@@ -141,7 +132,7 @@ SshServer::SshServer(Product product) {
 
 Url SshServer::url(std::string_view relative) const {
     return {.scheme = "sftp",
-            .user = accountOf(serversUser()).name,
+            .user = user_,
             .host = "127.0.0.1",
             .port = connection_->port(),
             .path = path(relative)};

@@ -45,6 +45,7 @@ public:
 
 private:
     TemporaryFolder folder_;
+    std::string user_;
     std::unique_ptr<LoopbackServer> connection_;
 };
 
