@@ -74,11 +74,12 @@ int run(const QApplication& app, SingleInstance& instance) {
     ImportBridge model(parts.model);
     KeyBridge keys(parts.keys);
     QQmlApplicationEngine engine;
+    engine.addImportPath(QStringLiteral("qrc:/qml"));
     engine.setInitialProperties({{"model", QVariant::fromValue(&model)},
                                  {"keys", QVariant::fromValue(&keys)},
                                  {"support", webPage(Fassung::support())},
                                  {"privacy", webPage(Fassung::datenschutz())}});
-    engine.load(QStringLiteral("qrc:/qml/Bildkurier/MainWindow.qml"));
+    engine.loadData("import Bildkurier\nMainWindow {}");
     if (engine.rootObjects().isEmpty()) return 1;
     instance.onAnother = [&engine] { bringToFront(engine); };
     const int status = QApplication::exec();

@@ -3,6 +3,7 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
+import Bildkurier
 
 /// What is going on, and the button that sets it going.
 ColumnLayout {
@@ -73,7 +74,7 @@ ColumnLayout {
 
         BodyText {
             color: Theme.secondary
-            font.family: Monospace.family
+            font.family: Theme.monospace
             font.pixelSize: Theme.captionSize + 1
             objectName: "counts"
             text: bar.counts
@@ -85,7 +86,7 @@ ColumnLayout {
             Layout.fillWidth: true
             color: Theme.secondary
             elide: Text.ElideRight
-            font.family: Monospace.family
+            font.family: Theme.monospace
             font.pixelSize: Theme.captionSize + 1
             objectName: "transferring"
             text: qsTr("· überträgt zum Ziel …")

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 import QtQuick
 import QtQuick.Layouts
+import Bildkurier
 
 /// The camera: what it is, what is on it, whether it is there.
 Card {

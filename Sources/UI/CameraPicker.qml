@@ -4,6 +4,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
+import Bildkurier
 
 /// Which of several cameras.
 T.ComboBox {

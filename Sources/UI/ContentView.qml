@@ -3,6 +3,7 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
+import Bildkurier
 
 /// All that the window shows: a form, and the actions below it.
 Rectangle {

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 import QtQuick
 import QtQuick.Layouts
+import Bildkurier
 
 /// Which days to import.
 ColumnLayout {

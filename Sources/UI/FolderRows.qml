@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 import QtQuick
 import QtQuick.Layouts
+import Bildkurier
 
 /// The destination when it is a folder.
 ColumnLayout {

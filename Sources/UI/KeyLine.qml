@@ -27,7 +27,7 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
         clip: true
         color: Theme.text
-        font.family: Monospace.family
+        font.family: Theme.monospace
         font.pixelSize: Theme.captionSize
         opacity: activeFocus ? 1 : 0
         readOnly: true

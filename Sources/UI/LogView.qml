@@ -3,6 +3,7 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
+import Bildkurier
 
 /// The lines of the log. Stays at the newest unless the user has scrolled away from it.
 CardRow {
@@ -54,7 +55,7 @@ CardRow {
             Accessible.role: Accessible.EditableText
             activeFocusOnTab: true
             color: Theme.text
-            font.family: Monospace.family
+            font.family: Theme.monospace
             font.pixelSize: Theme.captionSize
             objectName: "logText"
             readOnly: true

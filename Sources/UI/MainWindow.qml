@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 import QtQuick
 import QtQuick.Templates as T
+import Bildkurier
 
 /// The application's only window.
 T.ApplicationWindow {

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 import QtQuick
 import QtQuick.Layouts
+import Bildkurier
 
 /// Something the user should know before an import.
 CardRow {

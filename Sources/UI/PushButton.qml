@@ -3,6 +3,7 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
+import Bildkurier
 
 /// A button with a text, a symbol, or both.
 T.Button {

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 import QtQuick
 import QtQuick.Layouts
+import Bildkurier
 
 /// A quiet line in the middle of a card.
 ColumnLayout {

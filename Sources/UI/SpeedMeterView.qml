@@ -3,6 +3,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
+import Bildkurier
 
 /// The speed of an import as a row of lights.
 Rectangle {
@@ -18,7 +19,7 @@ Rectangle {
 
     component Readout: BodyText {
         Accessible.ignored: true
-        font.family: Monospace.family
+        font.family: Theme.monospace
         font.pixelSize: 10
         font.weight: Font.DemiBold
         wrapMode: Text.NoWrap

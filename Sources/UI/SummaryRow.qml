@@ -3,6 +3,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
+import Bildkurier
 
 /// What an import would load, or why there is nothing.
 CardRow {

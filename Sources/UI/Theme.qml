@@ -33,6 +33,8 @@ QtObject {
     readonly property list<color> tileTints: dark ? ["#363c5b", "#2a463d", "#513e2c", "#433551"] : ["#ebefff", "#e5f4ee", "#faf0e5", "#f2ebf9"]
     readonly property list<color> tileTexts: dark ? ["#a9baff", "#62d6a8", "#f0a85c", "#cfa3f0"] : ["#3a57d6", "#167650", "#99540c", "#7e3fb5"]
 
+    /// The system's font of equally wide letters.
+    readonly property string monospace: "monospace"
     readonly property int fontSize: 13
     readonly property int captionSize: 11
     readonly property int margin: 16

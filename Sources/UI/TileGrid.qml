@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 pragma ComponentBehavior: Bound
 import QtQuick
+import Bildkurier
 
 /// One tile per type, as many in a row as there is room for.
 Grid {
