@@ -64,7 +64,7 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
                 defaults, SettingsKey::destinationBookmark, sandboxed, bookmarks),
             .runLock = lock,
             .keyring = keyring,
-            .workspace = nullptr,
+            .workspace = std::move(options.workspace),
             .homeFolder = homeFolder()},
         main, background);
     if (options.trusted) model->trustWhenConnected(*std::move(options.trusted));

@@ -11,6 +11,7 @@
 #include "RunLock.h"
 #include "SSHKeyModel.h"
 #include "UserDefaults.h"
+#include "Workspace.h"
 
 #include <functional>
 #include <memory>
@@ -28,6 +29,7 @@ struct AppContainer {
         std::vector<std::string> cards;
         std::shared_ptr<UserDefaults> defaults;  ///< none: the user's own
         std::shared_ptr<FolderPicker> folderPicker;
+        std::shared_ptr<Workspace> workspace;  ///< none: folders cannot be shown
         /// Name or identity of a camera to trust as soon as it is connected.
         std::optional<std::string> trusted;
         /// Called once the cameras attached at the start have been reported.

@@ -545,6 +545,7 @@ ImportSelection ImportModel::missingFilesSince(std::optional<Date> since) const 
 }
 
 void ImportModel::showMissing(ImportSelection missing) {
+    newByType_ = summarizeByType(missing.files);
     publish(newFiles_, std::move(missing.files));
     publish(newBytes_, missing.bytes);
 }

@@ -92,6 +92,8 @@ public:
     std::function<void(const std::string&)> onLog = [](const std::string&) {};
 
     const std::vector<std::shared_ptr<Camera>>& cameras() const { return cameras_; }
+    /// The one whose session is held; null without one.
+    const std::shared_ptr<Camera>& camera() const { return camera_; }
     const std::optional<std::string>& selectedID() const { return selectedID_; }
     const Url& dest() const { return dest_; }
     DestinationKind destinationKind() const { return destinationKind_; }
@@ -115,6 +117,8 @@ public:
     bool useFromDate() const { return useFromDate_; }
     double fromDayIndex() const { return fromDayIndex_; }
     bool autoImportEnabled() const { return autoImportEnabled_; }
+    /// Of the camera that is imported automatically.
+    std::string trustedName() const { return autoImport_->trustedName(); }
     Phase phase() const { return phase_; }
     const std::string& status() const { return status_; }
     std::int64_t cameraFileCount() const { return cameraFileCount_; }
@@ -128,8 +132,8 @@ public:
     /// Oldest first, at most 500 lines.
     const std::deque<std::string>& log() const { return log_; }
 
-    /// Tiles for `newFiles`; reckoned anew at each call.
-    std::vector<TypeSummary> newByType() const { return summarizeByType(newFiles_); }
+    /// Tiles for `newFiles`.
+    const std::vector<TypeSummary>& newByType() const { return newByType_; }
     /// The first day to import when the filter is on; absent without dated files.
     std::optional<Date> fromDaySelected() const;
     /// Whether the user must choose the destination folder again before it can be used.
@@ -270,6 +274,7 @@ private:
     std::int64_t cameraFileCount_ = 0;
     std::int64_t cameraBytes_ = 0;
     CameraFiles newFiles_;
+    std::vector<TypeSummary> newByType_;
     std::int64_t newBytes_ = 0;
     ImportRunner::Progress progress_;
     SpeedMeter::Reading speed_;
