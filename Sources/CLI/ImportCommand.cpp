@@ -3,7 +3,6 @@
 #include "ImportCommand.h"
 
 #include "CameraName.h"
-#include "CardFolder.h"
 
 #include <fmt/format.h>
 
@@ -47,26 +46,14 @@ void ImportCommand::start() {
         return stop(ExitStatus::noCamera,
                     "Mehrere Kameras gefunden; bitte mit --camera eine wählen.");
     }
-    if (const std::string reason = whyUnusable(); !reason.empty()) {
-        return stop(ExitStatus::destinationUnusable, reason);
-    }
+    const Url& destination = model().dest();
+    if (destination.isFile() && fileStore_->fileSize(destination))
+        return stop(ExitStatus::destinationUnusable, "Der Zielordner ist kein Ordner.");
     nextCamera();
 }
 
 bool ImportCommand::wants(const Camera& camera) const {
     return !commandLine_.camera || answersTo(camera, *commandLine_.camera);
-}
-
-std::string ImportCommand::whyUnusable() const {
-    const Url& destination = model().dest();
-    if (!destination.isFile()) return {};
-    if (fileStore_->fileSize(destination)) return "Der Zielordner ist kein Ordner.";
-    const bool overlapping = std::ranges::any_of(waiting_, [&](const auto& camera) {
-        const auto folder = cardFolder(*camera);
-        return folder && overlaps(*folder, destination.path);
-    });
-    if (!overlapping) return {};
-    return "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.";
 }
 
 void ImportCommand::nextCamera() {
@@ -99,6 +86,8 @@ void ImportCommand::lookWhileReading() {
     if (!isAttached()) return stop(ExitStatus::noCamera, "Die Kamera wurde getrennt.");
     if (model().phase() == Phase::noCamera) return stop(ExitStatus::noCamera, model().status());
     if (model().phase() != Phase::ready) return;
+    if (model().destOverlaps())
+        return stop(ExitStatus::destinationUnusable, ImportModel::overlapStatus);
     if (severalCameras_) report().cameras({&camera_, 1});
     if (commandLine_.command == Command::import) return startImport();
     report().plan(planned());

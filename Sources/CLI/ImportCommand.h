@@ -31,7 +31,6 @@ private:
     void start() override;
     void look() override;
     bool wants(const Camera& camera) const;
-    std::string whyUnusable() const;
     void nextCamera();
     void lookWhileReading();
     void lookWhileRunning();

@@ -11,7 +11,7 @@ WatchCommand::WatchCommand(bool trusting, std::shared_ptr<ImportModel> model, Ma
     : ModelCommand(std::move(model), main, report, std::move(done)), trusting_(trusting) {}
 
 void WatchCommand::start() {
-    if (!trusting_ && !model().autoImportEnabled()) {
+    if (!trusting_ && !model().trustsCamera()) {
         return stop(ExitStatus::noCamera,
                     "Noch ist keine Kamera vertraut: bitte mit --trust eine nennen.");
     }

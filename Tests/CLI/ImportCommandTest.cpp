@@ -205,6 +205,24 @@ TEST_F(ImportCommandTest, GivesUpOnADestinationThatIsAFile) {
     }
 }
 
+TEST_F(ImportCommandTest, GivesUpOnADestinationThatOverlapsWithTheCard) {
+    for (const Command which : {Command::plan, Command::import}) {
+        options.command = which;
+        ends.clear();
+        command.reset();
+        store->files["/bilder/A.JPG"] = "aaaa";
+        const auto camera = attach("A");
+        camera->folder = Url::file("/bilder");
+        file(*camera, "A.JPG", "aaaa");
+        begin();
+        deliver(*camera);
+        EXPECT_EQ(reported(),
+                  (Lines{"error: Karte und Zielordner liegen ineinander; bitte einen anderen "
+                         "Zielordner wählen."}));
+        expectEnd(ExitStatus::destinationUnusable);
+    }
+}
+
 TEST_F(ImportCommandTest, PlansForADestinationThatMayOnlyBeRead) {
     options.command = Command::plan;
     const auto failing = std::make_shared<FailingFileStore>(store);

@@ -5,6 +5,7 @@
 #include "WatchCommand.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace bildkurier {
 namespace {
@@ -33,10 +34,16 @@ protected:
 };
 
 TEST_F(WatchCommandTest, WantsATrustedCamera) {
-    begin();
-    EXPECT_EQ(reported(),
-              (Lines{"error: Noch ist keine Kamera vertraut: bitte mit --trust eine nennen."}));
-    expectEnd(ExitStatus::noCamera);
+    const auto nobody = [] {};
+    const auto forgotten = [this] { settings->storedAutoImport = true; };
+    for (const auto& prepare : {std::function<void()>(nobody), std::function<void()>(forgotten)}) {
+        prepare();
+        ends.clear();
+        begin();
+        EXPECT_EQ(reported(),
+                  (Lines{"error: Noch ist keine Kamera vertraut: bitte mit --trust eine nennen."}));
+        expectEnd(ExitStatus::noCamera);
+    }
 }
 
 TEST_F(WatchCommandTest, ImportsTheTrustedCameraEachTimeItIsConnected) {
@@ -84,6 +91,22 @@ TEST_F(WatchCommandTest, ImportsTheCameraItIsToTrustAtOnce) {
     EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"B.JPG", "bb"}}));
     EXPECT_EQ(settings->storedIdentity, "serial:B");
     EXPECT_TRUE(settings->storedAutoImport);
+}
+
+TEST_F(WatchCommandTest, SaysWhyItCannotTrustACamera) {
+    make();
+    model->trustWhenConnected("Kamera B");
+    begin(true);
+    attached(camera("B"));
+    loop.settle();
+    EXPECT_NE(std::ranges::find_if(report.lines,
+                                   [](const std::string& line) {
+                                       return line.ends_with(
+                                           " Kein Auto-Import: Kamera B hat keine Kennung, an der "
+                                           "sie wiederzuerkennen wäre.");
+                                   }),
+              report.lines.end());
+    EXPECT_TRUE(ends.empty());
 }
 
 TEST_F(WatchCommandTest, EndsAtOnceWhileNothingIsBeingLoaded) {
