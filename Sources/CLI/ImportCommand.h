@@ -35,11 +35,13 @@ private:
     void lookWhileReading();
     void lookWhileRunning();
     void lookForReturn();
+    /// The camera is back, but cannot be opened, or is empty.
+    void lookForHindrance();
     /// Chooses the first day that the user wants; false when nothing was shot since then.
     bool chooseDay();
-    Report::Plan planned();
+    Report::Plan chosenPlan();
     void startImport();
-    void finished();
+    void finished(const ImportRunner::Progress& progress);
     bool isAttached() const;
 
     CommandLine commandLine_;
@@ -47,6 +49,7 @@ private:
     std::deque<std::shared_ptr<Camera>> waiting_;
     std::shared_ptr<Camera> camera_;
     Stage stage_ = Stage::beginning;
+    Report::Plan plan_;  ///< of the import that runs or was interrupted
     bool severalCameras_ = false;
 };
 

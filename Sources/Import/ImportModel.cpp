@@ -261,6 +261,7 @@ void ImportModel::trustWhenConnected(std::string nameOrIdentity) {
 }
 
 void ImportModel::chooseDest() {
+    if (!folderPicker_) return;
     const auto chosen =
         folderPicker_->chooseFolder(dest_.isFile() ? dest_ : settings_->destination());
     if (!chosen) return;
@@ -270,7 +271,7 @@ void ImportModel::chooseDest() {
 }
 
 void ImportModel::showDestInFinder() {
-    if (dest_.isFile() && !destNeedsChoice()) workspace_->open(dest_);
+    if (workspace_ && dest_.isFile() && !destNeedsChoice()) workspace_->open(dest_);
 }
 
 void ImportModel::applySFTPDestination() {
@@ -528,7 +529,7 @@ void ImportModel::applyFilter() {
     if (destOverlaps_) {
         publish(status_, overlapStatus);
     } else if (newFiles_.empty()) {
-        publish(status_, "Nichts Neues im gewählten Zeitraum.");
+        publish(status_, nothingNewStatus);
     } else if (since) {
         publish(status_,
                 fmt::format("{} neue Dateien ({}) bereit zum Import (ab {})", newFiles_.size(),

@@ -66,20 +66,21 @@ public:
         std::shared_ptr<CameraBrowser> browser;
         std::shared_ptr<FileStore> fileStore;
         std::shared_ptr<SettingsStore> settings;
-        std::shared_ptr<FolderPicker> folderPicker;
+        std::shared_ptr<FolderPicker> folderPicker;  ///< none: nothing can be chosen
         std::unique_ptr<ImportRunner> runner;
         std::shared_ptr<AutoImport> autoImport;
         std::shared_ptr<IdleSleepBlocker> sleepBlocker;
         std::shared_ptr<FolderAccess> folderAccess;
         std::shared_ptr<RunLock> runLock;
-        std::shared_ptr<SSHKeyring> keyring;  ///< without it, nothing about servers' keys
-        std::shared_ptr<Workspace> workspace;
-        std::string homeFolder;  ///< path; what "~" stands for
+        std::shared_ptr<SSHKeyring> keyring;   ///< without it, nothing about servers' keys
+        std::shared_ptr<Workspace> workspace;  ///< none: nothing can be shown
+        std::string homeFolder;                ///< path; what "~" stands for
     };
 
     static constexpr auto searchingStatus = "Suche Kamera … (einschalten und per USB verbinden)";
     static constexpr auto chooseFolderStatus =
         "Zielordner wählen: unter Ziel auf „Ändern …“ klicken.";
+    static constexpr auto nothingNewStatus = "Nichts Neues im gewählten Zeitraum.";
     static constexpr auto overlapStatus =
         "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.";
 

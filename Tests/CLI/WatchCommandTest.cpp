@@ -58,8 +58,10 @@ TEST_F(WatchCommandTest, ImportsTheTrustedCameraEachTimeItIsConnected) {
     const Lines expected{
         "importing: 1/1 files, 4 bytes, 1 JPG", "✓ bilder/A.JPG  (" + formatBytes(4) + ")",
         "Fertig: 1 geladen (" + formatBytes(4) + ")", "finished: 1/1 done, 0 failed"};
-    for (const auto& line : expected)
-        EXPECT_NE(std::ranges::find(lines, line), lines.end()) << line;
+    for (const auto& line : expected) EXPECT_EQ(std::ranges::count(lines, line), 1) << line;
+    EXPECT_EQ(std::ranges::count(lines, "status: " + expected[2]), 0) << "it is in the log";
+    EXPECT_GT(report.progressReports, 0);
+    EXPECT_FALSE(report.progressCameFirst);
     model->cameraBrowserDidRemove(first);
 
     const auto again = returned(*first);
@@ -126,6 +128,7 @@ TEST_F(WatchCommandTest, EndsAfterTheFileInFlight) {
     deliver(*camera);
     command->interrupt();
     EXPECT_TRUE(ends.empty());
+    EXPECT_EQ(report.lines.back(), "status: Breche nach der aktuellen Datei ab …");
     first->deliver();
     loop.settle();
     EXPECT_EQ(report.lines.back(), "finished: 1/2 done, 0 failed, cancelled");
@@ -140,7 +143,8 @@ TEST_F(WatchCommandTest, SaysThatAnotherImportRuns) {
     const auto camera = attach("A");
     file(*camera, "A.JPG", "aaaa");
     deliver(*camera);
-    EXPECT_EQ(report.lines.back(), "status: Es läuft schon ein Import.");
+    EXPECT_TRUE(report.lines.back().ends_with(" Auto-Import wartet: Es läuft schon ein Import."))
+        << report.lines.back();
     EXPECT_TRUE(ends.empty());
 }
 
