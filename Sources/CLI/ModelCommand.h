@@ -45,6 +45,13 @@ protected:
     bool isImporting() const { return model_->phase() == ImportModel::Phase::importing; }
     bool isInterrupted() const { return status_ == ExitStatus::interrupted; }
 
+    /// An import begins, or goes on: its progress is told from now on until it ends.
+    void announceImport(const Report::Plan& plan);
+    /// All that the model would import now.
+    Report::Plan planned() const;
+    /// Tells what the model says, unless it was told already.
+    void showStatus();
+
     /// Looks as soon as the model has come to rest.
     void lookLater();
     void setStatus(ExitStatus status) { status_ = status; }
@@ -53,6 +60,7 @@ protected:
 
 private:
     void modelChanged();
+    void showProgress();
 
     std::shared_ptr<ImportModel> model_;
     MainQueue& main_;
@@ -61,6 +69,9 @@ private:
     ExitStatus status_ = ExitStatus::success;
     bool ended_ = false;
     bool willLook_ = false;
+    bool isAnnounced_ = false;
+    bool wasImporting_ = false;
+    std::string shownStatus_;
     ImportRunner::Progress shownProgress_;
     SpeedMeter::Reading shownSpeed_;
     Handle observation_;

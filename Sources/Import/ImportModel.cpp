@@ -27,6 +27,7 @@ namespace {
 constexpr Duration reloadDelay{1.5};
 constexpr Duration reopenDelay{1.0};
 constexpr Duration samplingInterval{0.25};
+constexpr Duration retryInterval{5.0};
 constexpr double speedWindow = 2.0;  // seconds
 constexpr std::size_t longestLog = 500;
 constexpr int mostFruitlessResumes = 2;
@@ -93,6 +94,7 @@ std::optional<Error> firstObstacle(FileStore& store, const Url& folder) {
 struct ImportModel::DestinationScan {
     bool onNetwork = false;
     bool writable = false;
+    bool overlaps = false;
     std::optional<std::int64_t> capacity;
     ImportPlanner planner;
 };
@@ -251,6 +253,7 @@ void ImportModel::setAutoImportEnabled(bool enabled) {
     }
     settings_->setAutoImportEnabled(false);
     autoImport_->clearPending();
+    pendingAutoImport_.reset();
 }
 
 void ImportModel::trustWhenConnected(std::string nameOrIdentity) {
@@ -258,6 +261,7 @@ void ImportModel::trustWhenConnected(std::string nameOrIdentity) {
 }
 
 void ImportModel::chooseDest() {
+    if (!folderPicker_) return;
     const auto chosen =
         folderPicker_->chooseFolder(dest_.isFile() ? dest_ : settings_->destination());
     if (!chosen) return;
@@ -267,7 +271,7 @@ void ImportModel::chooseDest() {
 }
 
 void ImportModel::showDestInFinder() {
-    if (dest_.isFile() && !destNeedsChoice()) workspace_->open(dest_);
+    if (workspace_ && dest_.isFile() && !destNeedsChoice()) workspace_->open(dest_);
 }
 
 void ImportModel::applySFTPDestination() {
@@ -355,10 +359,7 @@ void ImportModel::cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) {
                                      displayName(*camera)));
         return select(camera->id());
     }
-    if (expectedTrust_ && answersTo(*camera, *expectedTrust_) && autoImport_->enable(*camera)) {
-        expectedTrust_.reset();
-        publish(autoImportEnabled_, true);
-    }
+    if (expectedTrust_ && answersTo(*camera, *expectedTrust_)) trust(*camera);
     if (autoImport_->cameraConnected(*camera)) {
         if (phase_ != Phase::importing) select(camera->id());
         return;
@@ -414,6 +415,7 @@ void ImportModel::cameraCatalogChanged(Camera& camera) {
 void ImportModel::selectCamera() {
     if (phase_ == Phase::importing) return;
     scanGeneration_.renew();
+    pendingAutoImport_.reset();
     if (camera_) {
         camera_->closeSession();
         camera_->setDelegate({});
@@ -481,6 +483,7 @@ void ImportModel::recompute() {
     if (destNeedsChoice()) {
         planner_ = ImportPlanner(*candidates_, {});
         destWritable_ = false;
+        destOverlaps_ = false;
         destCapacity_.reset();
         publish(destOnNetwork_, false);
         publish(phase_, Phase::ready);
@@ -496,12 +499,16 @@ void ImportModel::recompute() {
 void ImportModel::scanDestination() {
     runThen(
         background_, main_,
-        [store = fileStore_, dest = dest_, candidates = candidates_] {
+        [store = fileStore_, overlaps = camera_->overlapTest(), dest = dest_,
+         candidates = candidates_] {
             DestinationScan scan;
+            scan.overlaps = overlaps(dest);
             scan.onNetwork = store->isNetworkVolume(dest);
             scan.writable = store->isWritableDirectory(dest);
             scan.capacity = store->availableCapacity(dest);
-            scan.planner = ImportPlanner(*candidates, store->existingFileKeys(dest));
+            // What lies on the card is not there because it was imported.
+            const auto keys = scan.overlaps ? FileKeys() : store->existingFileKeys(dest);
+            scan.planner = ImportPlanner(*candidates, keys);
             return scan;
         },
         scanGeneration_([this](DestinationScan scan) { destinationScanned(std::move(scan)); }));
@@ -511,6 +518,7 @@ void ImportModel::destinationScanned(DestinationScan scan) {
     if (phase_ != Phase::checking) return;
     publish(destOnNetwork_, scan.onNetwork);
     destWritable_ = scan.writable;
+    destOverlaps_ = scan.overlaps;
     destCapacity_ = scan.capacity;
     planner_ = std::move(scan.planner);
     publish(phase_, Phase::ready);
@@ -523,8 +531,10 @@ void ImportModel::applyFilter() {
     showMissing(missingFilesSince(since));
     publish(phase_, Phase::ready);
     if (allFiles_.empty()) return publish(status_, "Die Kamera meldet keine Dateien.");
-    if (newFiles_.empty()) {
-        publish(status_, "Nichts Neues im gewählten Zeitraum.");
+    if (destOverlaps_) {
+        publish(status_, overlapStatus);
+    } else if (newFiles_.empty()) {
+        publish(status_, nothingNewStatus);
     } else if (since) {
         publish(status_,
                 fmt::format("{} neue Dateien ({}) bereit zum Import (ab {})", newFiles_.size(),
@@ -555,6 +565,7 @@ void ImportModel::showMissing(ImportSelection missing) {
 void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRun) {
     if (phase_ != Phase::ready || newFiles_.empty()) return;
     if (destNeedsChoice()) return publish(status_, chooseFolderStatus);
+    if (destOverlaps_) return publish(status_, overlapStatus);
     if (const auto locked = runLock_->acquire(); !locked)
         return publish(status_, locked.error().message);
     if (!continuingPreviousRun) publish(log_, {});
@@ -568,6 +579,7 @@ void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRu
         return publish(
             status_, fmt::format("Kann Zielordner nicht beschreiben: {}", started.error().message));
     }
+    pendingAutoImport_.reset();
     publish(progress_, runner_->progress());
     sleepBlocker_->begin(sleepReason);
     startSpeedMeter();
@@ -669,6 +681,7 @@ void ImportModel::resumeInterruptedImport() {
 
 void ImportModel::startPendingAutoImport() {
     if (!camera_ || !autoImport_->consumePending(*camera_)) return;
+    if (destOverlaps_) return suspendAutoImport(overlapStatus);
     ImportSelection missing = missingFilesSince(std::nullopt);
     if (missing.files.empty()) {
         return publish(status_,
@@ -678,6 +691,8 @@ void ImportModel::startPendingAutoImport() {
     if (destCapacity_ && *destCapacity_ < missing.bytes) {
         return suspendAutoImport("zu wenig freier Platz im Zielordner.");
     }
+    if (const auto locked = runLock_->acquire(); !locked)
+        return postponeAutoImport(locked.error().message);
     std::optional<Date> earliest;
     for (const auto& file : missing.files) {
         const auto shot = file->shotDate();
@@ -692,6 +707,31 @@ void ImportModel::startPendingAutoImport() {
     if (phase_ != Phase::importing) return;
     addLog(fmt::format("↻ Auto-Import: {} fehlende Dateien {}, Kamera {}.", count, range,
                        autoImport_->trustedName()));
+}
+
+void ImportModel::postponeAutoImport(const std::string& reason) {
+    publish(status_, reason);
+    addLog(fmt::format("↻ {} Auto-Import wartet: {}", timeStamp(), reason));
+    pendingAutoImport_ = main_.every(retryInterval, [this] { retryAutoImport(); });
+}
+
+void ImportModel::retryAutoImport() {
+    if (phase_ != Phase::ready || !runLock_->acquire()) return;
+    releaseLock();
+    pendingAutoImport_.reset();
+    // What the other process has imported need not be loaded again.
+    if (autoImport_->cameraConnected(*camera_)) recompute();
+}
+
+void ImportModel::trust(const Camera& camera) {
+    if (!autoImport_->enable(camera)) {
+        return addLog(
+            fmt::format("✗ {} Kein Auto-Import: {} hat keine Kennung, an der sie "
+                        "wiederzuerkennen wäre.",
+                        timeStamp(), displayName(camera)));
+    }
+    expectedTrust_.reset();
+    publish(autoImportEnabled_, true);
 }
 
 void ImportModel::suspendAutoImport(const std::string& reason) {

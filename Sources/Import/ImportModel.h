@@ -66,20 +66,23 @@ public:
         std::shared_ptr<CameraBrowser> browser;
         std::shared_ptr<FileStore> fileStore;
         std::shared_ptr<SettingsStore> settings;
-        std::shared_ptr<FolderPicker> folderPicker;
+        std::shared_ptr<FolderPicker> folderPicker;  ///< none: nothing can be chosen
         std::unique_ptr<ImportRunner> runner;
         std::shared_ptr<AutoImport> autoImport;
         std::shared_ptr<IdleSleepBlocker> sleepBlocker;
         std::shared_ptr<FolderAccess> folderAccess;
         std::shared_ptr<RunLock> runLock;
-        std::shared_ptr<SSHKeyring> keyring;  ///< without it, nothing about servers' keys
-        std::shared_ptr<Workspace> workspace;
-        std::string homeFolder;  ///< path; what "~" stands for
+        std::shared_ptr<SSHKeyring> keyring;   ///< without it, nothing about servers' keys
+        std::shared_ptr<Workspace> workspace;  ///< none: nothing can be shown
+        std::string homeFolder;                ///< path; what "~" stands for
     };
 
     static constexpr auto searchingStatus = "Suche Kamera … (einschalten und per USB verbinden)";
     static constexpr auto chooseFolderStatus =
         "Zielordner wählen: unter Ziel auf „Ändern …“ klicken.";
+    static constexpr auto nothingNewStatus = "Nichts Neues im gewählten Zeitraum.";
+    static constexpr auto overlapStatus =
+        "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.";
 
     /// Restores what the settings hold. `main` must outlive the model, and `background` end
     /// before `main`. Discovery is begun by starting the browser with the model as delegate.
@@ -119,6 +122,8 @@ public:
     bool autoImportEnabled() const { return autoImportEnabled_; }
     /// Of the camera that is imported automatically.
     std::string trustedName() const { return autoImport_->trustedName(); }
+    /// Whether there is a camera that will be imported whenever it is connected.
+    bool trustsCamera() const { return autoImport_->trustsCamera(); }
     Phase phase() const { return phase_; }
     const std::string& status() const { return status_; }
     std::int64_t cameraFileCount() const { return cameraFileCount_; }
@@ -138,6 +143,8 @@ public:
     std::optional<Date> fromDaySelected() const;
     /// Whether the user must choose the destination folder again before it can be used.
     bool destNeedsChoice() const;
+    /// Whether the card lies in the destination or the other way round, as last found.
+    bool destOverlaps() const { return destOverlaps_; }
     bool destIsSFTP() const { return dest_.scheme == "sftp"; }
     /// For human eyes.
     std::string destDescription() const;
@@ -234,6 +241,10 @@ private:
     void resumeInterruptedImport();
     void startPendingAutoImport();
     void suspendAutoImport(const std::string& reason);
+    /// Until no other process imports any more.
+    void postponeAutoImport(const std::string& reason);
+    void retryAutoImport();
+    void trust(const Camera& camera);
 
     MainQueue& main_;
     Background& background_;
@@ -289,6 +300,7 @@ private:
     ImportPlanner planner_;  ///< of these and what the destination has; of none while unknown
     Guard scanGeneration_;   ///< renewed by each scan and camera, so that older scans are dropped
     bool destWritable_ = false;
+    bool destOverlaps_ = false;
     std::optional<std::int64_t> destCapacity_;
     Guard sftpChecks_;      ///< never renewed: of several checks, each shows what came of it
     Handle pendingReload_;  ///< a catalogue re-read is scheduled
@@ -297,6 +309,7 @@ private:
     bool resumeReady_ = false;
     int fruitlessResumes_ = 0;
     bool runIgnoresDateFilter_ = false;
+    Handle pendingAutoImport_;                  ///< looks whether another process still imports
     std::optional<std::string> expectedTrust_;  ///< name or identity of a camera to trust
     SpeedMeter speedMeter_;
     Handle speedTimer_;

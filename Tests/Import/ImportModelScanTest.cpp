@@ -55,6 +55,48 @@ TEST_F(ImportModelScanTest, TakesADestinationThatTellsNothingForEmpty) {
     EXPECT_FALSE(model->destOnNetwork());
 }
 
+TEST_F(ImportModelScanTest, LoadsNothingIntoADestinationThatOverlapsWithTheCard) {
+    store->files["/bilder/A.JPG"] = "aaaa";
+    make();
+    attached->folder = Url::file("/bilder");
+    file(*attached, "A.JPG", "aaaa");
+    connect(attached);
+    const std::string advice =
+        "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.";
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(model->status(), advice);
+    EXPECT_TRUE(model->destOverlaps());
+    EXPECT_EQ(newNames(), (Names{"A.JPG"})) << "it has not been imported";
+    const auto before = store->tree(Url::file("/"));
+    model->setUseFromDate(true);
+    model->setUseFromDate(false);
+    EXPECT_EQ(model->status(), advice);
+    model->startImport();
+    loop.settle();
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(model->status(), advice);
+    EXPECT_EQ(store->tree(Url::file("/")), before);
+    EXPECT_FALSE(lock->held);
+
+    model->setDest(Url::file("/ziel"));
+    loop.settle();
+    EXPECT_FALSE(model->destOverlaps());
+    model->startImport();
+    loop.settle();
+    EXPECT_EQ(store->tree(Url::file("/ziel")), (Tree{{"JPG/", ""}, {"JPG/A.JPG", "aaaa"}}));
+}
+
+TEST_F(ImportModelScanTest, ForgetsTheOverlapOfAFolderThatMustBeChosenAgain) {
+    make();
+    attached->folder = Url::file("/bilder");
+    file(*attached, "A.JPG", "aaaa");
+    connect(attached);
+    access->granted = false;
+    model->setDest(Url::file("/ziel"));
+    EXPECT_FALSE(model->destOverlaps());
+    EXPECT_EQ(model->status(), chooseFolder);
+}
+
 TEST_F(ImportModelScanTest, MakesNoSecondCopiesWhenTheListingBreaksOff) {
     files = std::make_shared<BrokenListings>(store);
     ASSERT_TRUE(store->createDirectory(Url::file("/bilder/JPG")));
