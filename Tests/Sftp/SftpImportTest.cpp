@@ -88,14 +88,6 @@ TEST_F(SftpImportTest, EndsWhenTheFolderCannotBeMade) {
         << import.log[0];
 }
 
-TEST_F(SftpImportTest, GoesOnAfterTheConnectionBroke) {
-    CardToServer import(card, store, server->root());
-    server->connection().cutNext({LoopbackServer::unlimited, 3000});
-    import.import();
-    import.import();
-    EXPECT_EQ(serversTree(), card);
-}
-
 TEST_F(SftpImportTest, LoadsACardOntoAServerOfAnotherMaker) {
     using enum SshServer::Product;
     if (!SshServer::isInstalled(proFtpd))

@@ -201,6 +201,28 @@ TEST_F(SftpServerTest, ReplacesWhatABrokenUploadLeft) {
     EXPECT_EQ(serversTree(), (Tree{{"IMG_1.JPG", "picture"}}));
 }
 
+TEST_F(SftpServerTest, TakesTheLongestNames) {
+    Tree expected;
+    for (const std::size_t length : {250, 251, 255}) {
+        const auto name = std::string(length - 4, 'n') + ".JPG";
+        const auto moved = bring(name, "picture");
+        EXPECT_TRUE(moved) << length << ": " << moved.error().message;
+        expected[name] = "picture";
+    }
+    EXPECT_EQ(serversTree(), expected);
+}
+
+TEST_F(SftpServerTest, ProbesFromSeveralThreads) {
+    std::vector<std::jthread> threads;
+    std::vector<char> writable(4);
+    threads.reserve(writable.size());
+    for (auto& answer : writable)
+        threads.emplace_back([&] { answer = store->isWritableDirectory(server->root()) ? 1 : 0; });
+    threads.clear();
+    EXPECT_EQ(writable, std::vector<char>(4, 1));
+    EXPECT_EQ(serversTree(), Tree{});
+}
+
 TEST_F(SftpServerTest, MayBeUsedFromSeveralThreads) {
     std::vector<std::jthread> threads;
     std::vector<bool> outcomes(4);
