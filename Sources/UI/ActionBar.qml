@@ -46,6 +46,7 @@ ColumnLayout {
         Accessible.role: Accessible.ProgressBar
         Layout.fillWidth: true
         implicitHeight: 5
+        objectName: "progress"
         value: bar.progress
         visible: bar.importing
 

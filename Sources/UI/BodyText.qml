@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 import QtQuick
-import QtQuick.Templates as T
 
 /// Text as it is, never taken for markup: it may come from a card.
-T.Label {
+Text {
     color: Theme.text
     font.pixelSize: Theme.fontSize
-    linkColor: color
     textFormat: Text.PlainText
     wrapMode: Text.Wrap
     Accessible.role: Accessible.StaticText

@@ -34,6 +34,7 @@ Card {
                 color: header.connected ? Theme.accent : Theme.secondary
                 height: 30
                 name: "camera"
+                objectName: "cameraSymbol"
                 opacity: header.connected ? 1 : 0.55
                 width: 30
             }

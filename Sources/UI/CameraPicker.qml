@@ -20,6 +20,7 @@ T.ComboBox {
     currentIndex: selected
     focusPolicy: Qt.StrongFocus
     font.pixelSize: Theme.fontSize
+    hoverEnabled: true
     implicitHeight: 28
     implicitWidth: Math.min(200, implicitContentWidth + leftPadding + rightPadding)
     leftPadding: 10

@@ -47,9 +47,9 @@ ColumnLayout {
 
         DaySlider {
             Layout.fillWidth: true
+            day: rows.day
             dayText: rows.fromDay
-            to: Math.max(1, rows.days - 1)
-            value: rows.day
+            days: rows.days
             visible: rows.days > 1
 
             onMoved: rows.dayChosen(value)

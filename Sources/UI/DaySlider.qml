@@ -7,7 +7,9 @@ import QtQuick.Templates as T
 T.Slider {
     id: slider
 
-    property string dayText
+    required property string dayText
+    required property int days
+    required property real day
 
     Accessible.description: dayText
     Accessible.name: qsTr("Nur ab einem bestimmten Tag")
@@ -18,6 +20,9 @@ T.Slider {
     implicitWidth: 160
     snapMode: T.Slider.SnapAlways
     stepSize: 1
+    to: Math.max(1, days - 1)
+    // Follows both: a day that comes before its range would be cut.
+    value: Math.min(day, to)
 
     background: Rectangle {
         color: Theme.groove

@@ -3,6 +3,7 @@
 #include "ImportBridge.h"
 
 #include "CameraName.h"
+#include "FileName.h"
 #include "Formatting.h"
 #include "WindowText.h"
 
@@ -120,7 +121,9 @@ void ImportBridge::setDestination(Destination destination) {
     announce();
 }
 
-QString ImportBridge::destDescription() const { return windowText(model_->destDescription()); }
+QString ImportBridge::destDescription() const {
+    return windowText(displayText(model_->destDescription()));
+}
 
 QString ImportBridge::sftpUser() const { return windowText(model_->sftpUser()); }
 
@@ -185,7 +188,7 @@ QString ImportBridge::autoImportCaption() const {
     }
     return tr("Freigegeben für %1. Beim nächsten Verbinden beginnt der Import ab dem ersten "
               "fehlenden Aufnahmetag. Vorhandene Dateien bleiben unangetastet.")
-        .arg(windowText(model_->trustedName()));
+        .arg(windowText(displayText(model_->trustedName())));
 }
 
 // Days

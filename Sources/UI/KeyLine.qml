@@ -26,10 +26,10 @@ Rectangle {
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         clip: true
-        color: Theme.text
+        // Unlike an opacity of 0, no colour keeps it in the accessibility tree.
+        color: activeFocus ? Theme.text : "transparent"
         font.family: Theme.monospace
         font.pixelSize: Theme.captionSize
-        opacity: activeFocus ? 1 : 0
         readOnly: true
         selectByMouse: true
         selectedTextColor: "#ffffff"

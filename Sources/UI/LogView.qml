@@ -23,11 +23,13 @@ CardRow {
 
         property bool follows: true
 
-        readonly property real end: Math.max(0, contentHeight - height)
+        function newest(): real {
+            return Math.max(0, contentHeight - height);
+        }
 
         function followNewest() {
             if (follows)
-                contentY = end;
+                contentY = newest();
         }
 
         Layout.fillWidth: true
@@ -43,7 +45,7 @@ CardRow {
         }
 
         onContentHeightChanged: followNewest()
-        onContentYChanged: follows = contentY >= end - 1
+        onContentYChanged: follows = contentY >= newest() - 1
         onHeightChanged: followNewest()
 
         TextEdit {
@@ -74,7 +76,7 @@ CardRow {
                         [Qt.Key_PageUp]: -page
                     });
                 if (event.key in steps) {
-                    view.contentY = Math.max(0, Math.min(view.end, view.contentY + steps[event.key]));
+                    view.contentY = Math.max(0, Math.min(view.newest(), view.contentY + steps[event.key]));
                     event.accepted = true;
                 }
             }

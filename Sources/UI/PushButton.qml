@@ -22,6 +22,7 @@ T.Button {
     Accessible.role: Accessible.Button
     focusPolicy: Qt.StrongFocus
     font.pixelSize: Theme.fontSize
+    hoverEnabled: true
     font.weight: prominent ? Font.DemiBold : Font.Normal
     implicitHeight: Math.max(28, implicitContentHeight + 10)
     implicitWidth: implicitContentWidth + leftPadding + rightPadding

@@ -32,7 +32,7 @@ ColumnLayout {
         placeholder: qsTr("quarzfeld")
         text: rows.user
 
-        onAccepted: checkButton.click()
+        onAccepted: if (!rows.checking) rows.check()
         onEdited: text => rows.userEdited(text)
     }
 
@@ -42,7 +42,7 @@ ColumnLayout {
         placeholder: qsTr("nas.local, IP oder rechner:port")
         text: rows.host
 
-        onAccepted: checkButton.click()
+        onAccepted: if (!rows.checking) rows.check()
         onEdited: text => rows.hostEdited(text)
     }
 
@@ -52,7 +52,7 @@ ColumnLayout {
         placeholder: qsTr("/Users/quarzfeld/Bilder")
         text: rows.path
 
-        onAccepted: checkButton.click()
+        onAccepted: if (!rows.checking) rows.check()
         onEdited: text => rows.pathEdited(text)
     }
 
@@ -64,8 +64,6 @@ ColumnLayout {
                 spacing: 10
 
                 PushButton {
-                    id: checkButton
-
                     enabled: !rows.checking
                     text: qsTr("Verbinden und prüfen")
 

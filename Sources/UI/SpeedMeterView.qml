@@ -122,6 +122,7 @@ Rectangle {
         Item {
             Layout.fillWidth: true
             implicitHeight: unit.implicitHeight
+            objectName: "scaleRow"
 
             Repeater {
                 model: gauge.reading.scale
@@ -139,6 +140,7 @@ Rectangle {
                 id: unit
 
                 anchors.right: parent.right
+                objectName: "unit"
                 //: Einheit der Skala; französisch Mo/s
                 text: qsTr("MB/s")
             }

@@ -12,7 +12,7 @@ Rectangle {
     required property color ink
     required property color tint
 
-    Accessible.name: qsTr("%1: %2 (%3)").arg(tile.name).arg(tile.count).arg(tile.size)
+    Accessible.name: tile.label
     Accessible.role: Accessible.StaticText
     color: tint
     implicitHeight: content.implicitHeight + 14

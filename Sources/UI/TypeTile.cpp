@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "TypeTile.h"
 
+#include "FileName.h"
 #include "Formatting.h"
 #include "WindowText.h"
 
@@ -30,8 +31,10 @@ QString symbolFor(const std::string& ext) {
 TypeTile::TypeTile(const TypeSummary& summary)
     : symbol(symbolFor(summary.ext)),
       //: Kachel für Dateien ohne Endung
-      name(summary.ext.empty() ? QObject::tr("Sonstige") : windowText(summary.ext)),
+      name(summary.ext.empty() ? QObject::tr("Sonstige") : windowText(displayText(summary.ext))),
       count(countText(summary.count)),
       size(windowText(formatBytes(summary.bytes))) {}
+
+QString TypeTile::label() const { return QObject::tr("%1: %2 (%3)").arg(name, count, size); }
 
 }  // namespace bildkurier

@@ -19,10 +19,14 @@ struct TypeTile {
     Q_PROPERTY(QString name MEMBER name CONSTANT)
     Q_PROPERTY(QString count MEMBER count CONSTANT)
     Q_PROPERTY(QString size MEMBER size CONSTANT)
+    Q_PROPERTY(QString label READ label CONSTANT)
 
 public:
     TypeTile() = default;
     explicit TypeTile(const TypeSummary& summary);
+
+    /// For those who hear the tile.
+    QString label() const;
 
     QString symbol;
     QString name;
