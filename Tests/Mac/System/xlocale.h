@@ -27,6 +27,9 @@ typedef uint32_t __uint32_t;
 #define _CTYPE_R 0x00040000L
 
 extern "C" {
+float strtof_l(const char*, char**, locale_t);
+double strtod_l(const char*, char**, locale_t);
+long double strtold_l(const char*, char**, locale_t);
 long long strtoll_l(const char*, char**, int, locale_t);
 unsigned long long strtoull_l(const char*, char**, int, locale_t);
 int snprintf_l(char*, size_t, locale_t, const char*, ...);
