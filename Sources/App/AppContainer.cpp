@@ -12,7 +12,6 @@
 #include "ImportLock.h"
 #include "ImportRunner.h"
 #include "LocalFileStore.h"
-#include "ProcessCommandRunner.h"
 #include "SFTPFileStore.h"
 #include "SettingsKey.h"
 #include "SystemAdapters.h"
@@ -25,11 +24,12 @@ namespace bildkurier {
 
 AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, Options options) {
     const bool sandboxed = Fassung::sandbox();
-    const auto keyring = std::make_shared<AppSSHKeyring>(AppSSHKeyring::standardDirectory(),
-                                                         std::make_shared<ProcessCommandRunner>());
+    const auto picker = options.folderPicker ? options.folderPicker : systemFolderPicker();
+    const auto programs = std::make_shared<ProcessCommandRunner>();
+    const auto keyring =
+        std::make_shared<AppSSHKeyring>(AppSSHKeyring::standardDirectory(), programs);
     const auto sftpStore = std::make_shared<SFTPFileStore>(
-        std::make_shared<ProcessCommandRunner>(), "/usr/bin/sftp",
-        [keyring, sandboxed] { return keyring->login(sandboxed); },
+        programs, "/usr/bin/sftp", [keyring, sandboxed] { return keyring->login(sandboxed); },
         Fassung::zwischenOrdner(cachesFolder()));
     const auto router =
         std::make_shared<FileStoreRouter>(std::make_shared<LocalFileStore>(), sftpStore);
@@ -45,7 +45,7 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
             .browser = browser,
             .fileStore = router,
             .settings = settings,
-            .folderPicker = options.folderPicker,
+            .folderPicker = picker,
             .runner = std::move(runner),
             .autoImport = std::make_shared<AutoImport>(settings, router),
             .sleepBlocker = systemSleepBlocker(),
@@ -53,7 +53,7 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
                 defaults, SettingsKey::destinationBookmark, sandboxed, bookmarks),
             .runLock = lock,
             .keyring = keyring,
-            .workspace = nullptr,
+            .workspace = std::move(options.workspace),
             .homeFolder = homeFolder()},
         main, background);
     if (options.trusted) model->trustWhenConnected(*std::move(options.trusted));
@@ -61,11 +61,12 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
     if (options.discovers) browser->start(model);
     const auto keys = std::make_shared<SSHKeyModel>(
         SSHKeyModel::Collaborators{.keyring = keyring,
-                                   .picker = std::move(options.folderPicker),
+                                   .picker = picker,
                                    .fileAccess = std::make_shared<BookmarkFileAccess>(bookmarks),
                                    .homeFolder = homeFolder()},
         sandboxed, main, background);
-    return {.model = model, .keys = keys, .fileStore = router, .runLock = lock};
+    return {
+        .model = model, .keys = keys, .fileStore = router, .runLock = lock, .programs = programs};
 }
 
 }  // namespace bildkurier

@@ -32,4 +32,6 @@ std::shared_ptr<IdleSleepBlocker> systemSleepBlocker() {
     return std::make_shared<LogindSleepBlocker>();
 }
 
+std::shared_ptr<FolderPicker> systemFolderPicker() { return nullptr; }
+
 }  // namespace bildkurier

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "FatalError.h"
+#include "FinderFolderPicker.h"
 #include "MacDeviceBrowser.h"
 #include "ProcessInfoSleepBlocker.h"
 #include "SecurityScopedBookmarks.h"
@@ -21,6 +22,10 @@ std::shared_ptr<Bookmarks> systemBookmarks() { return std::make_shared<SecurityS
 
 std::shared_ptr<IdleSleepBlocker> systemSleepBlocker() {
     return std::make_shared<ProcessInfoSleepBlocker>();
+}
+
+std::shared_ptr<FolderPicker> systemFolderPicker() {
+    return std::make_shared<FinderFolderPicker>();
 }
 
 }  // namespace bildkurier

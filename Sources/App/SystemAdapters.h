@@ -4,6 +4,7 @@
 
 #include "Background.h"
 #include "Bookmarks.h"
+#include "FolderPicker.h"
 #include "IdleSleepBlocker.h"
 #include "MainQueue.h"
 #include "NativeCamera.h"
@@ -27,5 +28,8 @@ std::shared_ptr<UserDefaults> systemDefaults();
 std::shared_ptr<Bookmarks> systemBookmarks();
 
 std::shared_ptr<IdleSleepBlocker> systemSleepBlocker();
+
+/// None where dialogs are the toolkit's.
+std::shared_ptr<FolderPicker> systemFolderPicker();
 
 }  // namespace bildkurier

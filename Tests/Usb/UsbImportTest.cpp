@@ -49,6 +49,7 @@ VirtualBus::Device UsbImportTest::camera(const std::string& serial) const {
 }
 
 void UsbImportTest::start() {
+    pool.emplace();
     const auto store = std::make_shared<LocalFileStore>();
     const auto browser = std::make_shared<ImageCaptureBrowser>(std::make_unique<UsbCameras>(
         loop, UsbCameras::Options{.bus = usb.bus(), .timing = timing, .release = release}));

@@ -8,6 +8,7 @@
 #include "ImportModel.h"
 #include "MemorySettings.h"
 #include "TemporaryFolder.h"
+#include "TemporaryVolume.h"
 #include "ThreadPool.h"
 #include "Tree.h"
 #include "UsbCameras.h"
@@ -68,7 +69,7 @@ protected:
     std::shared_ptr<MemorySettings> settings = std::make_shared<MemorySettings>();
     std::shared_ptr<FakeSleepBlocker> sleepBlocker = std::make_shared<FakeSleepBlocker>();
     EventLoop loop;
-    std::optional<ThreadPool> pool{std::in_place};
+    std::optional<ThreadPool> pool;
     std::shared_ptr<ImportModel> model;
     std::vector<std::string> statuses;  ///< each that showed
 

@@ -36,6 +36,11 @@ void VirtualBus::pull(const std::string& place) const {
     fs::rename(onBus(place), inDrawer(place));
 }
 
+void VirtualBus::unplugForGood(const std::string& place) const {
+    if (isPluggedIn(place)) pull(place);
+    fs::remove_all(inDrawer(place));
+}
+
 bool VirtualBus::isPluggedIn(const std::string& place) const { return fs::exists(onBus(place)); }
 
 void VirtualBus::change(const std::string& place,
@@ -54,6 +59,11 @@ std::size_t VirtualBus::count(const std::string& place, const std::string& what)
     const std::string folder = isPluggedIn(place) ? onBus(place) : inDrawer(place);
     const fs::path file = folder + "/count-" + what;
     return fs::exists(file) ? fs::file_size(file) : 0;
+}
+
+void VirtualBus::showToEverybody() const {
+    fs::permissions(folder_.path(), fs::perms::others_read | fs::perms::others_exec,
+                    fs::perm_options::add);
 }
 
 std::string VirtualBus::claimFile(const std::string& place) const {

@@ -33,9 +33,13 @@ public:
     /// Plugs in again, as it was, what was pulled there.
     void plugInAgain(const std::string& place);
     void pull(const std::string& place) const;
+    /// Pulls it if it is plugged in, and throws it away.
+    void unplugForGood(const std::string& place) const;
     bool isPluggedIn(const std::string& place) const;
     /// Changes what the driver is told, which it heeds when it opens the camera the next time.
     void change(const std::string& place, const std::map<std::string, std::string>& settings) const;
+    /// Lets users who are not this process's read what is on the bus.
+    void showToEverybody() const;
     /// How often something was counted in a camera's folder, such as "openings".
     std::size_t count(const std::string& place, const std::string& what) const;
     /// The file by which a camera that is plugged in is held; locked, it is in use.

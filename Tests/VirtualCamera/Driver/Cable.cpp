@@ -45,11 +45,14 @@ int Cable::write(std::span<const char> bytes) {
 
 bool Cable::isFaultDue(std::size_t count) const {
     const std::int64_t at = plug_.number("fault_at");
-    return at >= 0 && sent_ + count > static_cast<std::uint64_t>(at);
+    const std::int64_t most = plug_.number("faults");
+    return at >= 0 && sent_ + count > static_cast<std::uint64_t>(at) &&
+           (most < 0 || plug_.counted("faults") < most);
 }
 
 int Cable::fault(int milliseconds) {
     const std::string fault = plug_.text("fault");
+    plug_.count("faults");
     if (fault == "pull") {
         plug_.pull();
         return GP_ERROR_IO_USB_FIND;
@@ -63,10 +66,7 @@ int Cable::fault(int milliseconds) {
 
 int Cable::read(std::span<char> bytes, int milliseconds) {
     if (const int code = check(); code != GP_OK) return code;
-    if (isFaultDue(bytes.size())) {
-        const std::int64_t most = plug_.number("faults");
-        if (most < 0 || plug_.count("faults") < most) return fault(milliseconds);
-    }
+    if (isFaultDue(bytes.size())) return fault(milliseconds);
     if (responder_.outbox().isEmpty()) {
         pass(milliseconds);
         return GP_ERROR_TIMEOUT;

@@ -83,12 +83,16 @@ void Plug::pull() const {
     fs::rename(folder_, drawer / folder_.filename(), error);
 }
 
-std::int64_t Plug::count(const std::string& what) const {
-    const fs::path file = folder_ / ("count-" + what);
+fs::path Plug::counter(const std::string& what) const { return folder_ / ("count-" + what); }
+
+std::int64_t Plug::counted(const std::string& what) const {
     std::error_code error;
-    const auto before = fs::exists(file, error) ? fs::file_size(file, error) : 0;
-    std::ofstream(file, std::ios::app) << '.';
-    return static_cast<std::int64_t>(before);
+    const auto bytes = fs::file_size(counter(what), error);
+    return error ? 0 : static_cast<std::int64_t>(bytes);
+}
+
+void Plug::count(const std::string& what) const {
+    std::ofstream(counter(what), std::ios::app) << '.';
 }
 
 }  // namespace bildkurier

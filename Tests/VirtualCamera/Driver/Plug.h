@@ -46,10 +46,13 @@ public:
     bool isIn() const;
     /// Unplugs it: it comes to the folder "drawer" beside the bus.
     void pull() const;
-    /// Counts what happens once more, in a file beside the settings; answers how often it had.
-    std::int64_t count(const std::string& what) const;
+    /// How often something has happened, which a file beside the settings says: "openings",
+    /// "faults", and "unknown" requests.
+    std::int64_t counted(const std::string& what) const;
+    void count(const std::string& what) const;
 
 private:
+    std::filesystem::path counter(const std::string& what) const;
     std::string attribute(const char* name) const;
 
     std::filesystem::path folder_;

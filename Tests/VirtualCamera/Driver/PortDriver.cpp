@@ -72,7 +72,8 @@ int findDeviceByClass(GPPort* port, int kind, int subclass, int protocol) {
 int open(GPPort* port) {
     const auto plug = plugAt(port);
     if (!plug) return GP_ERROR_IO_USB_FIND;
-    if (plug->count("openings") < plug->number("busy")) return GP_ERROR_IO_USB_CLAIM;
+    plug->count("openings");
+    if (plug->counted("openings") <= plug->number("busy")) return GP_ERROR_IO_USB_CLAIM;
     const int claim = ::open(plug->settingsFile().c_str(), O_RDONLY | O_CLOEXEC);
     if (claim < 0) return GP_ERROR_IO_USB_FIND;
     if (::flock(claim, LOCK_EX | LOCK_NB) != 0) {

@@ -167,6 +167,7 @@ void PtpResponder::request(std::span<const std::uint8_t> bytes) {
         case getThumb:
             return answer(request, noThumbnail);
         default:
+            plug_.count("unknown");
             return answer(request, notSupported);
     }
 }
