@@ -382,6 +382,18 @@ TEST_F(ImportRunnerTest, ForgetsACancelAtTheNextStart) {
     EXPECT_EQ(finished[0].first.done, 1);
 }
 
+TEST_F(ImportRunnerTest, MakesNoFolderForAFileThatIsKnownToBeLost) {
+    file("100CANON", "")->knownObstacle = Error{"Ordner DCIM/100CANON ist nicht lesbar"};
+    file("B.JPG", "bb");
+    runAll({.byDate = true, .byType = true});
+    EXPECT_EQ(files[0]->downloads, 0);
+    EXPECT_EQ(finished[0].first, (Progress{.total = 2, .done = 1, .failed = 1, .bytesDone = 2}));
+    EXPECT_EQ(log.front(), "✗ 100CANON: Ordner DCIM/100CANON ist nicht lesbar");
+    const std::string today = dayFormatter().text(loop.wallClock);
+    EXPECT_EQ(store->tree(destination),
+              (Tree{{today + "/", ""}, {today + "/JPG/", ""}, {today + "/JPG/B.JPG", "bb"}}));
+}
+
 TEST_F(ImportRunnerTest, PassesOverAFileThatIsThereAlready) {
     ASSERT_TRUE(store->createDirectory(Url::file("/bilder/JPG")));
     store->files["/bilder/JPG/A.JPG"] = "aaaa";

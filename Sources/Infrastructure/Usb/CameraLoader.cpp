@@ -2,7 +2,6 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CameraLoader.h"
 
-#include "FileName.h"
 
 #include <fmt/format.h>
 
@@ -34,10 +33,6 @@ CameraLoader::Outcome CameraLoader::fail(Error error) {
 }
 
 CameraLoader::Outcome CameraLoader::load() {
-    if (load_.entry.error != 0) {
-        return fail({fmt::format("Auf der Kamera nicht lesbar: {}/{}", displayText(load_.folder),
-                                 displayText(load_.entry.name))});
-    }
     if (!hasKnownSize(load_.entry)) {
         return fail(
             {"Die Kamera gibt die Größe der Datei nicht an; bitte die Karte in einem "
