@@ -13,12 +13,14 @@
 #include "ImportLock.h"
 #include "ImportRunner.h"
 #include "IniUserDefaults.h"
+#include "JoinedBrowsers.h"
 #include "LocalFileStore.h"
 #include "LogindSleepBlocker.h"
 #include "MountedCards.h"
 #include "PathBookmarks.h"
 #include "SFTPFileStore.h"
 #include "SettingsKey.h"
+#include "UsbCameras.h"
 #include "UserDefaultsSettings.h"
 #include "UserFolders.h"
 
@@ -39,9 +41,13 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
     const auto defaults = options.defaults ? options.defaults : std::make_shared<IniUserDefaults>();
     const auto settings = std::make_shared<UserDefaultsSettings>(defaults);
     const bool anyCard = options.cards.empty();
-    const auto browser = std::make_shared<ImageCaptureBrowser>(std::make_unique<MountedCards>(
+    std::vector<std::unique_ptr<NativeBrowser>> sources;
+    sources.push_back(std::make_unique<MountedCards>(
         main, background, std::make_shared<ExifCaptureDates>(),
         MountedCards::Options{.folders = std::move(options.cards), .volumes = anyCard}));
+    if (anyCard) sources.push_back(std::make_unique<UsbCameras>(main, UsbCameras::Options{}));
+    const auto browser =
+        std::make_shared<ImageCaptureBrowser>(std::make_unique<JoinedBrowsers>(std::move(sources)));
     auto runner = std::make_unique<ImportRunner>(router, main, background);
     const auto bookmarks = std::make_shared<PathBookmarks>();
     const auto lock = std::make_shared<ImportLock>();
@@ -58,7 +64,7 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
                 defaults, SettingsKey::destinationBookmark, sandboxed, bookmarks),
             .runLock = lock,
             .keyring = keyring,
-            .workspace = nullptr,
+            .workspace = std::move(options.workspace),
             .homeFolder = homeFolder()},
         main, background);
     if (options.trusted) model->trustWhenConnected(*std::move(options.trusted));

@@ -11,6 +11,7 @@
 #include "RunLock.h"
 #include "SSHKeyModel.h"
 #include "UserDefaults.h"
+#include "Workspace.h"
 
 #include <functional>
 #include <memory>
@@ -24,10 +25,11 @@ namespace bildkurier {
 struct AppContainer {
     /// What a front end may want otherwise.
     struct Options {
-        /// Folders to take for cameras; mounted cards are then left alone.
+        /// Folders to take for cameras; all others are then left alone.
         std::vector<std::string> cards;
         std::shared_ptr<UserDefaults> defaults;  ///< none: the user's own
         std::shared_ptr<FolderPicker> folderPicker;
+        std::shared_ptr<Workspace> workspace;  ///< none: folders cannot be shown
         /// Name or identity of a camera to trust as soon as it is connected.
         std::optional<std::string> trusted;
         /// Called once the cameras attached at the start have been reported.

@@ -34,17 +34,18 @@ private:
     void start() override;
     void look() override;
     bool wants(const Camera& camera) const;
-    std::string whyUnusable() const;
     void reachServer();
     void nextCamera();
     void lookWhileReading();
     void lookWhileRunning();
     void lookForReturn();
+    /// The camera is back, but cannot be opened, or is empty.
+    void lookForHindrance();
     /// Chooses the first day that the user wants; false when nothing was shot since then.
     bool chooseDay();
-    Report::Plan planned();
+    Report::Plan chosenPlan();
     void startImport();
-    void finished();
+    void finished(const ImportRunner::Progress& progress);
     bool isAttached() const;
 
     CommandLine commandLine_;
@@ -54,6 +55,7 @@ private:
     std::deque<std::shared_ptr<Camera>> waiting_;
     std::shared_ptr<Camera> camera_;
     Stage stage_ = Stage::beginning;
+    Report::Plan plan_;  ///< of the import that runs or was interrupted
     bool severalCameras_ = false;
     Guard answers_;
 };

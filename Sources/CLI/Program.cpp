@@ -21,6 +21,7 @@
 #include "UserDefaultsSettings.h"
 #include "WatchCommand.h"
 
+#include <cstdio>
 #include <memory>
 #include <optional>
 #include <set>
@@ -42,9 +43,8 @@ std::unique_ptr<Report> makeReport(bool json) {
 /// place.
 std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine) {
     using Key = SettingsKey;
-    std::set<std::string> own;
-    if (commandLine.command != Command::watch)
-        own.insert({Key::useFromDate, Key::fromDay, Key::autoImportEnabled});
+    std::set<std::string> own{Key::useFromDate, Key::fromDay};
+    if (commandLine.command != Command::watch) own.insert(Key::autoImportEnabled);
     if (commandLine.destination || commandLine.server) {
         own.insert({Key::destination, Key::destinationBookmark, Key::destinationKind, Key::sftpUser,
                     Key::sftpHost, Key::sftpPath});
@@ -106,7 +106,10 @@ ExitStatus runSettings(const CommandLine& commandLine) {
     UserDefaultsSettings settings(defaults);
     BookmarkFolderAccess access(defaults, SettingsKey::destinationBookmark, false,
                                 std::make_shared<PathBookmarks>());
-    return runSettings(commandLine, settings, access);
+    const ExitStatus status = runSettings(commandLine, settings, access);
+    if (status != ExitStatus::success || !defaults->lostChanges()) return status;
+    std::fputs("Die Einstellung lässt sich nicht speichern.\n", stderr);
+    return ExitStatus::destinationUnusable;
 }
 
 ExitStatus runModel(const CommandLine& commandLine) {
@@ -135,14 +138,14 @@ ExitStatus runModel(const CommandLine& commandLine) {
 
     // From here on the signals end the program again, should a file system hang.
     signals.reset();
-    const bool abandoned = command->abandonedImport();
+    const bool staged = !parts.model->isSettled();
     const Url staging = parts.fileStore->stagingDirectory(parts.model->dest());
     command.reset();
     parts.model.reset();
     parts.keys.reset();
     parts.programs->endAll();
     pool.reset();
-    if (abandoned) parts.fileStore->removeItem(staging);
+    if (staged) parts.fileStore->removeItem(staging);
     return status;
 }
 
