@@ -84,6 +84,7 @@ int run(const QApplication& app, SingleInstance& instance) {
     instance.onAnother = [&engine] { bringToFront(engine); };
     const int status = QApplication::exec();
     instance.onAnother = [] {};
+    parts.programs->endAll();
     return status;
 }
 
