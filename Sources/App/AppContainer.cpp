@@ -18,7 +18,6 @@
 #include "LogindSleepBlocker.h"
 #include "MountedCards.h"
 #include "PathBookmarks.h"
-#include "ProcessCommandRunner.h"
 #include "SFTPFileStore.h"
 #include "SettingsKey.h"
 #include "UsbCameras.h"
@@ -31,11 +30,11 @@ namespace bildkurier {
 
 AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, Options options) {
     const bool sandboxed = Fassung::sandbox();
-    const auto keyring = std::make_shared<AppSSHKeyring>(AppSSHKeyring::standardDirectory(),
-                                                         std::make_shared<ProcessCommandRunner>());
+    const auto programs = std::make_shared<ProcessCommandRunner>();
+    const auto keyring =
+        std::make_shared<AppSSHKeyring>(AppSSHKeyring::standardDirectory(), programs);
     const auto sftpStore = std::make_shared<SFTPFileStore>(
-        std::make_shared<ProcessCommandRunner>(), "/usr/bin/sftp",
-        [keyring, sandboxed] { return keyring->login(sandboxed); },
+        programs, "/usr/bin/sftp", [keyring, sandboxed] { return keyring->login(sandboxed); },
         Fassung::zwischenOrdner(cachesFolder()));
     const auto router =
         std::make_shared<FileStoreRouter>(std::make_shared<LocalFileStore>(), sftpStore);
@@ -65,7 +64,7 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
                 defaults, SettingsKey::destinationBookmark, sandboxed, bookmarks),
             .runLock = lock,
             .keyring = keyring,
-            .workspace = nullptr,
+            .workspace = std::move(options.workspace),
             .homeFolder = homeFolder()},
         main, background);
     if (options.trusted) model->trustWhenConnected(*std::move(options.trusted));
@@ -77,7 +76,8 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
                                    .fileAccess = std::make_shared<BookmarkFileAccess>(bookmarks),
                                    .homeFolder = homeFolder()},
         sandboxed, main, background);
-    return {.model = model, .keys = keys, .fileStore = router, .runLock = lock};
+    return {
+        .model = model, .keys = keys, .fileStore = router, .runLock = lock, .programs = programs};
 }
 
 }  // namespace bildkurier

@@ -7,9 +7,11 @@
 #include "FolderPicker.h"
 #include "ImportModel.h"
 #include "MainQueue.h"
+#include "ProcessCommandRunner.h"
 #include "RunLock.h"
 #include "SSHKeyModel.h"
 #include "UserDefaults.h"
+#include "Workspace.h"
 
 #include <functional>
 #include <memory>
@@ -27,6 +29,7 @@ struct AppContainer {
         std::vector<std::string> cards;
         std::shared_ptr<UserDefaults> defaults;  ///< none: the user's own
         std::shared_ptr<FolderPicker> folderPicker;
+        std::shared_ptr<Workspace> workspace;  ///< none: folders cannot be shown
         /// Name or identity of a camera to trust as soon as it is connected.
         std::optional<std::string> trusted;
         /// Called once the cameras attached at the start have been reported.
@@ -41,6 +44,8 @@ struct AppContainer {
         std::shared_ptr<SSHKeyModel> keys;
         std::shared_ptr<FileStore> fileStore;
         std::shared_ptr<RunLock> runLock;
+        /// Runs what the background waits for; to be ended before that is.
+        std::shared_ptr<ProcessCommandRunner> programs;
     };
 
     /// Main thread. Discovery has begun when this returns; cameras are reported by tasks of the

@@ -12,6 +12,12 @@ bool Fassung::sandbox() {
     return confined;
 }
 
+std::string Fassung::webseite() { return "https://bildkurier.example/"; }
+
+std::string Fassung::datenschutz() { return webseite() + "datenschutz"; }
+
+std::string Fassung::support() { return webseite() + "support"; }
+
 Url Fassung::zwischenOrdner(const std::string& caches, const std::string& bundleIdentifier) {
     constexpr auto usual = "local.quarzfeld.bildkurier";
     return Url::file(caches).appending(bundleIdentifier.empty() ? usual : bundleIdentifier);

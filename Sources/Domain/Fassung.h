@@ -14,6 +14,11 @@ struct Fassung {
     /// application's own. By the environment at the first call.
     static bool sandbox();
 
+    /// Web pages: the product's, and those for privacy and support.
+    static std::string webseite();
+    static std::string datenschutz();
+    static std::string support();
+
     /// The folder of this computer in which uploads are staged, below the user's folder for
     /// `caches`. A program that is no bundle has no identifier.
     static Url zwischenOrdner(const std::string& caches, const std::string& bundleIdentifier = "");

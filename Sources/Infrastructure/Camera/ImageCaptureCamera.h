@@ -30,6 +30,7 @@ public:
     void setDelegate(std::weak_ptr<CameraDelegate> delegate) override;
     void openSession() override;
     void closeSession() override;
+    OverlapTest overlapTest() const override;
 
     void sessionOpened(const std::optional<Error>& error) override;
     void catalogGrows(std::size_t filesSoFar) override;

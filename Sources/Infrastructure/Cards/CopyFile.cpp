@@ -3,6 +3,7 @@
 #include "CopyFile.h"
 
 #include "PartialFile.h"
+#include "SameTime.h"
 #include "SystemCall.h"
 #include "SystemError.h"
 
@@ -37,12 +38,14 @@ std::unexpected<Error> tooLong(std::int64_t expected) {
 Result<> copyBytes(const FileDescriptor& source, std::int64_t size, PartialFile& copy,
                    const std::function<std::optional<Error>()>& whyStop) {
     // One byte more than is wanted shows a file that has grown.
-    const auto buffer = std::make_unique_for_overwrite<char[]>(
-        static_cast<std::size_t>(std::min(stepBytes, size + 1)));
+    const auto nextStep = [size](std::int64_t copied) {
+        return static_cast<std::size_t>(std::min(stepBytes - 1, size - copied) + 1);
+    };
+    const auto buffer = std::make_unique_for_overwrite<char[]>(nextStep(0));
     for (std::int64_t copied = 0;;) {
         if (auto reason = whyStop()) return std::unexpected(*std::move(reason));
-        const auto wanted = static_cast<std::size_t>(std::min(stepBytes, size + 1 - copied));
-        const auto count = retried([&] { return ::read(source.get(), buffer.get(), wanted); });
+        const auto count =
+            retried([&] { return ::read(source.get(), buffer.get(), nextStep(copied)); });
         if (count < 0) return unreadableOnCard(errno);
         if (count == 0) return copied == size ? Result<>() : tooShort(copied, size);
         copied += count;
@@ -50,10 +53,6 @@ Result<> copyBytes(const FileDescriptor& source, std::int64_t size, PartialFile&
         auto appended = copy.append({buffer.get(), static_cast<std::size_t>(count)});
         if (!appended) return appended;
     }
-}
-
-bool isSameTime(const std::timespec& a, const std::timespec& b) {
-    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
 
 }  // namespace

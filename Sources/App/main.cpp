@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "AppContainer.h"
+#include "DesktopWorkspace.h"
+#include "DialogFolderPicker.h"
+#include "Fassung.h"
+#include "ImportBridge.h"
+#include "KeyBridge.h"
+#include "QtMainQueue.h"
+#include "SingleInstance.h"
+#include "SystemAppearance.h"
+#include "ThreadPool.h"
+#include "UserFolders.h"
+
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFile>
+#include <QIcon>
+#include <QLibraryInfo>
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+#include <QTranslator>
+#include <csignal>
+#include <memory>
+#include <string>
+#include <vector>
+
+Q_IMPORT_QML_PLUGIN(BildkurierPlugin)
+
+namespace {
+
+using namespace bildkurier;
+
+/// Folders to take for cameras.
+std::vector<std::string> givenCards(const QApplication& app) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Kopiert von Kameras, was am Ziel noch fehlt.");
+    parser.addHelpOption();
+    const QCommandLineOption card("card", "Nimmt den Ordner als Kamera.", "ORDNER");
+    parser.addOption(card);
+    parser.process(app);
+    std::vector<std::string> cards;
+    for (const QString& folder : parser.values(card)) {
+        cards.push_back(QFile::encodeName(QDir(folder).absolutePath()).toStdString());
+    }
+    return cards;
+}
+
+void bringToFront(const QQmlApplicationEngine& engine) {
+    for (QObject* root : engine.rootObjects()) {
+        auto* window = qobject_cast<QQuickWindow*>(root);
+        if (window == nullptr) continue;
+        window->show();
+        window->raise();
+        window->requestActivate();
+    }
+}
+
+QUrl webPage(const std::string& address) { return QUrl(QString::fromStdString(address)); }
+
+int run(const QApplication& app, SingleInstance& instance) {
+    const SystemAppearance appearance;
+    QtMainQueue main;
+    ThreadPool pool;
+    const auto parts = AppContainer::make(main, pool,
+                                          {.cards = givenCards(app),
+                                           .defaults = nullptr,
+                                           .folderPicker = std::make_shared<DialogFolderPicker>(),
+                                           .workspace = std::make_shared<DesktopWorkspace>(),
+                                           .trusted = {}});
+    ImportBridge model(parts.model);
+    KeyBridge keys(parts.keys);
+    QQmlApplicationEngine engine;
+    engine.addImportPath(QStringLiteral("qrc:/qml"));
+    engine.setInitialProperties({{"model", QVariant::fromValue(&model)},
+                                 {"keys", QVariant::fromValue(&keys)},
+                                 {"support", webPage(Fassung::support())},
+                                 {"privacy", webPage(Fassung::datenschutz())}});
+    engine.loadData("import Bildkurier\nMainWindow {}");
+    if (engine.rootObjects().isEmpty()) return 1;
+    instance.onAnother = [&engine] { bringToFront(engine); };
+    const int status = QApplication::exec();
+    instance.onAnother = [] {};
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // A server's connection that breaks must not end the program.
+    std::signal(SIGPIPE, SIG_IGN);
+    // The window is drawn by the processor: it comes up sooner, with a fraction of the memory.
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
+        QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
+    const QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Bildkurier"));
+    QApplication::setDesktopFileName(QStringLiteral("local.quarzfeld.bildkurier"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/bildkurier/bildkurier.svg")));
+    QTranslator dialogs;
+    if (dialogs.load(QStringLiteral("qtbase_de"),
+                     QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&dialogs);
+    SingleInstance instance(runtimeFolder());
+    return instance.isFirst() ? run(app, instance) : 0;
+}

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Bildkurier
+
+/// What is going on, and the button that sets it going.
+ColumnLayout {
+    id: bar
+
+    required property string status
+    required property bool importing
+    required property real progress
+    required property string counts
+    required property speedGauge speed
+    required property string importTitle
+    required property bool mayImport
+
+    signal cancel
+    signal start
+    signal reload
+
+    spacing: 8
+
+    Rectangle {
+        Layout.fillWidth: true
+        color: Theme.line
+        implicitHeight: 1
+    }
+
+    BodyText {
+        Accessible.role: Accessible.StatusBar
+        Layout.fillWidth: true
+        color: Theme.secondary
+        elide: Text.ElideMiddle
+        maximumLineCount: 4
+        objectName: "status"
+        text: bar.status
+    }
+
+    T.ProgressBar {
+        id: progressBar
+
+        Accessible.name: bar.status
+        Accessible.role: Accessible.ProgressBar
+        Layout.fillWidth: true
+        implicitHeight: 5
+        objectName: "progress"
+        value: bar.progress
+        visible: bar.importing
+
+        background: Rectangle {
+            color: Theme.line
+            radius: 2.5
+        }
+        contentItem: Item {
+            Rectangle {
+                color: Theme.accent
+                height: parent.height
+                radius: 2.5
+                width: progressBar.visualPosition * parent.width
+            }
+        }
+    }
+
+    SpeedMeterView {
+        Layout.fillWidth: true
+        reading: bar.speed
+        visible: bar.importing
+    }
+
+    RowLayout {
+        spacing: 5
+
+        BodyText {
+            color: Theme.secondary
+            font.family: Theme.monospace
+            font.pixelSize: Theme.captionSize + 1
+            objectName: "counts"
+            text: bar.counts
+            visible: bar.importing
+            wrapMode: Text.NoWrap
+        }
+
+        BodyText {
+            Layout.fillWidth: true
+            color: Theme.secondary
+            elide: Text.ElideRight
+            font.family: Theme.monospace
+            font.pixelSize: Theme.captionSize + 1
+            objectName: "transferring"
+            text: qsTr("· überträgt zum Ziel …")
+            visible: bar.importing
+            wrapMode: Text.NoWrap
+        }
+
+        Item {
+            Layout.fillWidth: true
+            visible: !bar.importing
+        }
+
+        PushButton {
+            objectName: "cancel"
+            text: qsTr("Abbrechen")
+            visible: bar.importing
+
+            onClicked: bar.cancel()
+        }
+
+        PushButton {
+            help: qsTr("Kamera und Zielordner neu einlesen")
+            objectName: "reload"
+            symbol: "arrow.clockwise"
+
+            onClicked: bar.reload()
+        }
+
+        PushButton {
+            enabled: bar.mayImport
+            objectName: "import"
+            prominent: true
+            symbol: "square.and.arrow.down"
+            text: bar.importTitle
+            visible: !bar.importing
+
+            onClicked: bar.start()
+        }
+    }
+}

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+import QtQuick
+import QtQuick.Layouts
+import Bildkurier
+
+/// The camera: what it is, what is on it, whether it is there.
+Card {
+    id: header
+
+    required property string title
+    required property string subtitle
+    required property bool connected
+    required property bool working
+    required property list<string> cameras
+    required property int selected
+
+    signal chose(int index)
+
+    Layout.fillWidth: true
+
+    CardRow {
+        parted: false
+
+        Rectangle {
+            Accessible.ignored: true
+            color: header.connected ? Theme.accentTint : Theme.groove
+            implicitHeight: 44
+            implicitWidth: 44
+            radius: 9
+
+            Symbol {
+                anchors.centerIn: parent
+                color: header.connected ? Theme.accent : Theme.secondary
+                height: 30
+                name: "camera"
+                objectName: "cameraSymbol"
+                opacity: header.connected ? 1 : 0.55
+                width: 30
+            }
+        }
+
+        ColumnLayout {
+            spacing: 2
+
+            BodyText {
+                Accessible.role: Accessible.Heading
+                Layout.fillWidth: true
+                elide: Text.ElideMiddle
+                font.pixelSize: 16
+                font.weight: Font.DemiBold
+                maximumLineCount: 2
+                objectName: "cameraTitle"
+                text: header.title
+            }
+
+            Caption {
+                Layout.fillWidth: true
+                objectName: "cameraSubtitle"
+                text: header.subtitle
+            }
+        }
+
+        CameraPicker {
+            Layout.maximumWidth: 200
+            cameras: header.cameras
+            selected: header.selected
+            visible: header.cameras.length > 1
+
+            onChose: index => header.chose(index)
+        }
+
+        Spinner {
+            label: header.subtitle
+            visible: header.working
+        }
+
+        Rectangle {
+            Accessible.ignored: true
+            color: header.connected ? Theme.connected : Theme.secondary
+            implicitHeight: 8
+            implicitWidth: 8
+            radius: 4
+            visible: !header.working
+        }
+
+        Caption {
+            objectName: "connection"
+            text: header.connected ? qsTr("Verbunden") : qsTr("Nicht verbunden")
+            visible: !header.working
+            wrapMode: Text.NoWrap
+        }
+    }
+}

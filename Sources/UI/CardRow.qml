@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+import QtQuick
+import QtQuick.Layouts
+
+/// One row of a card.
+Item {
+    id: row
+
+    default property alias content: line.data
+    /// Whether a line parts it from the row above.
+    property bool parted: true
+    property int padding: 9
+    property alias spacing: line.spacing
+
+    Layout.fillWidth: true
+    implicitHeight: line.implicitHeight + 2 * padding
+
+    Rectangle {
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.inset
+        anchors.right: parent.right
+        anchors.rightMargin: 1
+        color: Theme.line
+        height: 1
+        visible: row.parted
+    }
+
+    RowLayout {
+        id: line
+
+        anchors.fill: parent
+        anchors.bottomMargin: row.padding
+        anchors.leftMargin: Theme.inset
+        anchors.rightMargin: Theme.inset
+        anchors.topMargin: row.padding
+        spacing: 10
+    }
+}

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+
+/// Asks before a key is lost.
+T.Popup {
+    id: dialog
+
+    required property bool shown
+
+    signal confirmed
+    signal closedByUser
+
+    anchors.centerIn: parent
+    closePolicy: T.Popup.CloseOnEscape
+    focus: true
+    modal: true
+    padding: 20
+    visible: shown
+    width: Math.min(380, parent ? parent.width - 40 : 380)
+
+    T.Overlay.modal: Rectangle {
+        color: Qt.rgba(0, 0, 0, 0.35)
+    }
+
+    background: Rectangle {
+        border.color: Theme.controlLine
+        color: Theme.card
+        radius: 12
+    }
+    contentItem: ColumnLayout {
+        Accessible.description: message.text
+        Accessible.name: title.text
+        Accessible.role: Accessible.Dialog
+        spacing: 10
+
+        BodyText {
+            id: title
+
+            Layout.fillWidth: true
+            font.pixelSize: 15
+            font.weight: Font.DemiBold
+            text: qsTr("Neuen Schlüssel erzeugen?")
+        }
+
+        BodyText {
+            id: message
+
+            Layout.fillWidth: true
+            color: Theme.secondary
+            text: qsTr("Der bisherige Schlüssel wird ersetzt und muss danach auch auf dem Server ersetzt werden.")
+        }
+
+        Flow {
+            Layout.fillWidth: true
+            Layout.topMargin: 6
+            layoutDirection: Qt.RightToLeft
+            spacing: 10
+
+            DestructiveButton {
+                objectName: "confirmNewKey"
+                text: qsTr("Neuen Schlüssel erzeugen")
+
+                onClicked: dialog.confirmed()
+            }
+
+            PushButton {
+                focus: true
+                objectName: "keepKey"
+                text: qsTr("Abbrechen")
+
+                onClicked: dialog.closedByUser()
+            }
+        }
+    }
+
+    onClosed: if (shown) closedByUser()
+}

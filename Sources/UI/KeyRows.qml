@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+import QtQuick
+import QtQuick.Layouts
+import Bildkurier
+
+/// The application's own key for servers.
+CardRow {
+    id: rows
+
+    required property bool hasKey
+    required property string publicKey
+    required property string fingerprint
+    required property string explanation
+    required property string message
+    required property bool failed
+    required property bool busy
+
+    signal copy
+    signal generate
+    signal replace
+    signal takeOver
+    signal remove
+
+    ColumnLayout {
+        spacing: 8
+
+        RowLayout {
+            spacing: 6
+
+            Symbol {
+                Layout.preferredHeight: 15
+                Layout.preferredWidth: 15
+                color: Theme.text
+                name: "key.fill"
+            }
+
+            BodyText {
+                Accessible.role: Accessible.Heading
+                Layout.fillWidth: true
+                font.weight: Font.DemiBold
+                text: qsTr("Schlüssel der App")
+            }
+        }
+
+        Caption {
+            Layout.fillWidth: true
+            objectName: "keyExplanation"
+            text: rows.explanation
+            visible: !rows.hasKey
+        }
+
+        RowLayout {
+            spacing: 10
+            visible: rows.hasKey
+
+            KeyLine {
+                Layout.fillWidth: true
+                objectName: "publicKey"
+                text: rows.publicKey
+            }
+
+            PushButton {
+                text: qsTr("Kopieren")
+
+                onClicked: rows.copy()
+            }
+        }
+
+        Caption {
+            Layout.fillWidth: true
+            objectName: "keyFingerprint"
+            text: rows.fingerprint
+            visible: rows.hasKey
+            wrapMode: Text.WrapAnywhere
+        }
+
+        Caption {
+            Layout.fillWidth: true
+            objectName: "keyInstruction"
+            text: qsTr("Diesen öffentlichen Schlüssel auf dem Server als eine Zeile in ~/.ssh/authorized_keys des Benutzers eintragen (bei SFTPGo im Benutzer unter „Public keys“). Die App meldet sich nur damit an, nie mit Passwort.")
+            visible: rows.hasKey
+        }
+
+        Flow {
+            Layout.fillWidth: true
+            spacing: 10
+
+            PushButton {
+                enabled: !rows.busy
+                text: qsTr("Schlüssel erzeugen")
+                visible: !rows.hasKey
+
+                onClicked: rows.generate()
+            }
+
+            PushButton {
+                enabled: !rows.busy
+                text: qsTr("Neuen Schlüssel erzeugen")
+                visible: rows.hasKey
+
+                onClicked: rows.replace()
+            }
+
+            PushButton {
+                enabled: !rows.busy
+                text: qsTr("Schlüssel übernehmen …")
+
+                onClicked: rows.takeOver()
+            }
+
+            PushButton {
+                enabled: !rows.busy
+                text: qsTr("Schlüssel der App löschen")
+                visible: rows.hasKey
+
+                onClicked: rows.remove()
+            }
+
+            Item {
+                height: 28
+                visible: rows.busy
+                width: 16
+
+                Spinner {
+                    anchors.centerIn: parent
+                    label: qsTr("Schlüssel der App")
+                    objectName: "keyBusy"
+                }
+            }
+        }
+
+        Caption {
+            Accessible.role: Accessible.AlertMessage
+            Layout.fillWidth: true
+            color: rows.failed ? Theme.bad : Theme.good
+            objectName: "keyMessage"
+            text: rows.message
+            visible: text !== ""
+        }
+    }
+}

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+import QtQuick
+import QtQuick.Templates as T
+import Bildkurier
+
+/// The application's only window.
+T.ApplicationWindow {
+    id: window
+
+    required property ImportBridge model
+    required property KeyBridge keys
+    required property url support
+    required property url privacy
+
+    color: Theme.window
+    height: Math.min(1000, Screen.desktopAvailableHeight)
+    minimumHeight: 480
+    minimumWidth: 520
+    objectName: "main"
+    title: "Bildkurier"
+    visible: true
+    width: 680
+
+    menuBar: HelpMenuBar {
+        onPrivacyChosen: Qt.openUrlExternally(window.privacy)
+        onSupportChosen: Qt.openUrlExternally(window.support)
+    }
+
+    ContentView {
+        anchors.fill: parent
+        keys: window.keys
+        model: window.model
+    }
+}

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Layouts
+import Bildkurier
+
+/// The speed of an import as a row of lights.
+Rectangle {
+    id: gauge
+
+    required property speedGauge reading
+
+    Accessible.name: reading.label
+    Accessible.role: Accessible.Indicator
+    color: Qt.rgba(0, 0, 0, 0.85)
+    implicitHeight: content.implicitHeight + 16
+    radius: 8
+
+    component Readout: BodyText {
+        Accessible.ignored: true
+        font.family: Theme.monospace
+        font.pixelSize: 10
+        font.weight: Font.DemiBold
+        wrapMode: Text.NoWrap
+    }
+
+    component ScaleText: BodyText {
+        Accessible.ignored: true
+        color: Qt.rgba(1, 1, 1, 0.45)
+        font.pixelSize: 9
+        wrapMode: Text.NoWrap
+    }
+
+    ColumnLayout {
+        id: content
+
+        anchors.fill: parent
+        anchors.margins: 8
+        spacing: 4
+
+        RowLayout {
+            spacing: 6
+
+            Readout {
+                Layout.fillWidth: true
+                color: gauge.reading.currentColor
+                font.pixelSize: 17
+                objectName: "current"
+                text: gauge.reading.current
+
+                Behavior on color {
+                    ColorAnimation {
+                        duration: 200
+                        easing.type: Easing.OutCubic
+                    }
+                }
+            }
+
+            Readout {
+                color: gauge.reading.averageColor
+                objectName: "average"
+                text: "Ø " + gauge.reading.average
+            }
+
+            Readout {
+                color: Qt.rgba(1, 1, 1, 0.55)
+                objectName: "peak"
+                text: qsTr("Spitze %1").arg(gauge.reading.peak)
+            }
+        }
+
+        Row {
+            id: segments
+
+            readonly property real segmentWidth: (width - (gauge.reading.segments - 1) * spacing) / gauge.reading.segments
+
+            Layout.fillWidth: true
+            spacing: 2
+
+            Repeater {
+                model: gauge.reading.segments
+
+                Rectangle {
+                    id: segment
+
+                    required property int index
+
+                    color: gauge.reading.segmentColor(index)
+                    height: 14
+                    objectName: "segment"
+                    radius: 2
+                    width: segments.segmentWidth
+
+                    Behavior on color {
+                        ColorAnimation {
+                            duration: 200
+                            easing.type: Easing.OutCubic
+                        }
+                    }
+
+                    Rectangle {
+                        anchors.fill: parent
+                        anchors.margins: -2
+                        color: gauge.reading.glowColor(segment.index)
+                        radius: 4
+                        z: -1
+                    }
+
+                    Rectangle {
+                        color: "#ffffff"
+                        height: 2
+                        objectName: "peakBar"
+                        opacity: 0.9
+                        visible: gauge.reading.showsPeak(segment.index)
+                        width: parent.width
+                    }
+                }
+            }
+        }
+
+        Item {
+            Layout.fillWidth: true
+            implicitHeight: unit.implicitHeight
+            objectName: "scaleRow"
+
+            Repeater {
+                model: gauge.reading.scale
+
+                ScaleText {
+                    required property scaleLabel modelData
+
+                    objectName: "scaleLabel"
+                    text: modelData.text
+                    x: modelData.position * (parent.width - 14) + 5
+                }
+            }
+
+            ScaleText {
+                id: unit
+
+                anchors.right: parent.right
+                objectName: "unit"
+                //: Einheit der Skala; französisch Mo/s
+                text: qsTr("MB/s")
+            }
+        }
+    }
+}
