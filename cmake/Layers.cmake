@@ -3,12 +3,25 @@
 
 # One library per layer, named after its folder and built from every source in it. A layer
 # sees its own headers and those of the layers named after SEES (and of what these see), so
-# that an include in the wrong direction does not compile. ROOMS are sub-folders with headers.
+# that an include in the wrong direction does not compile. ROOMS are sub-folders with headers,
+# WITHOUT what of the sources is left out.
+# A source whose name ends in a system's is built for that system alone, and so is Objective-C++.
 function(bildkurier_layer name)
-    cmake_parse_arguments(LAYER "" "" "SEES;USES;ROOMS" ${ARGN})
+    cmake_parse_arguments(LAYER "" "" "SEES;USES;ROOMS;WITHOUT" ${ARGN})
     string(TOLOWER ${name} target)
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h)
     list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+    if(APPLE)
+        list(FILTER sources EXCLUDE REGEX "Linux\\.cpp$")
+        file(GLOB_RECURSE adapters CONFIGURE_DEPENDS *.mm)
+        set_source_files_properties(${adapters} PROPERTIES COMPILE_OPTIONS -fobjc-arc)
+        list(APPEND sources ${adapters})
+    else()
+        list(FILTER sources EXCLUDE REGEX "MacOS\\.cpp$")
+    endif()
+    foreach(pattern IN LISTS LAYER_WITHOUT)
+        list(FILTER sources EXCLUDE REGEX ${pattern})
+    endforeach()
     add_library(${target} STATIC ${sources})
     set_target_properties(${target} PROPERTIES
         OUTPUT_NAME bildkurier-${target} LINKER_LANGUAGE CXX)

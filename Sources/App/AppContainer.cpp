@@ -6,21 +6,16 @@
 #include "AutoImport.h"
 #include "BookmarkFileAccess.h"
 #include "BookmarkFolderAccess.h"
-#include "ExifCaptureDates.h"
 #include "Fassung.h"
 #include "FileStoreRouter.h"
 #include "ImageCaptureBrowser.h"
 #include "ImportLock.h"
 #include "ImportRunner.h"
 #include "IniUserDefaults.h"
-#include "JoinedBrowsers.h"
 #include "LocalFileStore.h"
-#include "LogindSleepBlocker.h"
-#include "MountedCards.h"
-#include "PathBookmarks.h"
 #include "SFTPFileStore.h"
 #include "SettingsKey.h"
-#include "UsbCameras.h"
+#include "SystemParts.h"
 #include "UserDefaultsSettings.h"
 #include "UserFolders.h"
 
@@ -40,16 +35,10 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
         std::make_shared<FileStoreRouter>(std::make_shared<LocalFileStore>(), sftpStore);
     const auto defaults = options.defaults ? options.defaults : std::make_shared<IniUserDefaults>();
     const auto settings = std::make_shared<UserDefaultsSettings>(defaults);
-    const bool anyCard = options.cards.empty();
-    std::vector<std::unique_ptr<NativeBrowser>> sources;
-    sources.push_back(std::make_unique<MountedCards>(
-        main, background, std::make_shared<ExifCaptureDates>(),
-        MountedCards::Options{.folders = std::move(options.cards), .volumes = anyCard}));
-    if (anyCard) sources.push_back(std::make_unique<UsbCameras>(main, UsbCameras::Options{}));
-    const auto browser =
-        std::make_shared<ImageCaptureBrowser>(std::make_unique<JoinedBrowsers>(std::move(sources)));
+    const auto browser = std::make_shared<ImageCaptureBrowser>(
+        systemCameras(main, background, std::move(options.cards)));
     auto runner = std::make_unique<ImportRunner>(router, main, background);
-    const auto bookmarks = std::make_shared<PathBookmarks>();
+    const auto bookmarks = systemBookmarks();
     const auto lock = std::make_shared<ImportLock>();
     const auto model = std::make_shared<ImportModel>(
         ImportModel::Collaborators{
@@ -59,7 +48,7 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
             .folderPicker = options.folderPicker,
             .runner = std::move(runner),
             .autoImport = std::make_shared<AutoImport>(settings, router),
-            .sleepBlocker = std::make_shared<LogindSleepBlocker>(),
+            .sleepBlocker = systemSleepBlocker(),
             .folderAccess = std::make_shared<BookmarkFolderAccess>(
                 defaults, SettingsKey::destinationBookmark, sandboxed, bookmarks),
             .runLock = lock,

@@ -11,11 +11,11 @@
 #include "InterruptSignals.h"
 #include "JsonReport.h"
 #include "KeyCommand.h"
-#include "PathBookmarks.h"
 #include "ScratchDefaults.h"
 #include "ServerCommand.h"
 #include "SettingsCommand.h"
 #include "SettingsKey.h"
+#include "SystemParts.h"
 #include "TextReport.h"
 #include "ThreadPool.h"
 #include "UserDefaultsSettings.h"
@@ -105,7 +105,7 @@ ExitStatus runSettings(const CommandLine& commandLine) {
     const auto defaults = std::make_shared<IniUserDefaults>();
     UserDefaultsSettings settings(defaults);
     BookmarkFolderAccess access(defaults, SettingsKey::destinationBookmark, false,
-                                std::make_shared<PathBookmarks>());
+                                systemBookmarks());
     const ExitStatus status = runSettings(commandLine, settings, access);
     if (status != ExitStatus::success || !defaults->lostChanges()) return status;
     std::fputs("Die Einstellung lässt sich nicht speichern.\n", stderr);

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+// Darwin's choice of 64-bit types, ahead of musl's.
+#pragma once
+typedef long long int64_t;
+typedef unsigned long long uint64_t;
+typedef long long off_t;
+#define __DEFINED_int64_t
+#define __DEFINED_uint64_t
+#define __DEFINED_off_t
