@@ -150,10 +150,9 @@ void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, Sessi
 
 bool CameraWorker::listSession(Opened& opened) {
     using Clock = std::chrono::steady_clock;
-    constexpr std::chrono::milliseconds pause{250};
     Clock::time_point told = Clock::now();
     CameraLister lister(connection_, *opened.session, [&](std::size_t files) {
-        if (Clock::now() - told < pause) return;
+        if (Clock::now() - told < timing_.telling) return;
         told = Clock::now();
         mailbox_->post([tell = opened.events.filesSeen, files] { tell(files); });
     });
