@@ -29,6 +29,7 @@ T.ApplicationWindow {
 
     ContentView {
         anchors.fill: parent
+        focus: true
         keys: window.keys
         model: window.model
     }
