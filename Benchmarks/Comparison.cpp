@@ -33,7 +33,7 @@ void judge(benchmark::State& state, double figure, double limit, const std::stri
 void compare(benchmark::State& state, const Comparison& comparison) {
     std::vector<double> ours;
     std::vector<double> theirs;
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto _ : state) {
         comparison.prepare();
         theirs.push_back(comparison.theirs());
         comparison.prepare();

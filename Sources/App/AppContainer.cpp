@@ -13,13 +13,14 @@
 #include "ImportLock.h"
 #include "ImportRunner.h"
 #include "IniUserDefaults.h"
+#include "JoinedBrowsers.h"
 #include "LocalFileStore.h"
 #include "LogindSleepBlocker.h"
 #include "MountedCards.h"
 #include "PathBookmarks.h"
-#include "ProcessCommandRunner.h"
 #include "SFTPFileStore.h"
 #include "SettingsKey.h"
+#include "UsbCameras.h"
 #include "UserDefaultsSettings.h"
 #include "UserFolders.h"
 
@@ -29,20 +30,24 @@ namespace bildkurier {
 
 AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, Options options) {
     const bool sandboxed = Fassung::sandbox();
-    const auto keyring = std::make_shared<AppSSHKeyring>(AppSSHKeyring::standardDirectory(),
-                                                         std::make_shared<ProcessCommandRunner>());
+    const auto programs = std::make_shared<ProcessCommandRunner>();
+    const auto keyring =
+        std::make_shared<AppSSHKeyring>(AppSSHKeyring::standardDirectory(), programs);
     const auto sftpStore = std::make_shared<SFTPFileStore>(
-        std::make_shared<ProcessCommandRunner>(), "/usr/bin/sftp",
-        [keyring, sandboxed] { return keyring->login(sandboxed); },
+        programs, "/usr/bin/sftp", [keyring, sandboxed] { return keyring->login(sandboxed); },
         Fassung::zwischenOrdner(cachesFolder()));
     const auto router =
         std::make_shared<FileStoreRouter>(std::make_shared<LocalFileStore>(), sftpStore);
     const auto defaults = options.defaults ? options.defaults : std::make_shared<IniUserDefaults>();
     const auto settings = std::make_shared<UserDefaultsSettings>(defaults);
     const bool anyCard = options.cards.empty();
-    const auto browser = std::make_shared<ImageCaptureBrowser>(std::make_unique<MountedCards>(
+    std::vector<std::unique_ptr<NativeBrowser>> sources;
+    sources.push_back(std::make_unique<MountedCards>(
         main, background, std::make_shared<ExifCaptureDates>(),
         MountedCards::Options{.folders = std::move(options.cards), .volumes = anyCard}));
+    if (anyCard) sources.push_back(std::make_unique<UsbCameras>(main, UsbCameras::Options{}));
+    const auto browser =
+        std::make_shared<ImageCaptureBrowser>(std::make_unique<JoinedBrowsers>(std::move(sources)));
     auto runner = std::make_unique<ImportRunner>(router, main, background);
     const auto bookmarks = std::make_shared<PathBookmarks>();
     const auto lock = std::make_shared<ImportLock>();
@@ -71,7 +76,8 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
                                    .fileAccess = std::make_shared<BookmarkFileAccess>(bookmarks),
                                    .homeFolder = homeFolder()},
         sandboxed, main, background);
-    return {.model = model, .keys = keys, .fileStore = router, .runLock = lock};
+    return {
+        .model = model, .keys = keys, .fileStore = router, .runLock = lock, .programs = programs};
 }
 
 }  // namespace bildkurier

@@ -7,6 +7,7 @@
 #include "FolderPicker.h"
 #include "ImportModel.h"
 #include "MainQueue.h"
+#include "ProcessCommandRunner.h"
 #include "RunLock.h"
 #include "SSHKeyModel.h"
 #include "UserDefaults.h"
@@ -24,7 +25,7 @@ namespace bildkurier {
 struct AppContainer {
     /// What a front end may want otherwise.
     struct Options {
-        /// Folders to take for cameras; mounted cards are then left alone.
+        /// Folders to take for cameras; all others are then left alone.
         std::vector<std::string> cards;
         std::shared_ptr<UserDefaults> defaults;  ///< none: the user's own
         std::shared_ptr<FolderPicker> folderPicker;
@@ -43,6 +44,8 @@ struct AppContainer {
         std::shared_ptr<SSHKeyModel> keys;
         std::shared_ptr<FileStore> fileStore;
         std::shared_ptr<RunLock> runLock;
+        /// Runs what the background waits for; to be ended before that is.
+        std::shared_ptr<ProcessCommandRunner> programs;
     };
 
     /// Main thread. Discovery has begun when this returns; cameras are reported by tasks of the

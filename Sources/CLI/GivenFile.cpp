@@ -10,7 +10,7 @@ GivenFile::GivenFile(std::optional<std::string> path) {
     if (path) file_ = Url::file(*std::move(path));
 }
 
-std::optional<Url> GivenFile::chooseFolder(const Url& /*start*/) { return file_; }
+std::optional<Url> GivenFile::chooseFolder(const Url& /*start*/) { return std::nullopt; }
 
 std::optional<Url> GivenFile::chooseFile(const Url& /*start*/, const std::string& /*prompt*/) {
     return file_;

@@ -9,7 +9,7 @@
 
 namespace bildkurier {
 
-/// Answers the system's dialogs with what the command line names.
+/// Answers the system's dialog for a file with what the command line names; no folder.
 class GivenFile final : public FolderPicker {
 public:
     explicit GivenFile(std::optional<std::string> path);

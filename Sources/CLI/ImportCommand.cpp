@@ -3,7 +3,7 @@
 #include "ImportCommand.h"
 
 #include "CameraName.h"
-#include "CardFolder.h"
+#include "RunThen.h"
 
 #include <fmt/format.h>
 
@@ -21,11 +21,13 @@ using Phase = ImportModel::Phase;
 }  // namespace
 
 ImportCommand::ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
-                             std::shared_ptr<FileStore> fileStore, MainQueue& main, Report& report,
-                             Done done)
+                             std::shared_ptr<FileStore> fileStore, MainQueue& main,
+                             Background& background, Report& report, Done done)
     : ModelCommand(std::move(model), main, report, std::move(done)),
       commandLine_(std::move(commandLine)),
-      fileStore_(std::move(fileStore)) {}
+      fileStore_(std::move(fileStore)),
+      main_(main),
+      background_(background) {}
 
 void ImportCommand::start() {
     const auto& cameras = model().cameras();
@@ -47,26 +49,29 @@ void ImportCommand::start() {
         return stop(ExitStatus::noCamera,
                     "Mehrere Kameras gefunden; bitte mit --camera eine wählen.");
     }
-    if (const std::string reason = whyUnusable(); !reason.empty()) {
-        return stop(ExitStatus::destinationUnusable, reason);
-    }
+    const Url& destination = model().dest();
+    if (!destination.isFile()) return reachServer();
+    if (fileStore_->fileSize(destination))
+        return stop(ExitStatus::destinationUnusable, "Der Zielordner ist kein Ordner.");
     nextCamera();
+}
+
+void ImportCommand::reachServer() {
+    Url folder = model().dest();
+    // A plan changes nothing: the topmost folder is there already.
+    if (commandLine_.command == Command::plan) folder.path = "/";
+    runThen(
+        background_, main_,
+        [store = fileStore_, folder = std::move(folder)] { return store->createDirectory(folder); },
+        answers_([this](const Result<>& reached) {
+            if (isInterrupted()) return;
+            if (!reached) return stop(ExitStatus::destinationUnusable, reached.error().message);
+            nextCamera();
+        }));
 }
 
 bool ImportCommand::wants(const Camera& camera) const {
     return !commandLine_.camera || answersTo(camera, *commandLine_.camera);
-}
-
-std::string ImportCommand::whyUnusable() const {
-    const Url& destination = model().dest();
-    if (!destination.isFile()) return {};
-    if (fileStore_->fileSize(destination)) return "Der Zielordner ist kein Ordner.";
-    const bool overlapping = std::ranges::any_of(waiting_, [&](const auto& camera) {
-        const auto folder = cardFolder(*camera);
-        return folder && overlaps(*folder, destination.path);
-    });
-    if (!overlapping) return {};
-    return "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.";
 }
 
 void ImportCommand::nextCamera() {
@@ -99,9 +104,11 @@ void ImportCommand::lookWhileReading() {
     if (!isAttached()) return stop(ExitStatus::noCamera, "Die Kamera wurde getrennt.");
     if (model().phase() == Phase::noCamera) return stop(ExitStatus::noCamera, model().status());
     if (model().phase() != Phase::ready) return;
+    if (model().destOverlaps())
+        return stop(ExitStatus::destinationUnusable, ImportModel::overlapStatus);
     if (severalCameras_) report().cameras({&camera_, 1});
     if (commandLine_.command == Command::import) return startImport();
-    report().plan(planned());
+    report().plan(chosenPlan());
     nextCamera();
 }
 
@@ -110,23 +117,25 @@ bool ImportCommand::chooseDay() {
     const auto& days = model().cameraDays();
     const auto day = std::ranges::lower_bound(days, *commandLine_.since);
     if (day == days.end()) return false;
+    // The model keeps a day only when it is another than before; this one must still be chosen
+    // when the camera returns with more days.
+    model().setFromDayIndex(-1);
     model().setFromDayIndex(static_cast<double>(day - days.begin()));
     return true;
 }
 
-Report::Plan ImportCommand::planned() {
-    Report::Plan plan{.cameraFiles = model().cameraFileCount(), .types = {}};
-    if (!chooseDay()) return plan;
-    plan.files = std::ssize(model().newFiles());
-    plan.bytes = model().newBytes();
-    plan.types = model().newByType();
-    return plan;
+Report::Plan ImportCommand::chosenPlan() {
+    if (chooseDay()) return planned();
+    return {
+        .status = model().cameraFileCount() > 0 ? ImportModel::nothingNewStatus : model().status(),
+        .cameraFiles = model().cameraFileCount(),
+        .types = {}};
 }
 
 void ImportCommand::startImport() {
-    const Report::Plan plan = planned();
-    report().importing(plan);
-    if (plan.files == 0) {
+    plan_ = chosenPlan();
+    announceImport(plan_);
+    if (plan_.files == 0) {
         report().finished({}, false);
         return nextCamera();
     }
@@ -139,9 +148,9 @@ void ImportCommand::lookWhileRunning() {
     if (isImporting()) return;
     if (model().awaitsCamera()) {
         stage_ = Stage::returning;
-        return report().status(model().status());
+        return showStatus();
     }
-    if (isAttached()) return finished();
+    if (isAttached()) return finished(model().progress());
     report().finished(model().progress(), isInterrupted());
     if (isInterrupted()) return end();
     stop(ExitStatus::filesFailed, model().status());
@@ -152,15 +161,25 @@ void ImportCommand::lookForReturn() {
         const auto& cameras = model().cameras();
         camera_ = *std::ranges::find(cameras, model().selectedID(), &Camera::id);
         stage_ = Stage::running;
-        return;
+        plan_ = planned();
+        return announceImport(plan_);
     }
-    if (model().awaitsCamera()) return;
-    if (model().newFiles().empty()) return finished();
-    stop(ExitStatus::destinationUnusable, model().status());
+    showStatus();
+    if (model().awaitsCamera()) return lookForHindrance();
+    if (!model().newFiles().empty()) return stop(ExitStatus::destinationUnusable, model().status());
+    // Whatever was not heard of any more has arrived all the same.
+    finished({.total = plan_.files, .done = plan_.files, .bytesDone = plan_.bytes});
 }
 
-void ImportCommand::finished() {
-    const ImportRunner::Progress& progress = model().progress();
+void ImportCommand::lookForHindrance() {
+    const auto& cameras = model().cameras();
+    const auto selected = std::ranges::find(cameras, model().selectedID(), &Camera::id);
+    if (selected == cameras.end() || (*selected)->identity() != camera_->identity()) return;
+    if (model().phase() == Phase::noCamera) return stop(ExitStatus::noCamera, model().status());
+    if (model().phase() == Phase::ready) stop(ExitStatus::filesFailed, model().status());
+}
+
+void ImportCommand::finished(const ImportRunner::Progress& progress) {
     report().finished(progress, isInterrupted());
     if (isInterrupted()) return end();
     if (progress.failed > 0) setStatus(ExitStatus::filesFailed);

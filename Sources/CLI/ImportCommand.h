@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
+#include "Background.h"
 #include "Camera.h"
 #include "CommandLine.h"
 #include "ModelCommand.h"
@@ -14,11 +15,13 @@
 namespace bildkurier {
 
 /// `cameras`, `plan` and `import`: lists the cameras, or plans and imports those that are meant,
-/// one after the other. An import whose camera is lost goes on when it returns.
+/// one after the other. An import whose camera is lost goes on when it returns. `background` must
+/// end before the main queue does.
 class ImportCommand final : public ModelCommand {
 public:
     ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
-                  std::shared_ptr<FileStore> fileStore, MainQueue& main, Report& report, Done done);
+                  std::shared_ptr<FileStore> fileStore, MainQueue& main, Background& background,
+                  Report& report, Done done);
 
 private:
     enum class Stage : std::uint8_t {
@@ -31,24 +34,30 @@ private:
     void start() override;
     void look() override;
     bool wants(const Camera& camera) const;
-    std::string whyUnusable() const;
+    void reachServer();
     void nextCamera();
     void lookWhileReading();
     void lookWhileRunning();
     void lookForReturn();
+    /// The camera is back, but cannot be opened, or is empty.
+    void lookForHindrance();
     /// Chooses the first day that the user wants; false when nothing was shot since then.
     bool chooseDay();
-    Report::Plan planned();
+    Report::Plan chosenPlan();
     void startImport();
-    void finished();
+    void finished(const ImportRunner::Progress& progress);
     bool isAttached() const;
 
     CommandLine commandLine_;
     std::shared_ptr<FileStore> fileStore_;
+    MainQueue& main_;
+    Background& background_;
     std::deque<std::shared_ptr<Camera>> waiting_;
     std::shared_ptr<Camera> camera_;
     Stage stage_ = Stage::beginning;
+    Report::Plan plan_;  ///< of the import that runs or was interrupted
     bool severalCameras_ = false;
+    Guard answers_;
 };
 
 }  // namespace bildkurier

@@ -24,6 +24,7 @@ void KeyCommand::begin() {
     }
     if (commandLine_.command == Command::keyRemove) {
         keys_->removeKey();
+        if (keys_->publicKey()) return refuse("Der Schlüssel lässt sich nicht löschen.");
         return acted();
     }
     if (commandLine_.command == Command::keyGenerate) {

@@ -4,6 +4,7 @@
 
 #include "ImportSummary.h"
 
+#include <iterator>
 #include <utility>
 
 namespace bildkurier {
@@ -21,15 +22,43 @@ void ModelCommand::begin() {
 
 void ModelCommand::modelChanged() {
     if (ended_) return;
-    if (isImporting() && shownProgress_ != model_->progress()) {
+    const bool ends = std::exchange(wasImporting_, isImporting()) && !wasImporting_;
+    if (ends) isAnnounced_ = false;
+    showProgress();
+    lookLater();
+}
+
+void ModelCommand::showProgress() {
+    if (!isAnnounced_ || !isImporting()) return;
+    if (shownProgress_ != model_->progress()) {
         shownProgress_ = model_->progress();
         report_.progress(shownProgress_);
     }
-    if (isImporting() && shownSpeed_ != model_->speed()) {
+    if (shownSpeed_ != model_->speed()) {
         shownSpeed_ = model_->speed();
         report_.speed(shownSpeed_);
     }
-    lookLater();
+}
+
+void ModelCommand::announceImport(const Report::Plan& plan) {
+    report_.importing(plan);
+    isAnnounced_ = true;
+    showProgress();
+}
+
+Report::Plan ModelCommand::planned() const {
+    return {.status = model_->status(),
+            .cameraFiles = model_->cameraFileCount(),
+            .files = std::ssize(model_->newFiles()),
+            .bytes = model_->newBytes(),
+            .types = model_->newByType()};
+}
+
+void ModelCommand::showStatus() {
+    if (model_->status() == shownStatus_) return;
+    shownStatus_ = model_->status();
+    const auto& log = model_->log();
+    if (log.empty() || !log.back().ends_with(shownStatus_)) report_.status(shownStatus_);
 }
 
 void ModelCommand::lookLater() {
@@ -44,9 +73,11 @@ void ModelCommand::interrupt() {
     if (ended_) return;
     const bool isFirst = !isInterrupted();
     status_ = ExitStatus::interrupted;
-    if (isImporting() && isFirst) return model_->cancelImport();
+    if (isImporting() && isFirst) {
+        model_->cancelImport();
+        return showStatus();
+    }
     if (isImporting()) {
-        abandonedImport_ = true;
         const ImportRunner::Progress& progress = model_->progress();
         report_.log(importSummary(progress, model_->speed().average, true));
         report_.finished(progress, true);

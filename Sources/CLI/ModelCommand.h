@@ -31,9 +31,6 @@ public:
     /// The user wants to stop: the first time after the file in flight, then at once.
     void interrupt();
 
-    /// Whether an import was given up half-way, so that its staging folder is still there.
-    bool abandonedImport() const { return abandonedImport_; }
-
 protected:
     /// `done` is called once. `main` and `report` must outlive this.
     ModelCommand(std::shared_ptr<ImportModel> model, MainQueue& main, Report& report, Done done);
@@ -48,6 +45,13 @@ protected:
     bool isImporting() const { return model_->phase() == ImportModel::Phase::importing; }
     bool isInterrupted() const { return status_ == ExitStatus::interrupted; }
 
+    /// An import begins, or goes on: its progress is told from now on until it ends.
+    void announceImport(const Report::Plan& plan);
+    /// All that the model would import now.
+    Report::Plan planned() const;
+    /// Tells what the model says, unless it was told already.
+    void showStatus();
+
     /// Looks as soon as the model has come to rest.
     void lookLater();
     void setStatus(ExitStatus status) { status_ = status; }
@@ -56,15 +60,18 @@ protected:
 
 private:
     void modelChanged();
+    void showProgress();
 
     std::shared_ptr<ImportModel> model_;
     MainQueue& main_;
     Report& report_;
     Done done_;
     ExitStatus status_ = ExitStatus::success;
-    bool abandonedImport_ = false;
     bool ended_ = false;
     bool willLook_ = false;
+    bool isAnnounced_ = false;
+    bool wasImporting_ = false;
+    std::string shownStatus_;
     ImportRunner::Progress shownProgress_;
     SpeedMeter::Reading shownSpeed_;
     Handle observation_;

@@ -21,6 +21,7 @@
 #include "UserDefaultsSettings.h"
 #include "WatchCommand.h"
 
+#include <cstdio>
 #include <memory>
 #include <optional>
 #include <set>
@@ -42,11 +43,9 @@ std::unique_ptr<Report> makeReport(bool json) {
 /// place.
 std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine) {
     using Key = SettingsKey;
-    std::set<std::string> own;
-    if (commandLine.command != Command::watch)
-        own.insert({Key::useFromDate, Key::fromDay, Key::autoImportEnabled});
-    const bool isServersOwn = commandLine.command == Command::sftpCheck;
-    if (commandLine.destination || (commandLine.server && !isServersOwn)) {
+    std::set<std::string> own{Key::useFromDate, Key::fromDay};
+    if (commandLine.command != Command::watch) own.insert(Key::autoImportEnabled);
+    if (commandLine.destination || commandLine.server) {
         own.insert({Key::destination, Key::destinationBookmark, Key::destinationKind, Key::sftpUser,
                     Key::sftpHost, Key::sftpPath});
     }
@@ -56,7 +55,7 @@ std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine) {
         std::make_shared<ScratchDefaults>(std::make_shared<IniUserDefaults>(), std::move(own));
     UserDefaultsSettings settings(defaults);
     if (commandLine.destination) settings.setDestination(Url::file(*commandLine.destination));
-    if (commandLine.server && !isServersOwn) {
+    if (commandLine.server) {
         settings.setDestinationKind(DestinationKind::sftp);
         settings.setSftpUser(commandLine.server->user);
         settings.setSftpHost(commandLine.server->host);
@@ -66,6 +65,15 @@ std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine) {
     if (commandLine.byType) settings.setByType(*commandLine.byType);
     if (commandLine.since) settings.setUseFromDate(true);
     return defaults;
+}
+
+/// Makes the server that answered the user's destination.
+void keepServer(const ImportModel& model) {
+    UserDefaultsSettings settings(std::make_shared<IniUserDefaults>());
+    settings.setDestinationKind(DestinationKind::sftp);
+    settings.setSftpUser(model.sftpUser());
+    settings.setSftpHost(model.sftpHost());
+    settings.setSftpPath(model.sftpPath());
 }
 
 bool isAboutServer(const CommandLine& commandLine) {
@@ -79,7 +87,8 @@ bool isAboutKey(const CommandLine& commandLine) {
 
 std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
                                           const AppContainer::Parts& parts, MainQueue& main,
-                                          Report& report, ModelCommand::Done done) {
+                                          Background& background, Report& report,
+                                          ModelCommand::Done done) {
     if (commandLine.command == Command::watch) {
         return std::make_shared<WatchCommand>(commandLine.trust.has_value(), parts.model, main,
                                               report, std::move(done));
@@ -88,8 +97,8 @@ std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
         return std::make_shared<ServerCommand>(commandLine.command, *commandLine.server,
                                                parts.model, main, report, std::move(done));
     }
-    return std::make_shared<ImportCommand>(commandLine, parts.model, parts.fileStore, main, report,
-                                           std::move(done));
+    return std::make_shared<ImportCommand>(commandLine, parts.model, parts.fileStore, main,
+                                           background, report, std::move(done));
 }
 
 ExitStatus runSettings(const CommandLine& commandLine) {
@@ -97,7 +106,10 @@ ExitStatus runSettings(const CommandLine& commandLine) {
     UserDefaultsSettings settings(defaults);
     BookmarkFolderAccess access(defaults, SettingsKey::destinationBookmark, false,
                                 std::make_shared<PathBookmarks>());
-    return runSettings(commandLine, settings, access);
+    const ExitStatus status = runSettings(commandLine, settings, access);
+    if (status != ExitStatus::success || !defaults->lostChanges()) return status;
+    std::fputs("Die Einstellung lässt sich nicht speichern.\n", stderr);
+    return ExitStatus::destinationUnusable;
 }
 
 ExitStatus runModel(const CommandLine& commandLine) {
@@ -115,22 +127,25 @@ ExitStatus runModel(const CommandLine& commandLine) {
                             .onAttachedCamerasReported = [&] { command->begin(); },
                             .discovers = !isAboutServer(commandLine)});
     ExitStatus status = ExitStatus::success;
-    command = makeCommand(commandLine, parts, loop, *report, [&](ExitStatus ended) {
+    command = makeCommand(commandLine, parts, loop, *pool, *report, [&](ExitStatus ended) {
         status = ended;
         loop.stop();
     });
     if (isAboutServer(commandLine)) command->begin();
     loop.run();
+    if (commandLine.command == Command::sftpCheck && status == ExitStatus::success)
+        keepServer(*parts.model);
 
     // From here on the signals end the program again, should a file system hang.
     signals.reset();
-    const bool abandoned = command->abandonedImport();
+    const bool staged = !parts.model->isSettled();
     const Url staging = parts.fileStore->stagingDirectory(parts.model->dest());
     command.reset();
     parts.model.reset();
     parts.keys.reset();
+    parts.programs->endAll();
     pool.reset();
-    if (abandoned) parts.fileStore->removeItem(staging);
+    if (staged) parts.fileStore->removeItem(staging);
     return status;
 }
 

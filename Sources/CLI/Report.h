@@ -20,6 +20,7 @@ class Report {
 public:
     /// What an import would load. Sizes in bytes.
     struct Plan {
+        std::string status;            ///< the same in words
         std::int64_t cameraFiles = 0;  ///< files on the camera
         std::int64_t files = 0;        ///< of these, missing at the destination
         std::int64_t bytes = 0;

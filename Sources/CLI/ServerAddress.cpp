@@ -25,7 +25,7 @@ std::optional<char> escapedByte(std::string_view text) {
     return static_cast<char>(byte);
 }
 
-std::string withoutEscapes(std::string_view text) {
+std::string percentDecoded(std::string_view text) {
     std::string plain;
     while (!text.empty()) {
         const auto escaped = escapedByte(text);
@@ -33,10 +33,6 @@ std::string withoutEscapes(std::string_view text) {
         text.remove_prefix(escaped ? 3 : 1);
     }
     return plain;
-}
-
-bool hasControlCharacter(std::string_view text) {
-    return std::ranges::any_of(text, [](unsigned char c) { return c < 0x20 || c == 0x7f; });
 }
 
 std::unexpected<std::string> notAnAddress(std::string_view text) {
@@ -54,14 +50,14 @@ std::expected<ServerAddress, std::string> ServerAddress::parse(std::string_view 
     const std::string_view rest = text.substr(scheme.size());
     const auto slash = std::min(rest.find('/'), rest.size());
     std::string_view authority = rest.substr(0, slash);
-    ServerAddress address{.user = {}, .host = {}, .path = withoutEscapes(rest.substr(slash))};
+    ServerAddress address{.user = {}, .host = {}, .path = percentDecoded(rest.substr(slash))};
     if (const auto at = authority.rfind('@'); at != std::string_view::npos) {
         const std::string_view user = authority.substr(0, at);
         if (user.contains(':'))
             return std::unexpected(
                 "Ein Passwort gehört nicht in die Adresse: angemeldet wird nur "
                 "mit einem Schlüssel.");
-        address.user = withoutEscapes(user);
+        address.user = percentDecoded(user);
         authority.remove_prefix(at + 1);
     }
     address.host = authority;
@@ -69,7 +65,7 @@ std::expected<ServerAddress, std::string> ServerAddress::parse(std::string_view 
     const Url url = sftpURL(address.user, address.host, address.path);
     // What names no port is taken for a part of the host.
     const bool odd = url.host.empty() || url.host.contains(':');
-    if (odd || hasControlCharacter(address.user + address.host + address.path))
+    if (odd || hasControlCharacters(address.user + address.host + address.path))
         return notAnAddress(text);
     return address;
 }

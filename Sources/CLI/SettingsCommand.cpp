@@ -84,12 +84,19 @@ Setting destination(FolderAccess& access) {
     return {SettingsKey::destination,
             [](const SettingsStore& settings) { return Json(settings.destination().path); },
             [&access](SettingsStore& settings, const std::string& value) -> std::string {
+                if (value.contains("://")) {
+                    return fmt::format(
+                        "„{}“ ist kein Ordner dieses Rechners. Einen Server macht "
+                        "„bildkurier-cli sftp check“ zum Ziel.",
+                        displayText(value));
+                }
                 std::error_code error;
                 const auto path = std::filesystem::absolute(value, error);
                 if (value.empty() || error) return "Der Name eines Ordners fehlt.";
                 const Url folder = Url::file(path.string());
                 access.remember(folder);
                 settings.setDestination(folder);
+                settings.setDestinationKind(DestinationKind::folder);
                 return {};
             }};
 }

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "TextReport.h"
 
+#include "CameraName.h"
 #include "FileName.h"
 #include "Formatting.h"
 
@@ -11,26 +12,15 @@
 
 namespace bildkurier {
 
-namespace {
-
-std::string planStatus(const Report::Plan& plan) {
-    if (plan.cameraFiles == 0) return "Die Kamera meldet keine Dateien.";
-    if (plan.files == 0) return "Nichts Neues im gewählten Zeitraum.";
-    return fmt::format("{} neue Dateien ({}) bereit zum Import.", plan.files,
-                       formatBytes(plan.bytes));
-}
-
-}  // namespace
-
 void TextReport::cameras(std::span<const std::shared_ptr<Camera>> cameras) {
     for (const auto& camera : cameras) {
-        print(fmt::format("{}  {}", displayText(camera->name().value_or("Kamera")),
+        print(fmt::format("{}  {}", displayName(*camera),
                           displayText(camera->identity().value_or("ohne Kennung"))));
     }
 }
 
 void TextReport::plan(const Plan& plan) {
-    print(planStatus(plan));
+    print(plan.status);
     for (const TypeSummary& type : plan.types) {
         print(fmt::format("  {:<8} {:>6}  {:>10}", displayText(type.ext), type.count,
                           formatBytes(type.bytes)));
@@ -38,7 +28,7 @@ void TextReport::plan(const Plan& plan) {
 }
 
 void TextReport::importing(const Plan& plan) {
-    if (plan.files == 0) return print(planStatus(plan));
+    if (plan.files == 0) return print(plan.status);
     bar_.begin(plan.bytes);
 }
 

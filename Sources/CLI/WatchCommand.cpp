@@ -11,7 +11,7 @@ WatchCommand::WatchCommand(bool trusting, std::shared_ptr<ImportModel> model, Ma
     : ModelCommand(std::move(model), main, report, std::move(done)), trusting_(trusting) {}
 
 void WatchCommand::start() {
-    if (!trusting_ && !model().autoImportEnabled()) {
+    if (!trusting_ && !model().trustsCamera()) {
         return stop(ExitStatus::noCamera,
                     "Noch ist keine Kamera vertraut: bitte mit --trust eine nennen.");
     }
@@ -20,22 +20,11 @@ void WatchCommand::start() {
 
 void WatchCommand::look() {
     const bool wasRunning = std::exchange(running_, isImporting());
-    if (running_ && !wasRunning) {
-        report().importing({.cameraFiles = model().cameraFileCount(),
-                            .files = std::ssize(model().newFiles()),
-                            .bytes = model().newBytes(),
-                            .types = model().newByType()});
-    }
+    if (running_ && !wasRunning) announceImport(planned());
     if (running_) return;
     if (wasRunning) report().finished(model().progress(), isInterrupted());
     if (isInterrupted()) return end();
     showStatus();
-}
-
-void WatchCommand::showStatus() {
-    if (model().status() == shownStatus_) return;
-    shownStatus_ = model().status();
-    report().status(shownStatus_);
 }
 
 }  // namespace bildkurier

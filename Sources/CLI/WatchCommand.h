@@ -4,8 +4,6 @@
 
 #include "ModelCommand.h"
 
-#include <string>
-
 namespace bildkurier {
 
 /// `watch`: stays, tells what shows, and lets the model import the trusted camera whenever it
@@ -19,11 +17,9 @@ public:
 private:
     void start() override;
     void look() override;
-    void showStatus();
 
     bool trusting_;
     bool running_ = false;
-    std::string shownStatus_;
 };
 
 }  // namespace bildkurier

@@ -8,6 +8,21 @@
 #include <exception>
 #include <span>
 
+namespace {
+
+/// The status unless something that was printed did not arrive.
+int withOutputWritten(bildkurier::ExitStatus status) {
+    using bildkurier::ExitStatus;
+    const bool isWritten = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    if (!isWritten && status == ExitStatus::success) {
+        std::fputs("Die Ausgabe ließ sich nicht vollständig schreiben.\n", stderr);
+        status = ExitStatus::filesFailed;
+    }
+    return static_cast<int>(status);
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
     using namespace bildkurier;
     // A reader that goes away must not take the import with it.
@@ -16,10 +31,10 @@ int main(int argc, char** argv) {
     if (!commandLine) {
         const auto& [status, text] = commandLine.error();
         std::fputs(text.c_str(), status == ExitStatus::success ? stdout : stderr);
-        return static_cast<int>(status);
+        return withOutputWritten(status);
     }
     try {
-        return static_cast<int>(runProgram(*commandLine));
+        return withOutputWritten(runProgram(*commandLine));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "Bildkurier kann nicht weiterarbeiten: %s\n", error.what());
         return static_cast<int>(ExitStatus::filesFailed);

@@ -2,21 +2,40 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ImportPlanner.h"
 
+#include <string>
+#include <unordered_map>
+#include <utility>
+
 namespace bildkurier {
 
-std::vector<std::size_t> missingIndices(std::span<const ImportCandidate> candidates,
-                                        const FileKeys& existing, std::optional<Date> since) {
-    std::vector<std::size_t> missing;
-    FileKeys selected;
+ImportPlanner::ImportPlanner(std::span<const ImportCandidate> candidates,
+                             const FileKeys& existing) {
+    std::unordered_map<std::string, std::size_t> numbers;
     for (std::size_t i = 0; i < candidates.size(); ++i) {
         const auto& [name, size, shotDate] = candidates[i];
         if (!name) continue;
-        if (since && shotDate.value_or(Date::min()) < *since) continue;
         std::string key = fileKey(*name, size);
         if (existing.contains(key)) continue;
-        if (selected.insert(std::move(key)).second) missing.push_back(i);
+        const auto number = numbers.try_emplace(std::move(key), numbers.size()).first->second;
+        rows_.push_back({.position = i, .key = number, .shot = shotDate.value_or(Date::min())});
     }
-    return missing;
+    keys_ = numbers.size();
+}
+
+std::vector<std::size_t> ImportPlanner::missing(std::optional<Date> since) const {
+    std::vector<std::size_t> positions;
+    std::vector<bool> selected(keys_);
+    for (const Row& row : rows_) {
+        if ((since && row.shot < *since) || selected[row.key]) continue;
+        selected[row.key] = true;
+        positions.push_back(row.position);
+    }
+    return positions;
+}
+
+std::vector<std::size_t> missingIndices(std::span<const ImportCandidate> candidates,
+                                        const FileKeys& existing, std::optional<Date> since) {
+    return ImportPlanner(candidates, existing).missing(since);
 }
 
 }  // namespace bildkurier

@@ -13,9 +13,31 @@
 
 namespace bildkurier {
 
-/// Positions, ascending, of the candidates that still have to be imported: those with a name
-/// whose key is neither in `existing` nor borne by an earlier candidate. With `since`, only
-/// those shot at or after it; a candidate without shot date counts as older than any day.
+/// Knows which candidates still have to be imported: those with a name whose key is neither in
+/// `existing` nor borne by an earlier candidate. To make one takes long where there are many
+/// files; to ask it takes little.
+class ImportPlanner {
+public:
+    /// Of no candidates.
+    ImportPlanner() = default;
+    ImportPlanner(std::span<const ImportCandidate> candidates, const FileKeys& existing);
+
+    /// Their positions, ascending. With `since`, only those shot at or after it count; a
+    /// candidate without shot date counts as older than any day.
+    std::vector<std::size_t> missing(std::optional<Date> since) const;
+
+private:
+    struct Row {
+        std::size_t position;
+        std::size_t key;  ///< equal for candidates of one key, below `keys_`
+        Date shot;
+    };
+
+    std::vector<Row> rows_;  ///< of all that `existing` lacks
+    std::size_t keys_ = 0;
+};
+
+/// What a planner of these candidates answers.
 std::vector<std::size_t> missingIndices(std::span<const ImportCandidate> candidates,
                                         const FileKeys& existing, std::optional<Date> since);
 

@@ -17,6 +17,10 @@ std::string AutoImport::trustedName() const {
     return settings_->autoImportCameraName().value_or(namelessCamera);
 }
 
+bool AutoImport::trustsCamera() const {
+    return settings_->autoImportEnabled() && settings_->autoImportCameraIdentity();
+}
+
 bool AutoImport::enable(const Camera& camera) {
     const auto identity = camera.identity();
     if (!identity) return false;

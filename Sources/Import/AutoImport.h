@@ -22,6 +22,9 @@ public:
     /// The trusted camera's name for messages, "Kamera" when none is stored.
     std::string trustedName() const;
 
+    /// Whether there is a camera to import whenever it is connected.
+    bool trustsCamera() const;
+
     /// Trusts this camera, and no other any more. False, and nothing stored, when it has no
     /// identity.
     bool enable(const Camera& camera);

@@ -27,6 +27,7 @@ namespace {
 constexpr Duration reloadDelay{1.5};
 constexpr Duration reopenDelay{1.0};
 constexpr Duration samplingInterval{0.25};
+constexpr Duration retryInterval{5.0};
 constexpr double speedWindow = 2.0;  // seconds
 constexpr std::size_t longestLog = 500;
 constexpr int mostFruitlessResumes = 2;
@@ -46,9 +47,9 @@ std::int64_t wholeIndex(double index) {
     return static_cast<std::int64_t>(index);
 }
 
-std::int64_t totalSize(const CameraFiles& files) {
+std::int64_t totalSize(const std::vector<ImportCandidate>& files) {
     std::int64_t total = 0;
-    for (const auto& file : files) total = byteSum(total, file->size());
+    for (const auto& file : files) total = byteSum(total, file.size);
     return total;
 }
 
@@ -93,8 +94,9 @@ std::optional<Error> firstObstacle(FileStore& store, const Url& folder) {
 struct ImportModel::DestinationScan {
     bool onNetwork = false;
     bool writable = false;
+    bool overlaps = false;
     std::optional<std::int64_t> capacity;
-    FileKeys existing;
+    ImportPlanner planner;
 };
 
 struct ImportModel::SFTPCheck {
@@ -146,6 +148,7 @@ ImportModel::ImportModel(Collaborators collaborators, MainQueue& main, Backgroun
     runner_->onFinish = [this](const ImportRunner::Progress& p, bool cancelled) {
         importFinished(p, cancelled);
     };
+    runner_->onSettled = [this] { runSettled(); };
 }
 
 Handle ImportModel::observe(std::function<void()> changed) {
@@ -250,6 +253,7 @@ void ImportModel::setAutoImportEnabled(bool enabled) {
     }
     settings_->setAutoImportEnabled(false);
     autoImport_->clearPending();
+    pendingAutoImport_.reset();
 }
 
 void ImportModel::trustWhenConnected(std::string nameOrIdentity) {
@@ -257,6 +261,7 @@ void ImportModel::trustWhenConnected(std::string nameOrIdentity) {
 }
 
 void ImportModel::chooseDest() {
+    if (!folderPicker_) return;
     const auto chosen =
         folderPicker_->chooseFolder(dest_.isFile() ? dest_ : settings_->destination());
     if (!chosen) return;
@@ -266,7 +271,7 @@ void ImportModel::chooseDest() {
 }
 
 void ImportModel::showDestInFinder() {
-    if (dest_.isFile() && !destNeedsChoice()) workspace_->open(dest_);
+    if (workspace_ && dest_.isFile() && !destNeedsChoice()) workspace_->open(dest_);
 }
 
 void ImportModel::applySFTPDestination() {
@@ -354,10 +359,7 @@ void ImportModel::cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) {
                                      displayName(*camera)));
         return select(camera->id());
     }
-    if (expectedTrust_ && answersTo(*camera, *expectedTrust_) && autoImport_->enable(*camera)) {
-        expectedTrust_.reset();
-        publish(autoImportEnabled_, true);
-    }
+    if (expectedTrust_ && answersTo(*camera, *expectedTrust_)) trust(*camera);
     if (autoImport_->cameraConnected(*camera)) {
         if (phase_ != Phase::importing) select(camera->id());
         return;
@@ -393,6 +395,11 @@ void ImportModel::cameraDidOpenSession(Camera& camera, const std::optional<Error
     publish(status_, "Lese Dateiliste der Karte(n) …");
 }
 
+void ImportModel::cameraCatalogGrows(Camera& camera, std::size_t filesSoFar) {
+    if (!holds(camera) || phase_ != Phase::reading) return;
+    publish(status_, fmt::format("Lese Dateiliste der Karte(n) … bisher {} Dateien", filesSoFar));
+}
+
 void ImportModel::cameraCatalogReady(Camera& camera) {
     if (holds(camera) && phase_ != Phase::importing) loadCatalog();
 }
@@ -408,12 +415,13 @@ void ImportModel::cameraCatalogChanged(Camera& camera) {
 void ImportModel::selectCamera() {
     if (phase_ == Phase::importing) return;
     scanGeneration_.renew();
+    pendingAutoImport_.reset();
     if (camera_) {
         camera_->closeSession();
         camera_->setDelegate({});
         camera_.reset();
     }
-    allFiles_.clear();
+    setCatalog({});
     showMissing({});
     publish(cameraFileCount_, 0);
     publish(cameraBytes_, 0);
@@ -433,10 +441,16 @@ void ImportModel::selectCamera() {
 
 // Catalogue and destination
 
+void ImportModel::setCatalog(CameraFiles files) {
+    allFiles_ = sortedByShotDate(std::move(files));
+    candidates_ = std::make_shared<const std::vector<ImportCandidate>>(candidates(allFiles_));
+    planner_ = {};
+}
+
 void ImportModel::loadCatalog() {
-    allFiles_ = sortedByShotDate(camera_->files());
+    setCatalog(camera_->files());
     publish(cameraFileCount_, std::ssize(allFiles_));
-    publish(cameraBytes_, totalSize(allFiles_));
+    publish(cameraBytes_, totalSize(*candidates_));
     setCameraDays();
     const auto stored = settings_->fromDay();
     const auto day = std::ranges::find_if(
@@ -453,8 +467,8 @@ void ImportModel::loadCatalog() {
 void ImportModel::setCameraDays() {
     std::vector<Date> days;
     Date nextDay = Date::min();
-    for (const auto& file : allFiles_) {
-        const auto shot = file->shotDate();
+    for (const auto& file : *candidates_) {
+        const auto& shot = file.shotDate;
         if (!shot || *shot < nextDay) continue;
         days.push_back(startOfLocalDay(*shot));
         nextDay = startOfNextLocalDay(*shot);
@@ -467,8 +481,9 @@ void ImportModel::recompute() {
     if (!camera_ || !isRead) return;
     scanGeneration_.renew();
     if (destNeedsChoice()) {
-        existing_.clear();
+        planner_ = ImportPlanner(*candidates_, {});
         destWritable_ = false;
+        destOverlaps_ = false;
         destCapacity_.reset();
         publish(destOnNetwork_, false);
         publish(phase_, Phase::ready);
@@ -477,14 +492,23 @@ void ImportModel::recompute() {
     }
     publish(phase_, Phase::checking);
     publish(status_, "Prüfe Zielordner …");
+    // A file of an abandoned run may be about to arrive there.
+    if (runner_->isSettled()) scanDestination();
+}
+
+void ImportModel::scanDestination() {
     runThen(
         background_, main_,
-        [store = fileStore_, dest = dest_] {
+        [store = fileStore_, overlaps = camera_->overlapTest(), dest = dest_,
+         candidates = candidates_] {
             DestinationScan scan;
+            scan.overlaps = overlaps(dest);
             scan.onNetwork = store->isNetworkVolume(dest);
             scan.writable = store->isWritableDirectory(dest);
             scan.capacity = store->availableCapacity(dest);
-            scan.existing = store->existingFileKeys(dest);
+            // What lies on the card is not there because it was imported.
+            const auto keys = scan.overlaps ? FileKeys() : store->existingFileKeys(dest);
+            scan.planner = ImportPlanner(*candidates, keys);
             return scan;
         },
         scanGeneration_([this](DestinationScan scan) { destinationScanned(std::move(scan)); }));
@@ -494,8 +518,9 @@ void ImportModel::destinationScanned(DestinationScan scan) {
     if (phase_ != Phase::checking) return;
     publish(destOnNetwork_, scan.onNetwork);
     destWritable_ = scan.writable;
+    destOverlaps_ = scan.overlaps;
     destCapacity_ = scan.capacity;
-    existing_ = std::move(scan.existing);
+    planner_ = std::move(scan.planner);
     publish(phase_, Phase::ready);
     applyFilter();
 }
@@ -506,8 +531,10 @@ void ImportModel::applyFilter() {
     showMissing(missingFilesSince(since));
     publish(phase_, Phase::ready);
     if (allFiles_.empty()) return publish(status_, "Die Kamera meldet keine Dateien.");
-    if (newFiles_.empty()) {
-        publish(status_, "Nichts Neues im gewählten Zeitraum.");
+    if (destOverlaps_) {
+        publish(status_, overlapStatus);
+    } else if (newFiles_.empty()) {
+        publish(status_, nothingNewStatus);
     } else if (since) {
         publish(status_,
                 fmt::format("{} neue Dateien ({}) bereit zum Import (ab {})", newFiles_.size(),
@@ -524,7 +551,7 @@ void ImportModel::applyFilter() {
 }
 
 ImportSelection ImportModel::missingFilesSince(std::optional<Date> since) const {
-    return missingFiles(allFiles_, existing_, since);
+    return selectFiles(allFiles_, *candidates_, planner_.missing(since));
 }
 
 void ImportModel::showMissing(ImportSelection missing) {
@@ -538,6 +565,7 @@ void ImportModel::showMissing(ImportSelection missing) {
 void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRun) {
     if (phase_ != Phase::ready || newFiles_.empty()) return;
     if (destNeedsChoice()) return publish(status_, chooseFolderStatus);
+    if (destOverlaps_) return publish(status_, overlapStatus);
     if (const auto locked = runLock_->acquire(); !locked)
         return publish(status_, locked.error().message);
     if (!continuingPreviousRun) publish(log_, {});
@@ -546,11 +574,12 @@ void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRu
     const auto started =
         runner_->start(newFiles_, dest_, FolderLayout{.byDate = byDate_, .byType = byType_});
     if (!started) {
-        runLock_->release();
+        releaseLock();
         publish(phase_, Phase::ready);
         return publish(
             status_, fmt::format("Kann Zielordner nicht beschreiben: {}", started.error().message));
     }
+    pendingAutoImport_.reset();
     publish(progress_, runner_->progress());
     sleepBlocker_->begin(sleepReason);
     startSpeedMeter();
@@ -565,7 +594,16 @@ void ImportModel::cancelImport() {
 void ImportModel::endRun() {
     sleepBlocker_->end();
     speedTimer_.reset();
-    runLock_->release();
+    releaseLock();
+}
+
+void ImportModel::releaseLock() {
+    if (runner_->isSettled()) runLock_->release();
+}
+
+void ImportModel::runSettled() {
+    releaseLock();
+    if (phase_ == Phase::checking) scanDestination();
 }
 
 void ImportModel::showProgress(const ImportRunner::Progress& progress) {
@@ -643,6 +681,7 @@ void ImportModel::resumeInterruptedImport() {
 
 void ImportModel::startPendingAutoImport() {
     if (!camera_ || !autoImport_->consumePending(*camera_)) return;
+    if (destOverlaps_) return suspendAutoImport(overlapStatus);
     ImportSelection missing = missingFilesSince(std::nullopt);
     if (missing.files.empty()) {
         return publish(status_,
@@ -652,6 +691,8 @@ void ImportModel::startPendingAutoImport() {
     if (destCapacity_ && *destCapacity_ < missing.bytes) {
         return suspendAutoImport("zu wenig freier Platz im Zielordner.");
     }
+    if (const auto locked = runLock_->acquire(); !locked)
+        return postponeAutoImport(locked.error().message);
     std::optional<Date> earliest;
     for (const auto& file : missing.files) {
         const auto shot = file->shotDate();
@@ -666,6 +707,31 @@ void ImportModel::startPendingAutoImport() {
     if (phase_ != Phase::importing) return;
     addLog(fmt::format("↻ Auto-Import: {} fehlende Dateien {}, Kamera {}.", count, range,
                        autoImport_->trustedName()));
+}
+
+void ImportModel::postponeAutoImport(const std::string& reason) {
+    publish(status_, reason);
+    addLog(fmt::format("↻ {} Auto-Import wartet: {}", timeStamp(), reason));
+    pendingAutoImport_ = main_.every(retryInterval, [this] { retryAutoImport(); });
+}
+
+void ImportModel::retryAutoImport() {
+    if (phase_ != Phase::ready || !runLock_->acquire()) return;
+    releaseLock();
+    pendingAutoImport_.reset();
+    // What the other process has imported need not be loaded again.
+    if (autoImport_->cameraConnected(*camera_)) recompute();
+}
+
+void ImportModel::trust(const Camera& camera) {
+    if (!autoImport_->enable(camera)) {
+        return addLog(
+            fmt::format("✗ {} Kein Auto-Import: {} hat keine Kennung, an der sie "
+                        "wiederzuerkennen wäre.",
+                        timeStamp(), displayName(camera)));
+    }
+    expectedTrust_.reset();
+    publish(autoImportEnabled_, true);
 }
 
 void ImportModel::suspendAutoImport(const std::string& reason) {

@@ -13,6 +13,8 @@
 #include "FolderPicker.h"
 #include "Guard.h"
 #include "IdleSleepBlocker.h"
+#include "ImportCandidate.h"
+#include "ImportPlanner.h"
 #include "ImportRunner.h"
 #include "ImportSelection.h"
 #include "MainQueue.h"
@@ -64,20 +66,23 @@ public:
         std::shared_ptr<CameraBrowser> browser;
         std::shared_ptr<FileStore> fileStore;
         std::shared_ptr<SettingsStore> settings;
-        std::shared_ptr<FolderPicker> folderPicker;
+        std::shared_ptr<FolderPicker> folderPicker;  ///< none: nothing can be chosen
         std::unique_ptr<ImportRunner> runner;
         std::shared_ptr<AutoImport> autoImport;
         std::shared_ptr<IdleSleepBlocker> sleepBlocker;
         std::shared_ptr<FolderAccess> folderAccess;
         std::shared_ptr<RunLock> runLock;
-        std::shared_ptr<SSHKeyring> keyring;  ///< without it, nothing about servers' keys
-        std::shared_ptr<Workspace> workspace;
-        std::string homeFolder;  ///< path; what "~" stands for
+        std::shared_ptr<SSHKeyring> keyring;   ///< without it, nothing about servers' keys
+        std::shared_ptr<Workspace> workspace;  ///< none: nothing can be shown
+        std::string homeFolder;                ///< path; what "~" stands for
     };
 
     static constexpr auto searchingStatus = "Suche Kamera … (einschalten und per USB verbinden)";
     static constexpr auto chooseFolderStatus =
         "Zielordner wählen: unter Ziel auf „Ändern …“ klicken.";
+    static constexpr auto nothingNewStatus = "Nichts Neues im gewählten Zeitraum.";
+    static constexpr auto overlapStatus =
+        "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.";
 
     /// Restores what the settings hold. `main` must outlive the model, and `background` end
     /// before `main`. Discovery is begun by starting the browser with the model as delegate.
@@ -117,6 +122,8 @@ public:
     bool autoImportEnabled() const { return autoImportEnabled_; }
     /// Of the camera that is imported automatically.
     std::string trustedName() const { return autoImport_->trustedName(); }
+    /// Whether there is a camera that will be imported whenever it is connected.
+    bool trustsCamera() const { return autoImport_->trustsCamera(); }
     Phase phase() const { return phase_; }
     const std::string& status() const { return status_; }
     std::int64_t cameraFileCount() const { return cameraFileCount_; }
@@ -136,6 +143,8 @@ public:
     std::optional<Date> fromDaySelected() const;
     /// Whether the user must choose the destination folder again before it can be used.
     bool destNeedsChoice() const;
+    /// Whether the card lies in the destination or the other way round, as last found.
+    bool destOverlaps() const { return destOverlaps_; }
     bool destIsSFTP() const { return dest_.scheme == "sftp"; }
     /// For human eyes.
     std::string destDescription() const;
@@ -143,6 +152,8 @@ public:
     double totalBytesProgress() const;
     /// Whether an interrupted import goes on as soon as its camera returns.
     bool awaitsCamera() const { return pendingResume_.has_value(); }
+    /// Whether nothing of a run touches the destination any more.
+    bool isSettled() const { return runner_->isSettled(); }
 
     void setSelectedID(std::optional<std::string> id);
     void setDest(const Url& dest);
@@ -179,6 +190,7 @@ public:
     void cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) override;
     void cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) override;
     void cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) override;
+    void cameraCatalogGrows(Camera& camera, std::size_t filesSoFar) override;
     void cameraCatalogReady(Camera& camera) override;
     void cameraCatalogChanged(Camera& camera) override;
 
@@ -200,9 +212,11 @@ private:
     /// Also when the camera of that name was chosen already, but has not been opened.
     void select(std::optional<std::string> id);
     void selectCamera();
+    void setCatalog(CameraFiles files);
     void loadCatalog();
     void setCameraDays();
     void recompute();
+    void scanDestination();
     void destinationScanned(DestinationScan scan);
     void applyFilter();
     /// Whether that is another day than before.
@@ -212,6 +226,9 @@ private:
 
     /// Everything that lasts exactly as long as a run.
     void endRun();
+    /// Unless something of the run still touches the destination.
+    void releaseLock();
+    void runSettled();
     void showProgress(const ImportRunner::Progress& progress);
     void importFinished(const ImportRunner::Progress& progress, bool cancelled);
     void startSpeedMeter();
@@ -224,6 +241,10 @@ private:
     void resumeInterruptedImport();
     void startPendingAutoImport();
     void suspendAutoImport(const std::string& reason);
+    /// Until no other process imports any more.
+    void postponeAutoImport(const std::string& reason);
+    void retryAutoImport();
+    void trust(const Camera& camera);
 
     MainQueue& main_;
     Background& background_;
@@ -274,9 +295,12 @@ private:
 
     std::shared_ptr<Camera> camera_;  ///< whose session is held
     CameraFiles allFiles_;            ///< its catalogue, by shot date
-    FileKeys existing_;
-    Guard scanGeneration_;  ///< renewed by each scan and camera, so that older scans are dropped
+    std::shared_ptr<const std::vector<ImportCandidate>> candidates_ =
+        std::make_shared<std::vector<ImportCandidate>>();  ///< of `allFiles_`
+    ImportPlanner planner_;  ///< of these and what the destination has; of none while unknown
+    Guard scanGeneration_;   ///< renewed by each scan and camera, so that older scans are dropped
     bool destWritable_ = false;
+    bool destOverlaps_ = false;
     std::optional<std::int64_t> destCapacity_;
     Guard sftpChecks_;      ///< never renewed: of several checks, each shows what came of it
     Handle pendingReload_;  ///< a catalogue re-read is scheduled
@@ -285,6 +309,7 @@ private:
     bool resumeReady_ = false;
     int fruitlessResumes_ = 0;
     bool runIgnoresDateFilter_ = false;
+    Handle pendingAutoImport_;                  ///< looks whether another process still imports
     std::optional<std::string> expectedTrust_;  ///< name or identity of a camera to trust
     SpeedMeter speedMeter_;
     Handle speedTimer_;

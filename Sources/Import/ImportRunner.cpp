@@ -43,6 +43,7 @@ ImportRunner::ImportRunner(std::shared_ptr<FileStore> fileStore, MainQueue& main
 
 Result<> ImportRunner::start(std::vector<std::shared_ptr<CameraFile>> files, const Url& destination,
                              FolderLayout layout) {
+    if (!isSettled()) return failure("Es läuft schon ein Import.");
     const Url staging = fileStore_->stagingDirectory(destination);
     fileStore_->removeItem(staging);
     if (auto created = fileStore_->createDirectory(staging); !created) {
@@ -72,10 +73,13 @@ Result<> ImportRunner::start(std::vector<std::shared_ptr<CameraFile>> files, con
 }
 
 void ImportRunner::abandon() {
+    if (!isRunning_) return;
     runID_.renew();
     queue_.clear();
     isRunning_ = false;
+    isWindingUp_ = true;
     stopWatching();
+    if (!isMoving_) windUp();
 }
 
 void ImportRunner::downloadNext() {
@@ -95,12 +99,18 @@ void ImportRunner::downloadNext() {
     struct Prepared {
         Result<> folder;
         std::string saveName;
+        bool isThere = false;  ///< the very file, as far as its name and size tell
     };
     runThen(
         background_, main_,
-        [store = fileStore_, folder = item.folder, name = item.wantedName] {
-            Prepared prepared{.folder = store->createDirectory(folder)};
-            if (prepared.folder) prepared.saveName = store->freeName(name, folder);
+        [store = fileStore_, item, isNamed = name.has_value()] {
+            const auto& [size, wanted, saveName, folder] = item;
+            Prepared prepared{.folder = store->createDirectory(folder), .saveName = wanted};
+            if (!prepared.folder) return prepared;
+            prepared.saveName = store->freeName(wanted, folder);
+            // A comparison that broke off may have missed it.
+            prepared.isThere = isNamed && prepared.saveName != wanted &&
+                               store->fileSize(folder.appending(wanted)) == size;
             return prepared;
         },
         runID_([this, file, item](Prepared prepared) mutable {
@@ -114,9 +124,18 @@ void ImportRunner::downloadNext() {
                 }
                 return;
             }
+            if (prepared.isThere) return passOver(item);
             item.saveName = std::move(prepared.saveName);
             load(*file, item);
         }));
+}
+
+void ImportRunner::passOver(const Item& item) {
+    if (!log(fmt::format("ℹ︎ {} liegt schon in gleicher Größe am Ziel → nicht geladen",
+                         displayText(item.wantedName)))) {
+        return;
+    }
+    main_.post(runID_([this] { downloadNext(); }));
 }
 
 void ImportRunner::load(CameraFile& file, const Item& item) {
@@ -154,15 +173,17 @@ void ImportRunner::moveIntoPlace(const Item& item, const Url& staged) {
     }
     progress_.isTransferring = true;
     if (!report()) return;
+    isMoving_ = true;
     runThen(
         background_, main_,
         [store = fileStore_, run = runID_.watch(), staged,
          target = item.folder.appending(item.saveName)]() -> Result<> {
-            // By now a later run may be filling the staging folder.
             if (run.expired()) return failure("Der Import wurde abgebrochen");
             return store->moveItem(staged, target);
         },
-        runID_([this, item](const Result<>& moved) {
+        alive_([this, run = runID_.watch(), item](const Result<>& moved) {
+            isMoving_ = false;
+            if (run.expired()) return windUp();
             progress_.isTransferring = false;
             finishFile(item, moved);
         }));
@@ -188,6 +209,17 @@ void ImportRunner::finish() {
     progress_.currentName.clear();
     fileStore_->removeItem(staging_);
     if (report()) onFinish(Progress(progress_), cancelRequested_);
+}
+
+void ImportRunner::windUp() {
+    const auto settled = alive_([this] {
+        isWindingUp_ = false;
+        onSettled();
+    });
+    background_.run([store = fileStore_, staging = staging_, &main = main_, settled] {
+        store->removeItem(staging);
+        main.post(settled);
+    });
 }
 
 bool ImportRunner::log(const std::string& line) {

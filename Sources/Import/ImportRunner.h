@@ -23,7 +23,8 @@ namespace bildkurier {
 
 /// Loads camera files into a destination, strictly one after another: each into the staging
 /// folder, watched while it grows, checked for its exact size, then moved into its layout
-/// folder under a name that is free. A file that fails is counted and the run goes on.
+/// folder under a name that is free. A file that fails is counted and the run goes on; one
+/// whose name bears a file of its size already is passed over and not counted.
 /// Main thread.
 class ImportRunner {
 public:
@@ -49,21 +50,26 @@ public:
     std::function<void(const std::string&)> onLog = [](const std::string&) {};
     /// The end of a run, once: its final progress, and whether it was cancelled.
     std::function<void(const Progress&, bool)> onFinish = [](const Progress&, bool) {};
+    /// An abandoned run has come to rest, and what it had staged is gone.
+    std::function<void()> onSettled = [] {};
 
     /// Begins a run; callbacks follow, never before this returns. Fails, and changes nothing,
-    /// when the staging folder cannot be made or has no room for the largest file. A run that
-    /// is under way is replaced without an `onFinish` of its own.
+    /// when the staging folder cannot be made or has no room for the largest file, and unless
+    /// the runner is settled: no two runs use one staging folder.
     Result<> start(std::vector<std::shared_ptr<CameraFile>> files, const Url& destination,
                    FolderLayout layout);
 
     /// Finishes the file in flight and ends the run.
     void cancel() { cancelRequested_ = true; }
 
-    /// Drops the run: no callback follows, late answers are ignored. The staging folder stays
-    /// until the next start.
+    /// Drops the run, if there is one: its callbacks are not called any more, late answers are
+    /// ignored. The file that is being moved into place may still arrive there; then the
+    /// staging folder goes, and `onSettled` follows, never before this returns.
     void abandon();
 
     bool isRunning() const { return isRunning_; }
+    /// Whether nothing of any run touches the destination any more.
+    bool isSettled() const { return !isRunning_ && !isWindingUp_; }
     /// Whether the run, or the last one, was asked to end early.
     bool isCancelled() const { return cancelRequested_; }
     const Progress& progress() const { return progress_; }
@@ -72,10 +78,12 @@ private:
     struct Item;
 
     void downloadNext();
+    void passOver(const Item& item);
     void load(CameraFile& file, const Item& item);
     void moveIntoPlace(const Item& item, const Url& staged);
     void finishFile(const Item& item, const Result<>& outcome);
     void finish();
+    void windUp();
     /// Tell the owner, who may start, abandon or destroy this meanwhile: false when this run
     /// must not be touched any more.
     bool log(const std::string& line);
@@ -89,12 +97,15 @@ private:
 
     Progress progress_;
     bool isRunning_ = false;
+    bool isMoving_ = false;     ///< a file, of whichever run
+    bool isWindingUp_ = false;  ///< an abandoned run has not come to rest
     std::deque<std::shared_ptr<CameraFile>> queue_;
     Url destination_ = Url::file("/");
     Url staging_ = Url::file("/");
     FolderLayout layout_;
     bool cancelRequested_ = false;
     Guard runID_;  ///< renewed with every run, so that an older run's answers are dropped
+    Guard alive_;  ///< never renewed
     Handle watcher_;
 };
 

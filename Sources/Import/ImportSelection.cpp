@@ -3,7 +3,6 @@
 #include "ImportSelection.h"
 
 #include "ByteSum.h"
-#include "ImportPlanner.h"
 
 #include <algorithm>
 #include <utility>
@@ -23,17 +22,21 @@ CameraFiles sortedByShotDate(CameraFiles files) {
     return files;
 }
 
-ImportSelection missingFiles(std::span<const std::shared_ptr<CameraFile>> catalogue,
-                             const FileKeys& existing, std::optional<Date> since) {
-    std::vector<ImportCandidate> candidates;
-    candidates.reserve(catalogue.size());
-    for (const auto& file : catalogue) {
-        candidates.push_back({file->name(), file->size(), file->shotDate()});
-    }
+std::vector<ImportCandidate> candidates(std::span<const std::shared_ptr<CameraFile>> files) {
+    std::vector<ImportCandidate> found;
+    found.reserve(files.size());
+    for (const auto& file : files) found.push_back({file->name(), file->size(), file->shotDate()});
+    return found;
+}
+
+ImportSelection selectFiles(std::span<const std::shared_ptr<CameraFile>> catalogue,
+                            std::span<const ImportCandidate> candidates,
+                            std::span<const std::size_t> positions) {
     ImportSelection selection;
-    for (const std::size_t index : missingIndices(candidates, existing, since)) {
-        selection.files.push_back(catalogue[index]);
-        selection.bytes = byteSum(selection.bytes, candidates[index].size);
+    selection.files.reserve(positions.size());
+    for (const std::size_t position : positions) {
+        selection.files.push_back(catalogue[position]);
+        selection.bytes = byteSum(selection.bytes, candidates[position].size);
     }
     return selection;
 }

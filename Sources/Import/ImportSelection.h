@@ -3,9 +3,10 @@
 #pragma once
 
 #include "CameraFile.h"
-#include "FileKey.h"
+#include "ImportCandidate.h"
 #include "TypeSummary.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -25,10 +26,13 @@ struct ImportSelection {
 /// `files` by shot date, those without one first; files of one moment keep their order.
 CameraFiles sortedByShotDate(CameraFiles files);
 
-/// The files of a catalogue that the destination lacks, with `since` only those shot from
-/// then on.
-ImportSelection missingFiles(std::span<const std::shared_ptr<CameraFile>> catalogue,
-                             const FileKeys& existing, std::optional<Date> since);
+/// The files as the planner sees them, one by one.
+std::vector<ImportCandidate> candidates(std::span<const std::shared_ptr<CameraFile>> files);
+
+/// The files of a catalogue at these positions; `candidates` are those of the catalogue.
+ImportSelection selectFiles(std::span<const std::shared_ptr<CameraFile>> catalogue,
+                            std::span<const ImportCandidate> candidates,
+                            std::span<const std::size_t> positions);
 
 std::vector<TypeSummary> summarizeByType(std::span<const std::shared_ptr<CameraFile>> files);
 

@@ -37,6 +37,7 @@ void SSHKeyModel::generate() {
 }
 
 void SSHKeyModel::importKey() {
+    if (!picker_) return;
     const auto chosen = picker_->chooseFile(Url::file(homeFolder_).appending(".ssh"), "Übernehmen");
     if (!chosen) return;
     run("Schlüssel übernommen.", [access = fileAccess_, file = *chosen](SSHKeyring& keyring) {

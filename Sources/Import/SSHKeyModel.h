@@ -24,7 +24,7 @@ class SSHKeyModel final {
 public:
     struct Collaborators {
         std::shared_ptr<SSHKeyring> keyring;
-        std::shared_ptr<FolderPicker> picker;
+        std::shared_ptr<FolderPicker> picker;  ///< none: nothing can be chosen
         std::shared_ptr<FileAccess> fileAccess;
         std::string
             homeFolder;  ///< path; the user's real one, whatever this process is confined to

@@ -2,8 +2,9 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "SftpUrl.h"
 
+#include "ParsedNumber.h"
+
 #include <algorithm>
-#include <charconv>
 
 namespace bildkurier {
 
@@ -11,10 +12,8 @@ namespace {
 
 /// A decimal integer from 1 to 65535.
 std::optional<std::uint16_t> portNumber(std::string_view text) {
-    std::uint16_t port = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
-    if (error != std::errc{} || end != text.data() + text.size() || port == 0) return std::nullopt;
-    return port;
+    const auto port = parsedNumber<std::uint16_t>(text);
+    return port == 0 ? std::nullopt : port;
 }
 
 }  // namespace

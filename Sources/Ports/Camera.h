@@ -3,7 +3,9 @@
 #pragma once
 
 #include "CameraFile.h"
+#include "Url.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -37,6 +39,15 @@ public:
     virtual void openSession() = 0;
 
     virtual void closeSession() = 0;
+
+    /// Tells of a folder of this computer whether the camera is one too and one of them lies in
+    /// the other, so that what is on the card would count as imported. It blocks, on any thread.
+    using OverlapTest = std::function<bool(const Url&)>;
+
+    /// By default no folder does.
+    virtual OverlapTest overlapTest() const {
+        return [](const Url&) { return false; };
+    }
 };
 
 }  // namespace bildkurier

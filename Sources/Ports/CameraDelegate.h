@@ -4,6 +4,7 @@
 
 #include "Error.h"
 
+#include <cstddef>
 #include <optional>
 
 namespace bildkurier {
@@ -17,6 +18,9 @@ public:
 
     /// Without error the session is open; the catalogue follows.
     virtual void cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) = 0;
+
+    /// Reading the catalogue takes time; so many files were seen so far. Only of some cameras.
+    virtual void cameraCatalogGrows(Camera& camera, std::size_t filesSoFar) = 0;
 
     /// `Camera::files` is complete now.
     virtual void cameraCatalogReady(Camera& camera) = 0;

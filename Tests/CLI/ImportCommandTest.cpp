@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "FailingFileStore.h"
+#include "FakeServer.h"
 #include "Formatting.h"
 #include "ImportCommand.h"
 #include "LocalDay.h"
 #include "ModelCommandTest.h"
+
+#include <algorithm>
 
 namespace bildkurier {
 namespace {
@@ -18,7 +21,8 @@ protected:
     void makeCommand() {
         if (options.since) settings->storedUseFromDate = true;
         make();
-        command = std::make_shared<ImportCommand>(options, model, files, loop, report, done());
+        command =
+            std::make_shared<ImportCommand>(options, model, files, loop, loop, report, done());
     }
 
     std::shared_ptr<FakeCamera> attach(const std::string& id) {
@@ -30,6 +34,17 @@ protected:
         if (!command) makeCommand();
         command->begin();
         loop.settle();
+    }
+
+    /// Makes a server the destination.
+    std::shared_ptr<FakeServer> haveServer() {
+        settings->storedKind = DestinationKind::sftp;
+        settings->storedUser = "anna";
+        settings->storedHost = "nas";
+        settings->storedPath = "/fotos";
+        const auto server = std::make_shared<FakeServer>(store, keyring);
+        files = server;
+        return server;
     }
 
     CommandLine options{.command = Command::import};
@@ -205,6 +220,66 @@ TEST_F(ImportCommandTest, GivesUpOnADestinationThatIsAFile) {
     }
 }
 
+TEST_F(ImportCommandTest, GivesUpOnAServerThatCannotBeReached) {
+    haveServer()->refusal = "Connection refused";
+    for (const Command which : {Command::plan, Command::import}) {
+        options.command = which;
+        ends.clear();
+        command.reset();
+        attach("A");
+        begin();
+        EXPECT_EQ(reported(),
+                  (Lines{"error: Ordner lässt sich nicht anlegen: Connection refused"}));
+        expectEnd(ExitStatus::destinationUnusable);
+    }
+}
+
+TEST_F(ImportCommandTest, MakesNoFolderOnAServerForAPlan) {
+    haveServer();
+    for (const Command which : {Command::plan, Command::import}) {
+        options.command = which;
+        ends.clear();
+        command.reset();
+        const auto camera = attach("A");
+        file(*camera, "A.JPG", "aaaa");
+        begin();
+        EXPECT_EQ(store->fileExists(Url::file("/fotos")), which == Command::import);
+        deliver(*camera);
+        expectEnd(ExitStatus::success);
+    }
+    EXPECT_EQ(store->files["/fotos/A.JPG"], "aaaa");
+}
+
+TEST_F(ImportCommandTest, ChoosesNoCameraOnceInterruptedWhileItReachesTheServer) {
+    haveServer();
+    options.camera = "serial:B";
+    attach("A");
+    attach("B");
+    command->begin();
+    command->interrupt();
+    loop.settle();
+    EXPECT_EQ(model->selectedID(), "A");
+    expectEnd(ExitStatus::interrupted);
+}
+
+TEST_F(ImportCommandTest, GivesUpOnADestinationThatOverlapsWithTheCard) {
+    for (const Command which : {Command::plan, Command::import}) {
+        options.command = which;
+        ends.clear();
+        command.reset();
+        store->files["/bilder/A.JPG"] = "aaaa";
+        const auto camera = attach("A");
+        camera->folder = Url::file("/bilder");
+        file(*camera, "A.JPG", "aaaa");
+        begin();
+        deliver(*camera);
+        EXPECT_EQ(reported(),
+                  (Lines{"error: Karte und Zielordner liegen ineinander; bitte einen anderen "
+                         "Zielordner wählen."}));
+        expectEnd(ExitStatus::destinationUnusable);
+    }
+}
+
 TEST_F(ImportCommandTest, PlansForADestinationThatMayOnlyBeRead) {
     options.command = Command::plan;
     const auto failing = std::make_shared<FailingFileStore>(store);
@@ -284,7 +359,10 @@ TEST_F(ImportCommandTest, GoesOnWhenTheCameraReturns) {
 
     second->holdsBack = false;
     deliver(*returned(*camera));
-    EXPECT_EQ(report.lines.back(), "finished: 1/1 done, 0 failed");
+    const Lines lines = reported();
+    EXPECT_EQ(std::ranges::count(lines, "importing: 1/2 files, 2 bytes, 1 JPG"), 1)
+        << "what is left of it";
+    EXPECT_EQ(lines.back(), "finished: 1/1 done, 0 failed");
     EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"A.JPG", "aaaa"}, {"B.JPG", "bb"}}));
     expectEnd(ExitStatus::success);
 }
@@ -298,7 +376,75 @@ TEST_F(ImportCommandTest, IsDoneWhenNothingIsMissingAfterTheReturn) {
     model->cameraBrowserDidRemove(camera);
     loop.settle();
     store->files["/bilder/A.JPG"] = "aaaa";
+    reported();
     deliver(*returned(*camera));
+    const Lines lines = reported();
+    ASSERT_GE(lines.size(), 2U);
+    EXPECT_EQ(lines[lines.size() - 2],
+              "status: Nach der Trennung fehlt nichts mehr im Zielordner.");
+    EXPECT_EQ(lines.back(), "finished: 1/1 done, 0 failed");
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, EndsWhenTheReturnedCameraCannotBeOpened) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
+    begin();
+    deliver(*camera);
+    model->cameraBrowserDidRemove(camera);
+    loop.settle();
+    const auto back = returned(*camera);
+    loop.settle();
+    EXPECT_EQ(report.lines.back(), "status: Verbinde mit Kamera A' …");
+    EXPECT_TRUE(ends.empty());
+    back->sessionOpened(Error{"Zugriff verweigert"});
+    loop.settle();
+    EXPECT_TRUE(
+        report.lines.back().starts_with("error: Verbindung fehlgeschlagen: Zugriff verweigert."))
+        << report.lines.back();
+    expectEnd(ExitStatus::noCamera);
+}
+
+TEST_F(ImportCommandTest, EndsWhenTheReturnedCameraIsEmpty) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
+    begin();
+    deliver(*camera);
+    model->cameraBrowserDidRemove(camera);
+    loop.settle();
+    const auto back = returned(*camera);
+    back->catalogue.clear();
+    deliver(*back);
+    EXPECT_EQ(report.lines.back(), "error: Die Kamera meldet keine Dateien.");
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(ImportCommandTest, WaitsOnWhenAnotherCameraCannotBeOpened) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
+    begin();
+    deliver(*camera);
+    model->cameraBrowserDidRemove(camera);
+    attach("B")->sessionOpened(Error{"Zugriff verweigert"});
+    loop.settle();
+    EXPECT_EQ(model->phase(), ImportModel::Phase::noCamera);
+    EXPECT_TRUE(ends.empty());
+}
+
+TEST_F(ImportCommandTest, KeepsTheDayAskedForWhenTheCameraReturnsWithMoreDays) {
+    options.since = startOfLocalDay("2024-05-09");
+    const auto camera = attach("A");
+    const auto first = file(*camera, "A.JPG", "aaaa", *options.since);
+    first->holdsBack = true;
+    begin();
+    deliver(*camera);
+    model->cameraBrowserDidRemove(camera);
+    loop.settle();
+    first->holdsBack = false;
+    const auto back = returned(*camera);
+    file(*back, "B.JPG", "bb", *options.since + std::chrono::days(1));
+    deliver(*back);
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"A.JPG", "aaaa"}, {"B.JPG", "bb"}}));
     expectEnd(ExitStatus::success);
 }
 
@@ -333,7 +479,7 @@ TEST_F(ImportCommandTest, BeginsNothingOnceInterrupted) {
     begin();
     EXPECT_EQ(reported(), Lines());
     expectEnd(ExitStatus::interrupted);
-    EXPECT_FALSE(command->abandonedImport());
+    EXPECT_TRUE(model->isSettled());
 }
 
 TEST_F(ImportCommandTest, StopsAtOnceWhileNothingIsBeingLoaded) {
@@ -369,6 +515,7 @@ TEST_F(ImportCommandTest, FinishesTheFileInFlightAtTheFirstInterrupt) {
     deliver(*camera);
     command->interrupt();
     EXPECT_TRUE(ends.empty());
+    EXPECT_EQ(report.lines.back(), "status: Breche nach der aktuellen Datei ab …");
     first->deliver();
     loop.settle();
     EXPECT_EQ(report.lines.back(), "finished: 1/2 done, 0 failed, cancelled");
@@ -383,9 +530,8 @@ TEST_F(ImportCommandTest, StopsAtOnceAtTheSecondInterrupt) {
     begin();
     deliver(*camera);
     command->interrupt();
-    EXPECT_FALSE(command->abandonedImport());
     command->interrupt();
-    EXPECT_TRUE(command->abandonedImport());
+    EXPECT_FALSE(model->isSettled());
     const Lines lines = reported();
     ASSERT_GE(lines.size(), 2U);
     EXPECT_EQ(lines[lines.size() - 2], "Fertig: 0 geladen (0 KB), abgebrochen");

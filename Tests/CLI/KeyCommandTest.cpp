@@ -92,5 +92,12 @@ TEST_F(KeyCommandTest, RemovesTheKey) {
     EXPECT_FALSE(keyring->hasKey());
 }
 
+TEST_F(KeyCommandTest, DoesNotClaimToHaveRemovedAKeyThatIsStillThere) {
+    keyring->key = "ssh-ed25519 abc";
+    keyring->error = Error{"Der Datenträger ist schreibgeschützt."};
+    EXPECT_EQ(run(Command::keyRemove), end({"error: Der Schlüssel lässt sich nicht löschen."},
+                                           ExitStatus::destinationUnusable));
+}
+
 }  // namespace
 }  // namespace bildkurier

@@ -67,6 +67,20 @@ TEST_F(KeyProgramTest, LetsAFailedCheckLeaveTheDestinationAlone) {
     EXPECT_EQ(result.exitStatus, 4);
     EXPECT_TRUE(result.err.starts_with("Ordner lässt sich nicht anlegen: ")) << result.err;
     EXPECT_EQ(run({"settings", "destinationKind"}, environment).out, "destinationKind = folder\n");
+    EXPECT_EQ(run({"settings", "sftpHost"}, environment).out, "sftpHost = \n");
+}
+
+TEST_F(KeyProgramTest, KeepsTheServerOfBeforeWhenTheCheckOfAnotherFails) {
+    const std::vector<Strings> stored{{"destinationKind", "sftp"},
+                                      {"sftpUser", "otto"},
+                                      {"sftpHost", "nas:2222"},
+                                      {"sftpPath", "/fotos"}};
+    for (const auto& choice : stored)
+        ASSERT_EQ(run({"settings", choice[0], choice[1]}, environment).exitStatus, 0);
+    EXPECT_EQ(run({"sftp", "check", "sftp://anna@127.0.0.1:1/andere"}, environment).exitStatus, 4);
+    for (const auto& choice : stored)
+        EXPECT_EQ(run({"settings", choice[0]}, environment).out,
+                  choice[0] + " = " + choice[1] + "\n");
 }
 
 TEST_F(KeyProgramTest, HasServersForgotten) {

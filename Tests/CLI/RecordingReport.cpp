@@ -24,6 +24,7 @@ void RecordingReport::cameras(std::span<const std::shared_ptr<Camera>> cameras) 
 void RecordingReport::plan(const Plan& plan) { lines.push_back("plan: " + described(plan)); }
 
 void RecordingReport::importing(const Plan& plan) {
+    ++importsAnnounced;
     lines.push_back("importing: " + described(plan));
 }
 

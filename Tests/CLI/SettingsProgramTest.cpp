@@ -70,6 +70,9 @@ TEST_F(SettingsProgramTest, RefusesWhatIsNoValueOfThatKind) {
         {{"destinationKind", "SFTP"}, "„SFTP“ ist weder folder noch sftp.\n"},
         {{"fromDay", "9.5.2024"}, "„9.5.2024“ ist kein Tag wie 2024-05-09.\n"},
         {{"dest", ""}, "Der Name eines Ordners fehlt.\n"},
+        {{"dest", "sftp://anna@nas/fotos"},
+         "„sftp://anna@nas/fotos“ ist kein Ordner dieses Rechners. Einen Server macht "
+         "„bildkurier-cli sftp check“ zum Ziel.\n"},
     };
     const std::string before = settings({}).out;
     for (const auto& [words, message] : cases) {
@@ -88,6 +91,30 @@ TEST_F(SettingsProgramTest, MakesADestinationThatAnImportUses) {
     const auto result = run({"import", "--card", card}, environment);
     EXPECT_EQ(result.exitStatus, 0) << result.err;
     EXPECT_EQ(tree(destination), (Tree{{"IMG_1.JPG", "one"}}));
+}
+
+TEST_F(SettingsProgramTest, MakeAFolderTheDestinationInPlaceOfAServer) {
+    ASSERT_EQ(settings({"destinationKind", "sftp"}).exitStatus, 0);
+    ASSERT_EQ(settings({"dest", "/ziel"}).exitStatus, 0);
+    EXPECT_EQ(value("destinationKind"), "destinationKind = folder\n");
+    EXPECT_EQ(value("dest"), "dest = /ziel\n");
+}
+
+TEST_F(SettingsProgramTest, SayWhenTheyCannotBeKept) {
+    const auto result = run({"settings", "byDate", "true"},
+                            {{"XDG_CONFIG_HOME", folder.write("occupied", "a file")}});
+    EXPECT_EQ(result.exitStatus, 4);
+    EXPECT_EQ(result.err, "Die Einstellung lässt sich nicht speichern.\n");
+    EXPECT_EQ(result.out, "");
+}
+
+TEST_F(SettingsProgramTest, TakeADestinationThatIsNoWholePathForNone) {
+    for (const std::string path : {"", "bilder"}) {
+        for (const std::string key : {"dest", "destBookmark"}) {
+            folder.write("config/bildkurier/bildkurier.conf", "[General]\n" + key + "=" + path);
+            EXPECT_TRUE(value("dest").ends_with("/Pictures/Bildkurier\n")) << value("dest");
+        }
+    }
 }
 
 TEST_F(SettingsProgramTest, AreNotChangedByWhatAnImportIsToldOtherwise) {

@@ -5,6 +5,7 @@
 #include "WatchCommand.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace bildkurier {
 namespace {
@@ -33,10 +34,16 @@ protected:
 };
 
 TEST_F(WatchCommandTest, WantsATrustedCamera) {
-    begin();
-    EXPECT_EQ(reported(),
-              (Lines{"error: Noch ist keine Kamera vertraut: bitte mit --trust eine nennen."}));
-    expectEnd(ExitStatus::noCamera);
+    const auto nobody = [] {};
+    const auto forgotten = [this] { settings->storedAutoImport = true; };
+    for (const auto& prepare : {std::function<void()>(nobody), std::function<void()>(forgotten)}) {
+        prepare();
+        ends.clear();
+        begin();
+        EXPECT_EQ(reported(),
+                  (Lines{"error: Noch ist keine Kamera vertraut: bitte mit --trust eine nennen."}));
+        expectEnd(ExitStatus::noCamera);
+    }
 }
 
 TEST_F(WatchCommandTest, ImportsTheTrustedCameraEachTimeItIsConnected) {
@@ -51,8 +58,10 @@ TEST_F(WatchCommandTest, ImportsTheTrustedCameraEachTimeItIsConnected) {
     const Lines expected{
         "importing: 1/1 files, 4 bytes, 1 JPG", "✓ bilder/A.JPG  (" + formatBytes(4) + ")",
         "Fertig: 1 geladen (" + formatBytes(4) + ")", "finished: 1/1 done, 0 failed"};
-    for (const auto& line : expected)
-        EXPECT_NE(std::ranges::find(lines, line), lines.end()) << line;
+    for (const auto& line : expected) EXPECT_EQ(std::ranges::count(lines, line), 1) << line;
+    EXPECT_EQ(std::ranges::count(lines, "status: " + expected[2]), 0) << "it is in the log";
+    EXPECT_GT(report.progressReports, 0);
+    EXPECT_FALSE(report.progressCameFirst);
     model->cameraBrowserDidRemove(first);
 
     const auto again = returned(*first);
@@ -86,6 +95,22 @@ TEST_F(WatchCommandTest, ImportsTheCameraItIsToTrustAtOnce) {
     EXPECT_TRUE(settings->storedAutoImport);
 }
 
+TEST_F(WatchCommandTest, SaysWhyItCannotTrustACamera) {
+    make();
+    model->trustWhenConnected("Kamera B");
+    begin(true);
+    attached(camera("B"));
+    loop.settle();
+    EXPECT_NE(std::ranges::find_if(report.lines,
+                                   [](const std::string& line) {
+                                       return line.ends_with(
+                                           " Kein Auto-Import: Kamera B hat keine Kennung, an der "
+                                           "sie wiederzuerkennen wäre.");
+                                   }),
+              report.lines.end());
+    EXPECT_TRUE(ends.empty());
+}
+
 TEST_F(WatchCommandTest, EndsAtOnceWhileNothingIsBeingLoaded) {
     trust("serial:A");
     begin();
@@ -103,6 +128,7 @@ TEST_F(WatchCommandTest, EndsAfterTheFileInFlight) {
     deliver(*camera);
     command->interrupt();
     EXPECT_TRUE(ends.empty());
+    EXPECT_EQ(report.lines.back(), "status: Breche nach der aktuellen Datei ab …");
     first->deliver();
     loop.settle();
     EXPECT_EQ(report.lines.back(), "finished: 1/2 done, 0 failed, cancelled");
@@ -117,7 +143,8 @@ TEST_F(WatchCommandTest, SaysThatAnotherImportRuns) {
     const auto camera = attach("A");
     file(*camera, "A.JPG", "aaaa");
     deliver(*camera);
-    EXPECT_EQ(report.lines.back(), "status: Es läuft schon ein Import.");
+    EXPECT_TRUE(report.lines.back().ends_with(" Auto-Import wartet: Es läuft schon ein Import."))
+        << report.lines.back();
     EXPECT_TRUE(ends.empty());
 }
 

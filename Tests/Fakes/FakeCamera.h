@@ -22,7 +22,8 @@ public:
     std::optional<std::string> deviceIdentity;
     std::vector<std::shared_ptr<CameraFile>> catalogue;
     std::weak_ptr<CameraDelegate> delegate;
-    int opened = 0;  ///< sessions asked for
+    std::optional<Url> folder;  ///< that it is; overlaps itself only
+    int opened = 0;             ///< sessions asked for
     int closed = 0;
 
     void sessionOpened(const std::optional<Error>& error = std::nullopt);
@@ -36,6 +37,9 @@ public:
     void setDelegate(std::weak_ptr<CameraDelegate> to) override { delegate = std::move(to); }
     void openSession() override { ++opened; }
     void closeSession() override { ++closed; }
+    OverlapTest overlapTest() const override {
+        return [own = folder](const Url& with) { return own == with; };
+    }
 };
 
 }  // namespace bildkurier

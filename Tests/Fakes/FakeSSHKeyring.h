@@ -46,7 +46,9 @@ public:
         key = "ssh-ed25519 " + file.path;
         return {};
     }
-    void removeKey() override { key.reset(); }
+    void removeKey() override {
+        if (!error) key.reset();
+    }
     std::optional<std::string> hostFingerprint(const std::string& host, Port port) const override {
         fingerprinted.emplace_back(host, port);
         const auto found = hosts.find({host, port});

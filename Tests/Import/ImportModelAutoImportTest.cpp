@@ -481,5 +481,95 @@ TEST_F(ImportModelAutoImportTest, ImportsAgainAfterGivingUpOnAResume) {
     EXPECT_EQ(imported(), inTypeFolder(two));
 }
 
+TEST_F(ImportModelAutoImportTest, WaitsUntilNoOtherProcessImports) {
+    startTrusting();
+    lock->takenByAnother = true;
+    plugIn("1", trusted, two);
+    const std::string waits = "↻ " + time() + " Auto-Import wartet: Es läuft schon ein Import.";
+    EXPECT_EQ(model->log(), (Log{waits}));
+    EXPECT_EQ(model->status(), "Es läuft schon ein Import.");
+    loop.advance(Duration(3600));
+    EXPECT_EQ(model->log(), (Log{waits})) << "once is enough";
+    EXPECT_EQ(imported(), Tree());
+
+    // The other process has loaded one of the two files.
+    ASSERT_TRUE(store->createDirectory(Url::file("/bilder/JPG")));
+    store->files["/bilder/JPG/A.JPG"] = contentsOf("A.JPG");
+    lock->takenByAnother = false;
+    loop.advance(Duration(5));
+    EXPECT_EQ(model->log().front(), began(1, undated));
+    EXPECT_EQ(imported(), inTypeFolder(two));
+    EXPECT_FALSE(lock->held);
+    EXPECT_EQ(loop.timers(), 0);
+}
+
+TEST_F(ImportModelAutoImportTest, NoLongerWaitsOnceItsCameraIsGoneOrItIsSwitchedOff) {
+    const auto pull = [this](const std::shared_ptr<FakeCamera>& waiting) { unplug(waiting); };
+    const auto switchOff = [this](const std::shared_ptr<FakeCamera>&) {
+        model->setAutoImportEnabled(false);
+    };
+    using Action = std::function<void(const std::shared_ptr<FakeCamera>&)>;
+    for (const Action& change : {Action(pull), Action(switchOff)}) {
+        startTrusting();
+        lock->takenByAnother = true;
+        const auto waiting = plugIn("1", trusted, two);
+        ASSERT_EQ(loop.timers(), 1);
+        change(waiting);
+        EXPECT_EQ(loop.timers(), 0);
+        lock->takenByAnother = false;
+        loop.advance(Duration(60));
+        EXPECT_EQ(imported(), Tree());
+        EXPECT_FALSE(lock->held);
+    }
+}
+
+TEST_F(ImportModelAutoImportTest, NoLongerWaitsOnceTheUserStartsTheImport) {
+    startTrusting();
+    lock->takenByAnother = true;
+    plugIn("1", trusted, two, 0);
+    startImport();
+    EXPECT_EQ(model->status(), "Es läuft schon ein Import.");
+    lock->takenByAnother = false;
+    startImport();
+    ASSERT_TRUE(isImporting());
+    EXPECT_EQ(loop.timers(), 2) << "for the speed and for the file";
+}
+
+TEST_F(ImportModelAutoImportTest, IsSuspendedWhenCardAndDestinationOverlap) {
+    startTrusting();
+    const auto attached = holding("1", trusted, two);
+    attached->folder = settings->storedDestination;
+    connect(attached);
+    const std::string message =
+        "Auto-Import ausgesetzt: Karte und Zielordner liegen ineinander; bitte einen anderen "
+        "Zielordner wählen.";
+    EXPECT_EQ(model->status(), message);
+    EXPECT_EQ(model->log(), (Log{"✗ " + message + " Ziel: /bilder"}));
+    EXPECT_EQ(imported(), Tree());
+}
+
+TEST_F(ImportModelAutoImportTest, SaysThatItCannotTrustACameraWithoutIdentity) {
+    start();
+    model->trustWhenConnected("Kamera 1");
+    plugIn("1", std::nullopt, two);
+    EXPECT_EQ(model->log(), (Log{"✗ " + time() +
+                                 " Kein Auto-Import: Kamera 1 hat keine Kennung, an der sie "
+                                 "wiederzuerkennen wäre."}));
+    EXPECT_FALSE(model->autoImportEnabled());
+    EXPECT_FALSE(model->trustsCamera());
+    EXPECT_EQ(imported(), Tree());
+}
+
+TEST_F(ImportModelAutoImportTest, TrustsACameraOnlyWhenItsIdentityIsStored) {
+    start();
+    EXPECT_FALSE(model->trustsCamera());
+    settings->storedAutoImport = true;
+    EXPECT_FALSE(model->trustsCamera()) << "nobody knows which";
+    settings->storedIdentity = trusted;
+    EXPECT_TRUE(model->trustsCamera());
+    settings->storedAutoImport = false;
+    EXPECT_FALSE(model->trustsCamera());
+}
+
 }  // namespace
 }  // namespace bildkurier

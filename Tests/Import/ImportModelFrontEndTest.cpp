@@ -50,8 +50,9 @@ TEST_F(ImportModelFrontEndTest, ReleasesTheLockWhenTheCameraIsLost) {
     model->startImport();
     EXPECT_FALSE(model->awaitsCamera());
     model->cameraBrowserDidRemove(picture);
-    EXPECT_FALSE(lock->held);
     EXPECT_TRUE(model->awaitsCamera());
+    loop.settle();
+    EXPECT_FALSE(lock->held);
 }
 
 TEST_F(ImportModelFrontEndTest, ReleasesTheLockWhenTheRunCannotStart) {

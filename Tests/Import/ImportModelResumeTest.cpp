@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "PluggedCameraTest.h"
+#include "SlowMoves.h"
 
 #include <functional>
 #include <utility>
@@ -697,13 +698,58 @@ TEST_F(ImportModelResumeTest, GoesOnImportingWhenAnotherCameraIsRemoved) {
     EXPECT_EQ(imported(), inTypeFolder(three));
 }
 
+TEST_F(ImportModelResumeTest, WaitsForTheFileThatIsOnItsWayWhenTheCameraIsLost) {
+    const auto slow = std::make_shared<SlowMoves>(store);
+    files = slow;
+    start();
+    const auto lost = plugIn("1", identity, three, 0);
+    std::shared_ptr<FakeCamera> back;
+    slow->meanwhile = [&] {
+        unplug(lost);
+        EXPECT_TRUE(lock->held) << "another process may not start either";
+        back = plugIn("2", identity, three);
+        loop.advance(Duration(60));
+        EXPECT_EQ(model->phase(), Phase::checking);
+        EXPECT_EQ(model->status(), "Prüfe Zielordner …");
+        EXPECT_TRUE(lock->held);
+        EXPECT_EQ(imported(), Tree());
+    };
+    startImport();
+    fileOf(*lost, 0).deliver();
+    loop.settle();
+    ASSERT_TRUE(back);
+    EXPECT_EQ(fileOf(*back, 0).downloads, 0) << "it has arrived after all";
+    EXPECT_EQ(model->log().at(1), continued(2));
+    EXPECT_EQ(imported(), inTypeFolder(three));
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_FALSE(lock->held);
+    EXPECT_FALSE(store->fileExists(Url::file("/bilder/.bildkurier-tmp")));
+}
+
+TEST_F(ImportModelResumeTest, LeavesNoStagingFolderWhenTheCameraStaysAway) {
+    start();
+    const auto lost = plugIn("1", std::nullopt, three, 1);
+    startImport();
+    fileOf(*lost, 1).grow(3);
+    ASSERT_TRUE(store->fileExists(Url::file("/bilder/.bildkurier-tmp/B.JPG")));
+    model->cameraBrowserDidRemove(lost);
+    EXPECT_TRUE(lock->held) << "the staging folder must not become another process's";
+    EXPECT_FALSE(model->isSettled());
+    loop.settle();
+    EXPECT_EQ(model->status(), gaveUp);
+    EXPECT_TRUE(model->isSettled());
+    EXPECT_FALSE(lock->held);
+    EXPECT_FALSE(store->fileExists(Url::file("/bilder/.bildkurier-tmp")));
+    EXPECT_EQ(imported(), inTypeFolder({"A.JPG"}));
+}
+
 TEST_F(ImportModelResumeTest, DiscardsWhatTheAbandonedRunHadStaged) {
     start();
     const auto lost = plugIn("1", identity, three, 0);
     startImport();
     fileOf(*lost, 0).grow(3);
-    unplug(lost);
     ASSERT_EQ(store->files.at("/bilder/.bildkurier-tmp/A.JPG"), "Inh");
+    unplug(lost);
     plugIn("2", identity, three);
     EXPECT_EQ(imported(), inTypeFolder(three));
     EXPECT_FALSE(store->fileExists(Url::file("/bilder/.bildkurier-tmp")));

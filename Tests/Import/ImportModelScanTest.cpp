@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "Formatting.h"
 #include "ImportModelWithTwoCameras.h"
+#include "PassingFileStore.h"
 #include "RecordingFileStore.h"
 
 #include <chrono>
@@ -12,6 +13,13 @@ namespace {
 using namespace std::chrono;
 
 class ImportModelScanTest : public ImportModelWithTwoCameras {};
+
+/// Its listings break off before the first file.
+class BrokenListings final : public PassingFileStore {
+public:
+    using PassingFileStore::PassingFileStore;
+    FileKeys existingFileKeys(const Url& /*folder*/) override { return {}; }
+};
 
 TEST_F(ImportModelScanTest, AsksTheDestinationInTheBackground) {
     const auto recording = std::make_shared<RecordingFileStore>(store);
@@ -45,6 +53,64 @@ TEST_F(ImportModelScanTest, TakesADestinationThatTellsNothingForEmpty) {
     connect(attached);
     EXPECT_EQ(newNames(), (Names{"A.JPG"}));
     EXPECT_FALSE(model->destOnNetwork());
+}
+
+TEST_F(ImportModelScanTest, LoadsNothingIntoADestinationThatOverlapsWithTheCard) {
+    store->files["/bilder/A.JPG"] = "aaaa";
+    make();
+    attached->folder = Url::file("/bilder");
+    file(*attached, "A.JPG", "aaaa");
+    connect(attached);
+    const std::string advice =
+        "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.";
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(model->status(), advice);
+    EXPECT_TRUE(model->destOverlaps());
+    EXPECT_EQ(newNames(), (Names{"A.JPG"})) << "it has not been imported";
+    const auto before = store->tree(Url::file("/"));
+    model->setUseFromDate(true);
+    model->setUseFromDate(false);
+    EXPECT_EQ(model->status(), advice);
+    model->startImport();
+    loop.settle();
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(model->status(), advice);
+    EXPECT_EQ(store->tree(Url::file("/")), before);
+    EXPECT_FALSE(lock->held);
+
+    model->setDest(Url::file("/ziel"));
+    loop.settle();
+    EXPECT_FALSE(model->destOverlaps());
+    model->startImport();
+    loop.settle();
+    EXPECT_EQ(store->tree(Url::file("/ziel")), (Tree{{"JPG/", ""}, {"JPG/A.JPG", "aaaa"}}));
+}
+
+TEST_F(ImportModelScanTest, ForgetsTheOverlapOfAFolderThatMustBeChosenAgain) {
+    make();
+    attached->folder = Url::file("/bilder");
+    file(*attached, "A.JPG", "aaaa");
+    connect(attached);
+    access->granted = false;
+    model->setDest(Url::file("/ziel"));
+    EXPECT_FALSE(model->destOverlaps());
+    EXPECT_EQ(model->status(), chooseFolder);
+}
+
+TEST_F(ImportModelScanTest, MakesNoSecondCopiesWhenTheListingBreaksOff) {
+    files = std::make_shared<BrokenListings>(store);
+    ASSERT_TRUE(store->createDirectory(Url::file("/bilder/JPG")));
+    store->files["/bilder/JPG/A.JPG"] = "aaaa";
+    make();
+    file(*attached, "A.JPG", "aaaa");
+    file(*attached, "B.JPG", "bb");
+    connect(attached);
+    EXPECT_EQ(newNames(), (Names{"A.JPG", "B.JPG"}));
+    model->startImport();
+    loop.settle();
+    EXPECT_EQ(store->tree(Url::file("/bilder")),
+              (Tree{{"JPG/", ""}, {"JPG/A.JPG", "aaaa"}, {"JPG/B.JPG", "bb"}}));
+    EXPECT_EQ(model->log().back(), "Fertig: 1 geladen (" + formatBytes(2) + ")");
 }
 
 TEST_F(ImportModelScanTest, DropsAnOlderScan) {

@@ -7,6 +7,7 @@
 #include "ImportRunner.h"
 #include "ManualRunLoop.h"
 #include "MemoryFileStore.h"
+#include "SlowMoves.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
@@ -221,6 +222,7 @@ TEST_F(ImportRunnerTest, WantsRoomForTheLargestFileAndHeadroom) {
     store->capacity = needed;
     EXPECT_TRUE(start());
     runner->abandon();
+    loop.settle();
     store->capacity = std::nullopt;
     EXPECT_TRUE(start());
 }
@@ -380,6 +382,25 @@ TEST_F(ImportRunnerTest, ForgetsACancelAtTheNextStart) {
     EXPECT_EQ(finished[0].first.done, 1);
 }
 
+TEST_F(ImportRunnerTest, PassesOverAFileThatIsThereAlready) {
+    ASSERT_TRUE(store->createDirectory(Url::file("/bilder/JPG")));
+    store->files["/bilder/JPG/A.JPG"] = "aaaa";
+    store->files["/bilder/JPG/B.JPG"] = "other";
+    for (const char* name : {"A.JPG", "B.JPG", "C.JPG"}) file(name, "aaaa");
+    runAll({.byType = true});
+    EXPECT_EQ(log, (Log{"ℹ︎ A.JPG liegt schon in gleicher Größe am Ziel → nicht geladen",
+                        "ℹ︎ B.JPG existiert schon mit anderem Inhalt → gespeichert als B_1.JPG",
+                        "✓ JPG/B_1.JPG  (" + formatBytes(4) + ")",
+                        "✓ JPG/C.JPG  (" + formatBytes(4) + ")"}));
+    EXPECT_EQ(files[0]->downloads, 0);
+    EXPECT_EQ(finished[0].first, (Progress{.total = 3, .done = 2, .bytesDone = 8}));
+    EXPECT_EQ(store->tree(destination), (Tree{{"JPG/", ""},
+                                              {"JPG/A.JPG", "aaaa"},
+                                              {"JPG/B.JPG", "other"},
+                                              {"JPG/B_1.JPG", "aaaa"},
+                                              {"JPG/C.JPG", "aaaa"}}));
+}
+
 TEST_F(ImportRunnerTest, IgnoresACompletionAfterTheEnd) {
     file("A.JPG", "aaaa");
     runAll();
@@ -395,6 +416,8 @@ TEST_F(ImportRunnerTest, IgnoresACompletionOfAnEarlierRun) {
     const auto old = file("A.JPG", "aaaa");
     old->holdsBack = true;
     ASSERT_TRUE(start());
+    loop.settle();
+    runner->abandon();
     loop.settle();
     files.clear();
     const auto fresh = file("B.JPG", "bb");
@@ -437,6 +460,77 @@ TEST_F(ImportRunnerTest, MovesNothingOnceAbandoned) {
     store->files[staging.path + "/A.JPG"] = "half";
     loop.settle();
     EXPECT_EQ(store->files.count("/bilder/A.JPG"), 0);
+}
+
+TEST_F(ImportRunnerTest, ClearsTheStagingFolderOnceAbandoned) {
+    int settled = 0;
+    runner->onSettled = [&] { ++settled; };
+    file("A.JPG", "aaaa")->holdsBack = true;
+    EXPECT_TRUE(runner->isSettled());
+    ASSERT_TRUE(start());
+    loop.settle();
+    EXPECT_FALSE(runner->isSettled());
+    files[0]->grow(2);
+    runner->abandon();
+    EXPECT_FALSE(runner->isSettled());
+    EXPECT_EQ(settled, 0);
+    EXPECT_TRUE(store->fileExists(staging.appending("A.JPG"))) << "not on the main queue";
+    loop.settle();
+    EXPECT_TRUE(runner->isSettled());
+    EXPECT_EQ(settled, 1);
+    EXPECT_FALSE(store->fileExists(staging));
+
+    runner->abandon();
+    loop.settle();
+    EXPECT_EQ(settled, 1) << "there was no run";
+}
+
+TEST_F(ImportRunnerTest, WaitsForTheFileOnItsWayWhenAbandoned) {
+    const auto slow = std::make_shared<SlowMoves>(store);
+    runner = std::make_unique<ImportRunner>(slow, loop, loop);
+    attach(*runner);
+    int settled = 0;
+    runner->onSettled = [&] { ++settled; };
+    file("A.JPG", "aaaa");
+    file("B.JPG", "bb");
+    bool wasSettled = true;
+    bool startedMeanwhile = true;
+    std::string refusal;
+    Tree staged;
+    slow->meanwhile = [&] {
+        runner->abandon();
+        loop.advance(Duration(60));
+        wasSettled = runner->isSettled();
+        const auto again = start();
+        startedMeanwhile = again.has_value();
+        if (!again) refusal = again.error().message;
+        staged = store->tree(staging);
+    };
+    ASSERT_TRUE(start());
+    loop.settle();
+    EXPECT_FALSE(wasSettled);
+    EXPECT_FALSE(startedMeanwhile);
+    EXPECT_EQ(refusal, "Es läuft schon ein Import.");
+    EXPECT_EQ(staged, (Tree{{"A.JPG", "aaaa"}}));
+    EXPECT_EQ(settled, 1);
+    EXPECT_TRUE(finished.empty());
+    EXPECT_EQ(store->tree(destination), (Tree{{"A.JPG", "aaaa"}}));
+
+    files.erase(files.begin());
+    ASSERT_TRUE(start());
+    loop.settle();
+    EXPECT_EQ(store->tree(destination), (Tree{{"A.JPG", "aaaa"}, {"B.JPG", "bb"}}));
+}
+
+TEST_F(ImportRunnerTest, RefusesAnotherRunWhileOneIsUnderWay) {
+    file("A.JPG", "aaaa")->holdsBack = true;
+    ASSERT_TRUE(start());
+    loop.settle();
+    EXPECT_FALSE(start());
+    files[0]->deliver();
+    loop.settle();
+    EXPECT_EQ(finished.size(), 1);
+    EXPECT_EQ(store->tree(destination), (Tree{{"A.JPG", "aaaa"}}));
 }
 
 TEST_F(ImportRunnerTest, LetsAnyCallbackDestroyIt) {

@@ -35,18 +35,19 @@ TEST(SortedByShotDate, PutsUndatedFilesFirstAndKeepsTheOrderOfEqualDates) {
     EXPECT_EQ(names(sorted), (std::vector<std::string>{"B", "A", "C", "D", "E"}));
 }
 
-TEST(MissingFiles, KeepsOrderAndSumsSizes) {
-    const CameraFiles catalogue = {
-        file("A.JPG", 1, at(1)),    file("B.JPG", 20, at(2)),   file(std::nullopt, 300, at(3)),
-        file("C.JPG", 4000, at(4)), file("c.jpg", 4000, at(5)), file("D.JPG", 50000, std::nullopt)};
-    const ImportSelection all = missingFiles(catalogue, {fileKey("b.jpg", 20)}, std::nullopt);
-    EXPECT_EQ(names(all.files), (std::vector<std::string>{"A.JPG", "C.JPG", "D.JPG"}));
-    EXPECT_EQ(all.bytes, 54001);
+TEST(Candidates, SayWhatTheFilesSay) {
+    EXPECT_EQ(candidates(CameraFiles{file("A.JPG", 1, at(1)), file(std::nullopt, 20, {})}),
+              (std::vector<ImportCandidate>{{"A.JPG", 1, at(1)}, {std::nullopt, 20, {}}}));
+}
 
-    const ImportSelection late = missingFiles(catalogue, {}, at(2));
-    EXPECT_EQ(names(late.files), (std::vector<std::string>{"B.JPG", "C.JPG"}));
-    EXPECT_EQ(late.bytes, 4020);
-    EXPECT_EQ(late.files[0], catalogue[1]);
+TEST(SelectFiles, KeepsOrderAndSumsSizes) {
+    const CameraFiles catalogue = {file("A.JPG", 1, at(1)), file("B.JPG", 20, at(2)),
+                                   file(std::nullopt, 300, at(3)), file("D.JPG", 4000, {})};
+    const ImportSelection some =
+        selectFiles(catalogue, candidates(catalogue), std::vector<std::size_t>{0, 1, 3});
+    EXPECT_EQ(some.files, (CameraFiles{catalogue[0], catalogue[1], catalogue[3]}));
+    EXPECT_EQ(some.bytes, 4021);
+    EXPECT_EQ(selectFiles(catalogue, candidates(catalogue), {}).files, CameraFiles());
 }
 
 TEST(SummarizeByType, CountsNamelessFilesToo) {

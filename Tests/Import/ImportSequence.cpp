@@ -907,7 +907,8 @@ void ImportSequence::checkRun() const {
     RC_ASSERT(phase_ != Phase::done);
     RC_ASSERT(run_.has_value() == importing);
     RC_ASSERT(runner_->isRunning() == importing);
-    RC_ASSERT(lock_->held == importing);
+    RC_ASSERT(lock_->held == !model_->isSettled());
+    if (importing) RC_ASSERT(!model_->isSettled());
     RC_ASSERT(sleepBlocker_->reason == (importing ? Status("Bildkurier läuft") : Status()));
     RC_ASSERT(main_.repeating(speedInterval) == (importing ? 1 : 0));
     const auto waiting = waitingFiles(false);

@@ -2,45 +2,24 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
-#include "FileStore.h"
-
-#include <memory>
-#include <utility>
+#include "PassingFileStore.h"
 
 namespace bildkurier {
 
 /// Passes everything on to another store and remembers the last scan.
-class ScanMemory final : public FileStore {
+class ScanMemory final : public PassingFileStore {
 public:
-    explicit ScanMemory(std::shared_ptr<FileStore> store) : store_(std::move(store)) {}
+    using PassingFileStore::PassingFileStore;
 
     int scans = 0;
     Url folder;  ///< that was scanned last
     FileKeys keys;
 
-    Url stagingDirectory(const Url& destination) override {
-        return store_->stagingDirectory(destination);
-    }
     FileKeys existingFileKeys(const Url& of) override {
         ++scans;
         folder = of;
-        return keys = store_->existingFileKeys(of);
+        return keys = PassingFileStore::existingFileKeys(of);
     }
-    bool fileExists(const Url& url) override { return store_->fileExists(url); }
-    std::optional<std::int64_t> fileSize(const Url& url) override { return store_->fileSize(url); }
-    bool isWritableDirectory(const Url& url) override { return store_->isWritableDirectory(url); }
-    bool isNetworkVolume(const Url& url) override { return store_->isNetworkVolume(url); }
-    std::optional<std::int64_t> availableCapacity(const Url& url) override {
-        return store_->availableCapacity(url);
-    }
-    Result<> createDirectory(const Url& url) override { return store_->createDirectory(url); }
-    Result<> moveItem(const Url& source, const Url& target) override {
-        return store_->moveItem(source, target);
-    }
-    void removeItem(const Url& url) override { store_->removeItem(url); }
-
-private:
-    std::shared_ptr<FileStore> store_;
 };
 
 }  // namespace bildkurier

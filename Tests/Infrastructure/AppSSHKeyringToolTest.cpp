@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "AppSSHKeyring.h"
 #include "FileSizeLimit.h"
+#include "KeyringAnswers.h"
 #include "PermissionWatch.h"
 #include "ProcessCommandRunner.h"
 #include "ProgramCall.h"
@@ -10,7 +11,6 @@
 #include "Tree.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <filesystem>
 #include <functional>
@@ -25,21 +25,6 @@ namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
 
 constexpr auto tool = "/usr/bin/ssh-keygen";
-constexpr auto notAccepted = "Schlüssel wird von ssh-keygen nicht angenommen.";
-constexpr auto noPrivateKey =
-    "Das ist kein privater ssh-Schlüssel (z. B. ~/.ssh/id_ed25519, nicht die .pub-Datei).";
-constexpr auto hasPassphrase =
-    "Der Schlüssel ist mit einer Passphrase geschützt. Die App fragt nie nach einem Passwort; "
-    "bitte einen Schlüssel ohne Passphrase nehmen oder hier einen neuen erzeugen.";
-
-std::string message(const Result<>& result) { return result ? "" : result.error().message; }
-
-unsigned permissions(const std::string& path) {
-    struct stat facts{};
-    EXPECT_EQ(::lstat(path.c_str(), &facts), 0) << path;
-    return facts.st_mode & 07777;
-}
-
 /// A keyring over the real program.
 class AppSSHKeyringToolTest : public testing::Test {
 protected:

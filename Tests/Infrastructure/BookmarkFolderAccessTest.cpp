@@ -332,6 +332,12 @@ TEST_F(BookmarkFolderAccessTest, LeavesAPathAsItIsOfWhichNothingExists) {
         EXPECT_EQ(BookmarkFolderAccess::realPath(Url::file(given)), real) << given;
 }
 
+TEST(PathBookmarks, LeadNowhereUnlessTheyAreWholePaths) {
+    EXPECT_EQ(PathBookmarks().resolve("/bilder").value().folder, Url::file("/bilder"));
+    for (const auto* bookmark : {"", "bilder", "./bilder"})
+        EXPECT_FALSE(PathBookmarks().resolve(bookmark)) << bookmark;
+}
+
 TEST_F(BookmarkFolderAccessTest, StoresThePlainPathWhereTheSystemHasNoBookmarks) {
     const auto defaults = std::make_shared<MemoryUserDefaults>();
     const auto access = [&] {

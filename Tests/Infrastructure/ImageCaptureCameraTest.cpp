@@ -4,6 +4,7 @@
 #include "FakeNativeFile.h"
 #include "ImageCaptureCamera.h"
 #include "RecordingCameraDelegate.h"
+#include "TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -38,6 +39,19 @@ bool isRandomUuid(const std::string& text) {
         if (wanted == 'y') return std::string_view("89AB").contains(c);
         return c == wanted;
     });
+}
+
+TEST(ImageCaptureCamera, OverlapsWithFoldersOnItAndAroundIt) {
+    const TemporaryFolder folder;
+    folder.makeFolder("card/DCIM");
+    const auto test = cameraWith({.folder = folder.path("card")})->overlapTest();
+    EXPECT_TRUE(test(Url::file(folder.path("card/DCIM"))));
+    EXPECT_TRUE(test(Url::file(folder.path())));
+    EXPECT_FALSE(test(Url::file(folder.path("bilder"))));
+    Url server = Url::file(folder.path("card/DCIM"));
+    server.scheme = "sftp";
+    EXPECT_FALSE(test(server));
+    EXPECT_FALSE(cameraWith({})->overlapTest()(Url::file("/"))) << "it is no folder";
 }
 
 TEST(ImageCaptureCamera, IsIdentifiedByTheFirstThingThatLasts) {

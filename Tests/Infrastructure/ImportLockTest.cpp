@@ -110,6 +110,10 @@ TEST_F(ImportLockTest, SaysWhyItCannotBeMade) {
               Result<>(failure("Die Sperre „" + path() +
                                "“ lässt sich nicht anlegen: Im Pfad steht eine Datei, wo ein "
                                "Ordner sein müsste.")));
+    EXPECT_EQ(ImportLock(folder().path("bildkurier/a\nb/import.lock")).acquire(),
+              Result<>(failure("Die Sperre „" + folder().path("bildkurier/a␊b/import.lock") +
+                               "“ lässt sich nicht anlegen: Im Pfad steht eine Datei, wo ein "
+                               "Ordner sein müsste.")));
 }
 
 TEST_F(ImportLockTest, IsOnePerUser) {

@@ -279,6 +279,18 @@ TEST_F(LocalFileStoreTest, IgnoresWhatCannotBeRemoved) {
     EXPECT_EQ(tree(folder.path()), (Tree{{"closed/", ""}, {"closed/file", "x"}}));
 }
 
+TEST_F(LocalFileStoreTest, RemovesWhatCanBeBesideWhatCannot) {
+    for (const char* name : {"a", "b", "c"}) folder.write(std::string("staging/") + name + "/file", "x");
+    fs::permissions(folder.path(), fs::perms::all);
+    for (const char* path : {"staging", "staging/a", "staging/b", "staging/c"})
+        fs::permissions(folder.path(path), fs::perms::all);
+    fs::permissions(folder.path("staging/b"), fs::perms::owner_all);
+    runAsOrdinaryUser([&] { store.removeItem(folder.url("staging")); });
+    if (!fs::exists(folder.path("staging"))) GTEST_SKIP() << "nothing can be kept from this user";
+    EXPECT_EQ(tree(folder.path()),
+              (Tree{{"staging/", ""}, {"staging/b/", ""}, {"staging/b/file", "x"}}));
+}
+
 TEST_F(LocalFileStoreTest, NeverRemovesTheWholeComputer) {
     int removals = 0;
     const auto refuse = [&](const seccomp_data&) {

@@ -8,9 +8,12 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <optional>
 #include <regex>
@@ -173,6 +176,75 @@ TEST(ProcessCommandRunner, ReactsToSignalsAsUsualWhateverThisProcessDoes) {
     EXPECT_TRUE(
         std::regex_match(result.output, std::regex("SigBlk:\t0{16}\nSigIgn:\t0{7}[01][08]0{7}")))
         << result.output;
+}
+
+/// A script that runs on a thread of its own until it is ended.
+class EndlessScript {
+public:
+    /// `script` puts a line into the file "begun" when it may be ended.
+    EndlessScript(ProcessCommandRunner& runner, const std::string& script) {
+        const std::string begun = folder_.path("begun");
+        EXPECT_EQ(::mkfifo(begun.c_str(), 0600), 0);
+        thread_ = std::jthread([this, &runner, script, begun] {
+            result_ = runner.run(shell, {"-c", "begun=" + begun + "\n" + script}, {});
+        });
+        std::string line;
+        std::getline(std::ifstream(begun) >> std::ws, line);
+    }
+
+    CommandResult result() {
+        thread_.join();
+        return result_;
+    }
+
+private:
+    TemporaryFolder folder_;
+    CommandResult result_;
+    std::jthread thread_;
+};
+
+TEST(ProcessCommandRunner, EndsWhatRunsAndRunsNothingAfterwards) {
+    ProcessCommandRunner runner;
+    EndlessScript one(runner, "echo here; echo >$begun; read x </dev/zero");
+    EndlessScript other(runner, "echo >$begun; read x </dev/zero");
+    runner.endAll(std::chrono::hours(1));
+    EXPECT_EQ(one.result(), (CommandResult{SIGTERM, "here"}));
+    EXPECT_EQ(other.result(), (CommandResult{SIGTERM, ""}));
+    const auto later = runner.run("/bin/echo", {"later"}, {});
+    EXPECT_EQ(later.status, -1);
+    EXPECT_TRUE(later.output.starts_with("/bin/echo lässt sich nicht starten: ")) << later.output;
+}
+
+TEST(ProcessCommandRunner, EndsWhatItsProgramsStarted) {
+    ProcessCommandRunner runner;
+    EndlessScript script(runner, "(read x </dev/zero) & echo >$begun; exit 0");
+    runner.endAll(std::chrono::hours(1));
+    EXPECT_EQ(script.result().status, 0);
+}
+
+TEST(ProcessCommandRunner, KillsWhatDoesNotEndWhenAsked) {
+    ProcessCommandRunner runner;
+    EndlessScript script(runner, "trap '' TERM; echo >$begun; while :; do read x </dev/zero; done");
+    runner.endAll(std::chrono::milliseconds(1));
+    EXPECT_EQ(script.result().status, SIGKILL);
+}
+
+TEST(ProcessCommandRunner, WaitsForNoStrangerWhoHoldsTheOutput) {
+    ProcessCommandRunner runner;
+    const TemporaryFolder folder;
+    const std::string end = folder.path("end");
+    ASSERT_EQ(::mkfifo(end.c_str(), 0600), 0);
+    EndlessScript script(runner, "setsid sh -c \"echo >$begun; read x <" + end + "\" & exit 0");
+    runner.endAll(std::chrono::milliseconds(1));
+    EXPECT_EQ(script.result().status, 0);
+    std::ofstream(end) << "now\n";
+}
+
+TEST(ProcessCommandRunner, HasNothingToEndAfterwards) {
+    ProcessCommandRunner runner;
+    EXPECT_EQ(runner.run("/bin/echo", {"before"}, {}).output, "before");
+    runner.endAll(std::chrono::hours(1));
+    runner.endAll(std::chrono::hours(1));
 }
 
 TEST(ProcessCommandRunner, RunsSeveralAtOnce) {

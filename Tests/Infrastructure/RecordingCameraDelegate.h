@@ -19,6 +19,9 @@ public:
     void cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) override {
         note(camera, error ? "opened: " + error->message : "opened");
     }
+    void cameraCatalogGrows(Camera& camera, std::size_t filesSoFar) override {
+        note(camera, "grows to " + std::to_string(filesSoFar));
+    }
     void cameraCatalogReady(Camera& camera) override { note(camera, "ready"); }
     void cameraCatalogChanged(Camera& camera) override { note(camera, "changed"); }
 

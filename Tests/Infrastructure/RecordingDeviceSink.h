@@ -19,6 +19,7 @@ public:
     void sessionOpened(const std::optional<Error>& error) override {
         note(error ? "failed: " + error->message : "opened");
     }
+    void catalogGrows(std::size_t /*filesSoFar*/) override { note("grows"); }
     void catalogReady() override { note("ready"); }
     void itemsAdded() override { note("added"); }
     void itemsRemoved() override { note("removed"); }

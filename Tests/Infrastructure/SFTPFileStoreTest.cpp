@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "FileDescriptor.h"
 #include "HostKeyMismatch.h"
 #include "SFTPFileStore.h"
 #include "ScriptedCommandRunner.h"
 #include "TemporaryFolder.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -197,6 +200,54 @@ TEST_F(SFTPFileStoreTest, TakesASuccessfulListingForExistence) {
     for (int n = 0; n < 3; ++n) EXPECT_FALSE(store.fileExists(server("/a")));
 }
 
+TEST_F(SFTPFileStoreTest, ReplacesNothingThatItCouldNotSeeBefore) {
+    const auto local = folder.write("staged", "picture");
+    const std::string failed = "Übertragung fehlgeschlagen: ";
+    const struct {
+        CommandResult firstLook;
+        CommandResult secondLook;
+        std::string message;
+    } cases[] = {
+        {{255, "ssh: connect to host nas port 22: Connection refused\r\nConnection closed"},
+         {0, "-rw-r--r-- 1 0 0 9 May  9 10:00 /p/not found"},
+         failed + "Eine Datei dieses Namens ist schon da"},
+        {{-1, "no client"}, {255, "Broken pipe"}, failed + "Broken pipe"},
+        {{1, "sftp> ls -ln \"/p/not found\"\nremote readdir: Failure"},
+         {255, "sftp> ls -ln \"/p/not found\"\nConnection reset"},
+         failed + "Connection reset"},
+    };
+    for (const auto& [firstLook, secondLook, message] : cases) {
+        runner->calls.clear();
+        answer({firstLook, secondLook});
+        EXPECT_FALSE(store.fileExists(server("/p/not found")));
+        EXPECT_EQ(store.moveItem(Url::file(local), server("/p/not found")).error().message,
+                  message);
+        EXPECT_EQ(scripts(), std::vector<std::string>(2, "ls -ln \"/p/not found\"\n"));
+        EXPECT_TRUE(fs::exists(local));
+    }
+}
+
+TEST_F(SFTPFileStoreTest, UploadsWhereTheServerSaysInTheEndThatNothingIsThere) {
+    const auto local = folder.write("staged", "picture");
+    const CommandResult nothing{1, "sftp> ls\nCan't ls: \"/p/A\" not found"};
+    const CommandResult arrived{0, "-rw-r--r-- 1 0 0 7 May  9 10:00 /p/A"};
+    answer({{255, "Connection closed"}, nothing, {0, ""}, arrived});
+    EXPECT_FALSE(store.fileExists(server("/p/A")));
+    EXPECT_TRUE(store.moveItem(Url::file(local), server("/p/A")));
+    EXPECT_EQ(runner->calls.size(), 4U);
+}
+
+TEST_F(SFTPFileStoreTest, AsksOnceWhereTheServerAnswered) {
+    const auto local = folder.write("staged", "picture");
+    const CommandResult nothing{1, "Can't ls: \"/p/A\" not found"};
+    const CommandResult arrived{0, "-rw-r--r-- 1 0 0 7 May  9 10:00 /p/A"};
+    answer({{255, ""}, nothing, {0, ""}, arrived});
+    EXPECT_FALSE(store.fileExists(server("/p/A")));
+    EXPECT_FALSE(store.fileExists(server("/p/A")));
+    EXPECT_TRUE(store.moveItem(Url::file(local), server("/p/A")));
+    EXPECT_EQ(runner->calls.size(), 4U);
+}
+
 TEST_F(SFTPFileStoreTest, ReadsASizeFromTheListing) {
     const struct {
         CommandResult result;
@@ -226,9 +277,11 @@ TEST_F(SFTPFileStoreTest, ReadsASizeFromTheListing) {
 TEST_F(SFTPFileStoreTest, ReadsASizeWhereTheClientCannotPrintTheName) {
     answer({{0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /\\303\\234/\\303\\274.jpg"},
             {0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /a\\303"},
+            {0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /\\303\\274\\303.jpg"},
             {0, "-rw-r--r-- 1 0 0 12 May  9 10:00 /\\303\\274/\\303\\274"}});
     EXPECT_EQ(store.fileSize(server("/Ü/ü.jpg")), 12);
     EXPECT_EQ(store.fileSize(server("/a\\303")), 12);
+    EXPECT_EQ(store.fileSize(server("/ü\\303.jpg")), 12);
     EXPECT_EQ(store.fileSize(server("/ü")), std::nullopt);
 }
 
@@ -262,6 +315,20 @@ TEST_F(SFTPFileStoreTest, ProbesWhetherAFolderIsWritable) {
     EXPECT_FALSE(fs::exists(folder.path("root/.bildkurier-probe")));
 }
 
+TEST_F(SFTPFileStoreTest, LetsNobodyElseOfThisComputerUseTheProbeMeanwhile) {
+    const auto isFree = [this] {
+        const FileDescriptor root(::open(folder.path("root").c_str(), O_RDONLY | O_CLOEXEC));
+        return ::flock(root.get(), LOCK_EX | LOCK_NB) == 0;
+    };
+    runner->answer = [&](const auto&) {
+        EXPECT_FALSE(isFree());
+        return CommandResult{0, ""};
+    };
+    EXPECT_TRUE(store.isWritableDirectory(server("/photos")));
+    EXPECT_EQ(runner->calls.size(), 1U);
+    EXPECT_TRUE(isFree());
+}
+
 TEST_F(SFTPFileStoreTest, TakesAFolderForReadOnlyWhenTheProbeFails) {
     answer({{1, "Permission denied"}});
     EXPECT_FALSE(store.isWritableDirectory(server("/photos")));
@@ -288,6 +355,34 @@ TEST_F(SFTPFileStoreTest, SaysWhyAFolderCannotBeMade) {
               "Ordner lässt sich nicht anlegen: remote mkdir \"/a\": Permission denied");
 }
 
+TEST_F(SFTPFileStoreTest, AdvisesHowToFindOutWhatAQuietClientKeepsToItself) {
+    const std::string failed = "Ordner lässt sich nicht anlegen: ";
+    const std::string advice =
+        failed +
+        "Der Server ist nicht zu erreichen oder lässt die Anmeldung nicht zu. Den Grund zeigt im "
+        "Terminal der Befehl: sftp ";
+    Url withPort = server("/a");
+    withPort.port = 2222;
+    const struct {
+        SSHLogin login;
+        Url url;
+        CommandResult result;
+        std::string message;
+    } cases[] = {
+        {SSHLogin::userSSH(), server("/a"), {255, "Connection closed"}, advice + "anna@nas"},
+        {SSHLogin::userSSH(), withPort, {255, ""}, advice + "-P 2222 anna@nas"},
+        {SSHLogin::userSSH(), server("/a"), {255, "Why\nConnection closed"}, failed + "Why"},
+        {SSHLogin::userSSH(), server("/a"), {255, "Why"}, failed + "Why"},
+        {SSHLogin::userSSH(), server("/a"), {1, "sftp> cd \"/a\""}, failed + "sftp> cd \"/a\""},
+        {appKey, server("/a"), {255, "Connection closed"}, failed + "Connection closed"},
+    };
+    for (const auto& [who, url, result, message] : cases) {
+        login = who;
+        runner->answer = [&result](const auto&) { return result; };
+        EXPECT_EQ(store.createDirectory(url).error().message, message);
+    }
+}
+
 TEST_F(SFTPFileStoreTest, PassesOnThatTheHostKeyHasChanged) {
     answer({{255, "@@@ WARNING @@@\r\nHost key verification failed.\r\nConnection closed"}});
     const auto made = store.createDirectory(server("/a"));
@@ -305,6 +400,25 @@ TEST_F(SFTPFileStoreTest, UploadsUnderAnotherNameThenConfirmsTheSize) {
                                             "rename \"/p/A [1].jpg.part\" \"/p/A [1].jpg\"\n",
                                         "ls -ln \"/p/A [1].jpg\"\n"}));
     EXPECT_FALSE(fs::exists(local));
+}
+
+TEST_F(SFTPFileStoreTest, UploadsUnderANameThatIsNotTooLong) {
+    const struct {
+        std::string name;
+        std::string part;
+    } cases[] = {
+        {std::string(250, 'n'), std::string(250, 'n') + ".part"},
+        {std::string(251, 'n'), std::string(250, 'n') + ".part"},
+        {std::string(255, 'n'), std::string(250, 'n') + ".part"},
+        {std::string(249, 'n') + "ü.jpg", std::string(249, 'n') + ".part"},
+        {std::string(251, '\x80'), ".part"},
+    };
+    for (const auto& [name, part] : cases) {
+        runner->calls.clear();
+        (void)store.moveItem(folder.url("missing"), server("/p/" + name));
+        EXPECT_TRUE(scripts().at(0).ends_with("rename \"/p/" + part + "\" \"/p/" + name + "\"\n"))
+            << scripts().at(0);
+    }
 }
 
 TEST_F(SFTPFileStoreTest, KeepsTheFileWhenTheUploadFails) {
@@ -443,6 +557,24 @@ TEST_F(SFTPFileStoreTest, StartsNothingWithoutAKey) {
               (std::vector{"Ordner lässt sich nicht anlegen: " + reason,
                            "Übertragung fehlgeschlagen: " + reason}));
     EXPECT_EQ(runner->calls.size(), 0U);
+}
+
+TEST_F(SFTPFileStoreTest, StartsNothingWithFilesWhoseNamesTheClientMisreads) {
+    const std::string reason =
+        "Ordner lässt sich nicht anlegen: Der Datenordner hat Zeichen im Namen, die ssh nicht "
+        "versteht (% \" \\ ${)";
+    for (const std::string odd : {"%d", "\"", "\\", "${HOME}", "\n"}) {
+        const Url plain = Url::file("/data/file");
+        const Url misread = Url::file("/data/a" + odd + "b");
+        for (const auto& who :
+             {SSHLogin::appKey(misread, plain), SSHLogin::appKey(plain, misread)}) {
+            login = who;
+            EXPECT_EQ(store.createDirectory(server("/a")).error().message, reason) << odd;
+        }
+    }
+    EXPECT_EQ(runner->calls.size(), 0U);
+    login = SSHLogin::appKey(Url::file("/d'a$t #a/ü"), Url::file("/d'a$t #a/ü {x}"));
+    EXPECT_TRUE(store.createDirectory(server("/a")));
 }
 
 TEST_F(SFTPFileStoreTest, UploadsNothingFromAPathWithALineBreak) {

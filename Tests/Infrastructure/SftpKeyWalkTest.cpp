@@ -75,8 +75,26 @@ TEST(SftpKeyWalk, ReadsNamesThatTheClientCannotPrint) {
     SftpKeyWalk walk("/Ü");
     walk.read("sftp> -ls -ln \"/\\303\\234\"\n" + file("/\\303\\234/\\303\\204.JPG") +
               directory("/\\303\\234/\\377"));
-    EXPECT_EQ(walk.keys(), FileKeys{"ä.jpg|5"});
-    EXPECT_EQ(walk.commands(), SftpCommands{"-ls -ln \"/Ü/\xFF\""});
+    EXPECT_EQ(walk.keys(), (FileKeys{"ä.jpg|5", "\\303\\204.jpg|5"}));
+    EXPECT_EQ(walk.commands(), (SftpCommands{"-ls -ln \"/Ü/\\\\377\"", "-ls -ln \"/Ü/\xFF\""}));
+}
+
+TEST(SftpKeyWalk, TakesNamesThatLookEscapedForThemselvesToo) {
+    SftpKeyWalk walk("/p");
+    walk.read("sftp> -ls -ln \"/p\"\n" + file("/p/\\303\\274.JPG") + directory("/p/\\303\\274") +
+              directory("/p/ü"));
+    EXPECT_EQ(walk.keys(), (FileKeys{"\\303\\274.jpg|5", "ü.jpg|5"}));
+    EXPECT_EQ(walk.commands(), (SftpCommands{"-ls -ln \"/p/\\\\303\\\\274\"", "-ls -ln \"/p/ü\""}));
+    walk.read("sftp> -ls -ln \"/p/\\\\303\\\\274\"\n" + file("/p/\\303\\274/x") +
+              "sftp> -ls -ln \"/p/ü\"\n" + file("/p/ü/y"));
+    EXPECT_TRUE(walk.keys().contains("x|5"));
+    EXPECT_TRUE(walk.keys().contains("y|5"));
+}
+
+TEST(SftpKeyWalk, ReadsUmlautsBesideWhatLooksEscaped) {
+    SftpKeyWalk walk("/ü\\303");
+    walk.read("sftp> -ls -ln \"/\\303\\274\\\\303\"\n" + file("/\\303\\274\\303/x"));
+    EXPECT_EQ(walk.keys(), FileKeys{"x|5"});
 }
 
 TEST(SftpKeyWalk, ReadsFoldersThatOnlyLookEscaped) {

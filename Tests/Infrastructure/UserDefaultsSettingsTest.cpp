@@ -80,7 +80,8 @@ TEST_F(UserDefaultsSettingsTest, StoresTextsAsTextsUnderTheirKeys) {
         for (const std::string value : {"/a b", "true", ""}) {
             text.write(written, value);
             EXPECT_EQ(std::get<std::string>(values().at(text.key)), value) << text.key;
-            EXPECT_EQ(text.read(settings()), value) << text.key;
+            const bool isKept = text.key != std::string("dest") || value.starts_with('/');
+            EXPECT_EQ(text.read(settings()), isKept ? value : text.whenAbsent) << text.key;
         }
     }
     EXPECT_EQ(values().size(), std::size(texts));
@@ -129,6 +130,13 @@ TEST_F(UserDefaultsSettingsTest, StoresThePathOfTheDestination) {
     settings().setDestination(Url::file("/Bilder/\xFF 1%41"));
     EXPECT_EQ(std::get<std::string>(values().at("dest")), "/Bilder/\xFF 1%41");
     EXPECT_EQ(settings().destination(), Url::file("/Bilder/\xFF 1%41"));
+}
+
+TEST_F(UserDefaultsSettingsTest, TakesADestinationThatIsNoWholePathForAbsent) {
+    for (const auto* path : {"", "bilder", "./bilder", "~/bilder"}) {
+        values()["dest"] = path;
+        EXPECT_EQ(settings().destination(), Url::file(homeFolder() + "/Pictures/Bildkurier"));
+    }
 }
 
 TEST_F(UserDefaultsSettingsTest, AnswersADestinationThatDoesNotExist) {

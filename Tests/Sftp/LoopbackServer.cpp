@@ -130,17 +130,29 @@ LoopbackServer::~LoopbackServer() {
     acceptor_.join();
 }
 
-void LoopbackServer::cutNext(Traffic limit) {
+void LoopbackServer::disturb(Limit limit, std::size_t ahead) {
     const std::lock_guard lock(mutex_);
-    next_ = {limit, false};
+    limits_[accepted_ + ahead] = limit;
 }
 
-void LoopbackServer::killNext(Traffic limit) {
+void LoopbackServer::stallAll(Traffic limit) {
     const std::lock_guard lock(mutex_);
-    next_ = {limit, true};
+    usual_ = {limit, End::stall};
+    isStalled_ = false;
 }
 
-LoopbackServer::Traffic LoopbackServer::finished() {
+void LoopbackServer::waitUntilStalled() {
+    std::unique_lock lock(mutex_);
+    stalled_.wait(lock, [this] { return isStalled_; });
+}
+
+void LoopbackServer::behave() {
+    const std::lock_guard lock(mutex_);
+    usual_ = {};
+    limits_.clear();
+}
+
+std::vector<LoopbackServer::Traffic> LoopbackServer::finished() {
     std::vector<std::jthread> connections;
     {
         const std::lock_guard lock(mutex_);
@@ -148,7 +160,12 @@ LoopbackServer::Traffic LoopbackServer::finished() {
     }
     connections.clear();
     const std::lock_guard lock(mutex_);
-    return last_;
+    return std::exchange(passed_, {});
+}
+
+LoopbackServer::Limit LoopbackServer::nextLimit() {
+    const auto limit = limits_.extract(accepted_++);
+    return limit ? limit.mapped() : usual_;
 }
 
 void LoopbackServer::accept(const std::stop_token& stop) {
@@ -158,7 +175,7 @@ void LoopbackServer::accept(const std::stop_token& stop) {
         if (!client) continue;
         const std::lock_guard lock(mutex_);
         connections_.emplace_back(
-            [this, client = std::move(client), limit = std::exchange(next_, {})]() mutable {
+            [this, client = std::move(client), limit = nextLimit()]() mutable {
                 serve(std::move(client), limit);
             });
     }
@@ -178,9 +195,22 @@ void LoopbackServer::serve(FileDescriptor client, Limit limit) {
         if (open && ends[1].revents != 0)
             open = passOn(server, client, passed.toClient, limit.traffic.toClient);
     }
-    if (limit.kills) process.kill();
+    if (limit.end == End::kill) process.kill();
+    if (limit.end == End::stall) stall(client);
     const std::lock_guard lock(mutex_);
-    last_ = passed;
+    passed_.push_back(passed);
+}
+
+void LoopbackServer::stall(const FileDescriptor& client) {
+    {
+        const std::lock_guard lock(mutex_);
+        isStalled_ = true;
+        stalled_.notify_all();
+    }
+    // The end is seen only behind all that was sent before it.
+    std::array<char, 16384> unheard{};
+    while (retried([&] { return ::read(client.get(), unheard.data(), unheard.size()); }) > 0) {
+    }
 }
 
 }  // namespace bildkurier

@@ -4,9 +4,11 @@
 
 #include "FileDescriptor.h"
 
+#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -33,30 +35,45 @@ public:
 
     std::uint16_t port() const { return port_; }
 
-    /// Cuts the next connection as soon as more than `limit` would pass. A server that is cut
-    /// off while it answers has done what it was told.
-    void cutNext(Traffic limit);
+    /// Cuts the next connection, or the one that comes `ahead` connections behind it, as soon as
+    /// more than `limit` would pass. A server that is cut off while it answers has done what it
+    /// was told.
+    void cutNext(Traffic limit, std::size_t ahead = 0) { disturb({limit, End::cut}, ahead); }
     /// As `cutNext`, but kills the server at that moment.
-    void killNext(Traffic limit);
+    void killNext(Traffic limit, std::size_t ahead = 0) { disturb({limit, End::kill}, ahead); }
+    /// Passes nothing more in any connection from now on as soon as more than `limit` would pass,
+    /// and leaves it open until the client closes it.
+    void stallAll(Traffic limit);
+    void waitUntilStalled();
+    /// Disturbs no connection that is still to come.
+    void behave();
     /// Waits until all connections have ended and their servers with them; answers what passed
-    /// in the last one.
-    Traffic finished();
+    /// in each since the last call.
+    std::vector<Traffic> finished();
 
 private:
+    enum class End : std::uint8_t { cut, kill, stall };
     struct Limit {
         Traffic traffic = noLimit;
-        bool kills = false;
+        End end = End::cut;
     };
 
+    void disturb(Limit limit, std::size_t ahead);
+    Limit nextLimit();
     void accept(const std::stop_token& stop);
     void serve(FileDescriptor client, Limit limit);
+    void stall(const FileDescriptor& client);
 
     std::vector<std::string> command_;
     FileDescriptor listener_;
     std::uint16_t port_ = 0;
     std::mutex mutex_;
-    Limit next_;
-    Traffic last_;
+    std::condition_variable stalled_;
+    bool isStalled_ = false;
+    std::size_t accepted_ = 0;
+    std::map<std::size_t, Limit> limits_;  ///< by the number of the connection
+    Limit usual_;
+    std::vector<Traffic> passed_;
     std::vector<std::jthread> connections_;
     std::jthread acceptor_;
 };

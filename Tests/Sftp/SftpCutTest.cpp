@@ -34,7 +34,7 @@ protected:
             script);
         EXPECT_EQ(result.status, 0) << result.output;
         fs::remove(server->path("IMG_1.JPG"));
-        return server->connection().finished();
+        return server->connection().finished().back();
     }
 
     /// Uploads with a connection that breaks, then looks whether all is safe, and goes on.

@@ -11,6 +11,7 @@ class PathBookmarks final : public Bookmarks {
 public:
     std::optional<std::string> bookmark(const Url& folder) override { return folder.path; }
     std::optional<Found> resolve(const std::string& bookmark) override {
+        if (!bookmark.starts_with('/')) return std::nullopt;
         return Found{.folder = Url::file(bookmark)};
     }
     bool startAccess(const Url& /*folder*/) override { return false; }

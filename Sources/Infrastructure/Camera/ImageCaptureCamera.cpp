@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ImageCaptureCamera.h"
 
+#include "FolderOverlap.h"
 #include "ImageCaptureFile.h"
 
 #include <fmt/format.h>
@@ -78,8 +79,18 @@ void ImageCaptureCamera::openSession() { device_->openSession(); }
 
 void ImageCaptureCamera::closeSession() { device_->closeSession(); }
 
+Camera::OverlapTest ImageCaptureCamera::overlapTest() const {
+    return [own = given(device_->facts().folder)](const Url& folder) {
+        return own && folder.isFile() && foldersOverlap(*own, folder.path);
+    };
+}
+
 void ImageCaptureCamera::sessionOpened(const std::optional<Error>& error) {
     if (const auto delegate = delegate_.lock()) delegate->cameraDidOpenSession(*this, error);
+}
+
+void ImageCaptureCamera::catalogGrows(std::size_t filesSoFar) {
+    if (const auto delegate = delegate_.lock()) delegate->cameraCatalogGrows(*this, filesSoFar);
 }
 
 void ImageCaptureCamera::catalogReady() {

@@ -6,6 +6,7 @@
 #include "CameraDelegate.h"
 #include "NativeCamera.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -29,8 +30,10 @@ public:
     void setDelegate(std::weak_ptr<CameraDelegate> delegate) override;
     void openSession() override;
     void closeSession() override;
+    OverlapTest overlapTest() const override;
 
     void sessionOpened(const std::optional<Error>& error) override;
+    void catalogGrows(std::size_t filesSoFar) override;
     void catalogReady() override;
     void itemsAdded() override;
     void itemsRemoved() override;

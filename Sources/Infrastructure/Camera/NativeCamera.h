@@ -5,6 +5,7 @@
 #include "Date.h"
 #include "Result.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -68,6 +69,8 @@ public:
     virtual ~DeviceSink() = default;
 
     virtual void sessionOpened(const std::optional<Error>& error) = 0;
+    /// A catalogue that takes time has come so far. Not every system tells.
+    virtual void catalogGrows(std::size_t filesSoFar) = 0;
     virtual void catalogReady() = 0;
     virtual void itemsAdded() = 0;
     virtual void itemsRemoved() = 0;

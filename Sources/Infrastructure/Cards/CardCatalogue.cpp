@@ -139,4 +139,12 @@ CardCatalogue arrangeCatalogue(CardListing listing) {
     return catalogue;
 }
 
+void dateSidecars(CardCatalogue& catalogue) {
+    auto& entries = catalogue.entries;
+    for (std::size_t main = 0; main < entries.size(); main += 1 + entries[main].sidecars) {
+        const auto date = entries[main].taken ? entries[main].taken : entries[main].modified;
+        for (std::size_t i = 1; i <= entries[main].sidecars; ++i) entries[main + i].taken = date;
+    }
+}
+
 }  // namespace bildkurier

@@ -47,4 +47,7 @@ struct CardCatalogue {
 /// none, and all that is neither media nor sidecar, are left out.
 CardCatalogue arrangeCatalogue(CardListing listing);
 
+/// Gives sidecars the date of their main file, so that they go to the same day.
+void dateSidecars(CardCatalogue& catalogue);
+
 }  // namespace bildkurier

@@ -3,18 +3,26 @@
 #pragma once
 
 #include "Background.h"
-#include "CardCatalogue.h"
 #include "CardSession.h"
+#include "MediaContents.h"
 
 #include <memory>
 
 namespace bildkurier {
 
-/// What the files of an open card have in common.
-struct CardContents {
-    CardCatalogue catalogue;
-    std::shared_ptr<const CardSession> session;
-    Background& background;  ///< downloads run here
+/// What is on an open card. Downloads run in the background, and fail once the session has
+/// ended.
+class CardContents final : public MediaContents {
+public:
+    CardContents(CardCatalogue catalogue, std::shared_ptr<const CardSession> session,
+                 Background& background);
+
+    void load(const CardEntry& entry, const DownloadRequest& request,
+              NativeDownloadDone done) const override;
+
+private:
+    std::shared_ptr<const CardSession> session_;
+    Background& background_;
 };
 
 }  // namespace bildkurier

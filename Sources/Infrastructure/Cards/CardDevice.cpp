@@ -2,11 +2,9 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CardDevice.h"
 
-#include "CardFile.h"
 #include "CardReader.h"
 #include "RunThen.h"
 
-#include <cstddef>
 #include <optional>
 #include <utility>
 
@@ -25,12 +23,7 @@ CardDevice::~CardDevice() {
 }
 
 std::vector<NativeItem> CardDevice::mediaFiles() const {
-    std::vector<NativeItem> items;
-    if (!contents_) return items;
-    const auto& entries = contents_->catalogue.entries;
-    for (std::size_t i = 0; i < entries.size(); i += 1 + entries[i].sidecars)
-        items.push_back({std::make_shared<CardFile>(contents_, i)});
-    return items;
+    return contents_ ? contents_->mediaFiles() : std::vector<NativeItem>();
 }
 
 void CardDevice::openSession() {

@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
-#include "CardContents.h"
+#include "MediaContents.h"
 #include "NativeCamera.h"
 
 #include <cstddef>
@@ -10,10 +10,10 @@
 
 namespace bildkurier {
 
-/// A file on an open card: one entry of its catalogue.
+/// A file on an open card or camera: one entry of its catalogue.
 class CardFile final : public NativeFile {
 public:
-    CardFile(std::shared_ptr<const CardContents> contents, std::size_t index);
+    CardFile(std::shared_ptr<const MediaContents> contents, std::size_t index);
 
     FileFacts facts() const override;
     std::vector<std::shared_ptr<NativeFile>> sidecars() const override;
@@ -22,9 +22,9 @@ public:
     void download(const DownloadRequest& request, NativeDownloadDone done) override;
 
 private:
-    const CardEntry& entry() const { return contents_->catalogue.entries[index_]; }
+    const CardEntry& entry() const { return contents_->catalogue().entries[index_]; }
 
-    std::shared_ptr<const CardContents> contents_;
+    std::shared_ptr<const MediaContents> contents_;
     std::size_t index_;
 };
 

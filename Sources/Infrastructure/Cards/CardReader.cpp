@@ -120,16 +120,6 @@ void readDates(const CardSession& session, const FileDescriptor& root, CaptureDa
     });
 }
 
-/// Sidecars go to the day of their main file.
-void dateSidecars(CardCatalogue& catalogue) {
-    const auto& entries = catalogue.entries;
-    for (std::size_t main = 0; main < entries.size(); main += 1 + entries[main].sidecars) {
-        const auto date = entries[main].taken ? entries[main].taken : entries[main].modified;
-        for (std::size_t i = 1; i <= entries[main].sidecars; ++i)
-            catalogue.entries[main + i].taken = date;
-    }
-}
-
 }  // namespace
 
 CardCatalogue readCard(const CardSession& session, const FileDescriptor& root,

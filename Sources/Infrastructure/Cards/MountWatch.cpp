@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "MountWatch.h"
 
+#include "SystemCall.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -12,6 +14,7 @@
 #include <chrono>
 #include <climits>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 namespace bildkurier {
@@ -46,8 +49,11 @@ void MountWatch::watch() const {
                                    {.fd = end_.get(), .events = POLLIN, .revents = 0}}};
     while (watched[1].revents == 0) {
         const auto next = look_(readMountTable());
-        while (::poll(watched.data(), watched.size(), timeoutUntil(next)) < 0) {
-        }
+        const auto wait = [&] {
+            return ::poll(watched.data(), watched.size(), timeoutUntil(next));
+        };
+        // When the system is short of memory, say, it must not be asked without a pause.
+        if (retried(wait) < 0) std::this_thread::sleep_for(std::chrono::seconds(1));
     }
 }
 

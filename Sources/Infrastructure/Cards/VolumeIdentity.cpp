@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "VolumeIdentity.h"
 
+#include "Destroy.h"
+
 #include <blkid/blkid.h>
 #include <libudev.h>
 #include <sys/stat.h>
@@ -12,15 +14,6 @@
 namespace bildkurier {
 
 namespace {
-
-/// Lets a library's own function destroy what it made.
-template <auto destroy>
-struct Destroy {
-    template <class T>
-    void operator()(T* object) const {
-        destroy(object);
-    }
-};
 
 using Udev = std::unique_ptr<udev, Destroy<udev_unref>>;
 using UdevDevice = std::unique_ptr<udev_device, Destroy<udev_device_unref>>;

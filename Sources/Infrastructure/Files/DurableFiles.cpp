@@ -4,6 +4,7 @@
 
 #include "FileDescriptor.h"
 #include "HiddenCopies.h"
+#include "SameTime.h"
 #include "SystemCall.h"
 #include "WriteAll.h"
 
@@ -176,10 +177,6 @@ int copyContents(const FileDescriptor& from, const FileDescriptor& to, std::int6
         const std::span read(buffer.data(), static_cast<std::size_t>(count));
         if (const int error = writeAll(to, read)) return error;
     }
-}
-
-bool isSameTime(const timespec& a, const timespec& b) {
-    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
 
 /// Fills the empty file `target` with what `source` holds, its time too, and closes it.

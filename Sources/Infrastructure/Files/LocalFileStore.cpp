@@ -4,7 +4,9 @@
 
 #include "DirectoryWalk.h"
 #include "DurableFiles.h"
+#include "FileDescriptor.h"
 #include "MountTable.h"
+#include "SystemCall.h"
 #include "SystemError.h"
 
 #include <fcntl.h>
@@ -43,6 +45,23 @@ std::optional<struct stat> factsOf(const Url& url) {
 Result<> outcome(int error) {
     if (error != 0) return std::unexpected(systemError(error));
     return {};
+}
+
+/// One thing that cannot be removed does not keep the rest. Goes through no link.
+void removeTree(const std::filesystem::path& path) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    fs::remove_all(path, error);
+    if (!error) return;
+    constexpr auto how = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+    const FileDescriptor folder(retried([&] { return ::open(path.c_str(), how); }));
+    if (!folder) return;
+    std::vector<fs::path> below;
+    fs::directory_iterator entry("/proc/self/fd/" + std::to_string(folder.get()), error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error))
+        below.push_back(entry->path());
+    for (const fs::path& each : below) removeTree(each);
+    fs::remove(path, error);
 }
 
 /// What one worker of a scan has found, apart from what the others write.
@@ -116,8 +135,7 @@ Result<> LocalFileStore::moveItem(const Url& source, const Url& target) {
 
 void LocalFileStore::removeItem(const Url& url) {
     const std::string path = localPath(url);
-    std::error_code ignored;
-    if (path != "/") std::filesystem::remove_all(path, ignored);
+    if (path != "/") removeTree(path);
 }
 
 }  // namespace bildkurier

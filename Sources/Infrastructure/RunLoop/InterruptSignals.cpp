@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "InterruptSignals.h"
 
+#include "SystemCall.h"
+
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/signalfd.h>
@@ -9,6 +11,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <system_error>
 #include <utility>
@@ -50,7 +53,12 @@ InterruptSignals::~InterruptSignals() {
 void InterruptSignals::wait() const {
     std::array<pollfd, 2> watched{{{signals_.get(), POLLIN, 0}, {end_.get(), POLLIN, 0}}};
     for (;;) {
-        if (poll(watched.data(), watched.size(), -1) < 0) continue;
+        const auto poll = [&] { return ::poll(watched.data(), watched.size(), -1); };
+        if (retried(poll) < 0) {
+            // When the system is short of memory, say, it must not be asked without a pause.
+            std::this_thread::sleep_for(std::chrono::seconds(1));
+            continue;
+        }
         if (watched[1].revents != 0) return;
         signalfd_siginfo info{};
         if (read(signals_.get(), &info, sizeof info) == sizeof info) main_.post(interrupted_);

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ImportLock.h"
 
+#include "FileName.h"
 #include "SystemCall.h"
 #include "SystemError.h"
 #include "UserFolders.h"
@@ -19,9 +20,9 @@ namespace bildkurier {
 
 namespace {
 
-std::unexpected<Error> unusable(const std::string& path) {
-    return failure(fmt::format("Die Sperre „{}“ lässt sich nicht anlegen: {}.", path,
-                               systemError(errno).message));
+std::unexpected<Error> unusable(const std::string& path, int code) {
+    return failure(fmt::format("Die Sperre „{}“ lässt sich nicht anlegen: {}.", displayText(path),
+                               systemError(code).message));
 }
 
 }  // namespace
@@ -32,13 +33,15 @@ std::string ImportLock::standardPath() { return runtimeFolder() + "/import.lock"
 
 Result<> ImportLock::acquire() {
     if (file_) return {};
-    std::error_code ignored;
-    std::filesystem::create_directories(std::filesystem::path(path_).parent_path(), ignored);
+    std::error_code error;
+    std::filesystem::create_directories(std::filesystem::path(path_).parent_path(), error);
+    if (error) return unusable(path_, error.value());
     FileDescriptor file(retried(
         [&] { return ::open(path_.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600); }));
-    if (!file) return unusable(path_);
+    if (!file) return unusable(path_, errno);
     if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0)
-        return errno == EWOULDBLOCK ? failure("Es läuft schon ein Import.") : unusable(path_);
+        return errno == EWOULDBLOCK ? failure("Es läuft schon ein Import.")
+                                    : unusable(path_, errno);
     file_ = std::move(file);
     return {};
 }

@@ -92,6 +92,8 @@ void IniUserDefaults::setBoolean(const std::string& key, bool value) {
     store(key, QString(value ? "true" : "false"));
 }
 
+bool IniUserDefaults::lostChanges() const { return file_->status() != QSettings::NoError; }
+
 QVariant IniUserDefaults::stored(const std::string& key) const {
     const FileDescriptor lock = locked(folder_, LOCK_SH);
     file_->sync();

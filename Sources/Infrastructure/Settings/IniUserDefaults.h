@@ -30,6 +30,9 @@ public:
     std::optional<bool> boolean(const std::string& key) const override;
     void setBoolean(const std::string& key, bool value) override;
 
+    /// Whether something could not be written.
+    bool lostChanges() const;
+
 private:
     QVariant stored(const std::string& key) const;
     void store(const std::string& key, const QVariant& value);

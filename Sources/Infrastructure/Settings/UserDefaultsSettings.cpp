@@ -13,7 +13,9 @@ UserDefaultsSettings::UserDefaultsSettings(std::shared_ptr<UserDefaults> default
     : defaults_(std::move(defaults)) {}
 
 Url UserDefaultsSettings::destination() const {
-    if (const auto path = defaults_->string(SettingsKey::destination)) return Url::file(*path);
+    const auto path = defaults_->string(SettingsKey::destination);
+    // No other path means the same wherever the program is started.
+    if (path && path->starts_with('/')) return Url::file(*path);
     return Url::file(homeFolder()).appending("Pictures/Bildkurier");
 }
 void UserDefaultsSettings::setDestination(const Url& folder) {

@@ -128,40 +128,43 @@ Result<> AppSSHKeyring::importKey(const Url& file) {
     if (!contents) return systemFailure("Datei lässt sich nicht lesen", contents.error());
     if (!mayBePrivateKey(*contents)) return failure(noPrivateKey);
     if (const auto prepared = prepareDirectory(); !prepared) return prepared;
-    const std::string candidate = path("schluessel.neu");
+    const std::string candidate = candidateFile();
     if (writePrivateFile(candidate, *contents) != 0) {
         return failure(fmt::format("{}.", cannotStore));
     }
     const auto derived = runner_->run(keygen_, {"-y", "-P", "", "-f", candidate}, std::nullopt);
     if (derived.status == 0 && isPublicKey(derived.output)) {
-        return adopt(candidate, derived.output);
+        return adopt(derived.output);
     }
     ::unlink(candidate.c_str());
     const bool isLocked = lowerCased(derived.output).find("passphrase") != std::string::npos;
     return failure(isLocked ? hasPassphrase : "Schlüssel wird von ssh-keygen nicht angenommen.");
 }
 
-Result<> AppSSHKeyring::adopt(const std::string& candidate, std::string_view publicKey) {
+Result<> AppSSHKeyring::adopt(std::string_view publicKey) {
     // Its comment comes from the file, and must not bring along a line of its own: whoever gives
     // the key to a server would let in another one with it.
     const std::string line =
         fmt::format("{}\n", publicKey.substr(0, publicKey.find_first_of("\r\n")));
-    const std::string newPublicKey = path("schluessel.pub.neu");
-    removeKey();
-    int error = std::rename(candidate.c_str(), keyFile().c_str()) == 0 ? 0 : errno;
-    if (error == 0) error = writePrivateFile(newPublicKey, line);
-    if (error == 0 && std::rename(newPublicKey.c_str(), publicKeyFile().c_str()) != 0)
+    removePair();
+    int error = std::rename(candidateFile().c_str(), keyFile().c_str()) == 0 ? 0 : errno;
+    if (error == 0) error = writePrivateFile(publicCandidateFile(), line);
+    if (error == 0 && std::rename(publicCandidateFile().c_str(), publicKeyFile().c_str()) != 0)
         error = errno;
     if (error == 0) return {};
-    ::unlink(candidate.c_str());
-    ::unlink(newPublicKey.c_str());
     removeKey();
     return systemFailure(cannotStore, error);
 }
 
-void AppSSHKeyring::removeKey() {
+void AppSSHKeyring::removePair() {
     ::unlink(keyFile().c_str());
     ::unlink(publicKeyFile().c_str());
+}
+
+void AppSSHKeyring::removeKey() {
+    removePair();
+    ::unlink(candidateFile().c_str());
+    ::unlink(publicCandidateFile().c_str());
 }
 
 std::optional<std::string> AppSSHKeyring::hostFingerprint(const std::string& host,
@@ -186,7 +189,9 @@ std::optional<std::string> AppSSHKeyring::fingerprint(std::string_view listing) 
 
 std::string AppSSHKeyring::hostPattern(const std::string& host, Port port) {
     const auto number = port.value_or(usualPort);
-    return number == usualPort ? host : fmt::format("[{}]:{}", host, number);
+    const bool isBracketed = host.starts_with('[') && host.ends_with(']');
+    const std::string bare = isBracketed ? host.substr(1, host.size() - 2) : host;
+    return number == usualPort ? bare : fmt::format("[{}]:{}", bare, number);
 }
 
 std::optional<std::string> AppSSHKeyring::listedFingerprint(

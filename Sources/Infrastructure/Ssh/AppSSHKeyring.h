@@ -54,8 +54,12 @@ private:
     std::string path(std::string_view name) const;
     std::optional<std::string> listedFingerprint(const std::vector<std::string>& arguments) const;
     Result<> prepareDirectory() const;
+    /// The halves of a key that is to take the place of the old one. A crash may leave them.
+    std::string candidateFile() const { return path("schluessel.neu"); }
+    std::string publicCandidateFile() const { return path("schluessel.pub.neu"); }
     /// Puts the private key under test, and its public half, in the place of the old pair.
-    Result<> adopt(const std::string& candidate, std::string_view publicKey);
+    Result<> adopt(std::string_view publicKey);
+    void removePair();
 
     std::string directory_;
     std::shared_ptr<CommandRunner> runner_;

@@ -100,29 +100,6 @@ private:
     posix_spawnattr_t attributes_{};
 };
 
-/// A child that runs, and our ends of its streams.
-struct Child {
-    pid_t process = 0;
-    FileDescriptor input;  ///< none when it has no input
-    FileDescriptor output;
-};
-
-/// Or an errno value.
-std::expected<Child, int> started(std::vector<std::string> words, bool withInput) {
-    auto output = Pipe::make();
-    if (!output) return std::unexpected(output.error());
-    Pipe input;
-    if (withInput) {
-        auto pipe = Pipe::make();
-        if (!pipe) return std::unexpected(pipe.error());
-        input = std::move(*pipe);
-        if (::fcntl(input.writing.get(), F_SETFL, O_NONBLOCK) != 0) return std::unexpected(errno);
-    }
-    const auto process = Surroundings(input.reading, output->writing).spawn(std::move(words));
-    if (!process) return std::unexpected(process.error());
-    return Child{*process, std::move(input.writing), std::move(output->reading)};
-}
-
 /// Writes as much of `text` as the pipe takes now; closes it when that was all or nobody reads
 /// any more.
 void feed(FileDescriptor& pipe, std::string_view& text) {
@@ -143,16 +120,46 @@ void drain(FileDescriptor& pipe, std::string& text) {
     }
 }
 
+}  // namespace
+
+/// A child that runs, and our ends of its streams.
+struct ProcessCommandRunner::Child {
+    pid_t process = 0;
+    FileDescriptor input;  ///< none when it has no input
+    FileDescriptor output;
+};
+
+std::expected<ProcessCommandRunner::Child, int> ProcessCommandRunner::start(
+    std::vector<std::string> words, bool withInput) {
+    auto output = Pipe::make();
+    if (!output) return std::unexpected(output.error());
+    Pipe input;
+    if (withInput) {
+        auto pipe = Pipe::make();
+        if (!pipe) return std::unexpected(pipe.error());
+        input = std::move(*pipe);
+        if (::fcntl(input.writing.get(), F_SETFL, O_NONBLOCK) != 0) return std::unexpected(errno);
+    }
+    const std::lock_guard lock(mutex_);
+    if (ending_) return std::unexpected(ECANCELED);
+    const auto process = Surroundings(input.reading, output->writing).spawn(std::move(words));
+    if (!process) return std::unexpected(process.error());
+    running_.push_back(*process);
+    return Child{*process, std::move(input.writing), std::move(output->reading)};
+}
+
 /// Feeds the child and reads it, whichever it is ready for, until both streams are closed.
-std::string talk(Child& child, std::string_view input) {
+std::string ProcessCommandRunner::talk(Child& child, std::string_view input) const {
     if (input.empty()) child.input.close();
     std::string output;
     while (child.input || child.output) {
         // poll(2) passes over descriptors that are closed, being negative.
-        std::array<pollfd, 2> streams{
+        std::array<pollfd, 3> streams{
             pollfd{.fd = child.output.get(), .events = POLLIN, .revents = 0},
-            pollfd{.fd = child.input.get(), .events = POLLOUT, .revents = 0}};
+            pollfd{.fd = child.input.get(), .events = POLLOUT, .revents = 0},
+            pollfd{.fd = patience_.reading.get(), .events = 0, .revents = 0}};
         if (retried([&] { return ::poll(streams.data(), streams.size(), -1); }) < 0) break;
+        if (streams[2].revents != 0) break;
         if (streams[0].revents != 0) drain(child.output, output);
         if (streams[1].revents != 0) feed(child.input, input);
     }
@@ -160,20 +167,40 @@ std::string talk(Child& child, std::string_view input) {
 }
 
 /// Its exit status, or the number of the signal that ended it.
-std::int32_t statusAtEnd(pid_t process) {
+std::int32_t ProcessCommandRunner::statusAtEnd(pid_t process) {
+    siginfo_t ignored{};
+    // It keeps its number until nobody can send it a signal any more.
+    retried(
+        [&] { return ::waitid(P_PID, static_cast<id_t>(process), &ignored, WEXITED | WNOWAIT); });
+    const std::lock_guard lock(mutex_);
+    std::erase(running_, process);
+    childEnded_.notify_all();
     int status = 0;
     if (retried([&] { return ::waitpid(process, &status, 0); }) < 0) return -1;
     return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-}  // namespace
+void ProcessCommandRunner::send(int signal) const {
+    for (const pid_t process : running_) ::kill(-process, signal);
+}
+
+void ProcessCommandRunner::endAll(std::chrono::milliseconds patience) {
+    std::unique_lock lock(mutex_);
+    const auto noneRuns = [this] { return running_.empty(); };
+    ending_ = true;
+    send(SIGTERM);
+    if (childEnded_.wait_for(lock, patience, noneRuns)) return;
+    send(SIGKILL);
+    patience_.writing.close();
+    childEnded_.wait(lock, noneRuns);
+}
 
 CommandResult ProcessCommandRunner::run(const std::string& program,
                                         const std::vector<std::string>& arguments,
                                         const std::optional<std::string>& input) {
     std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    auto child = started(std::move(words), input.has_value());
+    auto child = start(std::move(words), input.has_value());
     if (!child) {
         return {-1, fmt::format("{} lässt sich nicht starten: {}", program,
                                 systemError(child.error()).message)};

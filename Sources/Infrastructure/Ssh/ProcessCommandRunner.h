@@ -3,6 +3,15 @@
 #pragma once
 
 #include "CommandRunner.h"
+#include "Pipe.h"
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <expected>
+#include <mutex>
+#include <vector>
 
 namespace bildkurier {
 
@@ -13,6 +22,27 @@ class ProcessCommandRunner final : public CommandRunner {
 public:
     CommandResult run(const std::string& program, const std::vector<std::string>& arguments,
                       const std::optional<std::string>& input) override;
+
+    /// Ends what runs, with all that it started, and runs nothing any more. Programs are asked
+    /// to end, and killed when they have not done so for `patience`. Blocks until every `run` is
+    /// about to return. Any thread.
+    void endAll(std::chrono::milliseconds patience = std::chrono::seconds(2));
+
+private:
+    struct Child;
+
+    /// Or an errno value.
+    std::expected<Child, int> start(std::vector<std::string> words, bool withInput);
+    std::string talk(Child& child, std::string_view input) const;
+    std::int32_t statusAtEnd(pid_t process);
+    void send(int signal) const;
+
+    std::mutex mutex_;
+    std::condition_variable childEnded_;
+    std::vector<pid_t> running_;  ///< each leads a group of its own with what it starts
+    bool ending_ = false;
+    /// Closed when nobody is to be waited for any more.
+    Pipe patience_ = Pipe::make().value_or(Pipe());
 };
 
 }  // namespace bildkurier

@@ -9,6 +9,8 @@
 #include "SystemCall.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/file.h>
 
 #include <algorithm>
 #include <iterator>
@@ -48,20 +50,69 @@ bool makeEmptyFile(const std::string& path) {
         FileDescriptor(retried([&] { return ::open(path.c_str(), how, permissions); })));
 }
 
+/// Waits until nobody else of this computer has it. It is free again once this is closed.
+FileDescriptor lockedFolder(const std::string& path) {
+    constexpr auto how = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+    FileDescriptor folder(retried([&] { return ::open(path.c_str(), how); }));
+    (void)retried([&] { return ::flock(folder.get(), LOCK_EX); });
+    return folder;
+}
+
 std::string joined(const SftpCommands& commands) {
     std::string script;
     for (const auto& line : commands) script.append(line).append("\n");
     return script;
 }
 
+/// Where a file is until all of it is there: beside `path`, under a name that file systems take
+/// where they take its own.
+std::string pathOfPart(const std::string& path) {
+    constexpr std::string_view suffix = ".part";
+    constexpr std::size_t longestName = 255;
+    const auto isInsideCharacter = [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
+    };
+    const auto name = path.rfind('/') + 1;
+    auto end = std::min(path.size(), name + longestName - suffix.size());
+    while (end < path.size() && end > name && isInsideCharacter(path[end])) --end;
+    return path.substr(0, end).append(suffix);
+}
+
+std::unexpected<Error> notUploaded(const std::string& reason) {
+    return failure("Übertragung fehlgeschlagen: " + reason);
+}
+
+/// The line of the client's output that says why it failed. The view points into `output`.
+std::optional<std::string_view> complaint(std::string_view output) {
+    for (auto line : std::views::reverse(nonEmptyLines(output))) {
+        if (line.ends_with('\r')) line.remove_suffix(1);
+        const bool saysWhy =
+            !line.empty() && !line.starts_with("sftp>") && !line.starts_with("Connection closed");
+        if (saysWhy) return line;
+    }
+    return {};
+}
+
+std::string adviceToTry(const std::string& account, std::optional<std::uint16_t> port) {
+    return fmt::format(
+        "Der Server ist nicht zu erreichen oder lässt die Anmeldung nicht zu. Den Grund zeigt im "
+        "Terminal der Befehl: sftp {}{}",
+        port ? fmt::format("-P {} ", *port) : "", account);
+}
+
+/// Whether the client complains in `line` that the server has nothing of that name. When the
+/// server did not answer, it complains of something else.
+bool saysNothingIsThere(std::string_view line) {
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    return line.starts_with("Can't ls: \"") && line.ends_with("\" not found");
+}
+
 /// Whether `line` lists the file `url` itself, and not what a folder of that name holds.
 bool lists(const SftpListingLine& line, const Url& url) {
-    const auto name = url.lastComponent();
-    const auto inside = url.appending(name).path;
-    const auto shows = [&](std::string_view path) {
-        return path != inside && lastPathComponent(path) == name;
-    };
-    return !line.isDirectory && (shows(line.path) || shows(withoutEscapes(line.path)));
+    const auto name = withoutEscapes(url.lastComponent());
+    const auto inside = withoutEscapes(url.appending(url.lastComponent()).path);
+    const auto shown = withoutEscapes(line.path);
+    return !line.isDirectory && shown != inside && lastPathComponent(shown) == name;
 }
 
 }  // namespace
@@ -87,8 +138,32 @@ FileKeys SFTPFileStore::existingFileKeys(const Url& folder) {
     return walk.keys();
 }
 
+Result<bool> SFTPFileStore::look(const Url& url) {
+    const auto [status, output] = batch(url, {listCommand(url)});
+    if (status == 0) return true;
+    if (std::ranges::any_of(nonEmptyLines(output), saysNothingIsThere)) return false;
+    return failure(message(output));
+}
+
 bool SFTPFileStore::fileExists(const Url& url) {
-    return batch(url, {listCommand(url)}).status == 0;
+    const auto isThere = look(url);
+    const std::lock_guard lock(doubtsMutex_);
+    std::erase(doubts_, url);
+    if (!isThere) doubts_.push_back(url);
+    return isThere.value_or(false);
+}
+
+Result<> SFTPFileStore::dispelDoubt(const Url& target) {
+    {
+        const std::lock_guard lock(doubtsMutex_);
+        if (std::ranges::find(doubts_, target) == doubts_.end()) return {};
+    }
+    const auto isThere = look(target);
+    if (!isThere) return failure(isThere.error().message);
+    const std::lock_guard lock(doubtsMutex_);
+    std::erase(doubts_, target);
+    if (*isThere) return failure("Eine Datei dieses Namens ist schon da");
+    return {};
 }
 
 std::optional<std::int64_t> SFTPFileStore::fileSize(const Url& url) {
@@ -102,6 +177,8 @@ std::optional<std::int64_t> SFTPFileStore::fileSize(const Url& url) {
 bool SFTPFileStore::isWritableDirectory(const Url& url) {
     const auto probe = stagingRoot_.appending(probeName);
     (void)localStore_.createDirectory(stagingRoot_);
+    // All threads and programs of this user have the same probe.
+    const auto locked = lockedFolder(stagingRoot_.path);
     if (!makeEmptyFile(probe.path)) return false;
     const auto remoteProbe = url.appending(probeName);
     const auto status =
@@ -129,13 +206,15 @@ Result<> SFTPFileStore::createDirectory(const Url& url) {
 }
 
 Result<> SFTPFileStore::moveItem(const Url& source, const Url& target) {
-    const auto part = target.path + ".part";
+    if (const auto isFree = dispelDoubt(target); !isFree)
+        return notUploaded(isFree.error().message);
+    const auto part = pathOfPart(target.path);
     const SftpCommands upload{command("put", source.path, part),
                               command("rename", part, target.path)};
     const auto [status, output] = batch(target, upload);
     if (status != 0) {
         if (!objection(upload)) batch(target, {command("-rm", part)});
-        return failure("Übertragung fehlgeschlagen: " + message(output));
+        return notUploaded(message(output));
     }
     return confirm(source, target);
 }
@@ -156,14 +235,21 @@ void SFTPFileStore::removeItem(const Url& url) {
 
 CommandResult SFTPFileStore::batch(const Url& server, const SftpCommands& commands) {
     constexpr std::int32_t notStarted = -1;
+    constexpr std::int32_t noConnection = 255;
     const auto who = account(server);
     if (!who) return {notStarted, "Kein Rechner angegeben"};
     if (auto reason = objectionToAccount(*who)) return {notStarted, std::move(*reason)};
     const auto login = login_();
     if (login.kind == SSHLogin::Kind::missingKey)
         return {notStarted, std::string(missingKeyMessage)};
+    if (auto reason = objectionToLogin(login)) return {notStarted, std::move(*reason)};
     if (auto reason = objection(commands)) return {notStarted, std::move(*reason)};
-    return runner_->run(sftp_, arguments(*who, server.port, login), joined(commands));
+    auto result = runner_->run(sftp_, arguments(*who, server.port, login), joined(commands));
+    // Quiet as it is told to be with the user's own setup, the client keeps the reason to itself.
+    const bool isSilent = login.kind == SSHLogin::Kind::userSSH && result.status == noConnection &&
+                          !complaint(result.output);
+    if (isSilent) result.output = adviceToTry(*who, server.port);
+    return result;
 }
 
 std::optional<std::string> SFTPFileStore::account(const Url& url) {
@@ -227,13 +313,7 @@ std::vector<SFTPFileStore::Entry> SFTPFileStore::entries(std::string_view listin
 }
 
 std::string SFTPFileStore::message(const std::string& output) {
-    for (auto line : std::views::reverse(nonEmptyLines(output))) {
-        if (line.ends_with('\r')) line.remove_suffix(1);
-        const bool saysWhy =
-            !line.empty() && !line.starts_with("sftp>") && !line.starts_with("Connection closed");
-        if (saysWhy) return std::string(line);
-    }
-    return output;
+    return std::string(complaint(output).value_or(output));
 }
 
 }  // namespace bildkurier

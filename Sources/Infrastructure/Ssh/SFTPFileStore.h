@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,9 +21,10 @@ namespace bildkurier {
 
 /// Folders on SFTP servers, reached through the system's sftp client: every operation is one
 /// run of it, a listing one for each level of folders. Files are staged on this computer.
-/// Holds no connection and no state.
+/// Holds no connection, and of the servers only where it asked in vain whether a file exists.
 ///
-/// Unlike a local folder, a server may let `moveItem` replace a file that is there, and
+/// Unlike a local folder, a server may let `moveItem` replace a file that is there: it relies on
+/// `fileExists` having been asked, and asks again itself where that had no answer.
 /// `removeItem` removes a file or an empty folder.
 class SFTPFileStore final : public FileStore {
 public:
@@ -77,6 +79,10 @@ public:
 
 private:
     CommandResult batch(const Url& server, const SftpCommands& commands);
+    /// Whether there is anything; an error where the server did not say.
+    Result<bool> look(const Url& url);
+    /// Makes sure that `target` is free if that was asked in vain before.
+    Result<> dispelDoubt(const Url& target);
     Result<> confirm(const Url& source, const Url& target);
 
     std::shared_ptr<CommandRunner> runner_;
@@ -84,6 +90,8 @@ private:
     Login login_;
     Url stagingRoot_;
     LocalFileStore localStore_;
+    std::mutex doubtsMutex_;
+    std::vector<Url> doubts_;  ///< of which it is not known whether anything is there
 };
 
 }  // namespace bildkurier

@@ -21,6 +21,13 @@ bool isMisread(std::string_view account) {
     return account.contains(':');
 }
 
+/// Whether the client reads `path`, in quotes, as another one: it puts in what stands for
+/// variables, and takes quotes and backslashes away.
+bool isExpanded(const std::string& path) {
+    return path.find_first_of("%\"\\") != std::string::npos || path.contains("${") ||
+           hasControlCharacters(path);
+}
+
 }  // namespace
 
 std::optional<std::string> objection(const SftpCommands& commands) {
@@ -34,6 +41,12 @@ std::optional<std::string> objection(const SftpCommands& commands) {
 std::optional<std::string> objectionToAccount(const std::string& account) {
     if (isMisread(account) || hasControlCharacters(account))
         return "Der Benutzer oder der Rechner ist ungültig";
+    return {};
+}
+
+std::optional<std::string> objectionToLogin(const SSHLogin& login) {
+    if (isExpanded(login.keyFile.path) || isExpanded(login.knownHosts.path))
+        return "Der Datenordner hat Zeichen im Namen, die ssh nicht versteht (% \" \\ ${)";
     return {};
 }
 

@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
+#include "SSHLogin.h"
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,5 +20,9 @@ std::optional<std::string> objection(const SftpCommands& commands);
 
 /// Why the client would not take `account` for a host, as a clause; absent when it does.
 std::optional<std::string> objectionToAccount(const std::string& account);
+
+/// Why the client would not take the files of `login` for what they are, as a clause; absent
+/// when it does.
+std::optional<std::string> objectionToLogin(const SSHLogin& login);
 
 }  // namespace bildkurier

@@ -8,8 +8,8 @@
 #include "Url.h"
 
 #include <algorithm>
-#include <optional>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace bildkurier {
 namespace {
@@ -24,36 +24,36 @@ std::string join(const std::string& folder, std::string_view name) {
     return Url{.path = folder}.appending(name).path;
 }
 
-/// The folders of a level by the quoted name that ends the echo of the command for each.
+/// The folders of a level by what the client echoes of the command for each, as it looks
+/// without escapes.
 class EchoedFolders {
 public:
     explicit EchoedFolders(const std::vector<std::string>& level) {
         for (const auto& folder : level)
-            folders_.try_emplace(SFTPFileStore::quotedForListing(folder), &folder);
+            folders_.try_emplace(withoutEscapes(SFTPFileStore::quotedForListing(folder)), &folder);
     }
 
     const std::string* named(std::string_view echo) const {
         echo.remove_prefix(std::min(echo.find('"'), echo.size()));
-        for (const auto& name : {std::string(echo), withoutEscapes(echo)}) {
-            const auto found = folders_.find(name);
-            if (found != folders_.end()) return found->second;
-        }
-        return nullptr;
+        const auto found = folders_.find(withoutEscapes(echo));
+        return found == folders_.end() ? nullptr : found->second;
     }
 
 private:
     std::unordered_map<std::string, const std::string*> folders_;
 };
 
-/// The name of what `path` says to be in `folder`; absent when it is elsewhere, hidden or not
-/// to be trusted. A line that a name with a line break in it forges has no such path.
-std::optional<std::string> visibleName(std::string_view path, const std::string& folder) {
-    auto name = withoutEscapes(lastPathComponent(path));
-    if (name.starts_with('.') || !isPlainFileName(name)) return {};
-    const bool isThere =
-        path == join(folder, lastPathComponent(path)) || withoutEscapes(path) == join(folder, name);
-    if (!isThere) return {};
-    return name;
+/// What the name may be of what `path` says to be in `folder`; nothing when it is elsewhere,
+/// hidden or not to be trusted. A line that a name with a line break in it forges has no such
+/// path. What looks like an escape of the client's may as well be the name itself.
+std::vector<std::string> visibleNames(std::string_view path, const std::string& folder) {
+    const std::string asShown(lastPathComponent(path));
+    if (withoutEscapes(path) != withoutEscapes(join(folder, asShown))) return {};
+    std::vector<std::string> names{asShown};
+    if (auto plain = withoutEscapes(asShown); plain != asShown) names.push_back(std::move(plain));
+    std::erase_if(names,
+                  [](const auto& name) { return name.starts_with('.') || !isPlainFileName(name); });
+    return names;
 }
 
 }  // namespace
@@ -68,6 +68,7 @@ SftpCommands SftpKeyWalk::commands() const {
 void SftpKeyWalk::read(std::string_view output) {
     const EchoedFolders folders(level_);
     std::vector<std::string> nextLevel;
+    std::unordered_set<std::string> known;
     const std::string* folder = nullptr;
     for (const auto line : nonEmptyLines(output)) {
         if (line.starts_with(echoMark)) {
@@ -76,12 +77,13 @@ void SftpKeyWalk::read(std::string_view output) {
         }
         const auto entry = listingLine(line);
         if (!folder || !entry) continue;
-        const auto name = visibleName(entry->path, *folder);
-        if (!name) continue;
-        if (!entry->isDirectory) {
-            keys_.insert(fileKey(*name, entry->size));
-        } else if (auto deeper = join(*folder, *name); !objection({listCommand(deeper)})) {
-            nextLevel.push_back(std::move(deeper));
+        for (const auto& name : visibleNames(entry->path, *folder)) {
+            if (!entry->isDirectory) {
+                keys_.insert(fileKey(name, entry->size));
+            } else if (auto deeper = join(*folder, name);
+                       !objection({listCommand(deeper)}) && known.insert(deeper).second) {
+                nextLevel.push_back(std::move(deeper));
+            }
         }
     }
     level_ = std::move(nextLevel);

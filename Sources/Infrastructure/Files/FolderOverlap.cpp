@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
-#include "CardFolder.h"
-
-#include "ImageCaptureCamera.h"
+#include "FolderOverlap.h"
 
 #include <filesystem>
 #include <system_error>
@@ -20,7 +18,7 @@ fs::path resolved(const std::string& folder) {
 }
 
 /// Whether `inner`, or a folder above it, is `outer`, under whatever name.
-bool liesIn(fs::path inner, const fs::path& outer) {
+bool isWithin(fs::path inner, const fs::path& outer) {
     for (;;) {
         std::error_code missing;
         if (inner == outer || fs::equivalent(inner, outer, missing)) return true;
@@ -31,15 +29,10 @@ bool liesIn(fs::path inner, const fs::path& outer) {
 
 }  // namespace
 
-std::optional<std::string> cardFolder(const Camera& camera) {
-    const auto* device = dynamic_cast<const ImageCaptureCamera*>(&camera);
-    return device == nullptr ? std::nullopt : device->device()->facts().folder;
-}
-
-bool overlaps(const std::string& folder, const std::string& other) {
+bool foldersOverlap(const std::string& folder, const std::string& other) {
     const auto one = resolved(folder);
     const auto two = resolved(other);
-    return liesIn(one, two) || liesIn(two, one);
+    return isWithin(one, two) || isWithin(two, one);
 }
 
 }  // namespace bildkurier

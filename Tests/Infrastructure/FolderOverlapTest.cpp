@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
-#include "CardFolder.h"
-#include "FakeCamera.h"
+#include "FolderOverlap.h"
 #include "TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +10,7 @@
 namespace bildkurier {
 namespace {
 
-TEST(CardFolder, KnowsFoldersThatLieInOneAnother) {
+TEST(FolderOverlap, IsThatOfFoldersWhichLieInOneAnother) {
     const TemporaryFolder folder;
     folder.makeFolder("card/DCIM");
     folder.makeFolder("card2");
@@ -28,12 +27,11 @@ TEST(CardFolder, KnowsFoldersThatLieInOneAnother) {
         {"link/../card2", "card", false}, {"card/DCIM", "card/MISC", false},
     };
     for (const auto& [one, other, overlap] : cases) {
-        EXPECT_EQ(overlaps(folder.path(one), folder.path(other)), overlap) << one << " " << other;
+        EXPECT_EQ(foldersOverlap(folder.path(one), folder.path(other)), overlap)
+            << one << " " << other;
     }
-    EXPECT_TRUE(overlaps("/", folder.path("card")));
+    EXPECT_TRUE(foldersOverlap("/", folder.path("card")));
 }
-
-TEST(CardFolder, IsNoneForAnyOtherCamera) { EXPECT_EQ(cardFolder(FakeCamera("A")), std::nullopt); }
 
 }  // namespace
 }  // namespace bildkurier

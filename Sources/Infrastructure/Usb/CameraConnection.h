@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "CameraFault.h"
+#include "GphotoCamera.h"
+#include "Result.h"
+#include "UsbBus.h"
+#include "UsbPlace.h"
+#include "UsbSession.h"
+#include "UsbTiming.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace bildkurier {
+
+/// A camera that is opened, used and brought back into step when something fails. The camera's
+/// own thread.
+class CameraConnection {
+public:
+    /// Has a program of the desktop let go of the camera.
+    using Release = std::function<void(const UsbPlace&)>;
+
+    CameraConnection(UsbPlace place, UsbBus bus, UsbTiming timing, Release release);
+
+    const UsbPlace& place() const { return place_; }
+    GphotoCamera& camera() { return camera_; }
+
+    /// For people.
+    std::string name() const;
+
+    /// Opens the camera for `session`; has other programs let go of it. Fails with a reason for
+    /// the user, also when the session ends first.
+    Result<> open(std::shared_ptr<const UsbSession> session);
+    void close();
+
+    /// What an answer of the camera's means, once it is clear whether it was unplugged.
+    CameraFault fault(int code) const;
+
+    /// Brings a camera that is out of step back; answers whether that worked.
+    bool reopen();
+
+private:
+    CameraFault openOnce();
+    Error openError(CameraFault fault, int code) const;
+
+    UsbPlace place_;
+    UsbBus bus_;
+    UsbTiming timing_;
+    Release release_;
+    std::shared_ptr<const UsbSession> session_;  ///< null while closed
+    GphotoCamera camera_;
+    int answer_ = 0;  ///< of the last attempt to open
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "CameraLister.h"
+
+#include <cerrno>
+#include <limits>
+#include <string_view>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+/// More than any camera has, for one that answers with folders for ever.
+constexpr int deepest = 16;
+
+std::string below(const std::string& folder, const std::string& name) {
+    return folder.empty() ? name : folder + "/" + name;
+}
+
+/// Names are taken for paths by the library.
+bool isOneName(std::string_view name) { return !name.empty() && !name.contains('/'); }
+
+std::int64_t signedSize(std::uint64_t size) {
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+    return std::in_range<std::int64_t>(size) ? static_cast<std::int64_t>(size) : most;
+}
+
+}  // namespace
+
+CameraLister::CameraLister(CameraConnection& connection, const UsbSession& session,
+                           std::function<void(std::size_t)> progress)
+    : connection_(connection), session_(session), progress_(std::move(progress)) {
+    connection_.camera().onObjectListed = [this] { seen(); };
+}
+
+CameraLister::~CameraLister() {
+    connection_.camera().onObjectListed = [] {};
+}
+
+void CameraLister::seen() { progress_(++seen_); }
+
+std::optional<CardListing> CameraLister::list() {
+    if (listFolder("", 0) == Answer::Over) return std::nullopt;
+    return std::move(listing_);
+}
+
+CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
+    constexpr int mostReopenings = 2;
+    while (!session_.hasEnded()) {
+        switch (connection_.fault(call())) {
+            case CameraFault::None:
+                return Answer::Good;
+            case CameraFault::Gone:
+            case CameraFault::Cancelled:
+                return Answer::Over;
+            case CameraFault::Transfer:
+                if (reopenings_ == mostReopenings) return Answer::Failed;
+                ++reopenings_;
+                if (!connection_.reopen()) return Answer::Failed;
+                break;
+            default:
+                return Answer::Failed;
+        }
+    }
+    return Answer::Over;
+}
+
+CameraLister::Answer CameraLister::listFolder(const std::string& folder, int depth) {
+    if (listFiles(folder) == Answer::Over) return Answer::Over;
+    std::vector<std::string> names;
+    const Answer answer = ask([&] {
+        auto [code, found] = connection_.camera().folders("/" + folder);
+        names = std::move(found);
+        return code;
+    });
+    if (answer == Answer::Failed) addUnreadable(folder);
+    if (answer != Answer::Good) return answer;
+    for (const std::string& name : names) {
+        if (!isOneName(name)) continue;
+        const std::string inner = below(folder, name);
+        if (depth == deepest) {
+            addUnreadable(inner);
+        } else if (listFolder(inner, depth + 1) == Answer::Over) {
+            return Answer::Over;
+        }
+    }
+    return Answer::Good;
+}
+
+CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
+    std::vector<std::string> names;
+    const Answer answer = ask([&] {
+        auto [code, found] = connection_.camera().files("/" + folder);
+        names = std::move(found);
+        return code;
+    });
+    if (answer == Answer::Failed) addUnreadable(folder);
+    if (answer != Answer::Good) return answer;
+    for (const std::string& name : names) {
+        CardEntry entry{.name = name, .type = cardFileType(name)};
+        if (entry.type == CardFileType::Other || !isOneName(name)) continue;
+        const Answer described = describe(folder, name, entry);
+        if (described == Answer::Over) return Answer::Over;
+        if (described == Answer::Failed) entry.error = EIO;
+        listing_[folder].push_back(std::move(entry));
+    }
+    return Answer::Good;
+}
+
+CameraLister::Answer CameraLister::describe(const std::string& folder, const std::string& name,
+                                            CardEntry& entry) {
+    return ask([&] {
+        const auto [code, info] = connection_.camera().info("/" + folder, name);
+        entry.size = signedSize(info.size);
+        entry.modified = info.modified;
+        return code;
+    });
+}
+
+std::optional<CardEntry> CameraLister::entry(const std::string& folder, const std::string& name) {
+    CardEntry entry{.name = name, .type = cardFileType(name)};
+    if (entry.type == CardFileType::Other || !isOneName(name)) return std::nullopt;
+    const Answer described = describe(folder, name, entry);
+    if (described == Answer::Over) return std::nullopt;
+    if (described == Answer::Failed) entry.error = EIO;
+    return entry;
+}
+
+void CameraLister::addUnreadable(const std::string& folder) {
+    const std::size_t slash = folder.rfind('/');
+    const bool isTop = slash == std::string::npos;
+    const std::string parent = isTop ? "" : folder.substr(0, slash);
+    // What is in it may be of any day up to now.
+    listing_[parent].push_back(
+        {.name = isTop ? folder : folder.substr(slash + 1),
+         .modified = std::chrono::floor<Date::duration>(std::chrono::system_clock::now()),
+         .error = EIO});
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "CameraConnection.h"
+#include "CardCatalogue.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace bildkurier {
+
+/// Lists all media files of an open camera, on all its cards. The camera's own thread.
+class CameraLister {
+public:
+    /// `progress` hears how many files have been seen so far.
+    CameraLister(CameraConnection& connection, const UsbSession& session,
+                 std::function<void(std::size_t)> progress);
+    CameraLister(const CameraLister&) = delete;
+    CameraLister& operator=(const CameraLister&) = delete;
+    ~CameraLister();
+
+    /// What fails and is there still is tried again with the camera opened anew, twice at most;
+    /// a folder that remains unreadable stands in the listing. Absent when the camera is gone
+    /// or the session has ended.
+    std::optional<CardListing> list();
+
+    /// A file that came later, `folder` below the camera's root. Absent for what is not media,
+    /// and when the camera is gone.
+    std::optional<CardEntry> entry(const std::string& folder, const std::string& name);
+
+private:
+    enum class Answer : std::uint8_t { Good, Failed, Over };
+
+    /// `call` answers with a code of the camera's.
+    Answer ask(const std::function<int()>& call);
+    Answer listFolder(const std::string& folder, int depth);
+    Answer listFiles(const std::string& folder);
+    Answer describe(const std::string& folder, const std::string& name, CardEntry& entry);
+    void addUnreadable(const std::string& folder);
+    void seen();
+
+    CameraConnection& connection_;
+    const UsbSession& session_;
+    std::function<void(std::size_t)> progress_;
+    CardListing listing_;
+    std::size_t seen_ = 0;
+    int reopenings_ = 0;
+};
+
+}  // namespace bildkurier

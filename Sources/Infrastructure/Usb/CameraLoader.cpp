@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "CameraLoader.h"
+
+#include "FileName.h"
+
+#include <fmt/format.h>
+
+#include <span>
+#include <string>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+/// Cameras that cannot count as far as a long movie say this, or that it is empty. Loading
+/// such a file can end well with any number of bytes.
+bool hasKnownSize(const CardEntry& file) {
+    constexpr std::int64_t beyondCounting = 0xFFFFFFFF;
+    const bool isVideo = file.type == CardFileType::Video || file.type == CardFileType::VideoProxy;
+    return file.size != beyondCounting && (file.size != 0 || !isVideo);
+}
+
+}  // namespace
+
+CameraLoader::CameraLoader(CameraConnection& connection, const UsbSession& session,
+                           const UsbLoad& load)
+    : connection_(connection), session_(session), load_(load) {}
+
+CameraLoader::Outcome CameraLoader::fail(Error error) {
+    error_ = std::move(error);
+    return Outcome::Failed;
+}
+
+CameraLoader::Outcome CameraLoader::load() {
+    if (load_.entry.error != 0) {
+        return fail({fmt::format("Auf der Kamera nicht lesbar: {}/{}", displayText(load_.folder),
+                                 displayText(load_.entry.name))});
+    }
+    if (!hasKnownSize(load_.entry)) {
+        return fail(
+            {"Die Kamera gibt die Größe der Datei nicht an; bitte die Karte in einem "
+             "Kartenleser einlesen"});
+    }
+    constexpr int mostTries = 3;
+    for (int tries = 1;; ++tries) {
+        const CameraFault fault = transfer();
+        if (session_.hasEnded() || fault == CameraFault::Gone) return Outcome::Over;
+        if (ownError_) return fail(*ownError_);
+        if (fault == CameraFault::None) return Outcome::Loaded;
+        if (fault == CameraFault::NotOffered)
+            return fail({"Die Kamera gibt diese Datei nicht heraus"});
+        if (fault != CameraFault::Transfer || tries == mostTries || !connection_.reopen()) {
+            return fail({fmt::format(
+                "Die Kamera antwortet nicht, oder die Übertragung ist gestört (Fehler {})",
+                answer_)});
+        }
+    }
+}
+
+bool CameraLoader::createFile() {
+    // The session ends before another download of this name can begin: what is made and removed
+    // here is not that one's.
+    session_.ifOpen([this] {
+        file_.emplace();
+        const auto created =
+            file_->create(load_.request.directory, load_.request.saveAs, load_.request.overwrite);
+        if (!created) ownError_ = created.error();
+    });
+    return file_ && !ownError_;
+}
+
+CameraFault CameraLoader::transfer() {
+    if (!createFile()) return CameraFault::Cancelled;
+    answer_ = receive();
+    const CameraFault fault = connection_.fault(answer_);
+    if (fault == CameraFault::None && file_->size() != load_.entry.size) {
+        ownError_ = Error{
+            fmt::format("Von der Kamera kamen {} statt {} Bytes", file_->size(), load_.entry.size)};
+    }
+    return fault;
+}
+
+int CameraLoader::receive() {
+    const std::string folder = "/" + load_.folder;
+    const auto take = [this](std::span<const char> bytes) { return append(bytes); };
+    const int code = connection_.camera().load(folder, load_.entry.name, take);
+    if (cameraFault(code) != CameraFault::NotOffered || file_->size() != 0) return code;
+    return connection_.camera().loadInPieces(folder, load_.entry.name,
+                                             static_cast<std::uint64_t>(load_.entry.size), take);
+}
+
+bool CameraLoader::append(std::span<const char> bytes) {
+    if (std::ssize(bytes) > load_.entry.size - file_->size()) {
+        ownError_ = Error{fmt::format("Von der Kamera kamen mehr als die angegebenen {} Bytes",
+                                      load_.entry.size)};
+        return false;
+    }
+    const auto appended = file_->append(bytes);
+    if (!appended) ownError_ = appended.error();
+    return !ownError_ && !session_.hasEnded();
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "CameraConnection.h"
+#include "PartialFile.h"
+#include "UsbSession.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace bildkurier {
+
+/// Loads one file of an open camera. The camera's own thread.
+class CameraLoader {
+public:
+    enum class Outcome : std::uint8_t {
+        Loaded,  ///< all bytes are in the file, which is to be completed
+        Failed,  ///< for good, for a reason
+        Over,    ///< the camera is gone or the session has ended
+    };
+
+    CameraLoader(CameraConnection& connection, const UsbSession& session, const UsbLoad& load);
+
+    /// Tries what fails again, with the camera opened anew, twice at most. Never takes a file
+    /// for loaded that has not exactly the size that the camera announced.
+    Outcome load();
+
+    /// Null until there is one.
+    std::optional<PartialFile>& file() { return file_; }
+    /// Why it failed.
+    const Error& error() const { return error_; }
+
+private:
+    Outcome fail(Error error);
+    bool createFile();
+    int receive();
+    CameraFault transfer();
+    bool append(std::span<const char> bytes);
+
+    CameraConnection& connection_;
+    const UsbSession& session_;
+    const UsbLoad& load_;
+    std::optional<PartialFile> file_;
+    std::optional<Error> ownError_;  ///< of this side of the transfer, which cancelled it
+    Error error_;
+    int answer_ = 0;
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,234 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "CameraWorker.h"
+
+#include "CameraLister.h"
+#include "CameraLoader.h"
+
+#include <fmt/format.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <thread>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+constexpr auto canon = "04a9";
+
+CardCatalogue catalogueOf(const CardListing& listing) {
+    CardCatalogue catalogue = arrangeCatalogue(listing);
+    dateSidecars(catalogue);
+    return catalogue;
+}
+
+std::timespec modificationTime(const CardEntry& entry) {
+    if (!entry.modified) return {.tv_sec = 0, .tv_nsec = UTIME_OMIT};
+    return {
+        .tv_sec =
+            std::chrono::floor<std::chrono::seconds>(*entry.modified).time_since_epoch().count(),
+        .tv_nsec = 0};
+}
+
+}  // namespace
+
+CameraWorker::CameraWorker(UsbPlace place, UsbBus bus, UsbTiming timing,
+                           CameraConnection::Release release, std::shared_ptr<Mailbox> mailbox,
+                           Events events)
+    : timing_(timing),
+      mailbox_(std::move(mailbox)),
+      events_(std::move(events)),
+      connection_(std::move(place), std::move(bus), timing, std::move(release)) {}
+
+void CameraWorker::start() {
+    std::thread([self = shared_from_this()] { self->work(); }).detach();
+}
+
+void CameraWorker::open(std::shared_ptr<UsbSession> session, SessionEvents events) {
+    run([this, session = std::move(session), events = std::move(events)]() mutable {
+        openSession(session, std::move(events));
+    });
+}
+
+void CameraWorker::load(std::shared_ptr<UsbSession> session, std::shared_ptr<UsbLoad> load) {
+    session->add(load);
+    run([this, session = std::move(session), load = std::move(load)] { loadFile(session, load); });
+}
+
+void CameraWorker::close(std::shared_ptr<UsbSession> session) {
+    run([this, session = std::move(session)] {
+        if (!opened_ || opened_->session != session) return;
+        opened_.reset();
+        connection_.close();
+    });
+}
+
+void CameraWorker::end() {
+    const std::lock_guard lock(mutex_);
+    ending_ = true;
+    changed_.notify_all();
+}
+
+void CameraWorker::waitUntilEnded(std::chrono::steady_clock::time_point deadline) {
+    std::unique_lock lock(mutex_);
+    changed_.wait_until(lock, deadline, [this] { return ended_; });
+    changed_.wait(lock, [this] { return ended_ || !delivering_; });
+}
+
+void CameraWorker::run(Task task) {
+    const std::lock_guard lock(mutex_);
+    tasks_.push_back(std::move(task));
+    changed_.notify_all();
+}
+
+void CameraWorker::work() {
+    identify();
+    while (const Task task = next()) task();
+    opened_.reset();
+    connection_.close();
+    const std::lock_guard lock(mutex_);
+    ended_ = true;
+    changed_.notify_all();
+}
+
+/// Empty when there is nothing left to do.
+Task CameraWorker::next() {
+    const auto wanted = [this] { return ending_ || !tasks_.empty(); };
+    std::unique_lock lock(mutex_);
+    while (!wanted()) {
+        if (!tellsOfNewShots()) {
+            changed_.wait(lock, wanted);
+        } else if (!changed_.wait_for(lock, timing_.events, wanted)) {
+            lock.unlock();
+            askForNewShots();
+            lock.lock();
+        }
+    }
+    if (tasks_.empty()) return {};
+    Task task = std::move(tasks_.front());
+    tasks_.pop_front();
+    return task;
+}
+
+void CameraWorker::identify() {
+    const UsbPlace& place = connection_.place();
+    connection_.camera().identify();
+    std::string serial = place.serial;
+    // Reading it would set a Canon to being controlled from here.
+    if (serial.empty() && place.vendor != canon) {
+        if (connection_.open(std::make_shared<UsbSession>()))
+            serial = connection_.camera().serial();
+        connection_.close();
+    }
+    const DeviceFacts facts{
+        .name = connection_.name(),
+        .serial = serial,
+        .persistentId = fmt::format("usb:{}:{}:{}", place.vendor, place.product,
+                                    std::filesystem::path(place.folder).filename().string())};
+    mailbox_->post([identified = events_.identified, facts] { identified(facts); });
+}
+
+void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, SessionEvents events) {
+    if (session->hasEnded()) return;
+    const auto opened = connection_.open(session);
+    const auto error = opened ? std::nullopt : std::optional(opened.error());
+    mailbox_->post([tell = events.opened, error] { tell(error); });
+    if (error) return connection_.close();
+    opened_ = {.session = session, .events = std::move(events)};
+    if (listSession(*opened_)) {
+        mailbox_->post(
+            [tell = opened_->events.listed, catalogue = catalogueOf(opened_->listing)]() mutable {
+                tell(std::move(catalogue));
+            });
+    } else if (!session->hasEnded()) {
+        reportLost();
+    }
+}
+
+bool CameraWorker::listSession(Opened& opened) {
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds pause{250};
+    Clock::time_point told = Clock::now();
+    CameraLister lister(connection_, *opened.session, [&](std::size_t files) {
+        if (Clock::now() - told < pause) return;
+        told = Clock::now();
+        mailbox_->post([tell = opened.events.filesSeen, files] { tell(files); });
+    });
+    auto listing = lister.list();
+    if (listing) opened.listing = *std::move(listing);
+    return listing.has_value();
+}
+
+void CameraWorker::loadFile(const std::shared_ptr<UsbSession>& session,
+                            const std::shared_ptr<UsbLoad>& load) {
+    if (session->hasEnded()) return;
+    CameraLoader loader(connection_, *session, *load);
+    const auto outcome = loader.load();
+    if (outcome != CameraLoader::Outcome::Over)
+        return deliver(*session, load, loader, outcome == CameraLoader::Outcome::Loaded);
+    session->ifOpen([&] { loader.file().reset(); });
+    if (loader.file()) loader.file()->disown();
+    // Whoever hears of it ends the session, and with it this download: a run must not go on
+    // to its next files before it knows.
+    if (!session->hasEnded()) reportLost();
+}
+
+void CameraWorker::deliver(UsbSession& session, const std::shared_ptr<UsbLoad>& load,
+                           CameraLoader& loader, bool loaded) {
+    const auto setDelivering = [this](bool delivering) {
+        const std::lock_guard lock(mutex_);
+        delivering_ = delivering;
+        changed_.notify_all();
+    };
+    setDelivering(true);
+    if (session.take(load)) {
+        auto& file = loader.file();
+        const Result<> done = loaded ? file->complete(modificationTime(load->entry))
+                                     : Result<>(std::unexpected(loader.error()));
+        file.reset();
+        if (done) {
+            load->done(load->request.saveAs);
+        } else {
+            load->done(std::unexpected(done.error()));
+        }
+    } else if (loader.file()) {
+        loader.file()->disown();
+    }
+    setDelivering(false);
+}
+
+bool CameraWorker::tellsOfNewShots() const {
+    // Asking a Canon would set it to being controlled from here.
+    return opened_ && !opened_->session->hasEnded() && connection_.place().vendor != canon;
+}
+
+void CameraWorker::askForNewShots() {
+    constexpr UsbTiming::Milliseconds atMost{50};
+    bool changed = false;
+    while (true) {
+        const auto [code, file] = connection_.camera().newFile(atMost);
+        const CameraFault fault = connection_.fault(code);
+        if (fault == CameraFault::Gone && !opened_->session->hasEnded()) reportLost();
+        if (fault != CameraFault::None) opened_.reset();
+        if (fault != CameraFault::None || !file) break;
+        CameraLister lister(connection_, *opened_->session, [](std::size_t) {});
+        const std::string folder = file->folder.substr(file->folder.starts_with('/') ? 1 : 0);
+        if (auto entry = lister.entry(folder, file->name)) {
+            opened_->listing[folder].push_back(*std::move(entry));
+            changed = true;
+        }
+    }
+    if (!changed || !opened_) return;
+    mailbox_->post(
+        [tell = opened_->events.changed, catalogue = catalogueOf(opened_->listing)]() mutable {
+            tell(std::move(catalogue));
+        });
+}
+
+void CameraWorker::reportLost() {
+    mailbox_->post([lost = events_.lost] { lost(); });
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "CameraConnection.h"
+#include "CardCatalogue.h"
+#include "Mailbox.h"
+#include "UsbSession.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+namespace bildkurier {
+
+/// The thread that alone talks to one camera. It may hang with the camera, and so outlive all
+/// else; then nobody hears from it any more. Main thread, unless it says otherwise.
+class CameraWorker : public std::enable_shared_from_this<CameraWorker> {
+public:
+    /// Called on the main thread.
+    struct Events {
+        std::function<void(DeviceFacts)> identified;
+        /// A camera that answered until now was unplugged.
+        std::function<void()> lost;
+    };
+    struct SessionEvents {
+        std::function<void(std::optional<Error>)> opened;
+        std::function<void(std::size_t)> filesSeen;
+        std::function<void(CardCatalogue)> listed;
+        std::function<void(CardCatalogue)> changed;  ///< a new shot
+    };
+
+    CameraWorker(UsbPlace place, UsbBus bus, UsbTiming timing, CameraConnection::Release release,
+                 std::shared_ptr<Mailbox> mailbox, Events events);
+
+    /// Begins to identify the camera. Once.
+    void start();
+
+    void open(std::shared_ptr<UsbSession> session, SessionEvents events);
+    void load(std::shared_ptr<UsbSession> session, std::shared_ptr<UsbLoad> load);
+    /// The session has ended.
+    void close(std::shared_ptr<UsbSession> session);
+    /// No more work will come. The thread ends as soon as the camera lets it.
+    void end();
+
+    /// Waits until the thread has ended, until `deadline` for what the camera does and without
+    /// limit for what the disk does.
+    void waitUntilEnded(std::chrono::steady_clock::time_point deadline);
+
+private:
+    /// What is open; the thread's own.
+    struct Opened {
+        std::shared_ptr<UsbSession> session;
+        SessionEvents events;
+        CardListing listing;  ///< to which new shots are added
+    };
+
+    void run(Task task);
+    void work();
+    Task next();
+    void identify();
+    void openSession(const std::shared_ptr<UsbSession>& session, SessionEvents events);
+    bool listSession(Opened& opened);
+    void loadFile(const std::shared_ptr<UsbSession>& session, const std::shared_ptr<UsbLoad>& load);
+    void deliver(UsbSession& session, const std::shared_ptr<UsbLoad>& load,
+                 class CameraLoader& loader, bool loaded);
+    bool tellsOfNewShots() const;
+    void askForNewShots();
+    void reportLost();
+
+    UsbTiming timing_;
+    std::shared_ptr<Mailbox> mailbox_;
+    Events events_;
+    CameraConnection connection_;   ///< the thread's own
+    std::optional<Opened> opened_;  ///< the thread's own
+
+    std::mutex mutex_;  ///< guards what follows
+    std::condition_variable changed_;
+    std::deque<Task> tasks_;
+    bool ending_ = false;
+    bool delivering_ = false;  ///< completes a download
+    bool ended_ = false;
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,271 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "GphotoCamera.h"
+
+#include "Destroy.h"
+
+#include <gphoto2/gphoto2.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <mutex>
+#include <string_view>
+
+namespace bildkurier {
+
+namespace {
+
+using AbilitiesList = std::unique_ptr<CameraAbilitiesList, Destroy<gp_abilities_list_free>>;
+using PortList = std::unique_ptr<GPPortInfoList, Destroy<gp_port_info_list_free>>;
+using Names = std::unique_ptr<CameraList, Destroy<gp_list_free>>;
+using File = std::unique_ptr<::CameraFile, Destroy<gp_file_unref>>;
+
+/// Camera whose listing runs on this thread.
+thread_local GphotoCamera* listing = nullptr;
+
+/// The library tells nobody how far a listing has come, except its log, in which every request
+/// to a camera stands.
+void noteRequest(GPLogLevel /*level*/, const char* domain, const char* text, void* /*data*/) {
+    constexpr std::string_view requests = "ptp_usb_sendreq";
+    constexpr std::string_view objectInfo = "0x1008";
+    if (listing != nullptr && domain == requests &&
+        std::string_view(text).find(objectInfo) != std::string_view::npos) {
+        listing->onObjectListed();
+    }
+}
+
+Names newNames() {
+    CameraList* names = nullptr;
+    gp_list_new(&names);
+    return Names(names);
+}
+
+std::vector<std::string> texts(CameraList* names) {
+    std::vector<std::string> all;
+    for (int i = 0; i < gp_list_count(names); ++i) {
+        const char* name = nullptr;
+        if (gp_list_get_name(names, i, &name) == GP_OK && name != nullptr) all.emplace_back(name);
+    }
+    return all;
+}
+
+}  // namespace
+
+/// What the library loads once. Threads that hang in it may outlive everything, so this is
+/// never destroyed.
+struct GphotoCamera::Library {
+    /// Held round calls that may not run at the same time, of several cameras either: what
+    /// loads drivers, opens or closes.
+    std::mutex mutex;
+    CameraAbilitiesList* models = nullptr;  ///< null until the first camera is identified
+
+    static Library& shared() {
+        static Library& library = *new Library;
+        return library;
+    }
+
+    /// With the mutex held.
+    CameraAbilitiesList* loadedModels(GPContext* context) {
+        if (models != nullptr) return models;
+        gp_log_add_func(GP_LOG_DEBUG, noteRequest, nullptr);
+        CameraAbilitiesList* loaded = nullptr;
+        gp_abilities_list_new(&loaded);
+        gp_abilities_list_load(loaded, context);
+        return models = loaded;
+    }
+};
+
+struct GphotoCamera::Handles {
+    std::unique_ptr<GPContext, Destroy<gp_context_unref>> context{gp_context_new()};
+    CameraAbilities abilities{};
+    PortList ports;
+    GPPortInfo port = nullptr;   ///< one of `ports`
+    ::Camera* camera = nullptr;  ///< null while closed
+};
+
+GphotoCamera::GphotoCamera(std::string port, std::chrono::milliseconds answerTime,
+                           std::function<bool()> cancelled)
+    : port_(std::move(port)),
+      answerTime_(answerTime),
+      cancelled_(std::move(cancelled)),
+      handles_(std::make_unique<Handles>()) {
+    const auto cancel = [](GPContext*, void* self) {
+        const auto& camera = *static_cast<GphotoCamera*>(self);
+        return camera.stopped_ || camera.cancelled_() ? GP_CONTEXT_FEEDBACK_CANCEL
+                                                      : GP_CONTEXT_FEEDBACK_OK;
+    };
+    gp_context_set_cancel_func(handles_->context.get(), cancel, this);
+}
+
+GphotoCamera::~GphotoCamera() { close(); }
+
+int GphotoCamera::identify() {
+    Library& library = Library::shared();
+    const std::lock_guard lock(library.mutex);
+    GPContext* context = handles_->context.get();
+    GPPortInfoList* ports = nullptr;
+    gp_port_info_list_new(&ports);
+    handles_->ports.reset(ports);
+    if (const int code = gp_port_info_list_load(ports); code < GP_OK) return code;
+    const int index = gp_port_info_list_lookup_path(ports, port_.c_str());
+    if (index < GP_OK) return GP_ERROR_UNKNOWN_PORT;
+    gp_port_info_list_get_info(ports, index, &handles_->port);
+
+    CameraAbilitiesList* models = library.loadedModels(context);
+    const Names found = newNames();
+    if (const int code = gp_abilities_list_detect(models, ports, found.get(), context);
+        code < GP_OK) {
+        return code;
+    }
+    for (int i = 0; i < gp_list_count(found.get()); ++i) {
+        const char* model = nullptr;
+        const char* port = nullptr;
+        gp_list_get_name(found.get(), i, &model);
+        gp_list_get_value(found.get(), i, &port);
+        if (model == nullptr || port == nullptr || port != port_) continue;
+        const int known = gp_abilities_list_lookup_model(models, model);
+        if (known < GP_OK) return known;
+        model_ = model == std::string_view("USB PTP Class Camera") ? "" : model;
+        return gp_abilities_list_get_abilities(models, known, &handles_->abilities);
+    }
+    return GP_ERROR_MODEL_NOT_FOUND;
+}
+
+int GphotoCamera::open() {
+    close();
+    if (const int code = identify(); code < GP_OK) return code;
+    const std::lock_guard lock(Library::shared().mutex);
+    if (const int code = gp_camera_new(&handles_->camera); code < GP_OK) return code;
+    gp_camera_set_abilities(handles_->camera, handles_->abilities);
+    gp_camera_set_port_info(handles_->camera, handles_->port);
+    const int code = gp_camera_init(handles_->camera, handles_->context.get());
+    if (code < GP_OK) {
+        gp_camera_unref(handles_->camera);
+        handles_->camera = nullptr;
+        return code;
+    }
+    gp_port_set_timeout(handles_->camera->port, static_cast<int>(answerTime_.count()));
+    return code;
+}
+
+void GphotoCamera::close() {
+    if (handles_->camera == nullptr) return;
+    const std::lock_guard lock(Library::shared().mutex);
+    gp_camera_exit(handles_->camera, handles_->context.get());
+    gp_camera_unref(handles_->camera);
+    handles_->camera = nullptr;
+}
+
+std::string GphotoCamera::serial() {
+    CameraWidget* found = nullptr;
+    gp_camera_get_single_config(handles_->camera, "serialnumber", &found, handles_->context.get());
+    // What has no such entry answers that all is well, too.
+    if (found == nullptr) return {};
+    const std::unique_ptr<CameraWidget, Destroy<gp_widget_free>> widget(found);
+    CameraWidgetType type{};
+    const char* text = nullptr;
+    if (gp_widget_get_type(found, &type) != GP_OK || type != GP_WIDGET_TEXT) return {};
+    if (gp_widget_get_value(found, static_cast<void*>(&text)) != GP_OK) return {};
+    return text == nullptr ? "" : text;
+}
+
+std::pair<int, std::vector<std::string>> GphotoCamera::folders(const std::string& folder) {
+    const Names names = newNames();
+    const int code = gp_camera_folder_list_folders(handles_->camera, folder.c_str(), names.get(),
+                                                   handles_->context.get());
+    return {code, texts(names.get())};
+}
+
+std::pair<int, std::vector<std::string>> GphotoCamera::files(const std::string& folder) {
+    const Names names = newNames();
+    listing = this;
+    const int code = gp_camera_folder_list_files(handles_->camera, folder.c_str(), names.get(),
+                                                 handles_->context.get());
+    listing = nullptr;
+    return {code, texts(names.get())};
+}
+
+std::pair<int, GphotoCamera::Info> GphotoCamera::info(const std::string& folder,
+                                                      const std::string& name) {
+    CameraFileInfo found{};
+    int code = gp_camera_file_get_info(handles_->camera, folder.c_str(), name.c_str(), &found,
+                                       handles_->context.get());
+    if (code >= GP_OK && (found.file.fields & GP_FILE_INFO_SIZE) == 0) code = GP_ERROR;
+    Info info{.size = found.file.size};
+    if ((found.file.fields & GP_FILE_INFO_MTIME) != 0 && found.file.mtime > 0)
+        info.modified = Date(std::chrono::seconds(found.file.mtime));
+    return {code, info};
+}
+
+/// Takes the bytes of a file as the library delivers them. It must never be told of an error,
+/// which it ignores in one mode and is put out of step by in another; it is cancelled instead.
+struct GphotoCamera::Transfer {
+    GphotoCamera& camera;
+    const Receive& receive;
+
+    void take(const unsigned char* bytes, std::uint64_t count) noexcept {
+        if (camera.stopped_) return;
+        camera.stopped_ =
+            !receive({reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count)});
+    }
+};
+
+int GphotoCamera::load(const std::string& folder, const std::string& name, const Receive& receive) {
+    static CameraFileHandler handler{
+        .size =
+            [](void*, std::uint64_t* size) {
+                *size = 0;
+                return GP_OK;
+            },
+        .read =
+            [](void*, unsigned char*, std::uint64_t* count) {
+                *count = 0;
+                return GP_OK;
+            },
+        .write =
+            [](void* transfer, unsigned char* bytes, std::uint64_t* count) {
+                static_cast<Transfer*>(transfer)->take(bytes, *count);
+                return GP_OK;
+            }};
+    Transfer transfer{.camera = *this, .receive = receive};
+    stopped_ = false;
+    ::CameraFile* made = nullptr;
+    if (const int code = gp_file_new_from_handler(&made, &handler, &transfer); code < GP_OK)
+        return code;
+    const File file(made);
+    const int code = gp_camera_file_get(handles_->camera, folder.c_str(), name.c_str(),
+                                        GP_FILE_TYPE_NORMAL, made, handles_->context.get());
+    return std::exchange(stopped_, false) ? GP_ERROR_CANCEL : code;
+}
+
+int GphotoCamera::loadInPieces(const std::string& folder, const std::string& name,
+                               std::uint64_t size, const Receive& receive) {
+    constexpr std::uint64_t pieceBytes = 1 << 20;
+    std::vector<char> piece(std::min(pieceBytes, size));
+    for (std::uint64_t position = 0; position < size;) {
+        if (cancelled_()) return GP_ERROR_CANCEL;
+        std::uint64_t count = std::min(pieceBytes, size - position);
+        const int code =
+            gp_camera_file_read(handles_->camera, folder.c_str(), name.c_str(), GP_FILE_TYPE_NORMAL,
+                                position, piece.data(), &count, handles_->context.get());
+        if (code < GP_OK || count == 0) return code;
+        count = std::min<std::uint64_t>(count, piece.size());
+        if (!receive({piece.data(), count})) return GP_ERROR_CANCEL;
+        position += count;
+    }
+    return GP_OK;
+}
+
+std::pair<int, std::optional<GphotoCamera::NewFile>> GphotoCamera::newFile(
+    std::chrono::milliseconds time) {
+    CameraEventType event{};
+    void* found = nullptr;
+    const int code = gp_camera_wait_for_event(handles_->camera, static_cast<int>(time.count()),
+                                              &event, &found, handles_->context.get());
+    const std::unique_ptr<void, Destroy<std::free>> data(found);
+    if (code < GP_OK || event != GP_EVENT_FILE_ADDED || data == nullptr) return {code, {}};
+    const auto& path = *static_cast<const CameraFilePath*>(data.get());
+    return {code, NewFile{.folder = path.folder, .name = path.name}};
+}
+
+}  // namespace bildkurier

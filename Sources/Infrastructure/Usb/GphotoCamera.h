@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Date.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace bildkurier {
+
+/// One camera through libgphoto2, whose answers it passes on: a negative `int` is the
+/// library's error. Nothing here changes the camera's own state. One thread.
+class GphotoCamera {
+public:
+    /// `cancelled` is asked often while something runs that takes long.
+    explicit GphotoCamera(std::string port, std::chrono::milliseconds answerTime,
+                          std::function<bool()> cancelled);
+    GphotoCamera(const GphotoCamera&) = delete;
+    GphotoCamera& operator=(const GphotoCamera&) = delete;
+    ~GphotoCamera();
+
+    /// Looks up what the library knows of the device, without talking to it.
+    int identify();
+    /// Known once it was identified; empty for a camera known by its class alone.
+    const std::string& model() const { return model_; }
+
+    int open();
+    void close();
+
+    /// The camera's own serial number; empty where it has none.
+    std::string serial();
+
+    /// Names in a folder; "/" is the root, which holds a folder for each card.
+    std::pair<int, std::vector<std::string>> folders(const std::string& folder);
+    std::pair<int, std::vector<std::string>> files(const std::string& folder);
+
+    struct Info {
+        std::uint64_t size = 0;        ///< bytes, as the camera says
+        std::optional<Date> modified;  ///< wall clock of the camera, as local time
+    };
+    std::pair<int, Info> info(const std::string& folder, const std::string& name);
+
+    /// Takes bytes in order; answers false to have no more.
+    using Receive = std::function<bool(std::span<const char>)>;
+    /// Reads a whole file.
+    int load(const std::string& folder, const std::string& name, const Receive& receive);
+    /// The same piece by piece, which some files need.
+    int loadInPieces(const std::string& folder, const std::string& name, std::uint64_t size,
+                     const Receive& receive);
+
+    struct NewFile {
+        std::string folder;
+        std::string name;
+    };
+    /// Asks whether something was added meanwhile, for at most `time`.
+    std::pair<int, std::optional<NewFile>> newFile(std::chrono::milliseconds time);
+
+    /// Called while a listing runs, for each object that this thread's camera has described.
+    std::function<void()> onObjectListed = [] {};
+
+private:
+    struct Library;
+    struct Handles;
+    struct Transfer;
+
+    std::string port_;
+    std::chrono::milliseconds answerTime_;
+    std::function<bool()> cancelled_;
+    bool stopped_ = false;  ///< the running transfer wants no more bytes
+    std::string model_;
+    std::unique_ptr<Handles> handles_;
+};
+
+}  // namespace bildkurier

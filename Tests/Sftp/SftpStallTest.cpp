@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "SftpServerTest.h"
+
+#include <filesystem>
+#include <thread>
+
+namespace bildkurier {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A server that stops answering.
+class SftpStallTest : public SftpServerTest {
+protected:
+    std::unique_ptr<SFTPFileStore> storeWith(const std::string& client) {
+        return std::make_unique<SFTPFileStore>(
+            programs, client, [this] { return server->login(); }, local.url("root"));
+    }
+
+    std::shared_ptr<ProcessCommandRunner> programs = std::make_shared<ProcessCommandRunner>();
+};
+
+TEST_F(SftpStallTest, IsGivenUpWhenNoConnectionComesAbout) {
+    // The client as it is, with less patience.
+    const auto client = local.write(
+        "client", "#!/bin/bash\nexec /usr/bin/sftp \"${@/ConnectTimeout=10/ConnectTimeout=1}\"\n");
+    fs::permissions(client, fs::perms::owner_all);
+    server->connection().stallAll({0, 0});
+    const auto made = storeWith(client)->createDirectory(server->url("x"));
+    ASSERT_FALSE(made);
+    EXPECT_TRUE(made.error().message.contains("timed out")) << made.error().message;
+}
+
+TEST_F(SftpStallTest, IsLeftWhenTheProgramEnds) {
+    server->connection().stallAll({200'000, LoopbackServer::unlimited});
+    const auto leaving = storeWith("/usr/bin/sftp");
+    std::string complaint;
+    std::jthread uploading([&] {
+        const auto moved =
+            leaving->moveItem(Url::file(local.write("staged", std::string(3'000'000, 'x'))),
+                              server->url("IMG_1.JPG"));
+        complaint = moved ? "" : moved.error().message;
+    });
+    server->connection().waitUntilStalled();
+    programs->endAll();
+    uploading.join();
+    EXPECT_TRUE(complaint.starts_with("Übertragung fehlgeschlagen: ")) << complaint;
+    EXPECT_TRUE(fs::exists(staged()));
+    // No client is left that would keep its connection.
+    server->connection().finished();
+    EXPECT_FALSE(serversTree().contains("IMG_1.JPG"));
+
+    server->connection().behave();
+    EXPECT_TRUE(bring("IMG_1.JPG", "picture"));
+    EXPECT_EQ(serversTree().at("IMG_1.JPG"), "picture");
+}
+
+}  // namespace
+}  // namespace bildkurier

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "MockedUsb.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+namespace bildkurier {
+
+namespace {
+
+constexpr auto mocker = "/usr/bin/umockdev-run";
+
+}  // namespace
+
+MockedUsb::MockedUsb(const VirtualBus::Device& device) {
+    usb_.plugIn("1-1", device);
+    description_ = user_.write(
+        "usb.umockdev", fmt::format(R"(P: /devices/pci0000:00/usb1/1-1
+N: bus/usb/001/001
+E: DEVTYPE=usb_device
+E: SUBSYSTEM=usb
+E: ID_GPHOTO2=1
+A: busnum=1\n
+A: devnum=1\n
+A: idVendor={}\n
+A: idProduct={}\n
+A: product={}\n
+A: serial={}\n
+)",
+                                    device.vendor, device.product, device.name, device.serial));
+}
+
+bool MockedUsb::isPossible() {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    return false;
+#else
+    return ::access(mocker, X_OK) == 0;
+#endif
+}
+
+ProgramCall MockedUsb::call(const std::vector<std::string>& arguments) const {
+    ProgramCall call{.path = mocker,
+                     .arguments = {"-d", description_, "--", BILDKURIER_CLI},
+                     .environment = {{"TZ", "Europe/Berlin"},
+                                     {"LC_ALL", "de_DE.UTF-8"},
+                                     {"XDG_RUNTIME_DIR", user_.makeFolder("runtime")},
+                                     {"XDG_CONFIG_HOME", user_.makeFolder("config")}}};
+    call.arguments.insert(call.arguments.end(), arguments.begin(), arguments.end());
+    return call;
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "UsbImportTest.h"
+
+#include <filesystem>
+#include <map>
+#include <random>
+
+namespace bildkurier {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Imports over a cable with faults.
+class UsbCableTest : public UsbImportTest {
+protected:
+    UsbCableTest() {
+        for (int i = 1; i <= 6; ++i) {
+            const std::string name = "IMG_000" + std::to_string(i) + ".JPG";
+            addLarge("card/DCIM/100TEST/" + name, 200'000 + static_cast<std::size_t>(i), i);
+            bytes += fs::file_size(card + "/DCIM/100TEST/" + name);
+        }
+    }
+
+    static std::map<std::string, std::string> faultAt(std::size_t byte, const std::string& fault,
+                                                      int times) {
+        return {{"fault_at", std::to_string(byte)},
+                {"fault", fault},
+                {"faults", std::to_string(times)}};
+    }
+
+    void plugInFaulty(std::size_t byte, const std::string& fault, int times) {
+        auto device = camera();
+        for (const auto& [name, value] : faultAt(byte, fault, times)) device.settings[name] = value;
+        usb.plugIn("1-1", device);
+    }
+
+    bool isLost() const { return !usb.isPluggedIn("1-1") && model->cameras().empty(); }
+
+    /// Imports until nothing is missing; plugs the camera in again whenever it is lost.
+    void importPluggingIn() {
+        while (true) {
+            runUntil([this] {
+                return isLost() || (model->phase() == Phase::ready && !model->awaitsCamera());
+            });
+            if (isLost()) {
+                usb.plugInAgain("1-1");
+                runUntil([this] { return !model->cameras().empty(); });
+            } else if (model->newFiles().empty()) {
+                return;
+            } else if (model->phase() == Phase::ready) {
+                model->startImport();
+            }
+            if (HasFatalFailure()) return;
+        }
+    }
+
+    /// Every file was announced as loaded once.
+    void expectEachLoadedOnce() const {
+        std::map<std::string, int> loaded;
+        for (const auto& line : model->log())
+            if (line.starts_with("✓ ")) ++loaded[line];
+        EXPECT_EQ(loaded.size(), 6U) << testing::PrintToString(log());
+        for (const auto& [line, times] : loaded) EXPECT_EQ(times, 1) << line;
+    }
+
+    /// As at the beginning.
+    void endScenario() {
+        stop();
+        usb.unplugForGood("1-1");
+        fs::remove_all(destination);
+        fs::create_directory(destination);
+    }
+
+    std::size_t bytes = 0;  ///< of the card's files
+};
+
+constexpr int always = -1;
+
+TEST_F(UsbCableTest, LoadsEverythingOnceHoweverOftenItIsPulled) {
+    std::mt19937 random(20'251);
+    std::uniform_int_distribution<std::size_t> listing(0, 3'000);
+    std::uniform_int_distribution<std::size_t> anywhere(0, bytes);
+    for (int i = 0; i < 25; ++i) {
+        const std::size_t at = i % 4 == 0 ? listing(random) : anywhere(random);
+        SCOPED_TRACE(at);
+        plugInFaulty(at, "pull", 1);
+        start();
+        importPluggingIn();
+        EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
+        EXPECT_EQ(usb.count("1-1", "faults"), 1U);
+        expectEachLoadedOnce();
+        endScenario();
+    }
+}
+
+TEST_F(UsbCableTest, StopsAfterThreePullsWithoutAFile) {
+    plugInFaulty(100'000, "pull", always);
+    start();
+    runUntilReady();
+    model->startImport();
+    for (int pull = 1; pull < 3; ++pull) {
+        runUntil([this] { return isLost(); });
+        EXPECT_EQ(model->status(),
+                  "Kamera getrennt. Der Import geht weiter, sobald sie wieder verbunden ist.");
+        usb.plugInAgain("1-1");
+    }
+    runUntil([this] { return isLost() && !model->awaitsCamera(); });
+    EXPECT_TRUE(model->status().starts_with("Import gestoppt: ")) << model->status();
+    usb.change("1-1", {{"fault_at", "-1"}});
+    usb.plugInAgain("1-1");
+    runUntilReady();
+    EXPECT_EQ(imported(), Tree());
+    EXPECT_EQ(model->newFiles().size(), 6U);
+}
+
+TEST_F(UsbCableTest, GetsOverAnErrorAtAnyByte) {
+    const std::vector<std::string> errors{"-34", "-10", "-7", "-1", "-107"};
+    for (std::size_t i = 0; i < 20; ++i) {
+        const std::size_t at = i < 8 ? i * 400 : i * bytes / 20;
+        const std::string& error = errors[i % errors.size()];
+        SCOPED_TRACE(error + " at " + std::to_string(at));
+        plugInFaulty(at, error, 1);
+        start();
+        importAll();
+        EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
+        endScenario();
+    }
+}
+
+TEST_F(UsbCableTest, FailsWhatKeepsFailing) {
+    for (const std::size_t at : {std::size_t{20'000}, bytes / 12, bytes / 6 - 1'000}) {
+        SCOPED_TRACE(at);
+        plugInFaulty(at, "-34", always);
+        start();
+        importAll();
+        const Tree whole = filesOf(card);
+        EXPECT_LT(imported().size(), whole.size());
+        for (const auto& [name, contents] : imported())
+            EXPECT_TRUE(contents == whole.at(name)) << name;
+        EXPECT_TRUE(hasLogged("die Übertragung ist gestört")) << testing::PrintToString(log());
+        endScenario();
+    }
+}
+
+TEST_F(UsbCableTest, GetsOverAStallThatTakesTooLong) {
+    timing.answer = UsbTiming::Milliseconds(30);
+    plugInFaulty(500'000, "hang", 1);
+    start();
+    importAll();
+    EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
+}
+
+TEST_F(UsbCableTest, FailsWhatStallsForEver) {
+    timing.answer = UsbTiming::Milliseconds(10);
+    plugInFaulty(100'000, "hang", always);
+    start();
+    importAll();
+    EXPECT_EQ(imported(), Tree());
+    EXPECT_TRUE(hasLogged("Die Kamera antwortet nicht"));
+    EXPECT_TRUE(hasLogged("6 fehlgeschlagen")) << testing::PrintToString(log());
+}
+
+}  // namespace
+}  // namespace bildkurier

@@ -1,0 +1,315 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "EventLoop.h"
+#include "OrdinaryUser.h"
+#include "RecordingBrowserSink.h"
+#include "RecordingDeviceSink.h"
+#include "TemporaryFolder.h"
+#include "TemporaryVolume.h"
+#include "Tree.h"
+#include "UsbCameras.h"
+#include "VirtualBus.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <mutex>
+#include <set>
+
+namespace bildkurier {
+namespace {
+
+namespace fs = std::filesystem;
+using Events = std::vector<std::string>;
+using Milliseconds = UsbTiming::Milliseconds;
+
+/// Cameras at a virtual USB as devices, without the rules above them.
+class UsbCamerasTest : public testing::Test {
+protected:
+    UsbCamerasTest() {
+        timing.scan = Milliseconds(2);
+        timing.vanishing = Milliseconds(50);
+        timing.busy.fill(Milliseconds(1));
+        timing.events = Milliseconds(10);
+        folder.write("card/DCIM/100TEST/IMG_0001.JPG", std::string(2'500'000, 'a'));
+        folder.write("card/DCIM/100TEST/IMG_0002.JPG", "klein");
+        device.settings = {{"store1", folder.path("card")}};
+    }
+    ~UsbCamerasTest() override { cameras.reset(); }
+
+    void start() {
+        cameras = std::make_unique<UsbCameras>(
+            loop, UsbCameras::Options{.bus = usb.bus(), .timing = timing, .release = release});
+        cameras->start(sink);
+    }
+
+    void runUntil(const std::function<bool()>& reached) {
+        bool isLate = false;
+        const Handle look = loop.every(Duration(0.001), [&] {
+            if (reached()) loop.stop();
+        });
+        const Handle deadline = loop.after(Duration(60), [&] {
+            isLate = true;
+            loop.stop();
+        });
+        while (!reached() && !isLate) loop.run();
+        ASSERT_FALSE(isLate) << testing::PrintToString(sink->events)
+                             << testing::PrintToString(events->events);
+    }
+
+    /// Opens the only camera; what came of it.
+    std::string opened() {
+        runUntil([this] { return !sink->added.empty(); });
+        camera = sink->added.back();
+        camera->setSink(events);
+        events->events.clear();
+        camera->openSession();
+        runUntil([this] { return !events->events.empty(); });
+        return events->events.front();
+    }
+    /// The same, and its files.
+    std::vector<std::shared_ptr<NativeFile>> files() {
+        EXPECT_EQ(opened(), "opened");
+        runUntil([this] { return events->events.back() == "ready"; });
+        std::vector<std::shared_ptr<NativeFile>> found;
+        for (const auto& item : camera->mediaFiles()) found.push_back(item.file);
+        return found;
+    }
+
+    void download(NativeFile& file, const std::string& to, bool overwrite = true) {
+        file.download({.directory = to, .saveAs = "copy", .overwrite = overwrite},
+                      [this](const Result<std::optional<std::string>>& done) {
+                          const std::lock_guard lock(mutex);
+                          answers.push_back(done ? "done" : done.error().message);
+                      });
+    }
+    Events answered() {
+        const std::lock_guard lock(mutex);
+        return answers;
+    }
+
+    /// How long letting the cameras go takes.
+    double secondsToEnd() {
+        const auto begin = std::chrono::steady_clock::now();
+        cameras.reset();
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    }
+
+    VirtualBus usb;
+    TemporaryFolder folder;
+    const std::string target = folder.makeFolder("target");
+    VirtualBus::Device device{.serial = "S1"};
+    UsbTiming timing;
+    CameraConnection::Release release = [](const UsbPlace&) {};
+    EventLoop loop;
+    std::shared_ptr<RecordingBrowserSink> sink = std::make_shared<RecordingBrowserSink>();
+    std::shared_ptr<RecordingDeviceSink> events = std::make_shared<RecordingDeviceSink>();
+    std::unique_ptr<UsbCameras> cameras;
+    std::shared_ptr<NativeDevice> camera;
+
+private:
+    std::mutex mutex;
+    Events answers;  ///< of downloads
+};
+
+TEST_F(UsbCamerasTest, ReportsAnEmptyBus) {
+    start();
+    runUntil([this] { return !sink->events.empty(); });
+    EXPECT_EQ(sink->events, Events{"reported"});
+}
+
+TEST_F(UsbCamerasTest, HasReportedWhatIsPluggedInBeforeItSaysSo) {
+    usb.plugIn("1-1", device);
+    device.name = "Zweite";
+    device.serial = "S2";
+    usb.plugIn("1-2", device);
+    start();
+    runUntil([this] { return !sink->events.empty() && sink->events.back() == "reported"; });
+    EXPECT_EQ((std::multiset<std::string>(sink->events.begin(), sink->events.end())),
+              (std::multiset<std::string>{"+Testkamera", "+Zweite", "reported"}));
+    EXPECT_EQ(sink->threads, std::vector(sink->threads.size(), std::this_thread::get_id()));
+}
+
+TEST_F(UsbCamerasTest, DoesNotWaitLongForACameraThatDoesNotSayWhoItIs) {
+    timing.identifying = Milliseconds(30);
+    timing.ending = Milliseconds(1);
+    timing.busy.fill(Milliseconds(100));
+    device.serial = "";
+    device.settings["busy"] = "1000";
+    usb.plugIn("1-1", device);
+    start();
+    runUntil([this] { return !sink->events.empty(); });
+    EXPECT_EQ(sink->events, Events{"reported"});
+    runUntil([this] { return sink->events.size() == 2; });
+    EXPECT_EQ(sink->events.back(), "+Testkamera");
+}
+
+TEST_F(UsbCamerasTest, WaitsForACameraThatIsBusy) {
+    device.settings["busy"] = "4";
+    usb.plugIn("1-1", device);
+    release = [](const UsbPlace&) { ADD_FAILURE() << "nobody needs to be asked"; };
+    start();
+    EXPECT_EQ(opened(), "opened");
+    EXPECT_EQ(usb.count("1-1", "openings"), 5U);
+}
+
+TEST_F(UsbCamerasTest, AsksWhoHoldsACameraToLetGoOfIt) {
+    usb.plugIn("1-1", device);
+    const int holder = ::open(usb.claimFile("1-1").c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(holder, LOCK_EX), 0);
+    std::vector<std::string> asked;
+    release = [&](const UsbPlace& place) {
+        asked.push_back(place.port);
+        ::flock(holder, LOCK_UN);
+    };
+    start();
+    EXPECT_EQ(opened(), "opened");
+    EXPECT_EQ(asked, Events{"usb:001,001"});
+    ::close(holder);
+}
+
+TEST_F(UsbCamerasTest, SaysWhenAnotherProgramKeepsTheCamera) {
+    device.settings["busy"] = "1000";
+    usb.plugIn("1-1", device);
+    start();
+    EXPECT_EQ(opened(), "failed: Ein anderes Programm gibt die Kamera Testkamera nicht frei");
+    usb.change("1-1", {{"busy", "0"}});
+    EXPECT_EQ(opened(), "opened");
+}
+
+TEST_F(UsbCamerasTest, SaysWhenTheCameraDoesNotAnswer) {
+    device.settings.insert({{"fault_at", "0"}, {"fault", "-34"}});
+    usb.plugIn("1-1", device);
+    start();
+    EXPECT_TRUE(opened().starts_with("failed: Die Kamera Testkamera antwortet nicht (Fehler "))
+        << events->events.front();
+}
+
+TEST_F(UsbCamerasTest, SaysWhatToDoWithoutPermission) {
+    device.settings.insert({{"fault_at", "0"}, {"fault", "-34"}});
+    usb.plugIn("1-1", device);
+    const UsbPlace place = usb.bus().cameras().at(0);
+    fs::create_directories(fs::path(place.node).parent_path());
+    ASSERT_EQ(::close(::open(place.node.c_str(), O_CREAT | O_CLOEXEC, 0)), 0);
+    usb.showToEverybody();
+    runAsOrdinaryUser([&] {
+        CameraConnection connection(place, usb.bus(), timing, release);
+        const auto result = connection.open(std::make_shared<UsbSession>());
+        ASSERT_FALSE(result);
+        EXPECT_TRUE(result.error().message.starts_with(
+            "Keine Berechtigung für die Kamera Testkamera (Abhilfe: "))
+            << result.error().message;
+    });
+}
+
+TEST_F(UsbCamerasTest, ReplacesWhatStandsThere) {
+    folder.write("target/copy", std::string(9'000'000, 'x'));
+    usb.plugIn("1-1", device);
+    start();
+    const auto found = files();
+    download(*found.at(1), target, false);
+    runUntil([this] { return answered().size() == 1; });
+    EXPECT_TRUE(answered().at(0).starts_with("Die Datei lässt sich nicht speichern: "));
+    download(*found.at(1), target);
+    runUntil([this] { return answered().size() == 2; });
+    EXPECT_EQ(answered().at(1), "done");
+    EXPECT_EQ(tree(target), (Tree{{"copy", "klein"}}));
+}
+
+TEST_F(UsbCamerasTest, GoesOnWithTheNextFileOnceTheDiskIsFull) {
+    const TemporaryVolume volume(2'000'000);
+    if (!volume.isMounted()) GTEST_SKIP() << "mounting a volume takes root";
+    for (const char* inPieces : {"0", "1"}) {
+        device.settings["partial"] = inPieces;
+        usb.plugIn("1-1", device);
+        start();
+        const std::size_t before = answered().size();
+        const auto found = files();
+        download(*found.at(0), volume.path());
+        runUntil([&] { return answered().size() == before + 1; });
+        EXPECT_TRUE(answered().back().ends_with("Auf dem Volume ist kein Platz mehr frei"))
+            << answered().back();
+        EXPECT_EQ(tree(volume.path()), Tree());
+        download(*found.at(1), target);
+        runUntil([&] { return answered().size() == before + 2; });
+        EXPECT_EQ(answered().back(), "done");
+        cameras.reset();
+        sink->added.clear();
+        usb.unplugForGood("1-1");
+    }
+}
+
+TEST_F(UsbCamerasTest, AnswersEachDownloadOnceWhenTheSessionIsClosed) {
+    usb.plugIn("1-1", device);
+    start();
+    const auto found = files();
+    for (int i = 0; i < 20; ++i) download(*found.at(0), target);
+    camera->closeSession();
+    EXPECT_EQ(answered().size(), 20U);
+    download(*found.at(0), target);
+    EXPECT_EQ(answered().size(), 21U);
+    EXPECT_EQ(answered().back(), "Das Laden wurde abgebrochen");
+    EXPECT_EQ(opened(), "opened");
+    EXPECT_EQ(answered().size(), 21U);
+}
+
+TEST_F(UsbCamerasTest, AnswersEachDownloadOnceWhenTheCameraIsPulled) {
+    usb.plugIn("1-1", device);
+    start();
+    const auto found = files();
+    for (int i = 0; i < 20; ++i) download(*found.at(0), target);
+    usb.pull("1-1");
+    runUntil([this] { return !sink->removed.empty(); });
+    EXPECT_EQ(answered().size(), 20U);
+    EXPECT_EQ(answered().back(), "Die Kamera wurde getrennt");
+    EXPECT_TRUE(camera->mediaFiles().empty());
+    download(*found.at(0), target);
+    EXPECT_EQ(answered().size(), 21U);
+}
+
+TEST_F(UsbCamerasTest, AnswersEachDownloadOnceAtTheEnd) {
+    usb.plugIn("1-1", device);
+    start();
+    const auto found = files();
+    for (int i = 0; i < 20; ++i) download(*found.at(0), target);
+    EXPECT_LT(secondsToEnd(), 1.0);
+    EXPECT_EQ(answered().size(), 20U);
+}
+
+TEST_F(UsbCamerasTest, EndsInTimeWhileACameraIsPulled) {
+    usb.plugIn("1-1", device);
+    start();
+    const auto found = files();
+    download(*found.at(0), target);
+    usb.pull("1-1");
+    EXPECT_LT(secondsToEnd(), 1.0);
+    EXPECT_EQ(answered().size(), 1U);
+}
+
+TEST_F(UsbCamerasTest, EndsInTimeWhileACameraHangs) {
+    timing.answer = Milliseconds(3'000);
+    timing.ending = Milliseconds(100);
+    device.settings.insert({{"fault_at", "1000000"}, {"fault", "hang"}});
+    usb.plugIn("1-1", device);
+    start();
+    const auto found = files();
+    download(*found.at(0), target);
+    runUntil([&] { return usb.count("1-1", "faults") > 0; });
+    EXPECT_LT(secondsToEnd(), 1.0);
+    EXPECT_EQ(answered(), Events{"Das Laden wurde abgebrochen"});
+}
+
+TEST_F(UsbCamerasTest, ListsOnceMoreWhenTheSessionIsOpenedAgain) {
+    usb.plugIn("1-1", device);
+    start();
+    EXPECT_EQ(files().size(), 2U);
+    folder.write("card/DCIM/100TEST/IMG_0003.JPG", "neu");
+    EXPECT_EQ(files().size(), 3U);
+}
+
+}  // namespace
+}  // namespace bildkurier

@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "UsbImportTest.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace bildkurier {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST_F(UsbImportTest, FindsACameraThatIsPluggedInAlready) {
+    usb.plugIn("1-1", camera("S1"));
+    start();
+    runUntil([this] { return !model->cameras().empty(); });
+    EXPECT_EQ(model->cameras().at(0)->name(), "Testkamera");
+    EXPECT_EQ(model->cameras().at(0)->identity(), "serial:S1");
+}
+
+TEST_F(UsbImportTest, FindsACameraThatIsPluggedInLaterAndForgetsItWhenItIsPulled) {
+    start();
+    usb.plugIn("1-1", camera());
+    runUntilReady();
+    usb.pull("1-1");
+    runUntil([this] { return model->cameras().empty(); });
+    EXPECT_EQ(model->status(), ImportModel::searchingStatus);
+}
+
+TEST_F(UsbImportTest, KnowsACameraByTheBestThatThereIs) {
+    const struct {
+        std::string serial;     ///< at the USB
+        std::string ownSerial;  ///< that the camera tells when it is asked
+        std::string vendor;
+        std::string identity;
+    } cases[] = {
+        {"S1", "", "1209", "serial:S1"},
+        {"S1", "P1", "1209", "serial:S1"},
+        {"", "P1", "1209", "serial:P1"},
+        {"", "", "1209", "persistent:usb:1209:0001:1-1"},
+        // Asking would set it to being controlled from here.
+        {"", "P1", "04a9", "persistent:usb:04a9:0001:1-1"},
+    };
+    for (const auto& [serial, ownSerial, vendor, identity] : cases) {
+        auto device = camera(serial);
+        device.vendor = vendor;
+        device.settings["serial"] = ownSerial;
+        usb.plugIn("1-1", device);
+        start();
+        runUntil([this] { return !model->cameras().empty(); });
+        EXPECT_EQ(model->cameras().at(0)->identity(), identity);
+        stop();
+        usb.unplugForGood("1-1");
+    }
+}
+
+TEST_F(UsbImportTest, ImportsTheWholeCardWithItsTimes) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "ein Bild");
+    addLarge("card/DCIM/100TEST/IMG_0002.JPG", 3'000'001, 2);
+    addLarge("card/DCIM/101TEST/MVI_0003.MP4", 5'000'000, 3);
+    add("card/DCIM/101TEST/SND_0004.WAV", "Ton", 3);
+    usb.plugIn("1-1", camera());
+    start();
+    importAll();
+    EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
+    EXPECT_TRUE(hasLogged("Fertig: 4 geladen"));
+    for (const char* path : {"100TEST/IMG_0001.JPG", "101TEST/MVI_0003.MP4"}) {
+        const fs::path copy = fs::path(destination) / fs::path(path).filename();
+        EXPECT_EQ(fs::last_write_time(copy), fs::last_write_time(card + "/DCIM/" + path)) << path;
+    }
+}
+
+TEST_F(UsbImportTest, LeavesTheCameraAsItIs) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "ein Bild");
+    for (const char* vendor : {"1209", "04a9"}) {
+        auto device = camera(vendor);
+        device.vendor = vendor;
+        if (device.vendor == "04a9") device.settings["extension"] = "11";
+        usb.plugIn("1-1", device);
+        start();
+        importAll();
+        // It would answer that it does not know anything that changes it.
+        EXPECT_EQ(usb.count("1-1", "unknown"), 0U) << vendor;
+        stop();
+        usb.unplugForGood("1-1");
+    }
+}
+
+TEST_F(UsbImportTest, ReadsBothCards) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "auf der ersten");
+    add("second/DCIM/100TEST/IMG_0001.JPG", "auf der zweiten Karte", 2);
+    add("second/DCIM/100TEST/IMG_0002.JPG", "noch eines", 3);
+    auto device = camera();
+    device.settings["store2"] = folder.path("second");
+    usb.plugIn("1-1", device);
+    start();
+    importAll();
+    EXPECT_EQ(imported(), (Tree{{"IMG_0001.JPG", "auf der ersten"},
+                                {"IMG_0001_1.JPG", "auf der zweiten Karte"},
+                                {"IMG_0002.JPG", "noch eines"}}));
+}
+
+TEST_F(UsbImportTest, PutsSidecarsBehindTheirPictureAndOnItsDay) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "ein Bild", 1);
+    add("card/DCIM/100TEST/IMG_0001.WAV", "Notiz", 2);
+    add("card/DCIM/100TEST/IMG_0001.XMP", "Angaben", 3);
+    add("card/DCIM/100TEST/IMG_0002.JPG", "noch ein Bild", 1);
+    auto device = camera();
+    device.settings["partial"] = "1";
+    usb.plugIn("1-1", device);
+    settings->storedByDate = true;
+    start();
+    runUntilReady();
+    std::vector<std::string> names;
+    for (const auto& file : model->cameras().at(0)->files()) names.push_back(*file->name());
+    EXPECT_EQ(names, (std::vector<std::string>{"IMG_0001.JPG", "IMG_0001.WAV", "IMG_0001.XMP",
+                                               "IMG_0002.JPG"}));
+    importAll();
+    EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
+    EXPECT_TRUE(fs::exists(destination + "/2024-07-01/IMG_0001.XMP"));
+}
+
+TEST_F(UsbImportTest, SaysWhichFileTheCameraDoesNotHandOut) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "ein Bild");
+    add("card/DCIM/100TEST/IMG_0001.XMP", "Angaben");
+    usb.plugIn("1-1", camera());
+    start();
+    importAll();
+    EXPECT_EQ(imported(), (Tree{{"IMG_0001.JPG", "ein Bild"}}));
+    EXPECT_TRUE(hasLogged("Die Kamera gibt diese Datei nicht heraus"));
+}
+
+TEST_F(UsbImportTest, CountsWhileItListsThousands) {
+    constexpr int folders = 20;
+    constexpr int filesInEach = 1'000;
+    for (int number = 100; number < 100 + folders; ++number) {
+        for (int file = 1'000; file < 1'000 + filesInEach; ++file)
+            add(fmt::format("card/DCIM/{}TEST/{}_{}.JPG", number, number, file), "x");
+    }
+    usb.plugIn("1-1", camera());
+    start();
+    runUntilReady();
+    EXPECT_EQ(model->cameraFileCount(), 20'000);
+    const auto counts = std::ranges::count_if(statuses, [](const std::string& status) {
+        return status.starts_with("Lese Dateiliste der Karte(n) … bisher ");
+    });
+    EXPECT_GT(counts, 0) << testing::PrintToString(statuses);
+}
+
+TEST_F(UsbImportTest, LoadsAShotThatIsTakenWhileItIsConnected) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "ein Bild");
+    usb.plugIn("1-1", camera());
+    start();
+    importAll();
+    add("card/DCIM/100TEST/IMG_0002.JPG", "gerade aufgenommen");
+    runUntil([this] { return model->phase() == Phase::ready && model->newFiles().size() == 1; });
+    importAll();
+    EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
+}
+
+TEST_F(UsbImportTest, ImportsOnlyFromTheTrustedOfTwoCameras) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "von der anderen");
+    add("trusted/DCIM/100TEST/IMG_0002.JPG", "von dieser");
+    settings->storedAutoImport = true;
+    settings->storedIdentity = "serial:S2";
+    usb.plugIn("1-1", camera("S1"));
+    auto trusted = camera("S2");
+    trusted.settings["store1"] = folder.path("trusted");
+    usb.plugIn("1-2", trusted);
+    start();
+    runUntil([this] { return hasLogged("Fertig: ") && model->phase() == Phase::ready; });
+    EXPECT_EQ(model->cameras().size(), 2U);
+    EXPECT_EQ(imported(), filesOf(folder.path("trusted")));
+}
+
+TEST_F(UsbImportTest, KeepsWhatIsCompleteWhenTheDiskIsFull) {
+    const TemporaryVolume volume(std::uint64_t{210} << 20);
+    if (!volume.isMounted()) GTEST_SKIP() << "mounting a volume takes root";
+    settings->storedDestination = Url::file(volume.path());
+    for (int i = 0; i < 70; ++i)
+        addLarge("card/DCIM/100TEST/IMG_" + std::to_string(100 + i) + ".JPG", 4'000'000);
+    usb.plugIn("1-1", camera());
+    start();
+    importAll();
+    const Tree whole = filesOf(card);
+    const Tree found = filesOf(volume.path());
+    EXPECT_GT(found.size(), 40U);
+    EXPECT_LT(found.size(), whole.size());
+    for (const auto& [name, contents] : found) EXPECT_TRUE(contents == whole.at(name)) << name;
+    EXPECT_TRUE(hasLogged("Auf dem Volume ist kein Platz mehr frei"));
+}
+
+TEST_F(UsbImportTest, NeverTakesAFileOfUnknownSizeForLoaded) {
+    const struct {
+        const char* name;
+        std::int64_t announced;
+    } cases[] = {{"MVI_0001.MP4", 0}, {"MVI_0002.MOV", 0}, {"MVI_0003.MP4", 0xFFFFFFFF}};
+    auto device = camera();
+    add("card/DCIM/100TEST/IMG_0001.JPG", "ein Bild");
+    for (const auto& [name, announced] : cases) {
+        add(std::string("card/DCIM/100TEST/") + name, "Film");
+        device.settings[std::string("announce ") + name] = std::to_string(announced);
+    }
+    add("card/DCIM/100TEST/MVI_0004.MP4", "Film");
+    fs::resize_file(card + "/DCIM/100TEST/MVI_0004.MP4", (std::uintmax_t{1} << 32) + 5);
+    usb.plugIn("1-1", device);
+    start();
+    importAll();
+    EXPECT_EQ(imported(), (Tree{{"IMG_0001.JPG", "ein Bild"}}));
+    const auto advice = std::ranges::count_if(model->log(), [](const std::string& line) {
+        return line.find("bitte die Karte in einem Kartenleser einlesen") != std::string::npos;
+    });
+    EXPECT_EQ(advice, 4) << testing::PrintToString(log());
+}
+
+TEST_F(UsbImportTest, NeverTakesAFileForLoadedWhoseSizeIsNotAsAnnounced) {
+    const struct {
+        const char* name;
+        const char* announced;
+        const char* inPieces;
+        const char* complaint;
+    } cases[] = {
+        {"IMG_0001.JPG", "2999999", "0",
+         "Von der Kamera kamen mehr als die angegebenen 2999999 Bytes"},
+        {"IMG_0002.JPG", "3000001", "0", "Von der Kamera kamen 3000000 statt 3000001 Bytes"},
+        {"IMG_0003.JPG", "3000001", "1", "IMG_0003.JPG"},
+    };
+    for (const auto& [name, announced, inPieces, complaint] : cases) {
+        addLarge(std::string("card/DCIM/100TEST/") + name, 3'000'000);
+        auto device = camera();
+        device.settings["partial"] = inPieces;
+        device.settings[std::string("announce ") + name] = announced;
+        usb.plugIn("1-1", device);
+        start();
+        importAll();
+        EXPECT_EQ(imported(), Tree()) << name;
+        EXPECT_TRUE(hasLogged("✗")) << name;
+        EXPECT_TRUE(hasLogged(complaint)) << testing::PrintToString(log());
+        stop();
+        usb.unplugForGood("1-1");
+        fs::remove(card + "/DCIM/100TEST/" + name);
+    }
+}
+
+}  // namespace
+}  // namespace bildkurier

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+
+/// A virtual camera that is plugged in: a folder as sysfs has one for a USB device, with a file
+/// "virtual-camera" that says line by line what the camera is like:
+///
+///     store1=FOLDER, store2=FOLDER   its cards
+///     manufacturer=, model=, version=, serial=
+///     extension=N                    vendor extension, 11 is Canon's
+///     partial=1                      files can be read in pieces
+///     rate=N                         bytes a second; none: as fast as can be
+///     announce NAME=N                the size that it says the file NAME has
+///     busy=N                         the first N attempts to open it fail
+///     fault_at=N, fault=CODE         once it has sent N bytes since it was opened, it answers
+///                                    with this error of libgphoto2
+///     fault=hang                     and this one does not answer until the time is over
+///     fault=pull                     and this one is unplugged
+///     faults=N                       so many times; none: again and again
+class Plug {
+public:
+    /// Those below the folder that the environment names, by their places on the bus.
+    static std::vector<Plug> all();
+
+    explicit Plug(std::filesystem::path folder);
+
+    /// "001,011"
+    std::string port() const;
+    int vendor() const;
+    int product() const;
+    const std::filesystem::path& settingsFile() const { return settingsFile_; }
+
+    std::string text(const std::string& name) const;
+    /// -1 where it is not said.
+    std::int64_t number(const std::string& name) const;
+
+    /// Whether it is still there.
+    bool isIn() const;
+    /// Unplugs it: it comes to the folder "drawer" beside the bus.
+    void pull() const;
+    /// How often something has happened, which a file beside the settings says: "openings",
+    /// "faults", and "unknown" requests.
+    std::int64_t counted(const std::string& what) const;
+    void count(const std::string& what) const;
+
+private:
+    std::filesystem::path counter(const std::string& what) const;
+    std::string attribute(const char* name) const;
+
+    std::filesystem::path folder_;
+    std::filesystem::path settingsFile_;
+    std::map<std::string, std::string> settings_;
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,257 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "PtpResponder.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <ctime>
+#include <limits>
+#include <map>
+#include <system_error>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Containers on the wire.
+constexpr std::uint16_t dataContainer = 2;
+constexpr std::uint16_t responseContainer = 3;
+constexpr std::uint16_t eventContainer = 4;
+constexpr std::uint32_t headerBytes = 12;
+
+constexpr std::uint16_t getDeviceInfo = 0x1001;
+constexpr std::uint16_t openSession = 0x1002;
+constexpr std::uint16_t closeSession = 0x1003;
+constexpr std::uint16_t getStorageIds = 0x1004;
+constexpr std::uint16_t getStorageInfo = 0x1005;
+constexpr std::uint16_t getNumObjects = 0x1006;
+constexpr std::uint16_t getObjectHandles = 0x1007;
+constexpr std::uint16_t getObjectInfo = 0x1008;
+constexpr std::uint16_t getObject = 0x1009;
+constexpr std::uint16_t getThumb = 0x100A;
+constexpr std::uint16_t getPartialObject = 0x101B;
+
+constexpr std::uint16_t good = 0x2001;
+constexpr std::uint16_t notSupported = 0x2005;
+constexpr std::uint16_t noSuchObject = 0x2009;
+constexpr std::uint16_t noThumbnail = 0x2010;
+
+constexpr std::uint16_t objectAdded = 0x4002;
+constexpr std::uint16_t objectRemoved = 0x4003;
+
+constexpr std::uint16_t folderFormat = 0x3001;
+constexpr std::uint16_t otherFormat = 0x3000;
+constexpr std::uint16_t jpegFormat = 0x3801;
+
+constexpr std::int64_t canonsExtension = 11;
+
+constexpr std::uint32_t everything = 0xFFFFFFFF;
+
+/// A maker's own formats are numbered by the maker.
+std::uint16_t formatOf(const PtpObjects::Object& object, bool isCanon) {
+    if (object.isFolder) return folderFormat;
+    static const std::map<std::string, std::uint16_t> formats{
+        {".jpg", jpegFormat}, {".avi", 0x300A}, {".wav", 0x3008}, {".mov", 0x300D},
+        {".mp4", 0xB982},     {".tif", 0x380D}, {".nef", 0x380D}};
+    std::string extension = object.path.extension();
+    std::ranges::transform(extension, extension.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    if (isCanon && extension == ".cr3") return 0xB108;
+    const auto found = formats.find(extension);
+    return found == formats.end() ? otherFormat : found->second;
+}
+
+/// The camera's clock shows local time.
+std::string cameraTime(const fs::path& path) {
+    std::error_code error;
+    const auto modified = std::chrono::file_clock::to_sys(fs::last_write_time(path, error));
+    const std::time_t seconds =
+        std::chrono::floor<std::chrono::seconds>(modified).time_since_epoch().count();
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    std::array<char, 32> text{};
+    const std::size_t length = std::strftime(text.data(), text.size(), "%Y%m%dT%H%M%S", &local);
+    return {text.data(), length};
+}
+
+std::int64_t sizeOf(const fs::path& path) {
+    std::error_code error;
+    const auto size = fs::file_size(path, error);
+    return error ? 0 : static_cast<std::int64_t>(size);
+}
+
+/// Counts as far as 32 bits go.
+std::uint32_t counted(std::int64_t size) {
+    constexpr auto most = std::numeric_limits<std::uint32_t>::max();
+    return size > most ? most : static_cast<std::uint32_t>(size);
+}
+
+}  // namespace
+
+PtpResponder::PtpResponder(Plug plug) : plug_(std::move(plug)) {
+    for (const char* name : {"store1", "store2"}) {
+        if (const std::string store = plug_.text(name); !store.empty()) stores_.emplace_back(store);
+    }
+}
+
+void PtpResponder::answer(const Request& request, std::uint16_t code,
+                          const std::vector<std::uint32_t>& parameters) {
+    PtpPacket packet;
+    packet.u32(static_cast<std::uint32_t>(headerBytes + 4 * parameters.size()));
+    packet.u16(responseContainer).u16(code).u32(request.transaction);
+    for (const std::uint32_t parameter : parameters) packet.u32(parameter);
+    outbox_.add(packet);
+}
+
+void PtpResponder::answerWith(const Request& request, const PtpPacket& data) {
+    PtpPacket packet;
+    packet.u32(static_cast<std::uint32_t>(headerBytes + data.size()));
+    packet.u16(dataContainer).u16(request.code).u32(request.transaction).append(data);
+    outbox_.add(packet);
+    answer(request, good);
+}
+
+void PtpResponder::answerWithFile(const Request& request, std::uint64_t offset,
+                                  std::uint64_t most) {
+    const auto* object = objects_.find(request.parameters[0]);
+    if (object == nullptr) return answer(request, noSuchObject);
+    const auto size = static_cast<std::uint64_t>(sizeOf(object->path));
+    const std::uint64_t count = std::min(most, size - std::min(size, offset));
+    PtpPacket packet;
+    packet.u32(counted(static_cast<std::int64_t>(headerBytes + count)));
+    packet.u16(dataContainer).u16(request.code).u32(request.transaction);
+    outbox_.add(packet, object->path, offset, count);
+    answer(request, good, {counted(static_cast<std::int64_t>(count))});
+}
+
+void PtpResponder::request(std::span<const std::uint8_t> bytes) {
+    constexpr std::size_t mostParameters = 5;
+    Request request{.code = static_cast<std::uint16_t>(ptpNumber(bytes, 6, 2)),
+                    .transaction = ptpNumber(bytes, 8)};
+    for (std::size_t i = 0; i < mostParameters; ++i)
+        request.parameters.push_back(ptpNumber(bytes, headerBytes + 4 * i));
+    const auto* object = objects_.find(request.parameters[0]);
+    switch (request.code) {
+        case getDeviceInfo:
+            return answerWith(request, deviceInfo());
+        case openSession:
+            objects_.clear();
+            objects_.scan(stores_);
+            return answer(request, good);
+        case closeSession:
+            return answer(request, good);
+        case getStorageIds:
+            return answerWith(request, storageIds());
+        case getStorageInfo:
+            return answerWith(request, storageInfo());
+        case getNumObjects:
+            return answer(request, good, {static_cast<std::uint32_t>(selected(request).size())});
+        case getObjectHandles: {
+            const auto handles = selected(request);
+            PtpPacket packet;
+            packet.u32(static_cast<std::uint32_t>(handles.size()));
+            for (const std::uint32_t handle : handles) packet.u32(handle);
+            return answerWith(request, packet);
+        }
+        case getObjectInfo:
+            return object == nullptr ? answer(request, noSuchObject)
+                                     : answerWith(request, objectInfo(*object));
+        case getObject:
+            return answerWithFile(request, 0, std::numeric_limits<std::uint64_t>::max());
+        case getPartialObject:
+            return answerWithFile(request, request.parameters[1], request.parameters[2]);
+        case getThumb:
+            return answer(request, noThumbnail);
+        default:
+            plug_.count("unknown");
+            return answer(request, notSupported);
+    }
+}
+
+PtpPacket PtpResponder::deviceInfo() const {
+    constexpr std::uint16_t version = 100;
+    std::vector<std::uint16_t> operations{
+        getDeviceInfo, openSession,      closeSession,  getStorageIds, getStorageInfo,
+        getNumObjects, getObjectHandles, getObjectInfo, getObject,     getThumb};
+    if (plug_.number("partial") == 1) operations.push_back(getPartialObject);
+    PtpPacket packet;
+    packet.u16(version).u32(
+        static_cast<std::uint32_t>(std::max<std::int64_t>(0, plug_.number("extension"))));
+    packet.u16(version).text("").u16(0).codes(operations);
+    packet.codes(std::array{objectAdded, objectRemoved}).codes({});
+    packet.codes(std::array{jpegFormat}).codes(std::array{jpegFormat, folderFormat});
+    for (const char* name : {"manufacturer", "model", "version", "serial"})
+        packet.text(plug_.text(name));
+    return packet;
+}
+
+PtpPacket PtpResponder::storageIds() const {
+    PtpPacket packet;
+    packet.u32(static_cast<std::uint32_t>(stores_.size()));
+    for (std::size_t i = 0; i < stores_.size(); ++i) packet.u32(PtpObjects::storeNumber(i));
+    return packet;
+}
+
+PtpPacket PtpResponder::storageInfo() const {
+    constexpr std::uint16_t removable = 4;
+    constexpr std::uint16_t cameraFolders = 3;
+    constexpr std::uint64_t capacity = 128'000'000'000;
+    PtpPacket packet;
+    packet.u16(removable).u16(cameraFolders).u16(0).u64(capacity).u64(capacity / 2).u32(1000);
+    return packet.text("SD").text("KARTE");
+}
+
+std::vector<std::uint32_t> PtpResponder::selected(const Request& request) const {
+    const std::uint32_t store = request.parameters[0];
+    const std::uint32_t folder = request.parameters[2];
+    std::vector<std::uint32_t> handles;
+    for (const auto& object : objects_.all()) {
+        const bool isInStore = store == everything || object.store == store;
+        const bool isInFolder = folder == 0 || object.parent == (folder == everything ? 0 : folder);
+        if (object.isThere && isInStore && isInFolder) handles.push_back(object.handle);
+    }
+    return handles;
+}
+
+std::int64_t PtpResponder::announcedSize(const PtpObjects::Object& object) const {
+    if (object.isFolder) return 0;
+    const std::int64_t announced = plug_.number("announce " + object.path.filename().string());
+    return announced >= 0 ? announced : sizeOf(object.path);
+}
+
+PtpPacket PtpResponder::objectInfo(const PtpObjects::Object& object) const {
+    PtpPacket packet;
+    packet.u32(object.store)
+        .u16(formatOf(object, plug_.number("extension") == canonsExtension))
+        .u16(0)
+        .u32(counted(announcedSize(object)));
+    // No thumbnail: its format, size, width and height, and the picture's width, height, depth.
+    packet.u16(0);
+    for (int i = 0; i < 6; ++i) packet.u32(0);
+    packet.u32(object.parent).u16(object.isFolder ? 1 : 0).u32(0).u32(0);
+    packet.text(object.path.filename().string());
+    const std::string time = cameraTime(object.path);
+    return packet.text(time).text(time).text("");
+}
+
+void PtpResponder::noteEvent(std::uint16_t code, std::uint32_t handle) {
+    PtpPacket packet;
+    packet.u32(headerBytes + 4).u16(eventContainer).u16(code).u32(everything).u32(handle);
+    events_.push_back(packet.bytes());
+}
+
+std::vector<std::uint8_t> PtpResponder::nextEvent() {
+    objects_.scan(
+        stores_, [this](const auto& object) { noteEvent(objectAdded, object.handle); },
+        [this](const auto& object) { noteEvent(objectRemoved, object.handle); });
+    if (events_.empty()) return {};
+    auto event = std::move(events_.front());
+    events_.pop_front();
+    return event;
+}
+
+}  // namespace bildkurier

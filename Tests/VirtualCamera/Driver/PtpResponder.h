@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Plug.h"
+#include "PtpObjects.h"
+#include "PtpOutbox.h"
+
+#include <cstdint>
+#include <deque>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+
+/// Answers the picture transfer protocol as a camera does. Whatever would change something on
+/// the camera, it does not know.
+class PtpResponder {
+public:
+    explicit PtpResponder(Plug plug);
+
+    /// A request as it came over the wire; the answers go to the outbox.
+    void request(std::span<const std::uint8_t> bytes);
+    PtpOutbox& outbox() { return outbox_; }
+
+    /// Looks for new and removed files; the next thing to tell of them, or nothing.
+    std::vector<std::uint8_t> nextEvent();
+
+private:
+    struct Request {
+        std::uint16_t code = 0;
+        std::uint32_t transaction = 0;
+        std::vector<std::uint32_t> parameters;
+    };
+
+    void answer(const Request& request, std::uint16_t code,
+                const std::vector<std::uint32_t>& parameters = {});
+    void answerWith(const Request& request, const PtpPacket& data);
+    void answerWithFile(const Request& request, std::uint64_t offset, std::uint64_t most);
+    void noteEvent(std::uint16_t code, std::uint32_t handle);
+
+    PtpPacket deviceInfo() const;
+    PtpPacket storageIds() const;
+    PtpPacket storageInfo() const;
+    PtpPacket objectInfo(const PtpObjects::Object& object) const;
+    std::vector<std::uint32_t> selected(const Request& request) const;
+    std::int64_t announcedSize(const PtpObjects::Object& object) const;
+
+    Plug plug_;
+    std::vector<std::filesystem::path> stores_;
+    PtpObjects objects_;
+    PtpOutbox outbox_;
+    std::deque<std::vector<std::uint8_t>> events_;
+};
+
+}  // namespace bildkurier
