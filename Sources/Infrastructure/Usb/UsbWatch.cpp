@@ -67,9 +67,8 @@ void UsbWatch::watch() const {
     // What udev has told may still show, or not yet: it is looked at once more.
     constexpr int settling = 500;
     const int usual = bus_.isWatched() ? never : static_cast<int>(interval_.count());
-    std::array<pollfd, 2> watched{
-        {{.fd = events.descriptor(), .events = POLLIN, .revents = 0},
-         {.fd = end_.get(), .events = POLLIN, .revents = 0}}};
+    std::array<pollfd, 2> watched{{{.fd = events.descriptor(), .events = POLLIN, .revents = 0},
+                                   {.fd = end_.get(), .events = POLLIN, .revents = 0}}};
     while (watched[1].revents == 0) {
         look_(bus_.cameras());
         const int timeout = watched[0].revents != 0 ? settling : usual;
