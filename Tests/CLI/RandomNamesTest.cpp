@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "FileKey.h"
 #include "FileName.h"
 #include "FolderLayout.h"
 #include "ImportRunner.h"
@@ -99,8 +100,11 @@ TEST(RandomNames, NeverLeaveTheDestination) {
     RandomNames names(seed);
     std::vector<std::shared_ptr<CameraFile>> files;
     std::int64_t plain = 0;
-    for (std::int64_t i = 0; i < count; ++i) {
+    FileKeys keys;
+    while (std::ssize(files) < count) {
         const std::string name = names.next();
+        // No two of one key are ever missing.
+        if (!keys.insert(fileKey(name, 0)).second) continue;
         files.push_back(std::make_shared<NamedFile>(name));
         if (isPlainFileName(name) && isPlainFileName(typeFolder(name))) ++plain;
     }
