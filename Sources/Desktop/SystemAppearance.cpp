@@ -4,6 +4,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QGuiApplication>
@@ -59,6 +60,8 @@ QPalette lightPalette() {
 }  // namespace
 
 SystemAppearance::SystemAppearance() {
+    // Slots with variants can be connected only after this.
+    qDBusRegisterMetaType<QDBusVariant>();
     QDBusConnection::sessionBus().connect(service, path, interface,
                                           QStringLiteral("SettingChanged"), this,
                                           SLOT(settingChanged(QString, QString, QDBusVariant)));

@@ -2,7 +2,6 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 pragma ComponentBehavior: Bound
 import QtQuick
-import QtQuick.Layouts
 import QtQuick.Templates as T
 import Bildkurier
 

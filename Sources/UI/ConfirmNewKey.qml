@@ -8,6 +8,8 @@ import QtQuick.Templates as T
 T.Popup {
     id: dialog
 
+    readonly property string consequence: qsTr("Der bisherige Schlüssel wird ersetzt und muss danach auch auf dem Server ersetzt werden.")
+    readonly property string question: qsTr("Neuen Schlüssel erzeugen?")
     required property bool shown
 
     signal confirmed
@@ -31,26 +33,22 @@ T.Popup {
         radius: 12
     }
     contentItem: ColumnLayout {
-        Accessible.description: message.text
-        Accessible.name: title.text
+        Accessible.description: dialog.consequence
+        Accessible.name: dialog.question
         Accessible.role: Accessible.Dialog
         spacing: 10
 
         BodyText {
-            id: title
-
             Layout.fillWidth: true
             font.pixelSize: 15
             font.weight: Font.DemiBold
-            text: qsTr("Neuen Schlüssel erzeugen?")
+            text: dialog.question
         }
 
         BodyText {
-            id: message
-
             Layout.fillWidth: true
             color: Theme.secondary
-            text: qsTr("Der bisherige Schlüssel wird ersetzt und muss danach auch auf dem Server ersetzt werden.")
+            text: dialog.consequence
         }
 
         Flow {

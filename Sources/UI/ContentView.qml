@@ -6,7 +6,7 @@ import QtQuick.Templates as T
 import Bildkurier
 
 /// All that the window shows: a form, and the actions below it.
-Rectangle {
+FocusScope {
     id: view
 
     required property ImportBridge model
@@ -15,16 +15,12 @@ Rectangle {
     property bool showLog: false
     property bool confirmNewKey: false
 
-    color: Theme.window
     implicitHeight: 1000
     implicitWidth: 680
 
-    Shortcut {
-        enabled: view.model.mayImport && !view.model.importing && !view.confirmNewKey
-        sequences: ["Return", "Enter"]
-
-        onActivated: view.model.startImport()
-    }
+    // The window's default action, unless what has the focus wants the key for itself.
+    Keys.onEnterPressed: view.model.startImport()
+    Keys.onReturnPressed: view.model.startImport()
 
     ColumnLayout {
         anchors.fill: parent
@@ -64,7 +60,7 @@ Rectangle {
                 FolderRows {
                     description: view.model.destDescription
                     needsChoice: view.model.destNeedsChoice
-                    onNetwork: view.model.destOnNetwork
+                    networked: view.model.destOnNetwork
                     visible: view.model.destination === ImportBridge.Destination.Folder
 
                     onChoose: view.model.chooseDest()

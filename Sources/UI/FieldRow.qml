@@ -48,8 +48,6 @@ CardRow {
             }
         }
 
-        // The window's default action is not meant by who is still typing.
-        Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Return || event.key === Qt.Key_Enter
         onAccepted: row.accepted()
         onTextEdited: row.edited(text)
 

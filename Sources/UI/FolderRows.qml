@@ -10,7 +10,7 @@ ColumnLayout {
 
     required property string description
     required property bool needsChoice
-    required property bool onNetwork
+    required property bool networked
 
     signal choose
     signal show
@@ -60,6 +60,6 @@ ColumnLayout {
         objectName: "onNetwork"
         text: qsTr("Der Import dauert dort ein Vielfaches und bricht eher ab. Besser erst auf eine lokale Platte laden und danach übertragen.")
         title: qsTr("Ziel liegt auf einer Netzwerkfreigabe")
-        visible: rows.onNetwork
+        visible: rows.networked
     }
 }

@@ -265,7 +265,9 @@ bool ImportBridge::mayImport() const {
 
 void ImportBridge::reload() { model_->reload(); }
 
-void ImportBridge::startImport() { model_->startImport(); }
+void ImportBridge::startImport() {
+    if (mayImport()) model_->startImport();
+}
 
 void ImportBridge::cancelImport() { model_->cancelImport(); }
 

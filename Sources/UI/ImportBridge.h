@@ -33,7 +33,7 @@ class ImportBridge final : public QObject {
     Q_PROPERTY(bool importing READ importing NOTIFY changed)
     Q_PROPERTY(QString cameraTitle READ cameraTitle NOTIFY changed)
     Q_PROPERTY(QString cameraSubtitle READ cameraSubtitle NOTIFY changed)
-    Q_PROPERTY(QStringList cameraNames READ cameraNames NOTIFY camerasChanged)
+    Q_PROPERTY(QList<QString> cameraNames READ cameraNames NOTIFY camerasChanged)
     Q_PROPERTY(int selectedCamera READ selectedCamera WRITE setSelectedCamera NOTIFY changed)
 
     Q_PROPERTY(Destination destination READ destination WRITE setDestination NOTIFY changed)
@@ -67,7 +67,7 @@ class ImportBridge final : public QObject {
     Q_PROPERTY(QList<bildkurier::TypeTile> tiles READ tiles NOTIFY tilesChanged)
 
     Q_PROPERTY(QString logTitle READ logTitle NOTIFY logChanged)
-    Q_PROPERTY(QStringList log READ log NOTIFY logChanged)
+    Q_PROPERTY(QList<QString> log READ log NOTIFY logChanged)
 
     Q_PROPERTY(QString status READ status NOTIFY changed)
     Q_PROPERTY(double progress READ progress NOTIFY changed)

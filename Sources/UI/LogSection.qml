@@ -67,13 +67,8 @@ Card {
         }
     }
 
-    Loader {
-        Layout.fillWidth: true
-        active: section.open
-        visible: active
-
-        sourceComponent: LogView {
-            lines: section.lines
-        }
+    LogView {
+        lines: section.open ? section.lines : []
+        visible: section.open
     }
 }

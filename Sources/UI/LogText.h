@@ -16,7 +16,7 @@ class LogText : public QObject {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QQuickTextDocument* document READ document WRITE setDocument NOTIFY documentChanged)
-    Q_PROPERTY(QStringList lines READ lines WRITE setLines NOTIFY linesChanged)
+    Q_PROPERTY(QList<QString> lines READ lines WRITE setLines NOTIFY linesChanged)
 
 public:
     QQuickTextDocument* document() const { return document_; }

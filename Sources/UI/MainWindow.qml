@@ -11,6 +11,7 @@ T.ApplicationWindow {
     required property ImportBridge model
     required property KeyBridge keys
     required property url support
+    property alias showsLog: content.showLog
     required property url privacy
 
     color: Theme.window
@@ -28,7 +29,10 @@ T.ApplicationWindow {
     }
 
     ContentView {
+        id: content
+
         anchors.fill: parent
+        focus: true
         keys: window.keys
         model: window.model
     }

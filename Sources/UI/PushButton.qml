@@ -43,33 +43,25 @@ T.Button {
             shown: button.visualFocus
         }
     }
-    contentItem: Item {
-        implicitHeight: content.implicitHeight
-        implicitWidth: content.implicitWidth
+    contentItem: RowLayout {
+        layoutDirection: button.symbolTrails ? Qt.RightToLeft : Qt.LeftToRight
+        spacing: 6
 
-        RowLayout {
-            id: content
+        Symbol {
+            Layout.preferredHeight: 15
+            Layout.preferredWidth: 15
+            color: button.ink
+            name: button.symbol
+            visible: name !== ""
+        }
 
-            anchors.centerIn: parent
-            layoutDirection: button.symbolTrails ? Qt.RightToLeft : Qt.LeftToRight
-            spacing: 6
-
-            Symbol {
-                Layout.preferredHeight: 15
-                Layout.preferredWidth: 15
-                color: button.ink
-                name: button.symbol
-                visible: name !== ""
-            }
-
-            BodyText {
-                Accessible.ignored: true
-                color: button.ink
-                font: button.font
-                text: button.text
-                visible: text !== ""
-                wrapMode: Text.NoWrap
-            }
+        BodyText {
+            Accessible.ignored: true
+            color: button.ink
+            font: button.font
+            text: button.text
+            visible: text !== ""
+            wrapMode: Text.NoWrap
         }
     }
 

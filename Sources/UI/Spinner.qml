@@ -22,11 +22,13 @@ Item {
             model: 8
 
             Rectangle {
+                id: spoke
+
                 required property int index
 
                 color: Theme.secondary
                 height: 4.5
-                opacity: 0.15 + 0.12 * index
+                opacity: 0.15 + 0.12 * spoke.index
                 radius: 1
                 transformOrigin: Item.Bottom
                 width: 2
@@ -34,7 +36,7 @@ Item {
                 y: 0.5
 
                 transform: Rotation {
-                    angle: 45 * index
+                    angle: 45 * spoke.index
                     origin.x: 1
                     origin.y: 7.5
                 }

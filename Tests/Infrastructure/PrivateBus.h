@@ -12,7 +12,7 @@
 namespace bildkurier {
 
 /// A D-Bus daemon of the test's own, which this process and its children take for the system's
-/// bus. Tests skip where none is installed.
+/// bus and for that of the session. Tests skip where none is installed.
 class PrivateBus {
 public:
     static bool isInstalled();
@@ -23,6 +23,7 @@ private:
     TemporaryFolder folder_;
     std::string address_ = "unix:path=" + folder_.path("bus");
     EnvironmentVariable systemBus_{"DBUS_SYSTEM_BUS_ADDRESS", address_};
+    EnvironmentVariable sessionBus_{"DBUS_SESSION_BUS_ADDRESS", address_};
     LinePipe printed_;
     ChildProcess daemon_;
 };

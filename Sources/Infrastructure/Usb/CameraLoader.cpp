@@ -58,7 +58,7 @@ bool CameraLoader::createFile() {
     // The session ends before another download of this name can begin: what is made and removed
     // here is not that one's.
     session_.ifOpen([this] {
-        file_.emplace();
+        file_ = std::make_unique<PartialFile>();
         const auto created =
             file_->create(load_.request.directory, load_.request.saveAs, load_.request.overwrite);
         if (!created) ownError_ = created.error();

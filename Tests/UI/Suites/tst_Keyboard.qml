@@ -25,6 +25,11 @@ WindowTest {
         return order;
     }
 
+    function fromFirst(order) {
+        const first = order.indexOf(folder[0]);
+        return order.slice(first).concat(order.slice(0, first));
+    }
+
     function test_reachesEveryControlInReadingOrder() {
         openWith([["A.JPG", 1e6, "2024-05-08"], ["B.JPG", 1e6, "2024-05-09"]]);
         click("CheckBox", "Nur ab einem bestimmten Tag");
@@ -33,7 +38,7 @@ WindowTest {
         isEnabled("Button", "1 importieren", true);
         view.forceActiveFocus();
         const order = [...folder, ...layout, "CheckBox: Beim Verbinden derselben Kamera fehlende Dateien importieren", "CheckBox: Nur ab einem bestimmten Tag", "Slider: Nur ab einem bestimmten Tag", "Button: Protokoll (1)", "EditableText: Protokoll", ...bar, "Button: 1 importieren"];
-        compare(tabOrder(Qt.Key_Tab), order);
+        compare(fromFirst(tabOrder(Qt.Key_Tab)).join("\n"), order.join("\n"));
     }
 
     function test_goesBackTheSameWay() {
@@ -127,6 +132,19 @@ WindowTest {
         keyClick(Qt.Key_Return);
         tryCompare(script.model, "importing", true);
         compare(script.dialogs, 0);
+    }
+
+    function test_importsOnReturnAfterItsButtonIsGone() {
+        const camera = openWith([["A.JPG", 10, "2024-05-09"], ["B.JPG", 10, "2024-05-09"]]);
+        isEnabled("Button", "2 importieren", true);
+        has("Button", "2 importieren").forceActiveFocus();
+        keyClick(Qt.Key_Space);
+        script.settle();
+        press("Abbrechen");
+        script.deliver(camera, 0);
+        isEnabled("Button", "1 importieren", true);
+        keyClick(Qt.Key_Return);
+        tryCompare(script.model, "importing", true);
     }
 
     function test_importsNothingWhileItAsks() {

@@ -1,0 +1,19 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# SPDX-FileCopyrightText: The Bildkurier authors
+
+# Installs BUILD into the folder INTO and fails when what a desktop needs is missing there.
+file(REMOVE_RECURSE ${INTO})
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${INTO}
+    OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+foreach(file
+        bin/bildkurier
+        ${DATA}/applications/${ID}.desktop
+        ${DATA}/metainfo/${ID}.metainfo.xml
+        ${DATA}/icons/hicolor/scalable/apps/${ID}.svg
+        ${DATA}/icons/hicolor/48x48/apps/${ID}.png
+        ${DATA}/icons/hicolor/512x512/apps/${ID}.png)
+    if(NOT EXISTS ${INTO}/${file})
+        message(SEND_ERROR "${file} is missing")
+    endif()
+endforeach()
+file(REMOVE_RECURSE ${INTO})

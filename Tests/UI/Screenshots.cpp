@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "SystemAppearance.h"
+#include "UserAtTheWindow.h"
+#include "WindowScript.h"
+
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+#include <QTextStream>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+Q_IMPORT_QML_PLUGIN(BildkurierPlugin)
+
+namespace {
+
+using namespace bildkurier;
+
+int warnings = 0;
+
+void countWarnings(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+    if (type != QtDebugMsg && type != QtInfoMsg) ++warnings;
+    QTextStream(stderr) << text << '\n';
+}
+
+/// A state of the window: what is known before it opens, and what happens then.
+struct State {
+    QString name;
+    std::function<void(WindowScript&)> before;
+    std::function<void(WindowScript&)> after;
+    bool showsLog = false;
+};
+
+/// The camera of all pictures: 1,284 files of 38 GB and six days, of which 212 were shot since
+/// the day that is chosen.
+int camera(WindowScript& script) {
+    const int made = script.camera("Canon EOS R6 Mark II", "r6");
+    const QStringList days{"2024-05-04", "2024-05-05", "2024-05-06", "2024-05-09", "2024-05-10"};
+    for (int i = 0; i < 1072; ++i)
+        script.file(made, QString("ALT_%1.CR3").arg(i, 4, 10, QChar('0')), 22.4e6,
+                    i % 2 ? "2024-05-03" : days[i % 3]);
+    const auto add = [&](int count, const QString& type, double bytes) {
+        for (int i = 0; i < count; ++i)
+            script.file(made, QString("IMG_%1.%2").arg(314 + i, 4, 10, QChar('0')).arg(type),
+                        bytes / count, days[3 + i % 2]);
+    };
+    add(98, "JPG", 812e3);
+    add(98, "CR3", 2.9e9);
+    add(14, "MP4", 10.5e9);
+    add(2, "WAV", 3.1e6);
+    return made;
+}
+
+void filter(WindowScript& script) {
+    script.model()->setUseFromDate(true);
+    script.model()->setFromDayIndex(4);
+    script.model()->setByDate(true);
+}
+
+void ready(WindowScript& script) {
+    const int made = camera(script);
+    script.connectCamera(made);
+    filter(script);
+    script.model()->setAutoImportEnabled(true);
+    script.settle();
+}
+
+void importing(WindowScript& script) {
+    ready(script);
+    // So that files of this size can be had from memory.
+    script.scaleClock(0.0008);
+    script.startImport();
+    for (int i = 0; i < 49; ++i) {
+        script.advance(i % 9 == 0 ? 150 : 300);
+        script.deliver(0, 1072 + 2 * i);
+    }
+}
+
+const QStringList log{"↻ 14:02:11 Fortsetzung nach Trennung: noch 3 Dateien.",
+                      "✓ 2024-05-09/CR3/IMG_0412.CR3  (29,6 MB)",
+                      "✓ 2024-05-09/JPG/IMG_0412.JPG  (8,3 MB)",
+                      "ℹ︎ IMG_0413.MP4 wartet auf den Rest der Datei …",
+                      "✗ 2024-05-09/MP4/IMG_0413.MP4  Größe stimmt nicht (750 MB statt 752 MB)",
+                      "Fertig: 2 geladen (38 MB), 1 Fehler, Ø 34,1 MB/s"};
+
+void server(WindowScript& script) {
+    script.setProperty("startsWithServer", true);
+    script.setProperty("publicKey",
+                       "ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIGq2Xw0rT8n0yVfL0y2wFv8mB1kQ3r5uT7wXz "
+                       "bildkurier");
+}
+
+void check(WindowScript& script) {
+    script.showServerKey("SHA256:3Yc0nq2uVb8Qy1mRz7Zt8xVQm0d7k1bq5R2yWnC4eHs (ED25519)");
+    script.model()->applySFTPDestination();
+    script.settle();
+}
+
+std::vector<State> states() {
+    const auto nothing = [](WindowScript&) {};
+    return {
+        {"keine-kamera", nothing, nothing},
+        {"verbinden", nothing, [](auto& script) { script.plugIn(camera(script)); }},
+        {"lesen", nothing,
+         [](auto& script) {
+             const int made = camera(script);
+             script.plugIn(made);
+             script.openSession(made);
+         }},
+        {"pruefen", nothing,
+         [](auto& script) {
+             const int made = camera(script);
+             script.plugIn(made);
+             script.openSession(made);
+             script.readCard(made);
+         }},
+        {"bereit", nothing, ready},
+        {"import", nothing, importing},
+        {"fertig", nothing,
+         [](auto& script) {
+             const int made = script.camera("Canon EOS R6 Mark II", "r6");
+             script.file(made, "IMG_0001.JPG", 8000, "2024-05-09");
+             script.file(made, "IMG_0002.JPG", 8000, "2024-05-09");
+             script.connectCamera(made);
+             script.startImport();
+             script.deliver(made, 0);
+             script.deliver(made, 1);
+         },
+         true},
+        {"nichts-neues", nothing,
+         [](auto& script) {
+             const int made = script.camera("Canon EOS R6 Mark II", "r6");
+             script.file(made, "IMG_0001.JPG", 8000, "2024-05-09");
+             script.connectCamera(made);
+             script.startImport();
+             script.deliver(made, 0);
+         }},
+        {"ordner-waehlen", [](auto& script) { script.setProperty("granted", false); },
+         [](auto& script) { script.connectCamera(camera(script)); }},
+        {"sftp-neuer-server", server,
+         [](auto& script) {
+             ready(script);
+             check(script);
+         }},
+        {"sftp-anderer-schluessel", server,
+         [](auto& script) {
+             check(script);
+             script.showServerKey("SHA256:anderer");
+             ready(script);
+             script.model()->applySFTPDestination();
+             script.settle();
+         }},
+        {"protokoll", [](auto& script) { script.setProperty("onNetwork", true); },
+         [](auto& script) {
+             ready(script);
+             script.log(log);
+         },
+         true},
+    };
+}
+
+/// Lets the window come to rest.
+void settle(QQuickWindow& window) {
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < 350) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    window.update();
+}
+
+bool take(const State& state, const QString& path) {
+    WindowScript script;
+    state.before(script);
+    script.begin();
+    QQmlApplicationEngine engine;
+    engine.addImportPath(QStringLiteral("qrc:/qml"));
+    engine.setInitialProperties({{"model", QVariant::fromValue(script.model())},
+                                 {"keys", QVariant::fromValue(script.keys())},
+                                 {"support", QUrl()},
+                                 {"privacy", QUrl()},
+                                 {"height", 1000}});
+    engine.loadData("import Bildkurier\nMainWindow {}");
+    if (engine.rootObjects().isEmpty()) return false;
+    auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
+    state.after(script);
+    if (state.showsLog) window->setProperty("showsLog", true);
+    settle(*window);
+    return window->grabWindow().save(path);
+}
+
+}  // namespace
+
+/// Takes pictures of the window in many states: UIScreenshots FOLDER. Fails when one cannot be
+/// taken, or when anything warns.
+int main(int argc, char** argv) {
+    bildkurier::becomeUserInBerlin();
+    const QApplication app(argc, argv);
+    if (argc != 2) return 2;
+    qInstallMessageHandler(countWarnings);
+    const QDir folder(QString::fromLocal8Bit(argv[1]));
+    folder.mkpath(".");
+    int missing = 0;
+    for (const auto& [look, preference] :
+         {std::pair("hell", SystemAppearance::Preference::light),
+          std::pair("dunkel", SystemAppearance::Preference::dark)}) {
+        SystemAppearance::apply(preference);
+        for (const auto& state : states())
+            if (!take(state, folder.filePath(state.name + "-" + look + ".png"))) ++missing;
+    }
+    return missing + warnings == 0 ? 0 : 1;
+}
