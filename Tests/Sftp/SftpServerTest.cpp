@@ -16,6 +16,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// Removes the probe a moment before the store does, as another program's probe may.
+class HastyRunner final : public CommandRunner {
+public:
+    CommandResult run(const std::string& program, const std::vector<std::string>& arguments,
+                      const std::optional<std::string>& input) override {
+        std::string script = input.value_or("");
+        const auto removal = script.find("\nrm ");
+        if (removal != std::string::npos)
+            script.insert(removal, "\n-" + script.substr(removal + 1, script.size() - removal - 2));
+        return ProcessCommandRunner().run(program, arguments, script);
+    }
+};
+
 const std::vector<std::string> oddNames{"a b  c   d.jpg",
                                         " leading",
                                         "q\"uo\"te",
@@ -220,6 +233,14 @@ TEST_F(SftpServerTest, ProbesFromSeveralThreads) {
         threads.emplace_back([&] { answer = store->isWritableDirectory(server->root()) ? 1 : 0; });
     threads.clear();
     EXPECT_EQ(writable, std::vector<char>(4, 1));
+    EXPECT_EQ(serversTree(), Tree{});
+}
+
+TEST_F(SftpServerTest, FindsAFolderWritableWhoeverRemovesTheProbe) {
+    SFTPFileStore hasty(
+        std::make_shared<HastyRunner>(), "/usr/bin/sftp", [this] { return server->login(); },
+        local.url("root"));
+    EXPECT_TRUE(hasty.isWritableDirectory(server->root()));
     EXPECT_EQ(serversTree(), Tree{});
 }
 
