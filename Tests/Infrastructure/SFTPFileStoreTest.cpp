@@ -376,6 +376,25 @@ TEST_F(SFTPFileStoreTest, SaysWhyAFolderCannotBeMade) {
               "Ordner lässt sich nicht anlegen: remote mkdir \"/a\": Permission denied");
 }
 
+TEST_F(SFTPFileStoreTest, LetsNoServerWriteToTheTerminal) {
+    const auto local = folder.write("staged", "picture");
+    const std::string sent = "\x1b]0;title\x07 \u202egpj.x\u200b \u009b2J";
+    const std::string shown = "␛]0;title␇ \uFFFDgpj.x\uFFFD \uFFFD2J";
+    runner->answer = [&sent](const auto&) { return CommandResult{1, "remote: " + sent}; };
+    EXPECT_EQ(store.createDirectory(server("/a")).error().message,
+              "Ordner lässt sich nicht anlegen: remote: " + shown);
+    for (const bool isDoubtful : {false, true}) {
+        if (isDoubtful) {
+            EXPECT_FALSE(store.fileExists(server("/a")));
+        }
+        EXPECT_EQ(store.moveItem(Url::file(local), server("/a")).error().message,
+                  "Übertragung fehlgeschlagen: remote: " + shown);
+    }
+    runner->answer = [](const auto&) { return CommandResult{1, "sftp> cd\nsftp> \x1b"}; };
+    EXPECT_EQ(store.createDirectory(server("/a")).error().message,
+              "Ordner lässt sich nicht anlegen: sftp> cd␊sftp> ␛");
+}
+
 TEST_F(SFTPFileStoreTest, AdvisesHowToFindOutWhatAQuietClientKeepsToItself) {
     const std::string failed = "Ordner lässt sich nicht anlegen: ";
     const std::string advice =

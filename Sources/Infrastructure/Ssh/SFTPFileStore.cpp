@@ -86,6 +86,9 @@ std::optional<std::string_view> complaint(std::string_view output) {
     return {};
 }
 
+/// Why the client failed, for human eyes: the server may have worded it.
+std::string shown(const std::string& output) { return displayText(SFTPFileStore::message(output)); }
+
 std::string adviceToTry(const std::string& account, std::optional<std::uint16_t> port) {
     return fmt::format(
         "Der Server ist nicht zu erreichen oder lässt die Anmeldung nicht zu. Den Grund zeigt im "
@@ -145,7 +148,7 @@ Result<bool> SFTPFileStore::look(const Url& url) {
     const auto [status, output] = batch(url, {listCommand(url)});
     if (status == 0) return true;
     if (std::ranges::any_of(nonEmptyLines(output), saysNothingIsThere)) return false;
-    return failure(message(output));
+    return failure(shown(output));
 }
 
 bool SFTPFileStore::fileExists(const Url& url) {
@@ -201,7 +204,7 @@ Result<> SFTPFileStore::createDirectory(const Url& url) {
     auto commands = makeDirectories(url.path);
     commands.push_back(command("cd", url.path));
     const auto [status, output] = batch(url, commands);
-    if (status != 0) return failure("Ordner lässt sich nicht anlegen: " + message(output));
+    if (status != 0) return failure("Ordner lässt sich nicht anlegen: " + shown(output));
     return {};
 }
 
@@ -214,7 +217,7 @@ Result<> SFTPFileStore::moveItem(const Url& source, const Url& target) {
     const auto [status, output] = batch(target, upload);
     if (status != 0) {
         if (!objection(upload)) batch(target, {command("-rm", part)});
-        return notUploaded(message(output));
+        return notUploaded(shown(output));
     }
     return confirm(source, target);
 }
