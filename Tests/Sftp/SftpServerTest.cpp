@@ -29,62 +29,6 @@ public:
     }
 };
 
-const std::vector<std::string> oddNames{"a b  c   d.jpg",
-                                        " leading",
-                                        "q\"uo\"te",
-                                        "back\\slash",
-                                        "end\\",
-                                        "[x]",
-                                        "a[b-c]d",
-                                        "*",
-                                        "**.jpg",
-                                        "?",
-                                        "a\\*b",
-                                        "]",
-                                        "Übung ä",
-                                        "日本 📷",
-                                        "-rf",
-                                        "-",
-                                        "#no comment",
-                                        "!touch x",
-                                        "'single'",
-                                        "$HOME",
-                                        "~",
-                                        "\\303\\274",
-                                        "{a,b}",
-                                        "{",
-                                        "{}",
-                                        "100%",
-                                        "a;b&c|d",
-                                        "x.part"};
-
-TEST_F(SftpServerTest, TakesEveryName) {
-    for (const auto& name : oddNames) {
-        const auto moved = bring(name, "picture of " + name);
-        ASSERT_TRUE(moved) << name << ": " << moved.error().message;
-        EXPECT_FALSE(fs::exists(staged())) << name;
-        EXPECT_TRUE(store->fileExists(server->url(name))) << name;
-    }
-    Tree expected;
-    for (const auto& name : oddNames) expected[name] = "picture of " + name;
-    EXPECT_EQ(serversTree(), expected);
-}
-
-TEST_F(SftpServerTest, KnowsEveryNameAgain) {
-    server->makeFolder("odd");
-    // What looks like an escape of the client's might be one.
-    FileKeys expected{fileKey("file ü end", 7)};
-    for (const auto& name : oddNames) {
-        for (const auto& folder : {"odd/" + name, std::string("odd")}) {
-            server->makeFolder(folder);
-            std::ofstream(server->path(folder).append("/file ").append(name).append(" end"))
-                << "picture";
-        }
-        expected.insert(fileKey("file " + name + " end", 7));
-    }
-    EXPECT_EQ(store->existingFileKeys(server->root()), expected);
-}
-
 TEST_F(SftpServerTest, KnowsUmlautsWhereTheClientCannotPrintThem) {
     const auto client = local.write("client", "#!/bin/sh\nLC_ALL=C exec /usr/bin/sftp \"$@\"\n");
     fs::permissions(client, fs::perms::owner_all);
