@@ -27,9 +27,9 @@ struct AppContainer {
     struct Options {
         /// Folders to take for cameras; all others are then left alone.
         std::vector<std::string> cards;
-        std::shared_ptr<UserDefaults> defaults;  ///< none: the user's own
-        std::shared_ptr<FolderPicker> folderPicker;
-        std::shared_ptr<Workspace> workspace;  ///< none: folders cannot be shown
+        std::shared_ptr<UserDefaults> defaults;      ///< none: the user's own
+        std::shared_ptr<FolderPicker> folderPicker;  ///< none: the system's own, if any
+        std::shared_ptr<Workspace> workspace;        ///< none: folders cannot be shown
         /// Name or identity of a camera to trust as soon as it is connected.
         std::optional<std::string> trusted;
         /// Called once the cameras attached at the start have been reported.

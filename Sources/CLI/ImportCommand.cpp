@@ -59,7 +59,7 @@ void ImportCommand::start() {
 void ImportCommand::reachServer() {
     Url folder = model().dest();
     // A plan changes nothing: the topmost folder is there already.
-    if (commandLine_.command == Command::plan) folder.path = "/";
+    if (commandLine_.command == Command::plan) folder.path.assign(1, '/');
     runThen(
         background_, main_,
         [store = fileStore_, folder = std::move(folder)] { return store->createDirectory(folder); },

@@ -39,9 +39,10 @@ void KeyCommand::begin() {
 }
 
 void KeyCommand::show() {
-    if (!keys_->publicKey()) return refuse("Die App hat noch keinen eigenen Schlüssel.");
-    report_.status(*keys_->publicKey());
-    if (keys_->fingerprint()) report_.status(*keys_->fingerprint());
+    const auto& key = keys_->publicKey();
+    if (!key) return refuse("Die App hat noch keinen eigenen Schlüssel.");
+    report_.status(*key);
+    if (const auto& fingerprint = keys_->fingerprint()) report_.status(*fingerprint);
     done_(ExitStatus::success);
 }
 

@@ -53,10 +53,11 @@ std::expected<ServerAddress, std::string> ServerAddress::parse(std::string_view 
     ServerAddress address{.user = {}, .host = {}, .path = percentDecoded(rest.substr(slash))};
     if (const auto at = authority.rfind('@'); at != std::string_view::npos) {
         const std::string_view user = authority.substr(0, at);
-        if (user.contains(':'))
+        if (user.contains(':')) {
             return std::unexpected(
                 "Ein Passwort gehört nicht in die Adresse: angemeldet wird nur "
                 "mit einem Schlüssel.");
+        }
         address.user = percentDecoded(user);
         authority.remove_prefix(at + 1);
     }

@@ -463,13 +463,14 @@ void ImportModel::loadCatalog() {
     recompute();
 }
 
-/// The files are in the order of their dates, so each day's stand together.
+/// The files are in the order of their dates, so each day's stand together. A folder that could
+/// not be read is of no day.
 void ImportModel::setCameraDays() {
     std::vector<Date> days;
     Date nextDay = Date::min();
-    for (const auto& file : *candidates_) {
-        const auto& shot = file.shotDate;
-        if (!shot || *shot < nextDay) continue;
+    for (std::size_t i = 0; i < candidates_->size(); ++i) {
+        const auto& shot = (*candidates_)[i].shotDate;
+        if (!shot || *shot < nextDay || allFiles_[i]->obstacle()) continue;
         days.push_back(startOfLocalDay(*shot));
         nextDay = startOfNextLocalDay(*shot);
     }
@@ -704,7 +705,7 @@ void ImportModel::startPendingAutoImport() {
     const std::size_t count = missing.files.size();
     showMissing(std::move(missing));
     startImport(true, false);
-    if (phase_ != Phase::importing) return;
+    if (phase_ != Phase::importing) return releaseLock();
     addLog(fmt::format("↻ Auto-Import: {} fehlende Dateien {}, Kamera {}.", count, range,
                        autoImport_->trustedName()));
 }

@@ -94,6 +94,8 @@ void ImportRunner::downloadNext() {
         (layout_.byType && !isPlainFileName(typeFolder(name)))) {
         return finishFile(item, failure(invalidName));
     }
+    if (auto obstacle = file->obstacle())
+        return finishFile(item, std::unexpected(*std::move(obstacle)));
     item.folder = layout_.folder(destination_, file->shotDate().value_or(main_.date()), name);
 
     struct Prepared {

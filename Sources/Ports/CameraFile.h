@@ -30,6 +30,10 @@ public:
     /// When it was taken, else when the camera's file system says it was made.
     virtual std::optional<Date> shotDate() const = 0;
 
+    /// Why it cannot be loaded, where that is known beforehand. A folder that could not be read
+    /// stands in the catalogue like this.
+    virtual std::optional<Error> obstacle() const { return std::nullopt; }
+
     /// Copies the file as `name` into the local folder `folder`, over a file of that name if
     /// there is one. The partial file stands there under its name and grows. `done` is called
     /// exactly once, on any thread, also when this object is let go of meanwhile.

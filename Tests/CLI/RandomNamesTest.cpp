@@ -15,6 +15,7 @@
 #include <fstream>
 #include <memory>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -99,8 +100,10 @@ TEST(RandomNames, NeverLeaveTheDestination) {
     RandomNames names(seed);
     std::vector<std::shared_ptr<CameraFile>> files;
     std::int64_t plain = 0;
-    for (std::int64_t i = 0; i < count; ++i) {
+    std::set<std::string> seen;
+    while (std::ssize(files) < count) {
         const std::string name = names.next();
+        if (!seen.insert(name).second) continue;  // as no plan has a file twice
         files.push_back(std::make_shared<NamedFile>(name));
         if (isPlainFileName(name) && isPlainFileName(typeFolder(name))) ++plain;
     }

@@ -22,7 +22,8 @@ public:
     std::int64_t cameraSize;  ///< that of `contents` at first
     std::optional<Date> shot;
 
-    std::optional<Error> error;          ///< what a download fails with
+    std::optional<Error> error;  ///< what a download fails with
+    std::optional<Error> knownObstacle;
     std::optional<std::string> savedAs;  ///< another name than the one asked for
     bool holdsBack = false;              ///< downloads wait for `deliver`
 
@@ -37,6 +38,7 @@ public:
     std::optional<std::string> name() const override { return cameraName; }
     std::int64_t size() const override { return cameraSize; }
     std::optional<Date> shotDate() const override { return shot; }
+    std::optional<Error> obstacle() const override { return knownObstacle; }
     void download(const Url& to, const std::string& saveAs, DownloadCompletion done) override;
 
 private:

@@ -503,6 +503,18 @@ TEST_F(ImportModelAutoImportTest, WaitsUntilNoOtherProcessImports) {
     EXPECT_EQ(loop.timers(), 0);
 }
 
+TEST_F(ImportModelAutoImportTest, KeepsNoLockWhenItCannotStart) {
+    startTrusting();
+    const auto attached = holding("1", trusted, two);
+    model->cameraBrowserDidAdd(attached);
+    attached->sessionOpened();
+    attached->catalogReady();
+    access->granted = false;
+    loop.settle();
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_FALSE(lock->held);
+}
+
 TEST_F(ImportModelAutoImportTest, NoLongerWaitsOnceItsCameraIsGoneOrItIsSwitchedOff) {
     const auto pull = [this](const std::shared_ptr<FakeCamera>& waiting) { unplug(waiting); };
     const auto switchOff = [this](const std::shared_ptr<FakeCamera>&) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ImportModelWithTwoCameras.h"
+#include "LocalDay.h"
 
 #include <chrono>
 
@@ -48,6 +49,17 @@ TEST_F(ImportModelCatalogueTest, ListsTheLocalDaysOfTheShots) {
                                        sys_days(2024y / October / 26) + 22h,
                                        sys_days(2024y / October / 27) + 23h,
                                    }));
+}
+
+TEST_F(ImportModelCatalogueTest, LeavesFoldersThatCouldNotBeReadOutOfTheDays) {
+    make();
+    const Date shot = noon(2024y / May / 4);
+    file(*attached, "A.JPG", "a", shot);
+    file(*attached, "100CANON", "", loop.date())->knownObstacle = Error{"Nicht lesbar"};
+    settings->storedUseFromDate = true;
+    connect(attached);
+    EXPECT_EQ(model->cameraDays(), std::vector{startOfLocalDay(shot)});
+    EXPECT_EQ(newNames(), (Names{"A.JPG", "100CANON"})) << "it must not be passed over";
 }
 
 TEST_F(ImportModelCatalogueTest, StartsNothingByItselfFromAnEmptyCatalogue) {

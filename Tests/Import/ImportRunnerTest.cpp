@@ -13,6 +13,7 @@
 #include <rapidcheck.h>
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -382,6 +383,18 @@ TEST_F(ImportRunnerTest, ForgetsACancelAtTheNextStart) {
     EXPECT_EQ(finished[0].first.done, 1);
 }
 
+TEST_F(ImportRunnerTest, MakesNoFolderForAFileThatIsKnownToBeLost) {
+    file("100CANON", "")->knownObstacle = Error{"Ordner DCIM/100CANON ist nicht lesbar"};
+    file("B.JPG", "bb");
+    runAll({.byDate = true, .byType = true});
+    EXPECT_EQ(files[0]->downloads, 0);
+    EXPECT_EQ(finished[0].first, (Progress{.total = 2, .done = 1, .failed = 1, .bytesDone = 2}));
+    EXPECT_EQ(log.front(), "✗ 100CANON: Ordner DCIM/100CANON ist nicht lesbar");
+    const std::string today = dayFormatter().text(loop.wallClock);
+    EXPECT_EQ(store->tree(destination),
+              (Tree{{today + "/", ""}, {today + "/JPG/", ""}, {today + "/JPG/B.JPG", "bb"}}));
+}
+
 TEST_F(ImportRunnerTest, PassesOverAFileThatIsThereAlready) {
     ASSERT_TRUE(store->createDirectory(Url::file("/bilder/JPG")));
     store->files["/bilder/JPG/A.JPG"] = "aaaa";
@@ -705,7 +718,7 @@ INSTANTIATE_TEST_SUITE_P(OnceOrForGoodBeforeOrAfterTheFact, FailingImportRunnerT
                          testing::Combine(testing::Bool(), testing::Bool()));
 
 TEST_F(ImportRunnerTest, KeepsAnyNamesInsideTheDestination) {
-    EXPECT_TRUE(rc::check([this](const std::vector<std::string>& names, bool byDate, bool byType) {
+    EXPECT_TRUE(rc::check([this](const std::set<std::string>& names, bool byDate, bool byType) {
         store = std::make_shared<MemoryFileStore>();
         runner = std::make_unique<ImportRunner>(store, loop, loop);
         attach(*runner);

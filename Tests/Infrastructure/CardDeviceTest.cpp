@@ -265,6 +265,9 @@ TEST_F(CardDeviceTest, ListsAFolderThatCannotBeReadAsAFileThatCannotBeLoaded) {
     EXPECT_EQ(facts("100").created, std::nullopt);
     EXPECT_GE(facts("100").fileCreated, before) << "a date filter would leave it out";
     EXPECT_LE(facts("100").fileCreated, now());
+    EXPECT_EQ(facts("100").obstacle,
+              Error{"Ordner DCIM/100 ist nicht lesbar: Die Zugriffsrechte reichen nicht aus"});
+    EXPECT_EQ(facts("IMG_2.JPG").obstacle, std::nullopt);
     EXPECT_EQ(dates->asked, Names{"IMG_2.JPG"});
 
     download(file("100"));

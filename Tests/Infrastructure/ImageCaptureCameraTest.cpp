@@ -162,12 +162,13 @@ TEST_F(ImageCaptureCameraSession, OpensAndClosesTheDevicesSession) {
 TEST_F(ImageCaptureCameraSession, PassesOnWhatTheImportNeeds) {
     camera->setDelegate(delegate);
     device->sink.lock()->sessionOpened(std::nullopt);
+    device->sink.lock()->catalogGrows(7);
     device->sink.lock()->catalogReady();
     device->sink.lock()->itemsAdded();
     device->sink.lock()->itemsRemoved();
     EXPECT_EQ(delegate->events,
-              (std::vector<std::string>{"opened", "ready", "changed", "changed"}));
-    EXPECT_EQ(delegate->senders, std::vector<Camera*>(4, camera.get()));
+              (std::vector<std::string>{"opened", "grows to 7", "ready", "changed", "changed"}));
+    EXPECT_EQ(delegate->senders, std::vector<Camera*>(5, camera.get()));
 }
 
 TEST_F(ImageCaptureCameraSession, PassesOnWhyItCouldNotBeOpened) {
@@ -179,6 +180,7 @@ TEST_F(ImageCaptureCameraSession, PassesOnWhyItCouldNotBeOpened) {
 TEST_F(ImageCaptureCameraSession, DropsEventsWhenNobodyListens) {
     const auto everything = [this] {
         device->sink.lock()->sessionOpened(std::nullopt);
+        device->sink.lock()->catalogGrows(7);
         device->sink.lock()->catalogReady();
         device->sink.lock()->itemsAdded();
         device->sink.lock()->itemsRemoved();

@@ -34,6 +34,15 @@ TEST(ImageCaptureFile, PrefersTheCaptureTimeToThatOfTheFileSystem) {
     }
 }
 
+TEST(ImageCaptureFile, KnowsWhatKeepsItFromBeingLoaded) {
+    const Error obstacle{"Ordner DCIM ist nicht lesbar"};
+    EXPECT_EQ(ImageCaptureFile(
+                  std::make_shared<FakeNativeFile>(FileFacts{.name = {}, .obstacle = obstacle}))
+                  .obstacle(),
+              obstacle);
+    EXPECT_EQ(ImageCaptureFile(std::make_shared<FakeNativeFile>()).obstacle(), std::nullopt);
+}
+
 TEST(ImageCaptureFile, LoadsIntoTheGivenFolderOverWhatIsThere) {
     const auto native = std::make_shared<FakeNativeFile>();
     ImageCaptureFile(native).download(Url::file("/ziel ä"), "IMG_1.JPG", [](const auto&) {});

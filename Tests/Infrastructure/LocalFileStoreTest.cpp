@@ -280,7 +280,8 @@ TEST_F(LocalFileStoreTest, IgnoresWhatCannotBeRemoved) {
 }
 
 TEST_F(LocalFileStoreTest, RemovesWhatCanBeBesideWhatCannot) {
-    for (const char* name : {"a", "b", "c"}) folder.write(std::string("staging/") + name + "/file", "x");
+    for (const char* name : {"a", "b", "c"})
+        folder.write(std::string("staging/") + name + "/file", "x");
     fs::permissions(folder.path(), fs::perms::all);
     for (const char* path : {"staging", "staging/a", "staging/b", "staging/c"})
         fs::permissions(folder.path(path), fs::perms::all);

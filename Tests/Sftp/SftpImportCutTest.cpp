@@ -4,6 +4,7 @@
 #include "SftpServerTest.h"
 
 #include <array>
+#include <filesystem>
 #include <vector>
 
 namespace bildkurier {
@@ -44,6 +45,7 @@ protected:
 
     /// Without what was being uploaded when the connection broke.
     Tree finalFiles(const std::string& folder) const {
+        if (!std::filesystem::exists(server->path(folder))) return {};
         Tree files = tree(server->path(folder));
         std::erase_if(files, [](const auto& file) { return file.first.ends_with(".part"); });
         return files;

@@ -101,6 +101,11 @@ TEST_F(SftpImportTest, LoadsACardOntoAServerOfAnotherMaker) {
                                                                {"IMG_0002.JPG", "the second"},
                                                                {"Übung [3] *.jpg", "three"}}));
     EXPECT_TRUE(store->isWritableDirectory(destination));
+    const auto free = store->availableCapacity(destination);
+    const auto here = LocalFileStore().availableCapacity(Url::file(destination.path));
+    ASSERT_TRUE(free && here);
+    EXPECT_NEAR(static_cast<double>(*free), static_cast<double>(*here),
+                0.1 * static_cast<double>(*here));
     EXPECT_EQ(store->fileSize(destination.appending("MP4/clip.MP4")), 200'000);
     EXPECT_FALSE(store->fileExists(server->url("missing")));
 }

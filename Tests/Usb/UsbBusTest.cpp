@@ -95,8 +95,9 @@ TEST_F(UsbBusTest, TakesADeviceThatWasPluggedInAgainForAnother) {
 }
 
 TEST_F(UsbBusTest, IsEmptyWhereThereIsNone) {
-    EXPECT_EQ(UsbBus(folder.path("nothing")).cameras(), std::vector<UsbPlace>());
-    EXPECT_FALSE(UsbBus(folder.path("nothing")).isThere({.folder = folder.path("nothing/1-1")}));
+    EXPECT_EQ(UsbBus(folder.path("nothing"), "").cameras(), std::vector<UsbPlace>());
+    EXPECT_FALSE(
+        UsbBus(folder.path("nothing"), "").isThere({.folder = folder.path("nothing/1-1")}));
 }
 
 TEST_F(UsbBusTest, IsWatchedByNobodyButInTheSystemsPlace) { EXPECT_FALSE(bus.isWatched()); }

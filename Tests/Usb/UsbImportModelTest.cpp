@@ -134,7 +134,11 @@ TEST_F(UsbImportTest, SaysWhichFileTheCameraDoesNotHandOut) {
 
 TEST_F(UsbImportTest, CountsWhileItListsThousands) {
     constexpr int folders = 20;
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    constexpr int filesInEach = 200;
+#else
     constexpr int filesInEach = 1'000;
+#endif
     for (int number = 100; number < 100 + folders; ++number) {
         for (int file = 1'000; file < 1'000 + filesInEach; ++file)
             add(fmt::format("card/DCIM/{}TEST/{}_{}.JPG", number, number, file), "x");
@@ -142,7 +146,7 @@ TEST_F(UsbImportTest, CountsWhileItListsThousands) {
     usb.plugIn("1-1", camera());
     start();
     runUntilReady();
-    EXPECT_EQ(model->cameraFileCount(), 20'000);
+    EXPECT_EQ(model->cameraFileCount(), folders * filesInEach);
     const auto counts = std::ranges::count_if(statuses, [](const std::string& status) {
         return status.starts_with("Lese Dateiliste der Karte(n) … bisher ");
     });

@@ -22,6 +22,7 @@ UsbImportTest::UsbImportTest() {
     timing.scan = Milliseconds(2);
     timing.vanishing = Milliseconds(50);
     timing.busy.fill(Milliseconds(1));
+    timing.telling = Milliseconds(1);
     timing.events = Milliseconds(10);
     settings->storedDestination = Url::file(destination);
     settings->storedByType = false;
@@ -37,10 +38,13 @@ void UsbImportTest::add(const std::string& path, std::string_view contents, int 
 }
 
 void UsbImportTest::addLarge(const std::string& path, std::size_t size, int day) const {
+    // A prime, so that no piece of a file is like the piece before it.
+    constexpr std::size_t period = 997;
     std::minstd_rand random(static_cast<unsigned>(std::hash<std::string>()(path)));
-    std::string bytes(size, '\0');
+    std::string bytes(period, '\0');
     std::ranges::generate(bytes, [&random] { return static_cast<char>(random() >> 8U); });
-    add(path, bytes, day);
+    while (bytes.size() < size) bytes += bytes;
+    add(path, std::string_view(bytes).substr(0, size), day);
 }
 
 VirtualBus::Device UsbImportTest::camera(const std::string& serial) const {
@@ -81,7 +85,7 @@ void UsbImportTest::stop() {
 }
 
 void UsbImportTest::runUntil(const std::function<bool()>& reached) {
-    constexpr Duration patience{60};
+    constexpr Duration patience{120};
     bool isLate = false;
     const Handle observation = model->observe([&] {
         if (reached()) loop.stop();

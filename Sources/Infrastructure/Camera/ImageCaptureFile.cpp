@@ -17,6 +17,8 @@ std::optional<Date> ImageCaptureFile::shotDate() const {
     return facts.created ? facts.created : facts.fileCreated;
 }
 
+std::optional<Error> ImageCaptureFile::obstacle() const { return file_->facts().obstacle; }
+
 void ImageCaptureFile::download(const Url& folder, const std::string& name,
                                 DownloadCompletion done) {
     file_->download({.directory = folder.path, .saveAs = name, .overwrite = true}, std::move(done));

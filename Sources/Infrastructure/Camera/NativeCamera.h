@@ -34,6 +34,7 @@ struct FileFacts {
     std::int64_t size = 0;            ///< bytes
     std::optional<Date> created;      ///< capture time from the file's metadata
     std::optional<Date> fileCreated;  ///< time stamp in the device's file system
+    std::optional<Error> obstacle;    ///< why it cannot be loaded, where that is known
 };
 
 struct DownloadRequest {

@@ -17,6 +17,7 @@ public:
     CardContents(CardCatalogue catalogue, std::shared_ptr<const CardSession> session,
                  Background& background);
 
+    std::optional<Error> obstacle(const CardEntry& entry) const override;
     void load(const CardEntry& entry, const DownloadRequest& request,
               NativeDownloadDone done) const override;
 

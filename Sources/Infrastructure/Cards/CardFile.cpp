@@ -13,7 +13,8 @@ FileFacts CardFile::facts() const {
     return {.name = entry().name,
             .size = entry().size,
             .created = entry().taken,
-            .fileCreated = entry().modified};
+            .fileCreated = entry().modified,
+            .obstacle = contents_->obstacle(entry())};
 }
 
 std::vector<std::shared_ptr<NativeFile>> CardFile::sidecars() const {

@@ -22,6 +22,9 @@ public:
     /// The files in their own right.
     std::vector<NativeItem> mediaFiles() const;
 
+    /// Why an entry of the catalogue cannot be loaded, where that is known.
+    virtual std::optional<Error> obstacle(const CardEntry& entry) const = 0;
+
     /// `entry` is of the catalogue. `done` is called exactly once, on any thread.
     virtual void load(const CardEntry& entry, const DownloadRequest& request,
                       NativeDownloadDone done) const = 0;

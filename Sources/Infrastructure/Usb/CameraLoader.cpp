@@ -2,8 +2,6 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CameraLoader.h"
 
-#include "FileName.h"
-
 #include <fmt/format.h>
 
 #include <span>
@@ -34,10 +32,6 @@ CameraLoader::Outcome CameraLoader::fail(Error error) {
 }
 
 CameraLoader::Outcome CameraLoader::load() {
-    if (load_.entry.error != 0) {
-        return fail({fmt::format("Auf der Kamera nicht lesbar: {}/{}", displayText(load_.folder),
-                                 displayText(load_.entry.name))});
-    }
     if (!hasKnownSize(load_.entry)) {
         return fail(
             {"Die Kamera gibt die Größe der Datei nicht an; bitte die Karte in einem "
@@ -63,7 +57,7 @@ bool CameraLoader::createFile() {
     // The session ends before another download of this name can begin: what is made and removed
     // here is not that one's.
     session_.ifOpen([this] {
-        file_.emplace();
+        file_ = std::make_unique<PartialFile>();
         const auto created =
             file_->create(load_.request.directory, load_.request.saveAs, load_.request.overwrite);
         if (!created) ownError_ = created.error();

@@ -7,6 +7,7 @@
 #include "UsbSession.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 namespace bildkurier {
@@ -27,7 +28,7 @@ public:
     Outcome load();
 
     /// Null until there is one.
-    std::optional<PartialFile>& file() { return file_; }
+    std::unique_ptr<PartialFile>& file() { return file_; }
     /// Why it failed.
     const Error& error() const { return error_; }
 
@@ -41,7 +42,7 @@ private:
     CameraConnection& connection_;
     const UsbSession& session_;
     const UsbLoad& load_;
-    std::optional<PartialFile> file_;
+    std::unique_ptr<PartialFile> file_;
     std::optional<Error> ownError_;  ///< of this side of the transfer, which cancelled it
     Error error_;
     int answer_ = 0;

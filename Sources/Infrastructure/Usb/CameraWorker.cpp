@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <thread>
 #include <utility>
@@ -136,7 +137,7 @@ void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, Sessi
     const auto error = opened ? std::nullopt : std::optional(opened.error());
     mailbox_->post([tell = events.opened, error] { tell(error); });
     if (error) return connection_.close();
-    opened_ = {.session = session, .events = std::move(events)};
+    opened_.reset(new Opened{.session = session, .events = std::move(events), .listing = {}});
     if (listSession(*opened_)) {
         mailbox_->post(
             [tell = opened_->events.listed, catalogue = catalogueOf(opened_->listing)]() mutable {
@@ -149,16 +150,16 @@ void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, Sessi
 
 bool CameraWorker::listSession(Opened& opened) {
     using Clock = std::chrono::steady_clock;
-    constexpr std::chrono::milliseconds pause{250};
     Clock::time_point told = Clock::now();
     CameraLister lister(connection_, *opened.session, [&](std::size_t files) {
-        if (Clock::now() - told < pause) return;
+        if (Clock::now() - told < timing_.telling) return;
         told = Clock::now();
         mailbox_->post([tell = opened.events.filesSeen, files] { tell(files); });
     });
     auto listing = lister.list();
-    if (listing) opened.listing = *std::move(listing);
-    return listing.has_value();
+    if (!listing) return false;
+    opened.listing = *std::move(listing);
+    return true;
 }
 
 void CameraWorker::loadFile(const std::shared_ptr<UsbSession>& session,
@@ -204,22 +205,31 @@ bool CameraWorker::tellsOfNewShots() const {
     return opened_ && !opened_->session->hasEnded() && connection_.place().vendor != canon;
 }
 
-void CameraWorker::askForNewShots() {
+std::optional<GphotoCamera::NewFile> CameraWorker::newShot() {
     constexpr UsbTiming::Milliseconds atMost{50};
+    auto [code, file] = connection_.camera().newFile(atMost);
+    const CameraFault fault = connection_.fault(code);
+    if (fault == CameraFault::None) return file;
+    if (fault == CameraFault::Gone && !opened_->session->hasEnded()) reportLost();
+    if (fault != CameraFault::Busy) opened_.reset();
+    return std::nullopt;
+}
+
+/// Answers whether it was not listed yet.
+bool CameraWorker::addShot(const GphotoCamera::NewFile& file) {
+    const std::string folder = file.folder.substr(file.folder.starts_with('/') ? 1 : 0);
+    auto& listed = opened_->listing[folder];
+    if (std::ranges::find(listed, file.name, &CardEntry::name) != listed.end()) return false;
+    CameraLister lister(connection_, *opened_->session, [](std::size_t) {});
+    auto entry = lister.entry(folder, file.name);
+    if (!entry) return false;
+    listed.push_back(*std::move(entry));
+    return true;
+}
+
+void CameraWorker::askForNewShots() {
     bool changed = false;
-    while (true) {
-        const auto [code, file] = connection_.camera().newFile(atMost);
-        const CameraFault fault = connection_.fault(code);
-        if (fault == CameraFault::Gone && !opened_->session->hasEnded()) reportLost();
-        if (fault != CameraFault::None) opened_.reset();
-        if (fault != CameraFault::None || !file) break;
-        CameraLister lister(connection_, *opened_->session, [](std::size_t) {});
-        const std::string folder = file->folder.substr(file->folder.starts_with('/') ? 1 : 0);
-        if (auto entry = lister.entry(folder, file->name)) {
-            opened_->listing[folder].push_back(*std::move(entry));
-            changed = true;
-        }
-    }
+    while (const auto file = newShot()) changed = addShot(*file) || changed;
     if (!changed || !opened_) return;
     mailbox_->post(
         [tell = opened_->events.changed, catalogue = catalogueOf(opened_->listing)]() mutable {

@@ -70,14 +70,16 @@ private:
     void deliver(UsbSession& session, const std::shared_ptr<UsbLoad>& load,
                  class CameraLoader& loader, bool loaded);
     bool tellsOfNewShots() const;
+    std::optional<GphotoCamera::NewFile> newShot();
+    bool addShot(const GphotoCamera::NewFile& file);
     void askForNewShots();
     void reportLost();
 
     UsbTiming timing_;
     std::shared_ptr<Mailbox> mailbox_;
     Events events_;
-    CameraConnection connection_;   ///< the thread's own
-    std::optional<Opened> opened_;  ///< the thread's own
+    CameraConnection connection_;     ///< the thread's own
+    std::unique_ptr<Opened> opened_;  ///< the thread's own; null while closed
 
     std::mutex mutex_;  ///< guards what follows
     std::condition_variable changed_;

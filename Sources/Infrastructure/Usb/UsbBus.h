@@ -12,8 +12,10 @@ namespace bildkurier {
 /// Reads which cameras are plugged in, as sysfs shows them and udev knows them. Any thread.
 class UsbBus {
 public:
+    /// The system's own.
+    UsbBus() = default;
     /// `devices` is the bus's folder in sysfs, `nodes` that of the device files.
-    explicit UsbBus(std::string devices = systemDevices, std::string nodes = "/dev/bus/usb");
+    UsbBus(std::string devices, std::string nodes);
 
     /// Whatever speaks the picture transfer protocol, and what udev says libgphoto2 knows.
     std::vector<UsbPlace> cameras() const;
@@ -27,8 +29,8 @@ public:
 private:
     static constexpr auto systemDevices = "/sys/bus/usb/devices";
 
-    std::string devices_;
-    std::string nodes_;
+    std::string devices_ = systemDevices;
+    std::string nodes_ = "/dev/bus/usb";
 };
 
 }  // namespace bildkurier

@@ -17,7 +17,7 @@ namespace bildkurier {
 class UsbCameras final : public NativeBrowser {
 public:
     struct Options {
-        UsbBus bus{};
+        UsbBus bus;
         UsbTiming timing;
         /// Asks whoever holds a camera to let go of it; absent: the desktop's file manager.
         CameraConnection::Release release;

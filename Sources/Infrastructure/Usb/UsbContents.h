@@ -16,6 +16,7 @@ public:
     UsbContents(CardCatalogue catalogue, std::shared_ptr<UsbSession> session,
                 std::shared_ptr<CameraWorker> worker);
 
+    std::optional<Error> obstacle(const CardEntry& entry) const override;
     void load(const CardEntry& entry, const DownloadRequest& request,
               NativeDownloadDone done) const override;
 

@@ -20,6 +20,8 @@ struct UsbTiming {
     /// Between attempts to open a camera that another program holds.
     std::array<Milliseconds, 4> busy{Milliseconds(250), Milliseconds(500), Milliseconds(1000),
                                      Milliseconds(2000)};
+    /// Between two tellings of how far a listing has come.
+    Milliseconds telling{250};
     /// Between two questions for new shots.
     Milliseconds events{1000};
     /// Until cameras attached at the start need no longer be waited for.

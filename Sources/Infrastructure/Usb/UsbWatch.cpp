@@ -64,11 +64,14 @@ void UsbWatch::watch() const {
     // Listening begins before the first look, so that no change falls in between.
     const UdevEvents events;
     constexpr int never = -1;
-    const int timeout = bus_.isWatched() ? never : static_cast<int>(interval_.count());
+    // What udev has told may still show, or not yet: it is looked at once more.
+    constexpr int settling = 500;
+    const int usual = bus_.isWatched() ? never : static_cast<int>(interval_.count());
     std::array<pollfd, 2> watched{{{.fd = events.descriptor(), .events = POLLIN, .revents = 0},
                                    {.fd = end_.get(), .events = POLLIN, .revents = 0}}};
     while (watched[1].revents == 0) {
         look_(bus_.cameras());
+        const int timeout = watched[0].revents != 0 ? settling : usual;
         while (::poll(watched.data(), watched.size(), timeout) < 0) {
         }
         if (watched[0].revents != 0) events.drain();

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "EventLoop.h"
+#include "ProgramCall.h"
+#include "RecordingBrowserSink.h"
+#include "RecordingDeviceSink.h"
+#include "TemporaryFolder.h"
+#include "Tree.h"
+#include "UdevTestbed.h"
+#include "UsbCameras.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <mutex>
+
+namespace bildkurier {
+namespace {
+
+namespace fs = std::filesystem;
+using Events = std::vector<std::string>;
+
+constexpr auto path = "/sys/devices/pci0000:00/0000:00:14.0/usb1/1-1";
+constexpr auto anyCamera = R"(P: /devices/pci0000:00/0000:00:14.0/usb1/1-1
+N: bus/usb/001/007
+E: DEVTYPE=usb_device
+E: SUBSYSTEM=usb
+E: ID_GPHOTO2=1
+A: busnum=1\n
+A: devnum=7\n
+A: idVendor=1209\n
+A: idProduct=0001\n
+A: product=Testkamera\n
+A: serial=S1\n
+)";
+
+/// Cameras as udev tells of them; nobody looks in between.
+class UsbEventsTest : public testing::Test {
+protected:
+    UsbEventsTest() { options.timing.scan = std::chrono::hours(1); }
+    ~UsbEventsTest() override { cameras.reset(); }
+
+    void start() {
+        cameras = std::make_unique<UsbCameras>(loop, options);
+        cameras->start(sink);
+        runUntil([this] { return !sink->events.empty(); });
+    }
+
+    void runUntil(const std::function<bool()>& reached) {
+        bool isLate = false;
+        const Handle look = loop.every(Duration(0.001), [&] {
+            if (reached()) loop.stop();
+        });
+        const Handle deadline = loop.after(Duration(60), [&] {
+            isLate = true;
+            loop.stop();
+        });
+        while (!reached() && !isLate) loop.run();
+        ASSERT_FALSE(isLate) << testing::PrintToString(sink->events);
+    }
+
+    UdevTestbed udev;
+    UsbCameras::Options options;
+    EventLoop loop;
+    std::shared_ptr<RecordingBrowserSink> sink = std::make_shared<RecordingBrowserSink>();
+    std::unique_ptr<UsbCameras> cameras;
+};
+
+TEST_F(UsbEventsTest, TellOfACameraThatComesAndGoes) {
+    start();
+    EXPECT_EQ(sink->events, Events{"reported"});
+    udev.plugIn(anyCamera, path);
+    runUntil([this] { return sink->added.size() == 1; });
+    EXPECT_EQ(sink->added.front()->facts().serial, "S1");
+    udev.pull();
+    runUntil([this] { return sink->removed.size() == 1; });
+    EXPECT_EQ(sink->events, (Events{"reported", "+Testkamera", "-Testkamera"}));
+}
+
+/// A real camera, all of whose answers were recorded once.
+class RecordedCameraTest : public UsbEventsTest {
+protected:
+    void SetUp() override {
+        if (!fs::exists(recordings / "sx200-2530.umockdev"))
+            GTEST_SKIP() << "no recordings in " << recordings;
+    }
+
+    static fs::path folderOfRecordings() {
+        const char* named = std::getenv("BILDKURIER_RECORDINGS");
+        return named == nullptr ? RECORDINGS : named;
+    }
+
+    void plugIn() {
+        std::ifstream file(recordings / "sx200-2530.umockdev");
+        const std::string description(std::istreambuf_iterator<char>(file), {});
+        udev.plugIn(description,
+                    "/sys/devices/pci0000:00/0000:00:1a.0/usb1/1-1/1-1.5/1-1.5.2/1-1.5.2.3");
+        udev.answer("/dev/bus/usb/001/011", recordings / "sx200-2530.ioctl");
+    }
+
+    Tree pictures() const {
+        const std::string archive = recordings / "test-photos.tar";
+        const std::string to = folder.makeFolder("pictures");
+        EXPECT_TRUE(succeeds({"tar", "-xf", archive, "-C", to, "--no-same-owner"}));
+        return tree(to + "/DCIM/100CANON");
+    }
+
+    const fs::path recordings = folderOfRecordings();
+    const TemporaryFolder folder;
+};
+
+TEST_F(RecordedCameraTest, IsFoundListedAndLoadedByteForByte) {
+    start();
+    plugIn();
+    runUntil([this] { return !sink->added.empty(); });
+    const auto camera = sink->added.front();
+    EXPECT_EQ(camera->facts().name, "Canon PowerShot SX200 IS");
+    EXPECT_EQ(camera->facts().serial, "C767F1C714174C309255F70E4A7B2EE2");
+
+    const auto events = std::make_shared<RecordingDeviceSink>();
+    camera->setSink(events);
+    camera->openSession();
+    runUntil([&] { return events->events.size() == 2; });
+    EXPECT_EQ(events->events, (Events{"opened", "ready"}));
+
+    const std::string target = folder.makeFolder("target");
+    std::mutex mutex;
+    int loaded = 0;
+    for (const auto& item : camera->mediaFiles()) {
+        item.file->download({.directory = target, .saveAs = *item.file->facts().name},
+                            [&](const Result<std::optional<std::string>>& done) {
+                                EXPECT_TRUE(done) << done.error().message;
+                                const std::lock_guard lock(mutex);
+                                ++loaded;
+                            });
+    }
+    runUntil([&] {
+        const std::lock_guard lock(mutex);
+        return loaded == 2;
+    });
+    EXPECT_TRUE(tree(target) == pictures());
+    udev.pull();
+    runUntil([this] { return !sink->removed.empty(); });
+}
+
+}  // namespace
+}  // namespace bildkurier
