@@ -2,7 +2,6 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CameraLoader.h"
 
-
 #include <fmt/format.h>
 
 #include <span>
