@@ -13,6 +13,7 @@
 #include <fstream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace bildkurier {
 namespace {
@@ -115,13 +116,13 @@ void usbImportMemory(benchmark::State& state) {
                                       .size = 2'000'000'000,
                                       .sparse = true,
                                       .suffix = ".MP4"}));
-    double over = 0;
-    for (auto _ : state) {
+    std::vector<double> over;
+    while (state.KeepRunning()) {
         camera.prepare();
         const double idle = peakOf(camera.attached(camera.ours("plan")));
-        over = peakOf(camera.attached(camera.ours("import"))) - idle;
+        over.push_back(peakOf(camera.attached(camera.ours("import"))) - idle);
     }
-    judge(state, over, 60, "MB");
+    judge(state, median(over), 60, "MB");
 }
 
 BENCHMARK(usbImportBesideGphoto)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
