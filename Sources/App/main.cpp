@@ -99,7 +99,8 @@ int main(int argc, char** argv) {
     const QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Bildkurier"));
     QApplication::setDesktopFileName(QStringLiteral("local.quarzfeld.bildkurier"));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/bildkurier/local.quarzfeld.bildkurier.svg")));
+    QApplication::setWindowIcon(
+        QIcon(QStringLiteral(":/bildkurier/local.quarzfeld.bildkurier.svg")));
     QTranslator dialogs;
     if (dialogs.load(QStringLiteral("qtbase_de"),
                      QLibraryInfo::path(QLibraryInfo::TranslationsPath)))

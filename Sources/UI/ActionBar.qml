@@ -6,7 +6,7 @@ import QtQuick.Templates as T
 import Bildkurier
 
 /// What is going on, and the button that sets it going.
-ColumnLayout {
+Column {
     id: bar
 
     required property string status
@@ -24,19 +24,19 @@ ColumnLayout {
     spacing: 8
 
     Rectangle {
-        Layout.fillWidth: true
         color: Theme.line
-        implicitHeight: 1
+        height: 1
+        width: parent.width
     }
 
     BodyText {
         Accessible.role: Accessible.StatusBar
-        Layout.fillWidth: true
         color: Theme.secondary
         elide: Text.ElideMiddle
         maximumLineCount: 4
         objectName: "status"
         text: bar.status
+        width: parent.width
     }
 
     T.ProgressBar {
@@ -44,11 +44,11 @@ ColumnLayout {
 
         Accessible.name: bar.status
         Accessible.role: Accessible.ProgressBar
-        Layout.fillWidth: true
         implicitHeight: 5
         objectName: "progress"
         value: bar.progress
         visible: bar.importing
+        width: parent.width
 
         background: Rectangle {
             color: Theme.line
@@ -65,13 +65,14 @@ ColumnLayout {
     }
 
     SpeedMeterView {
-        Layout.fillWidth: true
         reading: bar.speed
         visible: bar.importing
+        width: parent.width
     }
 
     RowLayout {
         spacing: 5
+        width: parent.width
 
         BodyText {
             color: Theme.secondary

@@ -17,7 +17,7 @@ Card {
 
     signal chose(int index)
 
-    Layout.fillWidth: true
+    width: parent ? parent.width : 0
 
     CardRow {
         parted: false
@@ -40,24 +40,25 @@ Card {
             }
         }
 
-        ColumnLayout {
+        Column {
+            Layout.fillWidth: true
             spacing: 2
 
             BodyText {
                 Accessible.role: Accessible.Heading
-                Layout.fillWidth: true
                 elide: Text.ElideMiddle
                 font.pixelSize: 16
                 font.weight: Font.DemiBold
                 maximumLineCount: 2
                 objectName: "cameraTitle"
                 text: header.title
+                width: parent.width
             }
 
             Caption {
-                Layout.fillWidth: true
                 objectName: "cameraSubtitle"
                 text: header.subtitle
+                width: parent.width
             }
         }
 

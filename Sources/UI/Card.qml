@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 import QtQuick
-import QtQuick.Layouts
 
 /// Rows that belong together, with lines between them.
 Rectangle {
@@ -14,10 +13,9 @@ Rectangle {
     implicitHeight: column.implicitHeight
     radius: Theme.radius
 
-    ColumnLayout {
+    Column {
         id: column
 
-        anchors.fill: parent
-        spacing: 0
+        width: parent.width
     }
 }

@@ -13,8 +13,9 @@ Item {
     property int padding: 9
     property alias spacing: line.spacing
 
-    Layout.fillWidth: true
-    implicitHeight: line.implicitHeight + 2 * padding
+    // A layout without height would never give its contents the width by which they know theirs.
+    implicitHeight: Math.max(1, line.implicitHeight) + 2 * padding
+    width: parent ? parent.width : 0
 
     Rectangle {
         anchors.left: parent.left

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 import QtQuick
-import QtQuick.Layouts
 import QtQuick.Templates as T
 
 /// Asks before a key is lost.
@@ -32,30 +31,30 @@ T.Popup {
         color: Theme.card
         radius: 12
     }
-    contentItem: ColumnLayout {
+    contentItem: Column {
         Accessible.description: dialog.consequence
         Accessible.name: dialog.question
         Accessible.role: Accessible.Dialog
         spacing: 10
 
         BodyText {
-            Layout.fillWidth: true
             font.pixelSize: 15
+            width: parent.width
             font.weight: Font.DemiBold
             text: dialog.question
         }
 
         BodyText {
-            Layout.fillWidth: true
             color: Theme.secondary
+            width: parent.width
             text: dialog.consequence
         }
 
         Flow {
-            Layout.fillWidth: true
-            Layout.topMargin: 6
             layoutDirection: Qt.RightToLeft
             spacing: 10
+            topPadding: 6
+            width: parent.width
 
             DestructiveButton {
                 objectName: "confirmNewKey"

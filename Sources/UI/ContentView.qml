@@ -22,169 +22,168 @@ FocusScope {
     Keys.onEnterPressed: view.model.startImport()
     Keys.onReturnPressed: view.model.startImport()
 
-    ColumnLayout {
-        anchors.fill: parent
-        spacing: 0
+    Form {
+        anchors.bottom: bar.top
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
 
-        Form {
-            Layout.fillHeight: true
-            Layout.fillWidth: true
+        CameraHeader {
+            cameras: view.model.cameraNames
+            connected: view.model.connected
+            selected: view.model.selectedCamera
+            subtitle: view.model.cameraSubtitle
+            title: view.model.cameraTitle
+            working: view.model.working
 
-            CameraHeader {
-                cameras: view.model.cameraNames
-                connected: view.model.connected
-                selected: view.model.selectedCamera
-                subtitle: view.model.cameraSubtitle
-                title: view.model.cameraTitle
-                working: view.model.working
+            onChose: index => view.model.selectedCamera = index
+        }
 
-                onChose: index => view.model.selectedCamera = index
-            }
+        FormSection {
+            title: qsTr("Ziel")
 
-            FormSection {
-                title: qsTr("Ziel")
+            CardRow {
+                parted: false
 
-                CardRow {
-                    parted: false
+                SegmentedChoice {
+                    Layout.alignment: Qt.AlignHCenter
+                    chosen: view.model.destination
+                    label: qsTr("Ziel")
+                    options: [qsTr("Ordner"), qsTr("SFTP")]
 
-                    SegmentedChoice {
-                        Layout.alignment: Qt.AlignHCenter
-                        chosen: view.model.destination
-                        label: qsTr("Ziel")
-                        options: [qsTr("Ordner"), qsTr("SFTP")]
-
-                        onChose: index => view.model.destination = index
-                    }
-                }
-
-                FolderRows {
-                    description: view.model.destDescription
-                    needsChoice: view.model.destNeedsChoice
-                    networked: view.model.destOnNetwork
-                    visible: view.model.destination === ImportBridge.Destination.Folder
-
-                    onChoose: view.model.chooseDest()
-                    onShow: view.model.showDestInFinder()
-                }
-
-                ServerRows {
-                    checking: view.model.sftpChecking
-                    connected: view.model.sftpConnected
-                    host: view.model.sftpHost
-                    hostKey: view.model.sftpHostKey
-                    mismatch: view.model.sftpHostKeyMismatch
-                    path: view.model.sftpPath
-                    status: view.model.sftpStatus
-                    user: view.model.sftpUser
-                    visible: view.model.destination === ImportBridge.Destination.Server
-
-                    onCheck: view.model.applySFTPDestination()
-                    onForget: view.model.forgetSFTPHostKey()
-                    onHostEdited: host => view.model.sftpHost = host
-                    onPathEdited: path => view.model.sftpPath = path
-                    onUserEdited: user => view.model.sftpUser = user
-                }
-
-                KeyRows {
-                    busy: view.keys.busy
-                    explanation: view.keys.explanation
-                    failed: view.keys.failed
-                    fingerprint: view.keys.fingerprint
-                    hasKey: view.keys.hasKey
-                    message: view.keys.message
-                    publicKey: view.keys.publicKey
-                    visible: view.model.destination === ImportBridge.Destination.Server
-
-                    onCopy: view.keys.copyPublicKey()
-                    onGenerate: view.keys.generate()
-                    onRemove: view.keys.removeKey()
-                    onReplace: view.confirmNewKey = true
-                    onTakeOver: view.keys.importKey()
-                }
-
-                ToggleRow {
-                    caption: qsTr("Unterordner JJJJ-MM-TT")
-                    on: view.model.byDate
-                    title: qsTr("Nach Aufnahmetag ablegen")
-
-                    onToggled: on => view.model.byDate = on
-                }
-
-                ToggleRow {
-                    caption: qsTr("Unterordner CR3, JPG, MP4 …")
-                    on: view.model.byType
-                    title: qsTr("Nach Dateityp trennen")
-
-                    onToggled: on => view.model.byType = on
+                    onChose: index => view.model.destination = index
                 }
             }
 
-            FormSection {
-                title: qsTr("Automatisch nachziehen")
+            FolderRows {
+                description: view.model.destDescription
+                needsChoice: view.model.destNeedsChoice
+                networked: view.model.destOnNetwork
+                visible: view.model.destination === ImportBridge.Destination.Folder
 
-                ToggleRow {
-                    caption: view.model.autoImportCaption
-                    mayChange: view.model.mayChangeAutoImport
-                    on: view.model.autoImportEnabled
-                    parted: false
-                    title: qsTr("Beim Verbinden derselben Kamera fehlende Dateien importieren")
-
-                    onToggled: on => view.model.autoImportEnabled = on
-                }
+                onChoose: view.model.chooseDest()
+                onShow: view.model.showDestInFinder()
             }
 
-            FormSection {
-                title: qsTr("Zeitraum")
+            ServerRows {
+                checking: view.model.sftpChecking
+                connected: view.model.sftpConnected
+                host: view.model.sftpHost
+                hostKey: view.model.sftpHostKey
+                mismatch: view.model.sftpHostKeyMismatch
+                path: view.model.sftpPath
+                status: view.model.sftpStatus
+                user: view.model.sftpUser
+                visible: view.model.destination === ImportBridge.Destination.Server
 
-                DateRows {
-                    day: view.model.fromDayIndex
-                    days: view.model.dayCount
-                    filters: view.model.useFromDate
-                    fromDay: view.model.fromDay
-
-                    onDayChosen: index => view.model.fromDayIndex = index
-                    onFilterChosen: on => view.model.useFromDate = on
-                }
+                onCheck: view.model.applySFTPDestination()
+                onForget: view.model.forgetSFTPHostKey()
+                onHostEdited: host => view.model.sftpHost = host
+                onPathEdited: path => view.model.sftpPath = path
+                onUserEdited: user => view.model.sftpUser = user
             }
 
-            FormSection {
-                title: qsTr("Neu zu importieren")
+            KeyRows {
+                busy: view.keys.busy
+                explanation: view.keys.explanation
+                failed: view.keys.failed
+                fingerprint: view.keys.fingerprint
+                hasKey: view.keys.hasKey
+                message: view.keys.message
+                publicKey: view.keys.publicKey
+                visible: view.model.destination === ImportBridge.Destination.Server
 
-                SummaryRow {
-                    count: view.model.newCount
-                    size: view.model.newSize
-                    status: view.model.status
-                    summary: view.model.summary
-                    tiles: view.model.tiles
-                }
+                onCopy: view.keys.copyPublicKey()
+                onGenerate: view.keys.generate()
+                onRemove: view.keys.removeKey()
+                onReplace: view.confirmNewKey = true
+                onTakeOver: view.keys.importKey()
             }
 
-            LogSection {
-                lines: view.model.log
-                open: view.showLog
-                title: view.model.logTitle
+            ToggleRow {
+                caption: qsTr("Unterordner JJJJ-MM-TT")
+                on: view.model.byDate
+                title: qsTr("Nach Aufnahmetag ablegen")
 
-                onToggled: view.showLog = !view.showLog
+                onToggled: on => view.model.byDate = on
+            }
+
+            ToggleRow {
+                caption: qsTr("Unterordner CR3, JPG, MP4 …")
+                on: view.model.byType
+                title: qsTr("Nach Dateityp trennen")
+
+                onToggled: on => view.model.byType = on
             }
         }
 
-        ActionBar {
-            Layout.bottomMargin: Theme.margin
-            Layout.fillWidth: true
-            Layout.leftMargin: Theme.margin
-            Layout.rightMargin: Theme.margin
-            counts: view.model.progressCounts
-            importTitle: view.model.importTitle
-            importing: view.model.importing
-            mayImport: view.model.mayImport
-            progress: view.model.progress
-            speed: view.model.speed
-            status: view.model.status
+        FormSection {
+            title: qsTr("Automatisch nachziehen")
 
-            onCancel: view.model.cancelImport()
-            onReload: view.model.reload()
-            onStart: view.model.startImport()
+            ToggleRow {
+                caption: view.model.autoImportCaption
+                mayChange: view.model.mayChangeAutoImport
+                on: view.model.autoImportEnabled
+                parted: false
+                title: qsTr("Beim Verbinden derselben Kamera fehlende Dateien importieren")
+
+                onToggled: on => view.model.autoImportEnabled = on
+            }
         }
+
+        FormSection {
+            title: qsTr("Zeitraum")
+
+            DateRows {
+                day: view.model.fromDayIndex
+                days: view.model.dayCount
+                filters: view.model.useFromDate
+                fromDay: view.model.fromDay
+
+                onDayChosen: index => view.model.fromDayIndex = index
+                onFilterChosen: on => view.model.useFromDate = on
+            }
+        }
+
+        FormSection {
+            title: qsTr("Neu zu importieren")
+
+            SummaryRow {
+                count: view.model.newCount
+                size: view.model.newSize
+                status: view.model.status
+                summary: view.model.summary
+                tiles: view.model.tiles
+            }
+        }
+
+        LogSection {
+            lines: view.model.log
+            open: view.showLog
+            title: view.model.logTitle
+
+            onToggled: view.showLog = !view.showLog
+        }
+    }
+
+    ActionBar {
+        id: bar
+
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.margins: Theme.margin
+        anchors.right: parent.right
+        counts: view.model.progressCounts
+        importTitle: view.model.importTitle
+        importing: view.model.importing
+        mayImport: view.model.mayImport
+        progress: view.model.progress
+        speed: view.model.speed
+        status: view.model.status
+
+        onCancel: view.model.cancelImport()
+        onReload: view.model.reload()
+        onStart: view.model.startImport()
     }
 
     ConfirmNewKey {

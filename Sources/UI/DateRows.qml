@@ -5,7 +5,7 @@ import QtQuick.Layouts
 import Bildkurier
 
 /// Which days to import.
-ColumnLayout {
+Column {
     id: rows
 
     required property bool filters
@@ -16,8 +16,7 @@ ColumnLayout {
     signal filterChosen(bool on)
     signal dayChosen(real index)
 
-    Layout.fillWidth: true
-    spacing: 0
+    width: parent ? parent.width : 0
 
     ToggleRow {
         caption: qsTr("Ältere Aufnahmen werden übersprungen")

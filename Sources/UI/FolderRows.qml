@@ -5,7 +5,7 @@ import QtQuick.Layouts
 import Bildkurier
 
 /// The destination when it is a folder.
-ColumnLayout {
+Column {
     id: rows
 
     required property string description
@@ -15,8 +15,7 @@ ColumnLayout {
     signal choose
     signal show
 
-    Layout.fillWidth: true
-    spacing: 0
+    width: parent ? parent.width : 0
 
     CardRow {
         Symbol {

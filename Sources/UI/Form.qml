@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 import QtQuick
-import QtQuick.Layouts
 import QtQuick.Templates as T
 
 /// Sections one below the other, scrolled when the window is too low for them.
@@ -32,7 +31,7 @@ Flickable {
 
     onFocusItemChanged: if (holds(focusItem)) reveal(focusItem)
 
-    ColumnLayout {
+    Column {
         id: column
 
         spacing: 16

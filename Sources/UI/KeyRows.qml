@@ -22,11 +22,13 @@ CardRow {
     signal takeOver
     signal remove
 
-    ColumnLayout {
+    Column {
+        Layout.fillWidth: true
         spacing: 8
 
         RowLayout {
             spacing: 6
+            width: parent.width
 
             Symbol {
                 Layout.preferredHeight: 15
@@ -40,19 +42,21 @@ CardRow {
                 Layout.fillWidth: true
                 font.weight: Font.DemiBold
                 text: qsTr("Schlüssel der App")
+                wrapMode: Text.NoWrap
             }
         }
 
         Caption {
-            Layout.fillWidth: true
             objectName: "keyExplanation"
             text: rows.explanation
             visible: !rows.hasKey
+            width: parent.width
         }
 
         RowLayout {
             spacing: 10
             visible: rows.hasKey
+            width: parent.width
 
             KeyLine {
                 Layout.fillWidth: true
@@ -68,23 +72,23 @@ CardRow {
         }
 
         Caption {
-            Layout.fillWidth: true
             objectName: "keyFingerprint"
             text: rows.fingerprint
             visible: rows.hasKey
+            width: parent.width
             wrapMode: Text.WrapAnywhere
         }
 
         Caption {
-            Layout.fillWidth: true
             objectName: "keyInstruction"
+            width: parent.width
             text: qsTr("Diesen öffentlichen Schlüssel auf dem Server als eine Zeile in ~/.ssh/authorized_keys des Benutzers eintragen (bei SFTPGo im Benutzer unter „Public keys“). Die App meldet sich nur damit an, nie mit Passwort.")
             visible: rows.hasKey
         }
 
         Flow {
-            Layout.fillWidth: true
             spacing: 10
+            width: parent.width
 
             PushButton {
                 enabled: !rows.busy
@@ -132,11 +136,11 @@ CardRow {
 
         Caption {
             Accessible.role: Accessible.AlertMessage
-            Layout.fillWidth: true
             color: rows.failed ? Theme.bad : Theme.good
             objectName: "keyMessage"
             text: rows.message
             visible: text !== ""
+            width: parent.width
         }
     }
 }

@@ -15,7 +15,7 @@ Card {
 
     signal toggled
 
-    Layout.fillWidth: true
+    width: parent ? parent.width : 0
 
     CardRow {
         padding: 0

@@ -33,7 +33,7 @@ CardRow {
         }
 
         Layout.fillWidth: true
-        Layout.preferredHeight: 180
+        Layout.preferredHeight: Math.min(180, contentHeight)
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         contentHeight: text.implicitHeight

@@ -21,38 +21,38 @@ CardRow {
         implicitHeight: content.implicitHeight + 16
         radius: 7
 
-        RowLayout {
-            id: content
+        Symbol {
+            id: drawing
 
             anchors.left: parent.left
             anchors.margins: 10
+            anchors.top: content.top
+            color: Theme.warning
+            height: 20
+            name: notice.symbol
+            width: 20
+        }
+
+        Column {
+            id: content
+
+            anchors.left: drawing.right
+            anchors.margins: 10
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            spacing: 10
+            spacing: 1
 
-            Symbol {
-                Layout.alignment: Qt.AlignTop
-                Layout.preferredHeight: 20
-                Layout.preferredWidth: 20
+            BodyText {
                 color: Theme.warning
-                name: notice.symbol
+                font.weight: Font.DemiBold
+                text: notice.title
+                width: parent.width
             }
 
-            ColumnLayout {
-                spacing: 1
-
-                BodyText {
-                    Layout.fillWidth: true
-                    color: Theme.warning
-                    font.weight: Font.DemiBold
-                    text: notice.title
-                }
-
-                Caption {
-                    Layout.fillWidth: true
-                    color: Theme.text
-                    text: notice.text
-                }
+            Caption {
+                color: Theme.text
+                text: notice.text
+                width: parent.width
             }
         }
     }

@@ -5,7 +5,7 @@ import QtQuick.Layouts
 import Bildkurier
 
 /// A quiet line in the middle of a card.
-ColumnLayout {
+Column {
     id: remark
 
     property alias hint: hintText.text
@@ -13,32 +13,36 @@ ColumnLayout {
     property alias symbol: drawing.name
     property alias text: words.text
 
+    Layout.fillWidth: true
     spacing: 4
 
-    RowLayout {
-        Layout.alignment: Qt.AlignHCenter
+    Row {
+        anchors.horizontalCenter: parent.horizontalCenter
         spacing: 8
 
         Symbol {
             id: drawing
 
-            Layout.preferredHeight: 18
-            Layout.preferredWidth: 18
+            anchors.verticalCenter: parent.verticalCenter
             color: remark.ink
+            height: 18
+            width: 18
         }
 
         BodyText {
             id: words
 
+            anchors.verticalCenter: parent.verticalCenter
             color: Theme.secondary
+            width: Math.min(implicitWidth, remark.width - drawing.width - 8)
         }
     }
 
     Caption {
         id: hintText
 
-        Layout.fillWidth: true
         horizontalAlignment: Text.AlignHCenter
         visible: text !== ""
+        width: parent.width
     }
 }

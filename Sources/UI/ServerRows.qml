@@ -5,7 +5,7 @@ import QtQuick.Layouts
 import Bildkurier
 
 /// The destination when it is on a server.
-ColumnLayout {
+Column {
     id: rows
 
     required property string user
@@ -23,8 +23,7 @@ ColumnLayout {
     signal check
     signal forget
 
-    Layout.fillWidth: true
-    spacing: 0
+    width: parent ? parent.width : 0
 
     FieldRow {
         label: qsTr("Benutzer")
@@ -57,11 +56,13 @@ ColumnLayout {
     }
 
     CardRow {
-        ColumnLayout {
+        Column {
+            Layout.fillWidth: true
             spacing: 8
 
             RowLayout {
                 spacing: 10
+                width: parent.width
 
                 PushButton {
                     enabled: !rows.checking
@@ -94,10 +95,10 @@ ColumnLayout {
             }
 
             Caption {
-                Layout.fillWidth: true
                 objectName: "hostKey"
                 text: rows.hostKey
                 visible: text !== ""
+                width: parent.width
                 wrapMode: Text.WrapAtWordBoundaryOrAnywhere
             }
 

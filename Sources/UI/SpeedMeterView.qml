@@ -2,7 +2,6 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 pragma ComponentBehavior: Bound
 import QtQuick
-import QtQuick.Layouts
 import Bildkurier
 
 /// The speed of an import as a row of lights.
@@ -32,18 +31,21 @@ Rectangle {
         wrapMode: Text.NoWrap
     }
 
-    ColumnLayout {
+    Column {
         id: content
 
-        anchors.fill: parent
-        anchors.margins: 8
         spacing: 4
+        width: parent.width - 16
+        x: 8
+        y: 8
 
-        RowLayout {
-            spacing: 6
+        Item {
+            implicitHeight: current.implicitHeight
+            width: parent.width
 
             Readout {
-                Layout.fillWidth: true
+                id: current
+
                 color: gauge.reading.currentColor
                 font.pixelSize: 17
                 objectName: "current"
@@ -58,12 +60,19 @@ Rectangle {
             }
 
             Readout {
+                anchors.right: peak.left
+                anchors.rightMargin: 6
+                anchors.verticalCenter: parent.verticalCenter
                 color: gauge.reading.averageColor
                 objectName: "average"
                 text: "Ø " + gauge.reading.average
             }
 
             Readout {
+                id: peak
+
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
                 color: Qt.rgba(1, 1, 1, 0.55)
                 objectName: "peak"
                 text: qsTr("Spitze %1").arg(gauge.reading.peak)
@@ -75,8 +84,8 @@ Rectangle {
 
             readonly property real segmentWidth: (width - (gauge.reading.segments - 1) * spacing) / gauge.reading.segments
 
-            Layout.fillWidth: true
             spacing: 2
+            width: parent.width
 
             Repeater {
                 model: gauge.reading.segments
@@ -120,8 +129,8 @@ Rectangle {
         }
 
         Item {
-            Layout.fillWidth: true
             implicitHeight: unit.implicitHeight
+            width: parent.width
             objectName: "scaleRow"
 
             Repeater {

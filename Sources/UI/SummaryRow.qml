@@ -24,7 +24,7 @@ CardRow {
         visible: row.summary === ImportBridge.Summary.NoCamera
     }
 
-    RowLayout {
+    Row {
         Layout.alignment: Qt.AlignHCenter
         spacing: 8
         visible: row.summary === ImportBridge.Summary.Working
@@ -37,6 +37,7 @@ CardRow {
             color: Theme.secondary
             objectName: "workingStatus"
             text: row.status
+            width: Math.min(implicitWidth, row.width - 60)
         }
     }
 
@@ -60,12 +61,14 @@ CardRow {
         visible: row.summary === ImportBridge.Summary.NothingNew
     }
 
-    ColumnLayout {
+    Column {
+        Layout.fillWidth: true
         spacing: 8
         visible: row.summary === ImportBridge.Summary.NewFiles
 
         RowLayout {
             spacing: 10
+            width: parent.width
 
             BodyText {
                 font.pixelSize: 16
@@ -82,8 +85,8 @@ CardRow {
         }
 
         TileGrid {
-            Layout.fillWidth: true
             tiles: row.tiles
+            width: parent.width
         }
     }
 }

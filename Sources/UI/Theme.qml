@@ -13,7 +13,7 @@ QtObject {
     readonly property color card: dark ? "#2a2a2d" : "#ffffff"
     readonly property color line: dark ? "#3a3a3e" : "#e4e4e9"
     readonly property color text: dark ? "#f3f3f5" : "#1c1c1e"
-    readonly property color secondary: dark ? "#a4a4ac" : "#64646c"
+    readonly property color secondary: dark ? "#aeaeb6" : "#64646c"
     readonly property color accent: dark ? "#4a9bff" : "#0a6cdf"
     readonly property color accentTint: dark ? "#2e3a4b" : "#dceafa"
     readonly property color prominent: dark ? "#1b6fd8" : "#0a6cdf"
@@ -30,7 +30,7 @@ QtObject {
     readonly property color field: dark ? "#1e1e20" : "#ffffff"
     readonly property color connected: dark ? "#3ecf6a" : "#34c759"
 
-    readonly property list<color> tileTints: dark ? ["#363c5b", "#2a463d", "#513e2c", "#433551"] : ["#ebefff", "#e5f4ee", "#faf0e5", "#f2ebf9"]
+    readonly property list<color> tileTints: dark ? ["#333957", "#2a463d", "#513e2c", "#433551"] : ["#ebefff", "#e5f4ee", "#faf0e5", "#f2ebf9"]
     readonly property list<color> tileTexts: dark ? ["#a9baff", "#62d6a8", "#f0a85c", "#cfa3f0"] : ["#3a57d6", "#167650", "#99540c", "#7e3fb5"]
 
     /// The system's font of equally wide letters.

@@ -18,7 +18,7 @@ Rectangle {
     implicitHeight: content.implicitHeight + 14
     radius: 8
 
-    ColumnLayout {
+    Column {
         id: content
 
         anchors.left: parent.left
@@ -29,6 +29,7 @@ Rectangle {
 
         RowLayout {
             spacing: 5
+            width: parent.width
 
             BodyText {
                 Accessible.ignored: true

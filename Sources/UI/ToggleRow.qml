@@ -14,19 +14,19 @@ CardRow {
 
     signal toggled(bool on)
 
-    ColumnLayout {
+    Column {
+        Layout.fillWidth: true
         spacing: 1
 
         BodyText {
             Accessible.ignored: true
-            Layout.fillWidth: true
             text: row.title
+            width: parent.width
         }
 
         Caption {
-            Layout.fillWidth: true
-            Layout.maximumWidth: 540
             text: row.caption
+            width: Math.min(parent.width, 540)
         }
     }
 

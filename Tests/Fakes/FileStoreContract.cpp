@@ -105,7 +105,8 @@ TEST_P(FileStoreContract, TakesNamesAsTheyAre) {
         EXPECT_TRUE(store().fileExists(at(file))) << file;
         EXPECT_EQ(store().fileSize(at(file)), 8) << file;
         EXPECT_EQ(contents(at(file)), "contents") << file;
-        EXPECT_EQ(store().existingFileKeys(at("odd")), FileKeys{fileKey(name, 8)}) << file;
+        // A store that cannot tell whether a name was written in another way takes both.
+        EXPECT_TRUE(store().existingFileKeys(at("odd")).contains(fileKey(name, 8))) << file;
         store().removeItem(at(file));
     }
 }

@@ -67,6 +67,9 @@ rc::Gen<ImportStep> anyStep() {
                                              {1, Event::changeHostKey},
                                              {1, Event::refuseConnections},
                                              {1, Event::changeOwnKey},
+                                             {1, Event::expectCamera},
+                                             {1, Event::anotherProcess},
+                                             {2, Event::replugInMove},
                                          })),
         rc::gen::set(&ImportStep::which, rc::gen::inRange(0, 12)));
 }

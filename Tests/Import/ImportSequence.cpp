@@ -23,6 +23,7 @@ using namespace std::string_literals;
 
 constexpr Duration speedInterval{0.25};
 constexpr Duration watchInterval{0.5};
+constexpr Duration retryInterval{5.0};
 constexpr auto goesOn = "Kamera getrennt. Der Import geht weiter, sobald sie wieder verbunden ist.";
 constexpr auto gaveUp =
     "Import gestoppt: Die Kamera trennt sich wiederholt, ohne dass etwas ankommt. Originalkabel "
@@ -37,6 +38,7 @@ constexpr auto allPresent = "Auto-Import: alle Dateien dieser Kamera sind bereit
 constexpr auto notWritable =
     "Auto-Import ausgesetzt: Zielordner fehlt oder ist nicht beschreibbar.";
 constexpr auto noRoom = "Auto-Import ausgesetzt: zu wenig freier Platz im Zielordner.";
+constexpr auto anotherRuns = "Es läuft schon ein Import.";
 constexpr auto cannotWrite = "Kann Zielordner nicht beschreiben: ";
 constexpr auto otherHostKey =
     "Der Server zeigt einen anderen Schlüssel als beim ersten Verbinden. Nur wenn der Server neu "
@@ -93,18 +95,18 @@ ImportSequence::ImportSequence(bool trusting) {
 void ImportSequence::make() {
     auto runner = std::make_unique<ImportRunner>(scans_, main_, loop_);
     runner_ = runner.get();
-    model_ = std::make_shared<ImportModel>(
-        ImportModel::Collaborators{.browser = nullptr,
-                                   .fileStore = scans_,
-                                   .settings = settings_,
-                                   .folderPicker = picker_,
-                                   .runner = std::move(runner),
-                                   .autoImport = std::make_shared<AutoImport>(settings_, scans_),
-                                   .sleepBlocker = sleepBlocker_,
-                                   .folderAccess = access_,
-                                   .runLock = lock_,
-                                   .keyring = keyring_},
-        main_, loop_);
+    autoImport_ = std::make_shared<AutoImport>(settings_, scans_);
+    model_ = std::make_shared<ImportModel>(ImportModel::Collaborators{.browser = nullptr,
+                                                                      .fileStore = scans_,
+                                                                      .settings = settings_,
+                                                                      .folderPicker = picker_,
+                                                                      .runner = std::move(runner),
+                                                                      .autoImport = autoImport_,
+                                                                      .sleepBlocker = sleepBlocker_,
+                                                                      .folderAccess = access_,
+                                                                      .runLock = lock_,
+                                                                      .keyring = keyring_},
+                                           main_, loop_);
     observation_ = model_->observe([this] { observed(); });
 }
 
@@ -241,6 +243,18 @@ void ImportSequence::happen(const ImportStep& step) {
             keyring_->key.reset();
             if (which % 3 != 0) keyring_->key = "ssh-ed25519 A";
             break;
+        case Event::expectCamera:
+            expectCamera(device);
+            break;
+        case Event::anotherProcess:
+            lock_->takenByAnother = which % 2 == 0 && !lock_->held;
+            break;
+        case Event::replugInMove:
+            slow_->meanwhile = [this] {
+                replug();
+                check();
+            };
+            break;
         case Event::fillLog:
             for (int line = 0; line < 200; ++line) model_->addLog("Zeile");
             break;
@@ -265,6 +279,11 @@ void ImportSequence::plugIn(Device& device) {
     const bool resumes =
         pendingResume_ && device.identity == pendingResume_->identity && !importing;
     if (resumes) resumeReady_ = true;
+    if (!resumes && expectedTrust_ && device.identity == expectedTrust_) {
+        expectedTrust_.reset();
+        settings_->storedAutoImport = true;
+        settings_->storedIdentity = device.identity;
+    }
     const bool imports = !resumes && isTrusted(*camera);
     if (imports) pendingAutoImport_ = device.identity;
     const auto selected = model_->selectedID();
@@ -352,6 +371,20 @@ void ImportSequence::replug() {
     unplug(static_cast<std::size_t>(place));
     check();
     connect(*device);
+}
+
+void ImportSequence::expectCamera(const Device& device) {
+    if (!device.identity || device.attached) return;
+    expectedTrust_ = device.identity;
+    checkNothingHappens([this] { model_->trustWhenConnected(*expectedTrust_); });
+}
+
+/// The other process has come to its end.
+void ImportSequence::noteRetry() {
+    const auto camera = autoImport_->waitingCamera(model_->cameras(), nullptr);
+    if (!postponed_ || !camera) return;
+    pendingAutoImport_ = camera->identity();
+    postponed_ = false;
 }
 
 void ImportSequence::openSession(std::size_t which, const std::optional<Error>& error) {
@@ -467,6 +500,9 @@ void ImportSequence::start() {
     userStarts_ = false;
     if (needsChoice()) {
         RC_ASSERT(model_->status() == chooseFolderStatus);
+        RC_ASSERT(model_->phase() == Phase::ready);
+    } else if (lock_->takenByAnother) {
+        RC_ASSERT(model_->status() == anotherRuns);
         RC_ASSERT(model_->phase() == Phase::ready);
     } else if (model_->phase() == Phase::ready) {
         RC_ASSERT(model_->status().starts_with(cannotWrite));
@@ -617,6 +653,8 @@ void ImportSequence::addFile(Device& device, std::size_t which) {
 void ImportSequence::finish() {
     failing_->failAt.reset();
     store_->capacity = plenty;
+    lock_->takenByAnother = false;
+    slow_->meanwhile = nullptr;
     deliverAll();
     check();
     RC_ASSERT(!run_);
@@ -721,8 +759,10 @@ void ImportSequence::observed() {
         changed(from, phase_);
     }
     noteDestination();
+    if (phase_ == Phase::checking) noteRetry();
     if (status_ != model_->status()) {
         status_ = model_->status();
+        if (status_ == anotherRuns) refused_ = true;
         // The last word of every comparison with a folder that must be chosen again.
         if (status_ == chooseFolderStatus && !userStarts_) ++filterings_;
     }
@@ -888,15 +928,17 @@ void ImportSequence::takeUpPending() {
     if (phase_ != Phase::ready || !camera || camera->read.empty() || filterings == 0) return;
     const std::string& status = model_->status();
     if (resumeReady_ && pendingResume_ && camera->identity() == pendingResume_->identity) {
-        RC_ASSERT((isAmong(status, {nothingMissing, chooseFolderStatus}) ||
+        RC_ASSERT((isAmong(status, {nothingMissing, chooseFolderStatus, anotherRuns}) ||
                    status.starts_with(cannotWrite)));
         pendingResume_.reset();
         resumeReady_ = false;
         if (--filterings == 0) return;
     }
     if (pendingAutoImport_ && camera->identity() == pendingAutoImport_ && isTrusted(*camera)) {
-        RC_ASSERT((isAmong(status, {allPresent, notWritable, noRoom, chooseFolderStatus}) ||
-                   status.starts_with(cannotWrite)));
+        RC_ASSERT(
+            (isAmong(status, {allPresent, notWritable, noRoom, chooseFolderStatus, anotherRuns}) ||
+             status.starts_with(cannotWrite)));
+        if (status == anotherRuns) postponed_ = true;
     }
     pendingAutoImport_.reset();
 }
@@ -914,6 +956,7 @@ void ImportSequence::checkRun() const {
     const auto waiting = waitingFiles(false);
     RC_ASSERT(waiting.size() <= (importing ? 1 : 0));
     RC_ASSERT(main_.repeating(watchInterval) <= (importing ? 1 : 0));
+    RC_ASSERT(main_.repeating(retryInterval) <= (importing ? 0 : 1));
     if (!importing) return;
     RC_ASSERT((run_->byUser || run_->announced));
     RC_ASSERT(model_->newFiles() == run_->files);
@@ -1011,7 +1054,7 @@ void ImportSequence::checkStatus() const {
 }
 
 bool ImportSequence::isStatusOfReady(const std::string& status) const {
-    if (status == chooseFolderStatus) return true;
+    if (isAmong(status, {chooseFolderStatus, anotherRuns})) return true;
     if (model_->cameraFileCount() == 0) return status == "Die Kamera meldet keine Dateien.";
     if (isAmong(status, {allPresent, notWritable, noRoom})) return true;
     if (model_->newFiles().empty()) {

@@ -16,6 +16,7 @@
 #include "MemorySettings.h"
 #include "ScanMemory.h"
 #include "ScriptedCamera.h"
+#include "SlowMoves.h"
 #include "TimerCensus.h"
 
 #include <array>
@@ -87,6 +88,8 @@ private:
     void unplug(std::size_t which);
     void connect(Device& device);
     void replug();
+    void expectCamera(const Device& device);
+    void noteRetry();
     void openSession(std::size_t which, const std::optional<Error>& error);
     void catalogReady(std::size_t which);
     void cardChanges(Device& device, bool grows);
@@ -152,12 +155,14 @@ private:
     std::shared_ptr<FailingFileStore> failing_ = std::make_shared<FailingFileStore>(store_);
     std::shared_ptr<FakeSSHKeyring> keyring_ = std::make_shared<FakeSSHKeyring>();
     std::shared_ptr<FakeServer> server_ = std::make_shared<FakeServer>(failing_, keyring_);
-    std::shared_ptr<ScanMemory> scans_ = std::make_shared<ScanMemory>(server_);
+    std::shared_ptr<SlowMoves> slow_ = std::make_shared<SlowMoves>(server_);
+    std::shared_ptr<ScanMemory> scans_ = std::make_shared<ScanMemory>(slow_);
     std::shared_ptr<MemorySettings> settings_ = std::make_shared<MemorySettings>();
     std::shared_ptr<FakeFolderPicker> picker_ = std::make_shared<FakeFolderPicker>();
     std::shared_ptr<FakeSleepBlocker> sleepBlocker_ = std::make_shared<FakeSleepBlocker>();
     std::shared_ptr<FakeFolderAccess> access_ = std::make_shared<FakeFolderAccess>();
     std::shared_ptr<FakeRunLock> lock_ = std::make_shared<FakeRunLock>();
+    std::shared_ptr<AutoImport> autoImport_;
     std::shared_ptr<ImportModel> model_;
     ImportRunner* runner_ = nullptr;  ///< the model's
     Handle observation_;
@@ -183,6 +188,8 @@ private:
     bool resumeReady_ = false;
     int fruitless_ = 0;
     std::optional<std::string> pendingAutoImport_;
+    std::optional<std::string> expectedTrust_;
+    bool postponed_ = false;    ///< an automatic import, since another process imports
     std::vector<Url> applied_;  ///< servers that were to be checked
     Url seenDest_;
     Url serverDest_;  ///< the server that was the destination last

@@ -49,6 +49,9 @@ std::ostream& operator<<(std::ostream& out, const ImportStep& step) {
                                          "changeHostKey",
                                          "refuseConnections",
                                          "changeOwnKey",
+                                         "expectCamera",
+                                         "anotherProcess",
+                                         "replugInMove",
                                          "fillLog"};
     return out << names.at(static_cast<std::size_t>(step.event)) << ' ' << step.which;
 }

@@ -57,6 +57,10 @@ struct ImportStep {
         changeHostKey,
         refuseConnections,
         changeOwnKey,
+        // The camera to trust, other processes, and a slow destination
+        expectCamera,
+        anotherProcess,
+        replugInMove,
         // The log
         fillLog,
     };

@@ -68,9 +68,8 @@ void filter(WindowScript& script) {
 void ready(WindowScript& script) {
     const int made = camera(script);
     script.connectCamera(made);
-    filter(script);
     script.model()->setAutoImportEnabled(true);
-    script.settle();
+    filter(script);
 }
 
 void importing(WindowScript& script) {
@@ -147,8 +146,8 @@ std::vector<State> states() {
          [](auto& script) { script.connectCamera(camera(script)); }},
         {"sftp-neuer-server", server,
          [](auto& script) {
-             ready(script);
              check(script);
+             ready(script);
          }},
         {"sftp-anderer-schluessel", server,
          [](auto& script) {

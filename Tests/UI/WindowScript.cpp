@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QDateTime>
 #include <QGuiApplication>
+#include <QPalette>
 #include <QQmlEngine>
 #include <chrono>
 #include <optional>
@@ -177,6 +178,15 @@ QString WindowScript::clipboard() { return QGuiApplication::clipboard()->text();
 
 void WindowScript::setClipboard(const QString& text) {
     QGuiApplication::clipboard()->setText(text);
+}
+
+bool WindowScript::isDark() {
+    return QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
+}
+
+void WindowScript::setDark(bool dark) {
+    QGuiApplication::setPalette(
+        QPalette(dark ? QColor(0x1e, 0x1e, 0x20) : QColor(0xf2, 0xf2, 0xf5)));
 }
 
 QString WindowScript::stored(const QString& key) const {

@@ -44,6 +44,8 @@ class WindowScript : public QObject {
     Q_PROPERTY(int dialogs READ dialogs)
     Q_PROPERTY(int keysMade READ keysMade)
     Q_PROPERTY(QString clipboard READ clipboard WRITE setClipboard)
+    /// The desktop's look, which outlives this.
+    Q_PROPERTY(bool dark READ isDark WRITE setDark)
 
 public:
     ImportBridge* model() const { return model_.get(); }
@@ -54,6 +56,8 @@ public:
     int keysMade() const { return keyring_->generated; }
     static QString clipboard();
     static void setClipboard(const QString& text);
+    static bool isDark();
+    static void setDark(bool dark);
 
     Q_INVOKABLE void begin();
 

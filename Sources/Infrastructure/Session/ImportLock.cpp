@@ -39,9 +39,10 @@ Result<> ImportLock::acquire() {
     FileDescriptor file(retried(
         [&] { return ::open(path_.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600); }));
     if (!file) return unusable(path_, errno);
-    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0)
+    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
         return errno == EWOULDBLOCK ? failure("Es läuft schon ein Import.")
                                     : unusable(path_, errno);
+    }
     file_ = std::move(file);
     return {};
 }

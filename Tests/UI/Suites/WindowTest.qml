@@ -134,8 +134,17 @@ TestCase {
         return tree.told(view, role, name);
     }
 
+    /// Whether everything is where it belongs.
+    function isLaidOut() {
+        let pending = false;
+        visit(root(), item => pending = pending || isPolishScheduled(item));
+        return !pending;
+    }
+
     function click(role, name) {
-        mouseClick(has(role, name));
+        has(role, name);
+        tryVerify(isLaidOut);
+        mouseClick(find(role, name));
     }
 
     function press(name) {

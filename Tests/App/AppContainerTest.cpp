@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "AppContainer.h"
+#include "EnvironmentVariable.h"
+#include "EventLoop.h"
+#include "IniUserDefaults.h"
+#include "TemporaryFolder.h"
+#include "ThreadPool.h"
+#include "UserDefaultsSettings.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+
+namespace bildkurier {
+namespace {
+
+class AppContainerTest : public testing::Test {
+protected:
+    ~AppContainerTest() override {
+        parts = {};
+        pool.reset();
+    }
+
+    void make(AppContainer::Options options) {
+        options.defaults = defaults;
+        options.onAttachedCamerasReported = [this] {
+            ++reports;
+            loop.stop();
+        };
+        parts = AppContainer::make(loop, *pool, std::move(options));
+    }
+
+    const TemporaryFolder folder;
+    const EnvironmentVariable config{"XDG_CONFIG_HOME", folder.makeFolder("config")};
+    const EnvironmentVariable data{"XDG_DATA_HOME", folder.makeFolder("data")};
+    const EnvironmentVariable caches{"XDG_CACHE_HOME", folder.makeFolder("caches")};
+    const EnvironmentVariable runtime{"XDG_RUNTIME_DIR", folder.makeFolder("runtime")};
+    const std::string card = folder.makeFolder("card");
+    std::shared_ptr<UserDefaults> defaults =
+        std::make_shared<IniUserDefaults>(folder.path("config/a.conf"));
+    EventLoop loop;
+    std::optional<ThreadPool> pool{std::in_place};
+    AppContainer::Parts parts;
+    int reports = 0;
+};
+
+TEST_F(AppContainerTest, ReportsTheGivenFoldersOnceTheMainQueueRuns) {
+    make({.cards = {card}});
+    EXPECT_EQ(reports, 0);
+    EXPECT_TRUE(parts.model->cameras().empty());
+    loop.run();
+    EXPECT_EQ(reports, 1);
+    ASSERT_EQ(parts.model->cameras().size(), 1U);
+    EXPECT_EQ(parts.model->cameras().front()->name(), "card");
+    EXPECT_FALSE(parts.model->autoImportEnabled());
+}
+
+TEST_F(AppContainerTest, TrustsTheCameraThatIsNamed) {
+    make({.cards = {card}, .trusted = "card"});
+    loop.run();
+    EXPECT_TRUE(parts.model->autoImportEnabled());
+    EXPECT_EQ(UserDefaultsSettings(defaults).autoImportCameraName(), "card");
+}
+
+TEST_F(AppContainerTest, LooksForNoCameraWhereItShallNot) {
+    make({.cards = {card}, .discovers = false});
+    loop.stop();
+    loop.run();
+    EXPECT_EQ(reports, 0);
+    EXPECT_TRUE(parts.model->cameras().empty());
+}
+
+TEST_F(AppContainerTest, HandsTheModelTheGivenChoices) {
+    UserDefaultsSettings settings(defaults);
+    settings.setDestination(folder.url("bilder"));
+    settings.setByDate(true);
+    make({.discovers = false});
+    EXPECT_EQ(parts.model->dest(), folder.url("bilder"));
+    EXPECT_TRUE(parts.model->byDate());
+}
+
+TEST_F(AppContainerTest, WorksWithoutDialogsAndWithoutAFileManager) {
+    UserDefaultsSettings(defaults).setDestination(folder.url("bilder"));
+    make({.discovers = false});
+    parts.model->chooseDest();
+    parts.model->showDestInFinder();
+    parts.keys->importKey();
+    EXPECT_EQ(parts.model->dest(), folder.url("bilder"));
+    EXPECT_FALSE(parts.keys->busy());
+}
+
+TEST_F(AppContainerTest, LetsOneImportRunPerUser) {
+    make({.discovers = false});
+    const auto first = parts;
+    EXPECT_TRUE(first.runLock->acquire());
+    make({.discovers = false});
+    EXPECT_FALSE(parts.runLock->acquire());
+    first.runLock->release();
+    EXPECT_TRUE(parts.runLock->acquire());
+}
+
+}  // namespace
+}  // namespace bildkurier
