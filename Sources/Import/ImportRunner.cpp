@@ -101,18 +101,12 @@ void ImportRunner::downloadNext() {
     struct Prepared {
         Result<> folder;
         std::string saveName;
-        bool isThere = false;  ///< the very file, as far as its name and size tell
     };
     runThen(
         background_, main_,
-        [store = fileStore_, item, isNamed = name.has_value()] {
-            const auto& [size, wanted, saveName, folder] = item;
-            Prepared prepared{.folder = store->createDirectory(folder), .saveName = wanted};
-            if (!prepared.folder) return prepared;
-            prepared.saveName = store->freeName(wanted, folder);
-            // A comparison that broke off may have missed it.
-            prepared.isThere = isNamed && prepared.saveName != wanted &&
-                               store->fileSize(folder.appending(wanted)) == size;
+        [store = fileStore_, folder = item.folder, name = item.wantedName] {
+            Prepared prepared{.folder = store->createDirectory(folder)};
+            if (prepared.folder) prepared.saveName = store->freeName(name, folder);
             return prepared;
         },
         runID_([this, file, item](Prepared prepared) mutable {
@@ -126,18 +120,9 @@ void ImportRunner::downloadNext() {
                 }
                 return;
             }
-            if (prepared.isThere) return passOver(item);
             item.saveName = std::move(prepared.saveName);
             load(*file, item);
         }));
-}
-
-void ImportRunner::passOver(const Item& item) {
-    if (!log(fmt::format("ℹ︎ {} liegt schon in gleicher Größe am Ziel → nicht geladen",
-                         displayText(item.wantedName)))) {
-        return;
-    }
-    main_.post(runID_([this] { downloadNext(); }));
 }
 
 void ImportRunner::load(CameraFile& file, const Item& item) {

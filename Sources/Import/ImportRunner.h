@@ -23,8 +23,7 @@ namespace bildkurier {
 
 /// Loads camera files into a destination, strictly one after another: each into the staging
 /// folder, watched while it grows, checked for its exact size, then moved into its layout
-/// folder under a name that is free. A file that fails is counted and the run goes on; one
-/// whose name bears a file of its size already is passed over and not counted.
+/// folder under a name that is free. A file that fails is counted and the run goes on.
 /// Main thread.
 class ImportRunner {
 public:
@@ -78,7 +77,6 @@ private:
     struct Item;
 
     void downloadNext();
-    void passOver(const Item& item);
     void load(CameraFile& file, const Item& item);
     void moveIntoPlace(const Item& item, const Url& staged);
     void finishFile(const Item& item, const Result<>& outcome);
