@@ -71,7 +71,7 @@ void ImportCommand::reachServer() {
         },
         answers_([this](const ServerVisit& visit) {
             if (isInterrupted()) return;
-            if (visit.isFirst) reportNewServer(*visit.fingerprint);
+            if (visit.fingerprint && visit.isFirst) reportNewServer(*visit.fingerprint);
             if (visit.error) return stop(ExitStatus::destinationUnusable, visit.error->message);
             nextCamera();
         }));

@@ -32,7 +32,7 @@ void ServerCommand::look() {
     const bool isNew = model().sftpHostIsNew();
     const bool isConnected = model().sftpConnected();
     if (isConnected) report().status(status);
-    if (isNew) reportNewServer(*fingerprint);
+    if (fingerprint && isNew) reportNewServer(*fingerprint);
     if (!isConnected) return stop(ExitStatus::destinationUnusable, status);
     if (fingerprint && !isNew) report().status(fmt::format("Server-Schlüssel: {}", *fingerprint));
     end();

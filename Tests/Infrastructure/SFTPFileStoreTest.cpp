@@ -6,6 +6,7 @@
 #include "TemporaryFolder.h"
 #include "Tree.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -456,7 +457,8 @@ TEST_F(SFTPFileStoreTest, UploadsUnderANameThatIsNotTooLong) {
     for (const auto& [name, part] : cases) {
         runner->calls.clear();
         (void)store.moveItem(folder.url("missing"), server("/p/" + name));
-        EXPECT_TRUE(scripts().at(0).ends_with("rename \"/p/" + part + "\" \"/p/" + name + "\"\n"))
+        EXPECT_TRUE(
+            scripts().at(0).ends_with(fmt::format("rename \"/p/{}\" \"/p/{}\"\n", part, name)))
             << scripts().at(0);
     }
 }

@@ -160,7 +160,7 @@ TEST_F(SftpServerTest, ReplacesWhatABrokenUploadLeft) {
 
 TEST_F(SftpServerTest, TakesTheLongestNames) {
     Tree expected;
-    for (const std::size_t length : {250, 251, 255}) {
+    for (const std::size_t length : {250U, 251U, 255U}) {
         const auto name = std::string(length - 4, 'n') + ".JPG";
         const auto moved = bring(name, "picture");
         EXPECT_TRUE(moved) << length << ": " << moved.error().message;
