@@ -71,12 +71,12 @@ int run(const QApplication& app, SingleInstance& instance) {
                                            .folderPicker = std::make_shared<DialogFolderPicker>(),
                                            .workspace = std::make_shared<DesktopWorkspace>(),
                                            .trusted = {}});
-    ImportBridge model(parts.model);
-    KeyBridge keys(parts.keys);
+    const auto model = std::make_unique<ImportBridge>(parts.model);
+    const auto keys = std::make_unique<KeyBridge>(parts.keys);
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/qml"));
-    engine.setInitialProperties({{"model", QVariant::fromValue(&model)},
-                                 {"keys", QVariant::fromValue(&keys)},
+    engine.setInitialProperties({{"model", QVariant::fromValue(model.get())},
+                                 {"keys", QVariant::fromValue(keys.get())},
                                  {"support", webPage(Fassung::support())},
                                  {"privacy", webPage(Fassung::datenschutz())}});
     engine.loadData("import Bildkurier\nMainWindow {}");

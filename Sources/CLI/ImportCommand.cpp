@@ -5,6 +5,7 @@
 #include "ByteSum.h"
 #include "CameraName.h"
 #include "RunThen.h"
+#include "ServerVisit.h"
 
 #include <fmt/format.h>
 
@@ -23,11 +24,13 @@ using Phase = ImportModel::Phase;
 }  // namespace
 
 ImportCommand::ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
-                             std::shared_ptr<FileStore> fileStore, MainQueue& main,
+                             std::shared_ptr<FileStore> fileStore,
+                             std::shared_ptr<SSHKeyring> keyring, MainQueue& main,
                              Background& background, Report& report, Done done)
     : ModelCommand(std::move(model), main, report, std::move(done)),
       commandLine_(std::move(commandLine)),
       fileStore_(std::move(fileStore)),
+      keyring_(std::move(keyring)),
       main_(main),
       background_(background) {}
 
@@ -64,10 +67,14 @@ void ImportCommand::reachServer() {
     if (commandLine_.command == Command::plan) folder.path.assign(1, '/');
     runThen(
         background_, main_,
-        [store = fileStore_, folder = std::move(folder)] { return store->createDirectory(folder); },
-        answers_([this](const Result<>& reached) {
+        [store = fileStore_, keyring = keyring_, folder = std::move(folder)] {
+            return ServerVisit::pay(folder, keyring.get(),
+                                    [&] { return store->createDirectory(folder); });
+        },
+        answers_([this](const ServerVisit& visit) {
             if (isInterrupted()) return;
-            if (!reached) return stop(ExitStatus::destinationUnusable, reached.error().message);
+            if (visit.isFirst) reportNewServer(*visit.fingerprint);
+            if (visit.error) return stop(ExitStatus::destinationUnusable, visit.error->message);
             nextCamera();
         }));
 }

@@ -7,6 +7,7 @@
 #include "CommandLine.h"
 #include "FileKey.h"
 #include "ModelCommand.h"
+#include "SSHKeyring.h"
 
 #include <cstdint>
 #include <deque>
@@ -22,8 +23,8 @@ namespace bildkurier {
 class ImportCommand final : public ModelCommand {
 public:
     ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
-                  std::shared_ptr<FileStore> fileStore, MainQueue& main, Background& background,
-                  Report& report, Done done);
+                  std::shared_ptr<FileStore> fileStore, std::shared_ptr<SSHKeyring> keyring,
+                  MainQueue& main, Background& background, Report& report, Done done);
 
 private:
     enum class Stage : std::uint8_t {
@@ -66,6 +67,7 @@ private:
 
     CommandLine commandLine_;
     std::shared_ptr<FileStore> fileStore_;
+    std::shared_ptr<SSHKeyring> keyring_;
     MainQueue& main_;
     Background& background_;
     std::deque<std::shared_ptr<Camera>> waiting_;

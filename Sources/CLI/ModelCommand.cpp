@@ -4,6 +4,8 @@
 
 #include "ImportSummary.h"
 
+#include <fmt/format.h>
+
 #include <iterator>
 #include <utility>
 
@@ -59,6 +61,13 @@ void ModelCommand::showStatus() {
     shownStatus_ = model_->status();
     const auto& log = model_->log();
     if (log.empty() || !log.back().contains(shownStatus_)) report_.status(shownStatus_);
+}
+
+void ModelCommand::reportNewServer(const std::string& fingerprint) {
+    report_.status(
+        fmt::format("Erste Verbindung: Server-Schlüssel {} gespeichert. Mit dem Fingerabdruck auf "
+                    "dem Server vergleichen.",
+                    fingerprint));
 }
 
 void ModelCommand::lookLater() {

@@ -23,8 +23,6 @@ public:
 
 private slots:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
-private:
     void ask();
 };
 

@@ -7,10 +7,10 @@
 #include "FatalError.h"
 #include "FileName.h"
 #include "Formatting.h"
-#include "HostKeyMismatch.h"
 #include "ImportSummary.h"
 #include "LocalDay.h"
 #include "RunThen.h"
+#include "ServerVisit.h"
 #include "SftpUrl.h"
 
 #include <fmt/format.h>
@@ -37,10 +37,6 @@ constexpr auto sleepReason = "Bildkurier läuft";
 constexpr auto gaveUp =
     "Import gestoppt: Die Kamera trennt sich wiederholt, ohne dass etwas ankommt. Originalkabel "
     "direkt am Mac probieren (ohne Hub) und Akku der Kamera prüfen.";
-
-constexpr auto otherHostKey =
-    "Der Server zeigt einen anderen Schlüssel als beim ersten Verbinden. Nur wenn der Server neu "
-    "eingerichtet wurde: gespeicherten Server-Schlüssel vergessen.";
 
 std::int64_t wholeIndex(double index) {
     constexpr double limit = 0x1p63;
@@ -71,16 +67,11 @@ std::string withTilde(const std::string& path, const std::string& home) {
     return isInside ? "~" + path.substr(home.size()) : path;
 }
 
-std::optional<std::string> hostFingerprint(const SSHKeyring* keyring, const Url& server) {
-    if (!keyring || !keyring->hasKey()) return std::nullopt;
-    return keyring->hostFingerprint(server.host, server.port);
-}
-
-/// Why files cannot be put there; absent when they can.
-std::optional<Error> firstObstacle(FileStore& store, const Url& folder) {
-    if (const auto created = store.createDirectory(folder); !created) return created.error();
-    if (!store.isWritableDirectory(folder)) return Error{"Zielordner ist nicht beschreibbar."};
-    return std::nullopt;
+/// Makes sure that files can be put there.
+Result<> prepareFolder(FileStore& store, const Url& folder) {
+    if (const auto created = store.createDirectory(folder); !created) return created;
+    if (!store.isWritableDirectory(folder)) return failure("Zielordner ist nicht beschreibbar.");
+    return {};
 }
 
 }  // namespace
@@ -96,9 +87,7 @@ struct ImportModel::DestinationScan {
 struct ImportModel::SFTPCheck {
     Url server;
     std::string host;  ///< as typed
-    std::optional<std::string> fingerprintBefore;
-    std::optional<std::string> fingerprintAfter;
-    std::optional<Error> error;
+    ServerVisit visit = {};
 };
 
 template <class T>
@@ -285,23 +274,21 @@ void ImportModel::applySFTPDestination() {
     runThen(
         background_, main_,
         [store = fileStore_, keyring = keyring_, check = std::move(check)]() mutable {
-            check.fingerprintBefore = hostFingerprint(keyring.get(), check.server);
-            check.error = firstObstacle(*store, check.server);
-            check.fingerprintAfter = hostFingerprint(keyring.get(), check.server);
+            check.visit = ServerVisit::pay(check.server, keyring.get(),
+                                           [&] { return prepareFolder(*store, check.server); });
             return check;
         },
         sftpChecks_([this](const SFTPCheck& done) { sftpChecked(done); }));
 }
 
 void ImportModel::sftpChecked(const SFTPCheck& check) {
-    const auto& error = check.error;
-    const bool mismatch = error && error->message.find(hostKeyMismatch) != std::string::npos;
+    const auto& [error, fingerprint, isFirst, showsOtherKey] = check.visit;
     publish(sftpChecking_, false);
-    publish(sftpHostFingerprint_, check.fingerprintAfter);
-    publish(sftpHostIsNew_, !check.fingerprintBefore && check.fingerprintAfter);
-    publish(sftpHostKeyMismatch_, mismatch);
+    publish(sftpHostFingerprint_, fingerprint);
+    publish(sftpHostIsNew_, isFirst);
+    publish(sftpHostKeyMismatch_, showsOtherKey);
     publish(sftpConnected_, !error);
-    if (error) return publish(sftpStatus_, mismatch ? otherHostKey : error->message);
+    if (error) return publish(sftpStatus_, error->message);
     publish(sftpStatus_, fmt::format("Verbunden mit {}.", check.host));
     setDestinationKind(DestinationKind::sftp);
     if (dest_ == check.server) return recompute();

@@ -14,6 +14,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTimer>
+#include <cstdint>
 #include <deque>
 #include <memory>
 #include <string>
@@ -77,11 +78,11 @@ class ImportBridge final : public QObject {
     Q_PROPERTY(bool mayImport READ mayImport NOTIFY changed)
 
 public:
-    enum class Destination { Folder, Server };
+    enum class Destination : std::uint8_t { Folder, Server };
     Q_ENUM(Destination)
 
     /// What the section about new files shows.
-    enum class Summary {
+    enum class Summary : std::uint8_t {
         NoCamera,
         Working,
         NeedsChoice,

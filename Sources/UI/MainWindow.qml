@@ -28,6 +28,12 @@ T.ApplicationWindow {
         onSupportChosen: Qt.openUrlExternally(window.support)
     }
 
+    Shortcut {
+        sequences: ["Ctrl+Q", "Ctrl+W"]
+
+        onActivated: window.close()
+    }
+
     ContentView {
         id: content
 

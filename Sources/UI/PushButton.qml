@@ -17,7 +17,8 @@ T.Button {
 
     property color ink: prominent ? "#ffffff" : Theme.text
 
-    Accessible.description: text !== "" ? help : ""
+    // The toolkit tells nobody whether a control works.
+    Accessible.description: enabled ? "" : qsTr("Nicht verfügbar")
     Accessible.name: text !== "" ? text : help
     Accessible.role: Accessible.Button
     focusPolicy: Qt.StrongFocus

@@ -33,7 +33,7 @@ CardRow {
     Toggle {
         id: toggle
 
-        Accessible.description: row.caption
+        Accessible.description: enabled ? row.caption : qsTr("Nicht verfügbar. %1").arg(row.caption)
         Accessible.name: row.title
         Layout.alignment: Qt.AlignVCenter
 

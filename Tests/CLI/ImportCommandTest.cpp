@@ -21,8 +21,8 @@ protected:
     void makeCommand() {
         if (options.since) settings->storedUseFromDate = true;
         make();
-        command =
-            std::make_shared<ImportCommand>(options, model, files, loop, loop, report, done());
+        command = std::make_shared<ImportCommand>(options, model, files, keyring, loop, loop,
+                                                  report, done());
     }
 
     std::shared_ptr<FakeCamera> attach(const std::string& id) {
@@ -230,6 +230,41 @@ TEST_F(ImportCommandTest, GivesUpOnAServerThatCannotBeReached) {
         begin();
         EXPECT_EQ(reported(),
                   (Lines{"error: Ordner lässt sich nicht anlegen: Connection refused"}));
+        expectEnd(ExitStatus::destinationUnusable);
+    }
+}
+
+TEST_F(ImportCommandTest, ShowsTheKeyOfAServerThatItMeetsForTheFirstTime) {
+    haveServer();
+    keyring->key = "ssh-ed25519 abc";
+    const std::string notice =
+        "status: Erste Verbindung: Server-Schlüssel SHA256:erster (ED25519) gespeichert. Mit dem "
+        "Fingerabdruck auf dem Server vergleichen.";
+    for (const Command which : {Command::plan, Command::import}) {
+        options.command = which;
+        keyring->hosts.clear();
+        for (const bool isFirst : {true, false}) {
+            command.reset();
+            attach("A");
+            begin();
+            EXPECT_EQ(std::ranges::count(reported(), notice), isFirst ? 1 : 0);
+        }
+    }
+}
+
+TEST_F(ImportCommandTest, RefusesAServerThatShowsAnotherKey) {
+    haveServer();
+    keyring->key = "ssh-ed25519 abc";
+    keyring->hosts[{"nas", std::nullopt}] = "SHA256:zweiter (ED25519)";
+    for (const Command which : {Command::plan, Command::import}) {
+        options.command = which;
+        ends.clear();
+        command.reset();
+        attach("A");
+        begin();
+        EXPECT_EQ(reported(), (Lines{"error: Der Server zeigt einen anderen Schlüssel als beim "
+                                     "ersten Verbinden. Nur wenn der Server neu eingerichtet "
+                                     "wurde: gespeicherten Server-Schlüssel vergessen."}));
         expectEnd(ExitStatus::destinationUnusable);
     }
 }

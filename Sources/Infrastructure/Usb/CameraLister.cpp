@@ -31,14 +31,12 @@ std::int64_t signedSize(std::uint64_t size) {
 CameraLister::CameraLister(CameraConnection& connection, const UsbSession& session,
                            std::function<void(std::size_t)> progress)
     : connection_(connection), session_(session), progress_(std::move(progress)) {
-    connection_.camera().onObjectListed = [this] { seen(); };
+    connection_.camera().onObjectListed = [this] { progress_(listed_ + ++seen_); };
 }
 
 CameraLister::~CameraLister() {
     connection_.camera().onObjectListed = [] {};
 }
-
-void CameraLister::seen() { progress_(++seen_); }
 
 std::optional<CardListing> CameraLister::list() {
     if (listFolder("", 0) == Answer::Over) return std::nullopt;
@@ -97,6 +95,9 @@ CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
     });
     if (answer == Answer::Failed) addUnreadable(folder);
     if (answer != Answer::Good) return answer;
+    seen_ = 0;
+    listed_ += names.size();
+    progress_(listed_);
     for (const std::string& name : names) {
         CardEntry entry{.name = name, .type = cardFileType(name)};
         if (entry.type == CardFileType::Other || !isOneName(name)) continue;

@@ -41,13 +41,13 @@ private:
     Answer listFiles(const std::string& folder);
     Answer describe(const std::string& folder, const std::string& name, CardEntry& entry);
     void addUnreadable(const std::string& folder);
-    void seen();
 
     CameraConnection& connection_;
     const UsbSession& session_;
     std::function<void(std::size_t)> progress_;
     CardListing listing_;
-    std::size_t seen_ = 0;
+    std::size_t listed_ = 0;  ///< in the folders so far
+    std::size_t seen_ = 0;    ///< in the present one
     int reopenings_ = 0;
 };
 

@@ -67,19 +67,62 @@ struct GphotoCamera::Library {
     /// With the mutex held.
     CameraAbilitiesList* loadedModels(GPContext* context) {
         if (models != nullptr) return models;
-        gp_log_add_func(GP_LOG_DEBUG, noteRequest, nullptr);
         CameraAbilitiesList* loaded = nullptr;
         gp_abilities_list_new(&loaded);
         gp_abilities_list_load(loaded, context);
         return models = loaded;
     }
+
+    void enter(bool lists) {
+        const std::lock_guard lock(gate_);
+        listings_ += lists ? 1 : 0;
+        if (calls_ == 0) setLogging();
+        ++calls_;
+    }
+    void leave(bool lists) {
+        const std::lock_guard lock(gate_);
+        listings_ -= lists ? 1 : 0;
+        --calls_;
+        if (calls_ == 0) setLogging();
+    }
+
+private:
+    /// A log costs more than a download itself, so there is one only while something is listed;
+    /// and it may be changed only while nothing runs that could write to it.
+    void setLogging() {
+        if (log_.has_value() == (listings_ > 0)) return;
+        if (log_) {
+            gp_log_remove_func(*log_);
+            log_.reset();
+        } else {
+            log_ = gp_log_add_func(GP_LOG_DEBUG, noteRequest, nullptr);
+        }
+    }
+
+    std::mutex gate_;  ///< guards what follows
+    int calls_ = 0;    ///< that run now, of all cameras
+    int listings_ = 0;
+    std::optional<int> log_;
+};
+
+/// Round every call of the library's that may take time.
+class GphotoCamera::Call {
+public:
+    explicit Call(bool lists = false) : lists_(lists) { Library::shared().enter(lists_); }
+    Call(const Call&) = delete;
+    Call& operator=(const Call&) = delete;
+    ~Call() { Library::shared().leave(lists_); }
+
+private:
+    bool lists_;
 };
 
 struct GphotoCamera::Handles {
     std::unique_ptr<GPContext, Destroy<gp_context_unref>> context{gp_context_new()};
     CameraAbilities abilities{};
     PortList ports;
-    GPPortInfo port = nullptr;   ///< one of `ports`
+    GPPortInfo port = nullptr;  ///< one of `ports`
+    bool isIdentified = false;
     ::Camera* camera = nullptr;  ///< null while closed
 };
 
@@ -100,6 +143,8 @@ GphotoCamera::GphotoCamera(std::string port, std::chrono::milliseconds answerTim
 GphotoCamera::~GphotoCamera() { close(); }
 
 int GphotoCamera::identify() {
+    if (handles_->isIdentified) return GP_OK;
+    const Call call;
     Library& library = Library::shared();
     const std::lock_guard lock(library.mutex);
     GPContext* context = handles_->context.get();
@@ -126,7 +171,9 @@ int GphotoCamera::identify() {
         const int known = gp_abilities_list_lookup_model(models, model);
         if (known < GP_OK) return known;
         model_ = model == std::string_view("USB PTP Class Camera") ? "" : model;
-        return gp_abilities_list_get_abilities(models, known, &handles_->abilities);
+        const int code = gp_abilities_list_get_abilities(models, known, &handles_->abilities);
+        handles_->isIdentified = code >= GP_OK;
+        return code;
     }
     return GP_ERROR_MODEL_NOT_FOUND;
 }
@@ -134,6 +181,7 @@ int GphotoCamera::identify() {
 int GphotoCamera::open() {
     close();
     if (const int code = identify(); code < GP_OK) return code;
+    const Call call;
     const std::lock_guard lock(Library::shared().mutex);
     if (const int code = gp_camera_new(&handles_->camera); code < GP_OK) return code;
     gp_camera_set_abilities(handles_->camera, handles_->abilities);
@@ -150,6 +198,7 @@ int GphotoCamera::open() {
 
 void GphotoCamera::close() {
     if (handles_->camera == nullptr) return;
+    const Call call;
     const std::lock_guard lock(Library::shared().mutex);
     gp_camera_exit(handles_->camera, handles_->context.get());
     gp_camera_unref(handles_->camera);
@@ -157,6 +206,7 @@ void GphotoCamera::close() {
 }
 
 std::string GphotoCamera::serial() {
+    const Call call;
     CameraWidget* found = nullptr;
     gp_camera_get_single_config(handles_->camera, "serialnumber", &found, handles_->context.get());
     // What has no such entry answers that all is well, too.
@@ -170,6 +220,7 @@ std::string GphotoCamera::serial() {
 }
 
 std::pair<int, std::vector<std::string>> GphotoCamera::folders(const std::string& folder) {
+    const Call call(true);
     const Names names = newNames();
     const int code = gp_camera_folder_list_folders(handles_->camera, folder.c_str(), names.get(),
                                                    handles_->context.get());
@@ -177,6 +228,7 @@ std::pair<int, std::vector<std::string>> GphotoCamera::folders(const std::string
 }
 
 std::pair<int, std::vector<std::string>> GphotoCamera::files(const std::string& folder) {
+    const Call call(true);
     const Names names = newNames();
     listing = this;
     const int code = gp_camera_folder_list_files(handles_->camera, folder.c_str(), names.get(),
@@ -187,6 +239,7 @@ std::pair<int, std::vector<std::string>> GphotoCamera::files(const std::string& 
 
 std::pair<int, GphotoCamera::Info> GphotoCamera::info(const std::string& folder,
                                                       const std::string& name) {
+    const Call call;
     CameraFileInfo found{};
     int code = gp_camera_file_get_info(handles_->camera, folder.c_str(), name.c_str(), &found,
                                        handles_->context.get());
@@ -227,6 +280,7 @@ int GphotoCamera::load(const std::string& folder, const std::string& name, const
                 static_cast<Transfer*>(transfer)->take(bytes, *count);
                 return GP_OK;
             }};
+    const Call call;
     Transfer transfer{.camera = *this, .receive = receive};
     stopped_ = false;
     ::CameraFile* made = nullptr;
@@ -240,6 +294,7 @@ int GphotoCamera::load(const std::string& folder, const std::string& name, const
 
 int GphotoCamera::loadInPieces(const std::string& folder, const std::string& name,
                                std::uint64_t size, const Receive& receive) {
+    const Call call;
     constexpr std::uint64_t pieceBytes = 1 << 20;
     std::vector<char> piece(std::min(pieceBytes, size));
     for (std::uint64_t position = 0; position < size;) {
@@ -258,6 +313,7 @@ int GphotoCamera::loadInPieces(const std::string& folder, const std::string& nam
 
 std::pair<int, std::optional<GphotoCamera::NewFile>> GphotoCamera::newFile(
     std::chrono::milliseconds time) {
+    const Call call;
     CameraEventType event{};
     void* found = nullptr;
     const int code = gp_camera_wait_for_event(handles_->camera, static_cast<int>(time.count()),

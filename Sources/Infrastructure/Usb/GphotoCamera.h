@@ -64,11 +64,13 @@ public:
     /// Asks whether something was added meanwhile, for at most `time`.
     std::pair<int, std::optional<NewFile>> newFile(std::chrono::milliseconds time);
 
-    /// Called while a listing runs, for each object that this thread's camera has described.
+    /// Called while a listing runs, for each object that the camera has described; not while
+    /// another camera is busy.
     std::function<void()> onObjectListed = [] {};
 
 private:
     struct Library;
+    class Call;
     struct Handles;
     struct Transfer;
 

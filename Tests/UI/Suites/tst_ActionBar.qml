@@ -12,6 +12,7 @@ WindowTest {
         compare(named("status").text, "Suche Kamera … (einschalten und per USB verbinden)");
         showsSymbol("square.and.arrow.down");
         isEnabled("Button", "Importieren", false);
+        compare(told("Button", "Importieren").description, "Nicht verfügbar");
         hasNo("Button", "Abbrechen");
         hasNo("ProgressBar", named("status").text);
         hides("· überträgt zum Ziel …");
@@ -22,6 +23,7 @@ WindowTest {
         openWith([["A.JPG", 1e6, "2024-05-09"], ["B.JPG", 1e6, "2024-05-09"]]);
         tryCompare(named("status"), "text", "2 neue Dateien (2 MB) bereit zum Import.");
         isEnabled("Button", "2 importieren", true);
+        compare(told("Button", "2 importieren").description, "");
         hasNo("Button", "Importieren");
     }
 

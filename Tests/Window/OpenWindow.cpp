@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "OpenWindow.h"
+
+#include <atspi/atspi.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+
+namespace bildkurier {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Element = std::shared_ptr<AtspiAccessible>;
+
+constexpr auto patience = std::chrono::seconds(20);
+
+Element own(AtspiAccessible* element) {
+    return {element, [](AtspiAccessible* last) {
+                if (last != nullptr) g_object_unref(last);
+            }};
+}
+
+std::string own(gchar* text) {
+    const std::unique_ptr<gchar, decltype(&g_free)> owned(text, g_free);
+    return owned ? owned.get() : "";
+}
+
+std::string line(const Element& element) {
+    return own(atspi_accessible_get_role_name(element.get(), nullptr)) + ": " +
+           own(atspi_accessible_get_name(element.get(), nullptr));
+}
+
+bool hasState(const Element& element, AtspiStateType state) {
+    AtspiStateSet* states = atspi_accessible_get_state_set(element.get());
+    const bool has = states != nullptr && atspi_state_set_contains(states, state);
+    if (states != nullptr) g_object_unref(states);
+    return has;
+}
+
+void walk(const Element& element, const std::function<void(const Element&)>& visit) {
+    if (!element) return;
+    visit(element);
+    const int count = atspi_accessible_get_child_count(element.get(), nullptr);
+    for (int child = 0; child < count; ++child)
+        walk(own(atspi_accessible_get_child_at_index(element.get(), child, nullptr)), visit);
+}
+
+/// Handles what the bus says for a moment.
+void listen() {
+    bool over = false;
+    g_timeout_add(
+        50,
+        [](gpointer flag) -> gboolean {
+            *static_cast<bool*>(flag) = true;
+            return G_SOURCE_REMOVE;
+        },
+        &over);
+    while (!over) g_main_context_iteration(nullptr, TRUE);
+}
+
+bool soon(const std::function<bool()>& condition) {
+    const auto deadline = Clock::now() + patience;
+    while (!condition()) {
+        if (Clock::now() > deadline) return false;
+        listen();
+    }
+    return true;
+}
+
+/// Every element of all applications, told afresh.
+void walkDesktop(const std::function<void(const Element&)>& visit) {
+    const Element desktop = own(atspi_get_desktop(0));
+    atspi_accessible_clear_cache(desktop.get());
+    walk(desktop, visit);
+}
+
+void xdotool(std::vector<std::string> arguments) {
+    const ProgramCall call{.path = "/usr/bin/xdotool", .arguments = std::move(arguments)};
+    if (call.run().exitStatus != 0) throw std::runtime_error("xdotool failed");
+}
+
+}  // namespace
+
+OpenWindow::OpenWindow() {
+    atspi_init();
+    prepare();
+    program_.emplace(call());
+    if (!has("push button", "Kamera und Zielordner neu einlesen"))
+        throw std::runtime_error("the window does not open");
+    // There is no window manager that would do so.
+    xdotool({"search", "--sync", "--onlyvisible", "--name", "^Bildkurier$", "windowfocus"});
+}
+
+ProgramCall OpenWindow::call() const {
+    return {.path = BILDKURIER,
+            .arguments = {"--card", card},
+            .environment = {{"HOME", home.path()},
+                            {"XDG_CONFIG_HOME", home.path("config")},
+                            {"XDG_DATA_HOME", home.path("data")},
+                            {"XDG_CACHE_HOME", home.path("cache")},
+                            {"XDG_RUNTIME_DIR", home.path("run")},
+                            {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"},
+                            {"QT_QPA_PLATFORM", "xcb"},
+                            {"LC_ALL", "C.UTF-8"}},
+            .deadline = std::chrono::seconds(100)};
+}
+
+void OpenWindow::prepare() const {
+    std::filesystem::permissions(home.makeFolder("run"), std::filesystem::perms::owner_all);
+    ProgramCall settings = call();
+    settings.path = BILDKURIER_CLI;
+    settings.arguments = {"settings", "dest", destination};
+    const ProgramCall sample{.path = SAMPLE_CARD, .arguments = {card}};
+    if (settings.run().exitStatus != 0 || sample.run().exitStatus != 0)
+        throw std::runtime_error("the card cannot be prepared");
+}
+
+bool OpenWindow::has(const std::string& role, const std::string& name) const {
+    const std::string wanted = role + ": " + name;
+    return soon([&] { return std::ranges::count(all(), wanted) > 0; });
+}
+
+std::vector<std::string> OpenWindow::all() const {
+    std::vector<std::string> told;
+    walkDesktop([&](const Element& element) {
+        if (hasState(element, ATSPI_STATE_SHOWING)) told.push_back(line(element));
+    });
+    return told;
+}
+
+bool OpenWindow::goTo(const std::string& role, const std::string& name) const {
+    const std::string wanted = role + ": " + name;
+    for (int presses = 0; presses < 40; ++presses) {
+        std::string focused;
+        walkDesktop([&](const Element& element) {
+            if (hasState(element, ATSPI_STATE_FOCUSED)) focused = line(element);
+        });
+        if (focused == wanted) return true;
+        press("Tab");
+        listen();
+    }
+    return false;
+}
+
+void OpenWindow::press(const std::string& key) { xdotool({"key", key}); }
+
+}  // namespace bildkurier

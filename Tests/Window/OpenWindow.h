@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "ProgramCall.h"
+#include "ProgramResult.h"
+#include "RunningProgram.h"
+#include "TemporaryFolder.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+
+/// The program with its window, as someone works it who has no mouse and does not see: what the
+/// accessibility bus tells, and keys. Its home is a temporary folder, its only camera a sample
+/// card, its destination a folder beside it.
+class OpenWindow {
+public:
+    OpenWindow();
+
+    /// Whether there is, or soon will be, such a control: "push button", "Importieren".
+    bool has(const std::string& role, const std::string& name) const;
+    /// Everything that is told, as in "push button: Importieren".
+    std::vector<std::string> all() const;
+    /// Presses Tab until that control has the focus; false if it never does.
+    bool goTo(const std::string& role, const std::string& name) const;
+    /// As in "Return" and "ctrl+q".
+    static void press(const std::string& key);
+
+    /// What a second start does.
+    ProgramResult startAgain() const { return call().run(); }
+    /// Waits until the program has ended.
+    ProgramResult finish() { return program_->finish(); }
+
+    const TemporaryFolder home;
+    const std::string card = home.path("karte");
+    const std::string destination = home.makeFolder("ziel");
+
+private:
+    ProgramCall call() const;
+    void prepare() const;
+
+    std::optional<RunningProgram> program_;
+};
+
+}  // namespace bildkurier
