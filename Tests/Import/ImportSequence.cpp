@@ -415,7 +415,8 @@ void ImportSequence::catalogReady(std::size_t which) {
     RC_ASSERT(camera->read == camera->card);
     if (!needsChoice()) {
         RC_ASSERT(model_->phase() == Phase::checking);
-        RC_ASSERT(model_->status() == "Prüfe Zielordner …");
+        const bool waits = runner_->isWindingUp(model_->dest());
+        RC_ASSERT(model_->status() == (waits ? windingUp : "Prüfe Zielordner …"));
     } else {
         RC_ASSERT(model_->phase() == Phase::ready);
         RC_ASSERT(model_->status() == chooseFolderStatus);
