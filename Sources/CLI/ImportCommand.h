@@ -5,6 +5,7 @@
 #include "Background.h"
 #include "Camera.h"
 #include "CommandLine.h"
+#include "FileKey.h"
 #include "ModelCommand.h"
 #include "SSHKeyring.h"
 
@@ -12,6 +13,7 @@
 #include <deque>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace bildkurier {
 
@@ -32,6 +34,16 @@ private:
         returning  ///< its import was interrupted; it has to come back
     };
 
+    struct PlannedFile {
+        std::string key;
+        std::int64_t bytes = 0;
+    };
+
+    struct Vanished {
+        std::int64_t files = 0;
+        std::int64_t bytes = 0;
+    };
+
     void start() override;
     void look() override;
     bool wants(const Camera& camera) const;
@@ -46,6 +58,10 @@ private:
     bool chooseDay();
     Report::Plan chosenPlan();
     void startImport();
+    /// Remembers what the import is to load.
+    void noteFiles();
+    /// Tells which files are not on the card that has returned, though they were never loaded.
+    Vanished tellOfVanished();
     void finished(const ImportRunner::Progress& progress);
     bool isAttached() const;
 
@@ -57,7 +73,9 @@ private:
     std::deque<std::shared_ptr<Camera>> waiting_;
     std::shared_ptr<Camera> camera_;
     Stage stage_ = Stage::beginning;
-    Report::Plan plan_;  ///< of the import that runs or was interrupted
+    Report::Plan plan_;               ///< of the import that runs or was interrupted
+    std::vector<PlannedFile> files_;  ///< the same, in the order in which they are loaded
+    ImportRunner::Progress lost_;     ///< of the import that was interrupted
     bool severalCameras_ = false;
     Guard answers_;
 };

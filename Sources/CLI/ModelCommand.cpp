@@ -60,7 +60,7 @@ void ModelCommand::showStatus() {
     if (model_->status() == shownStatus_) return;
     shownStatus_ = model_->status();
     const auto& log = model_->log();
-    if (log.empty() || !log.back().ends_with(shownStatus_)) report_.status(shownStatus_);
+    if (log.empty() || !log.back().contains(shownStatus_)) report_.status(shownStatus_);
 }
 
 void ModelCommand::reportNewServer(const std::string& fingerprint) {
@@ -87,7 +87,7 @@ void ModelCommand::interrupt() {
         return showStatus();
     }
     if (isImporting()) {
-        const ImportRunner::Progress& progress = model_->progress();
+        const ImportRunner::Progress& progress = model_->latestProgress();
         report_.log(importSummary(progress, model_->speed().average, true));
         report_.finished(progress, true);
     }
