@@ -303,6 +303,41 @@ TEST_F(UsbCamerasTest, EndsInTimeWhileACameraHangs) {
     EXPECT_EQ(answered(), Events{"Das Laden wurde abgebrochen"});
 }
 
+TEST_F(UsbCamerasTest, NoticesNewShotsAfterACameraFailedToTellOfThem) {
+    device.settings.insert({{"event_fault", "-7"}, {"event_faults", "2"}});
+    usb.plugIn("1-1", device);
+    start();
+    EXPECT_EQ(files().size(), 2U);
+    runUntil([&] { return usb.count("1-1", "openings") == 2; });
+    // It is open again once this is done; only what comes after that is new to it.
+    download(*camera->mediaFiles().at(1).file, target);
+    runUntil([this] { return answered().size() == 1; });
+    folder.write("card/DCIM/100TEST/IMG_0003.JPG", "neu");
+    runUntil([this] { return camera->mediaFiles().size() == 3; });
+}
+
+TEST_F(UsbCamerasTest, LetsGoOfACameraThatFailsToTellOfNewShots) {
+    for (const char* error : {"-7", "-6"}) {
+        SCOPED_TRACE(error);
+        device.settings["event_fault"] = error;
+        device.settings["event_faults"] = "1000";
+        usb.plugIn("1-1", device);
+        start();
+        const auto found = files();
+        runUntil([&] { return usb.count("1-1", "event-faults") > 0; });
+        download(*found.at(1), target);
+        runUntil([this] { return !answered().empty(); });
+        EXPECT_EQ(answered().back(), "done");
+        camera->closeSession();
+        const int other = ::open(usb.claimFile("1-1").c_str(), O_RDONLY | O_CLOEXEC);
+        runUntil([&] { return ::flock(other, LOCK_EX | LOCK_NB) == 0; });
+        ::close(other);
+        cameras.reset();
+        sink->added.clear();
+        usb.unplugForGood("1-1");
+    }
+}
+
 TEST_F(UsbCamerasTest, ListsOnceMoreWhenTheSessionIsOpenedAgain) {
     usb.plugIn("1-1", device);
     start();

@@ -60,10 +60,7 @@ void CameraConnection::close() {
     session_.reset();
 }
 
-bool CameraConnection::reopen() {
-    camera_.close();
-    return openOnce() == CameraFault::None;
-}
+void CameraConnection::reopen() { openOnce(); }
 
 Error CameraConnection::openError(CameraFault fault, int code) const {
     const bool mayUseIt =

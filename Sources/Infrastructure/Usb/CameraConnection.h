@@ -39,8 +39,9 @@ public:
     /// What an answer of the camera's means, once it is clear whether it was unplugged.
     CameraFault fault(int code) const;
 
-    /// Brings a camera that is out of step back; answers whether that worked.
-    bool reopen();
+    /// Brings a camera that is out of step back. Where that fails, the next call to the camera
+    /// does too, and opening it anew may help once more.
+    void reopen();
 
 private:
     CameraFault openOnce();

@@ -55,7 +55,7 @@ CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
             case CameraFault::Transfer:
                 if (reopenings_ == mostReopenings) return Answer::Failed;
                 ++reopenings_;
-                if (!connection_.reopen()) return Answer::Failed;
+                connection_.reopen();
                 break;
             default:
                 return Answer::Failed;
