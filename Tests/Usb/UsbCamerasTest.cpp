@@ -102,7 +102,7 @@ protected:
     VirtualBus usb;
     TemporaryFolder folder;
     const std::string target = folder.makeFolder("target");
-    VirtualBus::Device device{.serial = "S1"};
+    VirtualBus::Device device{.serial = "S1001"};
     UsbTiming timing;
     CameraConnection::Release release = [](const UsbPlace&) {};
     EventLoop loop;
@@ -125,7 +125,7 @@ TEST_F(UsbCamerasTest, ReportsAnEmptyBus) {
 TEST_F(UsbCamerasTest, HasReportedWhatIsPluggedInBeforeItSaysSo) {
     usb.plugIn("1-1", device);
     device.name = "Zweite";
-    device.serial = "S2";
+    device.serial = "S2002";
     usb.plugIn("1-2", device);
     start();
     runUntil([this] { return !sink->events.empty() && sink->events.back() == "reported"; });
@@ -137,15 +137,26 @@ TEST_F(UsbCamerasTest, HasReportedWhatIsPluggedInBeforeItSaysSo) {
 TEST_F(UsbCamerasTest, DoesNotWaitLongForACameraThatDoesNotSayWhoItIs) {
     timing.identifying = Milliseconds(30);
     timing.ending = Milliseconds(1);
-    timing.busy.fill(Milliseconds(100));
     device.serial = "";
-    device.settings["busy"] = "1000";
+    device.settings["rate"] = "1000";
     usb.plugIn("1-1", device);
     start();
     runUntil([this] { return !sink->events.empty(); });
     EXPECT_EQ(sink->events, Events{"reported"});
     runUntil([this] { return sink->events.size() == 2; });
     EXPECT_EQ(sink->events.back(), "+Testkamera");
+}
+
+TEST_F(UsbCamerasTest, LeavesACameraToWhoUsesItUntilItIsWanted) {
+    device.serial = "";
+    device.settings["serial"] = "P1001";
+    device.settings["busy"] = "1";
+    release = [](const UsbPlace&) { ADD_FAILURE() << "nobody wants the camera"; };
+    usb.plugIn("1-1", device);
+    start();
+    runUntil([this] { return !sink->added.empty(); });
+    EXPECT_EQ(sink->added.front()->facts().serial, "");
+    EXPECT_EQ(usb.count("1-1", "openings"), 1U);
 }
 
 TEST_F(UsbCamerasTest, WaitsForACameraThatIsBusy) {

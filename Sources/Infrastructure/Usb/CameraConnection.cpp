@@ -55,6 +55,8 @@ Result<> CameraConnection::open(std::shared_ptr<const UsbSession> session) {
     return std::unexpected(openError(fault, answer_));
 }
 
+bool CameraConnection::openIfFree() { return openOnce() == CameraFault::None; }
+
 void CameraConnection::close() {
     camera_.close();
     session_.reset();

@@ -34,6 +34,8 @@ public:
     /// Opens the camera for `session`; has other programs let go of it. Fails with a reason for
     /// the user, also when the session ends first.
     Result<> open(std::shared_ptr<const UsbSession> session);
+    /// Opens the camera, unless another program uses it: that one is left alone.
+    bool openIfFree();
     void close();
 
     /// What an answer of the camera's means, once it is clear whether it was unplugged.

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <string>
 #include <thread>
 #include <utility>
 
@@ -26,6 +27,14 @@ CardCatalogue catalogueOf(const CardListing& listing) {
     CardCatalogue catalogue = arrangeCatalogue(listing);
     dateSidecars(catalogue);
     return catalogue;
+}
+
+/// Empty for what makers put where no number was given, which many cameras have in common.
+std::string actualSerial(const std::string& serial) {
+    constexpr std::size_t shortest = 5;
+    const bool isPlaceholder = serial.size() < shortest || serial == "0123456789ABCDEF" ||
+                               serial.find_first_not_of('0') == std::string::npos;
+    return isPlaceholder ? "" : serial;
 }
 
 std::timespec modificationTime(const CardEntry& entry) {
@@ -119,11 +128,10 @@ Task CameraWorker::next() {
 void CameraWorker::identify() {
     const UsbPlace& place = connection_.place();
     connection_.camera().identify();
-    std::string serial = place.serial;
+    std::string serial = actualSerial(place.serial);
     // Reading it would set a Canon to being controlled from here.
     if (serial.empty() && place.vendor != canon) {
-        if (connection_.open(std::make_shared<UsbSession>()))
-            serial = connection_.camera().serial();
+        if (connection_.openIfFree()) serial = actualSerial(connection_.camera().serial());
         connection_.close();
     }
     const DeviceFacts facts{
