@@ -11,6 +11,7 @@
 #include "VirtualBus.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -347,6 +348,48 @@ TEST_F(UsbCamerasTest, LetsGoOfACameraThatFailsToTellOfNewShots) {
         sink->added.clear();
         usb.unplugForGood("1-1");
     }
+}
+
+/// A camera whose cable fails again and again while its many folders are listed.
+class FaultyListingTest : public UsbCamerasTest {
+protected:
+    static constexpr int folders = 12;
+    static constexpr int filesInEach = 5;
+
+    FaultyListingTest() {
+        for (int number = 101; number <= 100 + folders; ++number) {
+            for (int file = 0; file < filesInEach; ++file)
+                folder.write(fmt::format("card/DCIM/{}TEST/IMG_{}{}.JPG", number, number, file),
+                             "x");
+        }
+    }
+
+    /// Lists with a fault whenever it has sent so many bytes.
+    std::vector<std::shared_ptr<NativeFile>> filesWithFaultsAt(int byte) {
+        device.settings.insert({{"fault_at", std::to_string(byte)}, {"fault", "-7"}});
+        usb.plugIn("1-1", device);
+        start();
+        return files();
+    }
+};
+
+TEST_F(FaultyListingTest, IsCompleteWhenEachFolderCanBeReadInTheEnd) {
+    const auto found = filesWithFaultsAt(5'000);
+    EXPECT_EQ(found.size(), 2U + folders * filesInEach);
+    for (const auto& file : found) EXPECT_GT(file->facts().size, 0) << *file->facts().name;
+    EXPECT_GT(usb.count("1-1", "openings"), 3U);
+}
+
+TEST_F(FaultyListingTest, IsGivenUpAfterThreeFoldersInARow) {
+    const auto found = filesWithFaultsAt(4'000);
+    std::multiset<std::string> unreadable;
+    for (const auto& file : found)
+        if (file->facts().size == 0) unreadable.insert(*file->facts().name);
+    std::multiset<std::string> expected;
+    for (int number = 101; number <= 100 + folders; ++number)
+        expected.insert(fmt::format("{}TEST", number));
+    EXPECT_EQ(unreadable, expected);
+    EXPECT_EQ(usb.count("1-1", "openings"), 1U + 3 * 2);
 }
 
 TEST_F(UsbCamerasTest, ListsOnceMoreWhenTheSessionIsOpenedAgain) {
