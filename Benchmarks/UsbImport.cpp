@@ -44,7 +44,7 @@ A: devnum=1\n
 A: idVendor=1209\n
 A: idProduct=0001\n
 A: product=Testkamera\n
-A: serial=S1\n
+A: serial=S1001\n
 )");
         prepare();
     }

@@ -128,6 +128,22 @@ TEST_F(UsbCableTest, GetsOverAnErrorAtAnyByte) {
     }
 }
 
+TEST_F(UsbCableTest, GoesOnAfterACameraCouldNotBeOpenedAnewAtOnce) {
+    for (const std::size_t at : {bytes / 12, bytes / 2}) {
+        SCOPED_TRACE(at);
+        auto device = camera();
+        device.settings.merge(faultAt(at, "-7", 1));
+        device.settings.insert({{"busy", "1"}, {"busy_after", "1"}});
+        usb.plugIn("1-1", device);
+        start();
+        importAll();
+        EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
+        EXPECT_EQ(usb.count("1-1", "faults"), 1U);
+        EXPECT_EQ(usb.count("1-1", "openings"), 3U);
+        endScenario();
+    }
+}
+
 TEST_F(UsbCableTest, FailsWhatKeepsFailing) {
     for (const std::size_t at : {std::size_t{20'000}, bytes / 12, bytes / 6 - 1'000}) {
         SCOPED_TRACE(at);

@@ -11,6 +11,7 @@
 #include "VirtualBus.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -102,7 +103,7 @@ protected:
     VirtualBus usb;
     TemporaryFolder folder;
     const std::string target = folder.makeFolder("target");
-    VirtualBus::Device device{.serial = "S1"};
+    VirtualBus::Device device{.serial = "S1001"};
     UsbTiming timing;
     CameraConnection::Release release = [](const UsbPlace&) {};
     EventLoop loop;
@@ -125,7 +126,7 @@ TEST_F(UsbCamerasTest, ReportsAnEmptyBus) {
 TEST_F(UsbCamerasTest, HasReportedWhatIsPluggedInBeforeItSaysSo) {
     usb.plugIn("1-1", device);
     device.name = "Zweite";
-    device.serial = "S2";
+    device.serial = "S2002";
     usb.plugIn("1-2", device);
     start();
     runUntil([this] { return !sink->events.empty() && sink->events.back() == "reported"; });
@@ -137,15 +138,26 @@ TEST_F(UsbCamerasTest, HasReportedWhatIsPluggedInBeforeItSaysSo) {
 TEST_F(UsbCamerasTest, DoesNotWaitLongForACameraThatDoesNotSayWhoItIs) {
     timing.identifying = Milliseconds(30);
     timing.ending = Milliseconds(1);
-    timing.busy.fill(Milliseconds(100));
     device.serial = "";
-    device.settings["busy"] = "1000";
+    device.settings["rate"] = "1000";
     usb.plugIn("1-1", device);
     start();
     runUntil([this] { return !sink->events.empty(); });
     EXPECT_EQ(sink->events, Events{"reported"});
     runUntil([this] { return sink->events.size() == 2; });
     EXPECT_EQ(sink->events.back(), "+Testkamera");
+}
+
+TEST_F(UsbCamerasTest, LeavesACameraToWhoUsesItUntilItIsWanted) {
+    device.serial = "";
+    device.settings["serial"] = "P1001";
+    device.settings["busy"] = "1";
+    release = [](const UsbPlace&) { ADD_FAILURE() << "nobody wants the camera"; };
+    usb.plugIn("1-1", device);
+    start();
+    runUntil([this] { return !sink->added.empty(); });
+    EXPECT_EQ(sink->added.front()->facts().serial, "");
+    EXPECT_EQ(usb.count("1-1", "openings"), 1U);
 }
 
 TEST_F(UsbCamerasTest, WaitsForACameraThatIsBusy) {
@@ -301,6 +313,83 @@ TEST_F(UsbCamerasTest, EndsInTimeWhileACameraHangs) {
     runUntil([&] { return usb.count("1-1", "faults") > 0; });
     EXPECT_LT(secondsToEnd(), 1.0);
     EXPECT_EQ(answered(), Events{"Das Laden wurde abgebrochen"});
+}
+
+TEST_F(UsbCamerasTest, NoticesNewShotsAfterACameraFailedToTellOfThem) {
+    device.settings.insert({{"event_fault", "-7"}, {"event_faults", "2"}});
+    usb.plugIn("1-1", device);
+    start();
+    EXPECT_EQ(files().size(), 2U);
+    runUntil([&] { return usb.count("1-1", "openings") == 2; });
+    // It is open again once this is done; only what comes after that is new to it.
+    download(*camera->mediaFiles().at(1).file, target);
+    runUntil([this] { return answered().size() == 1; });
+    folder.write("card/DCIM/100TEST/IMG_0003.JPG", "neu");
+    runUntil([this] { return camera->mediaFiles().size() == 3; });
+}
+
+TEST_F(UsbCamerasTest, LetsGoOfACameraThatFailsToTellOfNewShots) {
+    for (const char* error : {"-7", "-6"}) {
+        SCOPED_TRACE(error);
+        device.settings["event_fault"] = error;
+        device.settings["event_faults"] = "1000";
+        usb.plugIn("1-1", device);
+        start();
+        const auto found = files();
+        runUntil([&] { return usb.count("1-1", "event-faults") > 0; });
+        download(*found.at(1), target);
+        runUntil([this] { return !answered().empty(); });
+        EXPECT_EQ(answered().back(), "done");
+        camera->closeSession();
+        const int other = ::open(usb.claimFile("1-1").c_str(), O_RDONLY | O_CLOEXEC);
+        runUntil([&] { return ::flock(other, LOCK_EX | LOCK_NB) == 0; });
+        ::close(other);
+        cameras.reset();
+        sink->added.clear();
+        usb.unplugForGood("1-1");
+    }
+}
+
+/// A camera whose cable fails again and again while its many folders are listed.
+class FaultyListingTest : public UsbCamerasTest {
+protected:
+    static constexpr int folders = 12;
+    static constexpr int filesInEach = 5;
+
+    FaultyListingTest() {
+        for (int number = 101; number <= 100 + folders; ++number) {
+            for (int file = 0; file < filesInEach; ++file)
+                folder.write(fmt::format("card/DCIM/{}TEST/IMG_{}{}.JPG", number, number, file),
+                             "x");
+        }
+    }
+
+    /// Lists with a fault whenever it has sent so many bytes.
+    std::vector<std::shared_ptr<NativeFile>> filesWithFaultsAt(int byte) {
+        device.settings.insert({{"fault_at", std::to_string(byte)}, {"fault", "-7"}});
+        usb.plugIn("1-1", device);
+        start();
+        return files();
+    }
+};
+
+TEST_F(FaultyListingTest, IsCompleteWhenEachFolderCanBeReadInTheEnd) {
+    const auto found = filesWithFaultsAt(5'000);
+    EXPECT_EQ(found.size(), 2U + folders * filesInEach);
+    for (const auto& file : found) EXPECT_GT(file->facts().size, 0) << *file->facts().name;
+    EXPECT_GT(usb.count("1-1", "openings"), 3U);
+}
+
+TEST_F(FaultyListingTest, IsGivenUpAfterThreeFoldersInARow) {
+    const auto found = filesWithFaultsAt(4'000);
+    std::multiset<std::string> unreadable;
+    for (const auto& file : found)
+        if (file->facts().size == 0) unreadable.insert(*file->facts().name);
+    std::multiset<std::string> expected;
+    for (int number = 101; number <= 100 + folders; ++number)
+        expected.insert(fmt::format("{}TEST", number));
+    EXPECT_EQ(unreadable, expected);
+    EXPECT_EQ(usb.count("1-1", "openings"), 1U + 3 * 2);
 }
 
 TEST_F(UsbCamerasTest, ListsOnceMoreWhenTheSessionIsOpenedAgain) {

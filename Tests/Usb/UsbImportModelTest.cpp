@@ -13,11 +13,11 @@ namespace {
 namespace fs = std::filesystem;
 
 TEST_F(UsbImportTest, FindsACameraThatIsPluggedInAlready) {
-    usb.plugIn("1-1", camera("S1"));
+    usb.plugIn("1-1", camera("S1001"));
     start();
     runUntil([this] { return !model->cameras().empty(); });
     EXPECT_EQ(model->cameras().at(0)->name(), "Testkamera");
-    EXPECT_EQ(model->cameras().at(0)->identity(), "serial:S1");
+    EXPECT_EQ(model->cameras().at(0)->identity(), "serial:S1001");
 }
 
 TEST_F(UsbImportTest, FindsACameraThatIsPluggedInLaterAndForgetsItWhenItIsPulled) {
@@ -36,12 +36,16 @@ TEST_F(UsbImportTest, KnowsACameraByTheBestThatThereIs) {
         std::string vendor;
         std::string identity;
     } cases[] = {
-        {"S1", "", "1209", "serial:S1"},
-        {"S1", "P1", "1209", "serial:S1"},
-        {"", "P1", "1209", "serial:P1"},
+        {"S1001", "", "1209", "serial:S1001"},
+        {"S1001", "P1001", "1209", "serial:S1001"},
+        {"", "P1001", "1209", "serial:P1001"},
         {"", "", "1209", "persistent:usb:1209:0001:1-1"},
+        // What many cameras have in common tells none of them from another.
+        {"0000000000", "P1001", "1209", "serial:P1001"},
+        {"0123456789ABCDEF", "1234", "1209", "persistent:usb:1209:0001:1-1"},
+        {"1234", "", "04a9", "persistent:usb:04a9:0001:1-1"},
         // Asking would set it to being controlled from here.
-        {"", "P1", "04a9", "persistent:usb:04a9:0001:1-1"},
+        {"", "P1001", "04a9", "persistent:usb:04a9:0001:1-1"},
     };
     for (const auto& [serial, ownSerial, vendor, identity] : cases) {
         auto device = camera(serial);
@@ -168,9 +172,9 @@ TEST_F(UsbImportTest, ImportsOnlyFromTheTrustedOfTwoCameras) {
     add("card/DCIM/100TEST/IMG_0001.JPG", "von der anderen");
     add("trusted/DCIM/100TEST/IMG_0002.JPG", "von dieser");
     settings->storedAutoImport = true;
-    settings->storedIdentity = "serial:S2";
-    usb.plugIn("1-1", camera("S1"));
-    auto trusted = camera("S2");
+    settings->storedIdentity = "serial:S2002";
+    usb.plugIn("1-1", camera("S1001"));
+    auto trusted = camera("S2002");
     trusted.settings["store1"] = folder.path("trusted");
     usb.plugIn("1-2", trusted);
     start();

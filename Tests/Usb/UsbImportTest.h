@@ -39,7 +39,7 @@ protected:
     void addLarge(const std::string& path, std::size_t size, int day = 1) const;
 
     /// A camera with `card`, and that serial number.
-    VirtualBus::Device camera(const std::string& serial = "S1") const;
+    VirtualBus::Device camera(const std::string& serial = "S1001") const;
 
     /// Begins to look for cameras.
     void start();

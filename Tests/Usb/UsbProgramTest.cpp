@@ -20,13 +20,13 @@ protected:
     }
 
     TemporaryFolder folder;
-    VirtualBus::Device device{.vendor = "04a9", .product = "32f4", .serial = "S1"};
+    VirtualBus::Device device{.vendor = "04a9", .product = "32f4", .serial = "S1001"};
 };
 
 TEST_F(UsbProgramTest, ShowsACameraByTheNameThatIsKnownOfIt) {
     const auto shown = MockedUsb(device).call({"cameras"}).run();
     EXPECT_EQ(shown.exitStatus, 0) << shown.err;
-    EXPECT_EQ(shown.out, "Canon EOS R5  serial:S1\n");
+    EXPECT_EQ(shown.out, "Canon EOS R5  serial:S1001\n");
 }
 
 TEST_F(UsbProgramTest, ImportsTheWholeCard) {
@@ -45,7 +45,7 @@ TEST_F(UsbProgramTest, ImportsTheWholeCard) {
 TEST_F(UsbProgramTest, LeavesTheUsbAloneWhereACardIsGiven) {
     const auto shown = MockedUsb(device).call({"cameras", "--card", folder.path("card")}).run();
     EXPECT_EQ(shown.exitStatus, 0) << shown.err;
-    EXPECT_TRUE(shown.out.find("serial:S1") == std::string::npos) << shown.out;
+    EXPECT_TRUE(shown.out.find("serial:S1001") == std::string::npos) << shown.out;
 }
 
 }  // namespace

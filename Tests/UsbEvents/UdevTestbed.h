@@ -10,14 +10,17 @@
 
 namespace bildkurier {
 
-/// Stands in for udev, sysfs and device files within this process, which umockdev-wrapper must
-/// have started.
+/// Stands in for udev, sysfs and device files within this process, if umockdev-wrapper has
+/// started it.
 class UdevTestbed {
 public:
     UdevTestbed();
     UdevTestbed(const UdevTestbed&) = delete;
     UdevTestbed& operator=(const UdevTestbed&) = delete;
     ~UdevTestbed();
+
+    /// Whether umockdev-wrapper has started this process; if not, the actual USB shows.
+    bool isInPlace() const;
 
     /// Plugs in the devices of a description; `path` is that of the first in sysfs.
     void plugIn(const std::string& description, const std::string& path);

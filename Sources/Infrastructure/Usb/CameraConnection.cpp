@@ -55,15 +55,14 @@ Result<> CameraConnection::open(std::shared_ptr<const UsbSession> session) {
     return std::unexpected(openError(fault, answer_));
 }
 
+bool CameraConnection::openIfFree() { return openOnce() == CameraFault::None; }
+
 void CameraConnection::close() {
     camera_.close();
     session_.reset();
 }
 
-bool CameraConnection::reopen() {
-    camera_.close();
-    return openOnce() == CameraFault::None;
-}
+void CameraConnection::reopen() { openOnce(); }
 
 Error CameraConnection::openError(CameraFault fault, int code) const {
     const bool mayUseIt =

@@ -34,13 +34,16 @@ public:
     /// Opens the camera for `session`; has other programs let go of it. Fails with a reason for
     /// the user, also when the session ends first.
     Result<> open(std::shared_ptr<const UsbSession> session);
+    /// Opens the camera, unless another program uses it: that one is left alone.
+    bool openIfFree();
     void close();
 
     /// What an answer of the camera's means, once it is clear whether it was unplugged.
     CameraFault fault(int code) const;
 
-    /// Brings a camera that is out of step back; answers whether that worked.
-    bool reopen();
+    /// Brings a camera that is out of step back. Where that fails, the next call to the camera
+    /// does too, and opening it anew may help once more.
+    void reopen();
 
 private:
     CameraFault openOnce();

@@ -14,6 +14,9 @@ namespace {
 /// More than any camera has, for one that answers with folders for ever.
 constexpr int deepest = 16;
 
+/// A camera with so many unreadable folders in a row does not come round any more.
+constexpr int mostUnreadableInARow = 3;
+
 std::string below(const std::string& folder, const std::string& name) {
     return folder.empty() ? name : folder + "/" + name;
 }
@@ -46,6 +49,7 @@ std::optional<CardListing> CameraLister::list() {
 CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
     constexpr int mostReopenings = 2;
     while (!session_.hasEnded()) {
+        if (unreadableInARow_ >= mostUnreadableInARow) return Answer::Failed;
         switch (connection_.fault(call())) {
             case CameraFault::None:
                 return Answer::Good;
@@ -55,7 +59,7 @@ CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
             case CameraFault::Transfer:
                 if (reopenings_ == mostReopenings) return Answer::Failed;
                 ++reopenings_;
-                if (!connection_.reopen()) return Answer::Failed;
+                connection_.reopen();
                 break;
             default:
                 return Answer::Failed;
@@ -65,15 +69,11 @@ CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
 }
 
 CameraLister::Answer CameraLister::listFolder(const std::string& folder, int depth) {
-    if (listFiles(folder) == Answer::Over) return Answer::Over;
     std::vector<std::string> names;
-    const Answer answer = ask([&] {
-        auto [code, found] = connection_.camera().folders("/" + folder);
-        names = std::move(found);
-        return code;
-    });
+    const Answer answer = listInside(folder, names);
+    if (answer == Answer::Over) return answer;
     if (answer == Answer::Failed) addUnreadable(folder);
-    if (answer != Answer::Good) return answer;
+    unreadableInARow_ = answer == Answer::Failed ? unreadableInARow_ + 1 : 0;
     for (const std::string& name : names) {
         if (!isOneName(name)) continue;
         const std::string inner = below(folder, name);
@@ -86,6 +86,20 @@ CameraLister::Answer CameraLister::listFolder(const std::string& folder, int dep
     return Answer::Good;
 }
 
+/// What can be listed of a folder is, even if its files or its folders cannot.
+CameraLister::Answer CameraLister::listInside(const std::string& folder,
+                                              std::vector<std::string>& folders) {
+    reopenings_ = 0;
+    const Answer files = listFiles(folder);
+    if (files == Answer::Over) return files;
+    const Answer inside = ask([&] {
+        auto [code, found] = connection_.camera().folders("/" + folder);
+        folders = std::move(found);
+        return code;
+    });
+    return inside == Answer::Good ? files : inside;
+}
+
 CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
     std::vector<std::string> names;
     const Answer answer = ask([&] {
@@ -93,7 +107,6 @@ CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
         names = std::move(found);
         return code;
     });
-    if (answer == Answer::Failed) addUnreadable(folder);
     if (answer != Answer::Good) return answer;
     seen_ = 0;
     listed_ += names.size();

@@ -10,6 +10,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace bildkurier {
 
@@ -23,9 +24,10 @@ public:
     CameraLister& operator=(const CameraLister&) = delete;
     ~CameraLister();
 
-    /// What fails and is there still is tried again with the camera opened anew, twice at most;
-    /// a folder that remains unreadable stands in the listing. Absent when the camera is gone
-    /// or the session has ended.
+    /// What fails and is there still is tried again with the camera opened anew, twice at most
+    /// in each folder; a folder that remains unreadable stands in the listing. After three such
+    /// folders in a row the camera is asked no more, and the others stand there likewise. Absent
+    /// when the camera is gone or the session has ended.
     std::optional<CardListing> list();
 
     /// A file that came later, `folder` below the camera's root. Absent for what is not media,
@@ -38,6 +40,7 @@ private:
     /// `call` answers with a code of the camera's.
     Answer ask(const std::function<int()>& call);
     Answer listFolder(const std::string& folder, int depth);
+    Answer listInside(const std::string& folder, std::vector<std::string>& folders);
     Answer listFiles(const std::string& folder);
     Answer describe(const std::string& folder, const std::string& name, CardEntry& entry);
     void addUnreadable(const std::string& folder);
@@ -46,9 +49,10 @@ private:
     const UsbSession& session_;
     std::function<void(std::size_t)> progress_;
     CardListing listing_;
-    std::size_t listed_ = 0;  ///< in the folders so far
-    std::size_t seen_ = 0;    ///< in the present one
-    int reopenings_ = 0;
+    std::size_t listed_ = 0;    ///< in the folders so far
+    std::size_t seen_ = 0;      ///< in the present one
+    int reopenings_ = 0;        ///< for the present folder
+    int unreadableInARow_ = 0;  ///< folders
 };
 
 }  // namespace bildkurier

@@ -45,11 +45,12 @@ CameraLoader::Outcome CameraLoader::load() {
         if (fault == CameraFault::None) return Outcome::Loaded;
         if (fault == CameraFault::NotOffered)
             return fail({"Die Kamera gibt diese Datei nicht heraus"});
-        if (fault != CameraFault::Transfer || tries == mostTries || !connection_.reopen()) {
+        if (fault != CameraFault::Transfer || tries == mostTries) {
             return fail({fmt::format(
                 "Die Kamera antwortet nicht, oder die Übertragung ist gestört (Fehler {})",
                 answer_)});
         }
+        connection_.reopen();
     }
 }
 

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <string>
 #include <thread>
 #include <utility>
 
@@ -19,10 +20,21 @@ namespace {
 
 constexpr auto canon = "04a9";
 
+/// So often a camera may fail to say whether there are new shots; then it is asked no more.
+constexpr int mostFailedQuestions = 3;
+
 CardCatalogue catalogueOf(const CardListing& listing) {
     CardCatalogue catalogue = arrangeCatalogue(listing);
     dateSidecars(catalogue);
     return catalogue;
+}
+
+/// Empty for what makers put where no number was given, which many cameras have in common.
+std::string actualSerial(const std::string& serial) {
+    constexpr std::size_t shortest = 5;
+    const bool isPlaceholder = serial.size() < shortest || serial == "0123456789ABCDEF" ||
+                               serial.find_first_not_of('0') == std::string::npos;
+    return isPlaceholder ? "" : serial;
 }
 
 std::timespec modificationTime(const CardEntry& entry) {
@@ -116,11 +128,10 @@ Task CameraWorker::next() {
 void CameraWorker::identify() {
     const UsbPlace& place = connection_.place();
     connection_.camera().identify();
-    std::string serial = place.serial;
+    std::string serial = actualSerial(place.serial);
     // Reading it would set a Canon to being controlled from here.
     if (serial.empty() && place.vendor != canon) {
-        if (connection_.open(std::make_shared<UsbSession>()))
-            serial = connection_.camera().serial();
+        if (connection_.openIfFree()) serial = actualSerial(connection_.camera().serial());
         connection_.close();
     }
     const DeviceFacts facts{
@@ -137,7 +148,7 @@ void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, Sessi
     const auto error = opened ? std::nullopt : std::optional(opened.error());
     mailbox_->post([tell = events.opened, error] { tell(error); });
     if (error) return connection_.close();
-    opened_.reset(new Opened{.session = session, .events = std::move(events), .listing = {}});
+    opened_.reset(new Opened{.session = session, .events = std::move(events)});
     if (listSession(*opened_)) {
         mailbox_->post(
             [tell = opened_->events.listed, catalogue = catalogueOf(opened_->listing)]() mutable {
@@ -202,16 +213,29 @@ void CameraWorker::deliver(UsbSession& session, const std::shared_ptr<UsbLoad>& 
 
 bool CameraWorker::tellsOfNewShots() const {
     // Asking a Canon would set it to being controlled from here.
-    return opened_ && !opened_->session->hasEnded() && connection_.place().vendor != canon;
+    return opened_ && !opened_->session->hasEnded() &&
+           opened_->failedQuestions < mostFailedQuestions && connection_.place().vendor != canon;
 }
 
 std::optional<GphotoCamera::NewFile> CameraWorker::newShot() {
     constexpr UsbTiming::Milliseconds atMost{50};
     auto [code, file] = connection_.camera().newFile(atMost);
-    const CameraFault fault = connection_.fault(code);
-    if (fault == CameraFault::None) return file;
-    if (fault == CameraFault::Gone && !opened_->session->hasEnded()) reportLost();
-    if (fault != CameraFault::Busy) opened_.reset();
+    switch (connection_.fault(code)) {
+        case CameraFault::None:
+            opened_->failedQuestions = 0;
+            return file;
+        case CameraFault::Busy:
+            break;
+        case CameraFault::Transfer:
+            ++opened_->failedQuestions;
+            connection_.reopen();
+            break;
+        case CameraFault::Gone:
+            if (!opened_->session->hasEnded()) reportLost();
+            [[fallthrough]];
+        default:
+            opened_->failedQuestions = mostFailedQuestions;
+    }
     return std::nullopt;
 }
 
@@ -228,9 +252,15 @@ bool CameraWorker::addShot(const GphotoCamera::NewFile& file) {
 }
 
 void CameraWorker::askForNewShots() {
+    // Other work must not wait for a camera that tells of the same shot for ever.
+    constexpr int mostAtOnce = 100;
     bool changed = false;
-    while (const auto file = newShot()) changed = addShot(*file) || changed;
-    if (!changed || !opened_) return;
+    for (int asked = 0; asked < mostAtOnce && !opened_->session->hasEnded(); ++asked) {
+        const auto file = newShot();
+        if (!file) break;
+        changed = addShot(*file) || changed;
+    }
+    if (!changed) return;
     mailbox_->post(
         [tell = opened_->events.changed, catalogue = catalogueOf(opened_->listing)]() mutable {
             tell(std::move(catalogue));

@@ -58,6 +58,8 @@ private:
         std::shared_ptr<UsbSession> session;
         SessionEvents events;
         CardListing listing;  ///< to which new shots are added
+        /// Questions for new shots that failed in a row.
+        int failedQuestions = 0;
     };
 
     void run(Task task);

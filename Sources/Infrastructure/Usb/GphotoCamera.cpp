@@ -20,6 +20,9 @@ using PortList = std::unique_ptr<GPPortInfoList, Destroy<gp_port_info_list_free>
 using Names = std::unique_ptr<CameraList, Destroy<gp_list_free>>;
 using File = std::unique_ptr<::CameraFile, Destroy<gp_file_unref>>;
 
+/// Answer of a camera that is closed: opened anew, it may answer again.
+constexpr int notOpen = GP_ERROR_IO;
+
 /// Camera whose listing runs on this thread.
 thread_local GphotoCamera* listing = nullptr;
 
@@ -196,8 +199,10 @@ int GphotoCamera::open() {
     return code;
 }
 
+bool GphotoCamera::isOpen() const { return handles_->camera != nullptr; }
+
 void GphotoCamera::close() {
-    if (handles_->camera == nullptr) return;
+    if (!isOpen()) return;
     const Call call;
     const std::lock_guard lock(Library::shared().mutex);
     gp_camera_exit(handles_->camera, handles_->context.get());
@@ -206,6 +211,7 @@ void GphotoCamera::close() {
 }
 
 std::string GphotoCamera::serial() {
+    if (!isOpen()) return {};
     const Call call;
     CameraWidget* found = nullptr;
     gp_camera_get_single_config(handles_->camera, "serialnumber", &found, handles_->context.get());
@@ -220,6 +226,7 @@ std::string GphotoCamera::serial() {
 }
 
 std::pair<int, std::vector<std::string>> GphotoCamera::folders(const std::string& folder) {
+    if (!isOpen()) return {notOpen, {}};
     const Call call(true);
     const Names names = newNames();
     const int code = gp_camera_folder_list_folders(handles_->camera, folder.c_str(), names.get(),
@@ -228,6 +235,7 @@ std::pair<int, std::vector<std::string>> GphotoCamera::folders(const std::string
 }
 
 std::pair<int, std::vector<std::string>> GphotoCamera::files(const std::string& folder) {
+    if (!isOpen()) return {notOpen, {}};
     const Call call(true);
     const Names names = newNames();
     listing = this;
@@ -239,6 +247,7 @@ std::pair<int, std::vector<std::string>> GphotoCamera::files(const std::string& 
 
 std::pair<int, GphotoCamera::Info> GphotoCamera::info(const std::string& folder,
                                                       const std::string& name) {
+    if (!isOpen()) return {notOpen, {}};
     const Call call;
     CameraFileInfo found{};
     int code = gp_camera_file_get_info(handles_->camera, folder.c_str(), name.c_str(), &found,
@@ -280,6 +289,7 @@ int GphotoCamera::load(const std::string& folder, const std::string& name, const
                 static_cast<Transfer*>(transfer)->take(bytes, *count);
                 return GP_OK;
             }};
+    if (!isOpen()) return notOpen;
     const Call call;
     Transfer transfer{.camera = *this, .receive = receive};
     stopped_ = false;
@@ -294,6 +304,7 @@ int GphotoCamera::load(const std::string& folder, const std::string& name, const
 
 int GphotoCamera::loadInPieces(const std::string& folder, const std::string& name,
                                std::uint64_t size, const Receive& receive) {
+    if (!isOpen()) return notOpen;
     const Call call;
     constexpr std::uint64_t pieceBytes = 1 << 20;
     std::vector<char> piece(std::min(pieceBytes, size));
@@ -313,6 +324,7 @@ int GphotoCamera::loadInPieces(const std::string& folder, const std::string& nam
 
 std::pair<int, std::optional<GphotoCamera::NewFile>> GphotoCamera::newFile(
     std::chrono::milliseconds time) {
+    if (!isOpen()) return {notOpen, {}};
     const Call call;
     CameraEventType event{};
     void* found = nullptr;

@@ -34,6 +34,7 @@ public:
     const std::string& model() const { return model_; }
 
     int open();
+    /// What is asked of a closed camera fails as if the cable were disturbed.
     void close();
 
     /// The camera's own serial number; empty where it has none.
@@ -73,6 +74,8 @@ private:
     class Call;
     struct Handles;
     struct Transfer;
+
+    bool isOpen() const;
 
     std::string port_;
     std::chrono::milliseconds answerTime_;

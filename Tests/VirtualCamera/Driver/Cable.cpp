@@ -80,6 +80,10 @@ int Cable::read(std::span<char> bytes, int milliseconds) {
 
 int Cable::event(std::span<char> bytes, int milliseconds) {
     if (const int code = check(); code != GP_OK) return code;
+    if (plug_.counted("event-faults") < plug_.number("event_faults")) {
+        plug_.count("event-faults");
+        return static_cast<int>(plug_.number("event_fault"));
+    }
     const auto event = responder_.nextEvent();
     if (event.empty()) {
         pass(milliseconds);

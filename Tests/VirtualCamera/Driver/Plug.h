@@ -20,11 +20,14 @@ namespace bildkurier {
 ///     rate=N                         bytes a second; none: as fast as can be
 ///     announce NAME=N                the size that it says the file NAME has
 ///     busy=N                         the first N attempts to open it fail
+///     busy_after=N                   not the first, but those after N attempts
 ///     fault_at=N, fault=CODE         once it has sent N bytes since it was opened, it answers
 ///                                    with this error of libgphoto2
 ///     fault=hang                     and this one does not answer until the time is over
 ///     fault=pull                     and this one is unplugged
 ///     faults=N                       so many times; none: again and again
+///     event_fault=CODE,              asked what is new, it answers with this error
+///     event_faults=N                 so many times
 class Plug {
 public:
     /// Those below the folder that the environment names, by their places on the bus.
@@ -47,7 +50,7 @@ public:
     /// Unplugs it: it comes to the folder "drawer" beside the bus.
     void pull() const;
     /// How often something has happened, which a file beside the settings says: "openings",
-    /// "faults", and "unknown" requests.
+    /// "faults", "event-faults" and "unknown" requests.
     std::int64_t counted(const std::string& what) const;
     void count(const std::string& what) const;
 

@@ -10,6 +10,8 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -73,7 +75,9 @@ int open(GPPort* port) {
     const auto plug = plugAt(port);
     if (!plug) return GP_ERROR_IO_USB_FIND;
     plug->count("openings");
-    if (plug->counted("openings") <= plug->number("busy")) return GP_ERROR_IO_USB_CLAIM;
+    const auto busyOpening =
+        plug->counted("openings") - std::max<std::int64_t>(0, plug->number("busy_after"));
+    if (busyOpening > 0 && busyOpening <= plug->number("busy")) return GP_ERROR_IO_USB_CLAIM;
     const int claim = ::open(plug->settingsFile().c_str(), O_RDONLY | O_CLOEXEC);
     if (claim < 0) return GP_ERROR_IO_USB_FIND;
     if (::flock(claim, LOCK_EX | LOCK_NB) != 0) {
