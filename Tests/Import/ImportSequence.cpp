@@ -658,6 +658,9 @@ void ImportSequence::finish() {
     store_->capacity = plenty;
     lock_->takenByAnother = false;
     slow_->meanwhile = nullptr;
+    // What waits for the other process goes on.
+    loop_.advance(retryInterval);
+    check();
     deliverAll();
     check();
     RC_ASSERT(!run_);
