@@ -339,7 +339,10 @@ void ImportSequence::unplug(std::size_t which) {
         }
     }
     while (log.size() > 500) log.pop_front();
-    if (run_) lostRun_ = std::exchange(run_, std::nullopt);
+    if (run_) {
+        lostRun_ = std::exchange(run_, std::nullopt);
+        lostFile_ = delivered_;
+    }
     model_->cameraBrowserDidRemove(camera);
     losesCamera_ = false;
     RC_ASSERT(model_->log() == log);
@@ -658,6 +661,9 @@ void ImportSequence::finish() {
     store_->capacity = plenty;
     lock_->takenByAnother = false;
     slow_->meanwhile = nullptr;
+    // What waits for the other process goes on.
+    loop_.advance(retryInterval);
+    check();
     deliverAll();
     check();
     RC_ASSERT(!run_);
@@ -834,15 +840,14 @@ void ImportSequence::logged(const std::string& line) {
 }
 
 void ImportSequence::checkLoaded(const std::string& line) {
-    RC_ASSERT(delivered_);
-    const auto isIn = [this](const std::optional<Run>& run) {
-        return run && std::ranges::find(run->files, delivered_) != run->files.end();
-    };
-    const bool isLate = !isIn(run_);
-    RC_ASSERT((!isLate || isIn(lostRun_)));
+    const bool isLate = !run_ || runner_->progress().done == run_->loaded;
+    RC_ASSERT((!isLate || lostRun_));
     Run& run = isLate ? *lostRun_ : *run_;
     if (isLate) fruitless_ = 0;
-    const Picture& picture = delivered_->picture;
+    const auto& file = isLate ? lostFile_ : delivered_;
+    RC_ASSERT(file);
+    RC_ASSERT(std::ranges::find(run.files, file) != run.files.end());
+    const Picture& picture = file->picture;
     const Url folder =
         run.layout.folder(run.dest, picture.shot.value_or(loop_.date()), picture.name);
     const std::string start = "✓ " + folder.lastComponent() + "/";

@@ -184,6 +184,7 @@ private:
     std::optional<Run> run_;
     std::optional<Run> lostRun_;               ///< whose camera was lost last
     std::shared_ptr<ScriptedFile> delivered_;  ///< last
+    std::shared_ptr<ScriptedFile> lostFile_;   ///< the last one before the camera was lost
     std::shared_ptr<ScriptedCamera> next_;     ///< to be selected after the run
     std::optional<ImportModel::Resume> pendingResume_;
     bool resumeReady_ = false;
