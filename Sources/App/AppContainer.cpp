@@ -65,8 +65,12 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
                                    .fileAccess = std::make_shared<BookmarkFileAccess>(bookmarks),
                                    .homeFolder = homeFolder()},
         sandboxed, main, background);
-    return {
-        .model = model, .keys = keys, .fileStore = router, .runLock = lock, .programs = programs};
+    return {.model = model,
+            .keys = keys,
+            .fileStore = router,
+            .keyring = keyring,
+            .runLock = lock,
+            .programs = programs};
 }
 
 }  // namespace bildkurier

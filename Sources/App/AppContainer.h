@@ -10,6 +10,7 @@
 #include "ProcessCommandRunner.h"
 #include "RunLock.h"
 #include "SSHKeyModel.h"
+#include "SSHKeyring.h"
 #include "UserDefaults.h"
 #include "Workspace.h"
 
@@ -43,6 +44,7 @@ struct AppContainer {
         std::shared_ptr<ImportModel> model;
         std::shared_ptr<SSHKeyModel> keys;
         std::shared_ptr<FileStore> fileStore;
+        std::shared_ptr<SSHKeyring> keyring;
         std::shared_ptr<RunLock> runLock;
         /// Runs what the background waits for; to be ended before that is.
         std::shared_ptr<ProcessCommandRunner> programs;

@@ -2,13 +2,16 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ImportCommand.h"
 
+#include "ByteSum.h"
 #include "CameraName.h"
 #include "RunThen.h"
+#include "ServerVisit.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <iterator>
+#include <ranges>
 #include <utility>
 
 namespace bildkurier {
@@ -21,11 +24,13 @@ using Phase = ImportModel::Phase;
 }  // namespace
 
 ImportCommand::ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
-                             std::shared_ptr<FileStore> fileStore, MainQueue& main,
+                             std::shared_ptr<FileStore> fileStore,
+                             std::shared_ptr<SSHKeyring> keyring, MainQueue& main,
                              Background& background, Report& report, Done done)
     : ModelCommand(std::move(model), main, report, std::move(done)),
       commandLine_(std::move(commandLine)),
       fileStore_(std::move(fileStore)),
+      keyring_(std::move(keyring)),
       main_(main),
       background_(background) {}
 
@@ -62,10 +67,14 @@ void ImportCommand::reachServer() {
     if (commandLine_.command == Command::plan) folder.path.assign(1, '/');
     runThen(
         background_, main_,
-        [store = fileStore_, folder = std::move(folder)] { return store->createDirectory(folder); },
-        answers_([this](const Result<>& reached) {
+        [store = fileStore_, keyring = keyring_, folder = std::move(folder)] {
+            return ServerVisit::pay(folder, keyring.get(),
+                                    [&] { return store->createDirectory(folder); });
+        },
+        answers_([this](const ServerVisit& visit) {
             if (isInterrupted()) return;
-            if (!reached) return stop(ExitStatus::destinationUnusable, reached.error().message);
+            if (visit.fingerprint && visit.isFirst) reportNewServer(*visit.fingerprint);
+            if (visit.error) return stop(ExitStatus::destinationUnusable, visit.error->message);
             nextCamera();
         }));
 }
@@ -142,12 +151,27 @@ void ImportCommand::startImport() {
     model().startImport();
     if (!isImporting()) return stop(ExitStatus::destinationUnusable, model().status());
     stage_ = Stage::running;
+    noteFiles();
+}
+
+void ImportCommand::noteFiles() {
+    files_.clear();
+    for (const auto& file : model().newFiles()) {
+        files_.push_back({fileKey(file->name().value_or(""), file->size()), file->size()});
+    }
 }
 
 void ImportCommand::lookWhileRunning() {
     if (isImporting()) return;
+    const auto& progress = model().progress();
+    if (!isAttached() && progress.done + progress.failed == progress.total) {
+        // Lost when there was nothing left to load.
+        if (model().awaitsCamera()) model().cancelImport();
+        return finished(progress);
+    }
     if (model().awaitsCamera()) {
         stage_ = Stage::returning;
+        lost_ = progress;
         return showStatus();
     }
     if (isAttached()) return finished(model().progress());
@@ -162,13 +186,40 @@ void ImportCommand::lookForReturn() {
         camera_ = *std::ranges::find(cameras, model().selectedID(), &Camera::id);
         stage_ = Stage::running;
         plan_ = planned();
-        return announceImport(plan_);
+        announceImport(plan_);
+        tellOfVanished();
+        return noteFiles();
     }
     showStatus();
     if (model().awaitsCamera()) return lookForHindrance();
+    if (!model().camera()) return stop(ExitStatus::filesFailed, model().status());
     if (!model().newFiles().empty()) return stop(ExitStatus::destinationUnusable, model().status());
-    // Whatever was not heard of any more has arrived all the same.
-    finished({.total = plan_.files, .done = plan_.files, .bytesDone = plan_.bytes});
+    auto progress = lost_;
+    const Vanished vanished = tellOfVanished();
+    // Of the others, whatever was not heard of any more has arrived all the same.
+    progress.done = progress.total - progress.failed - vanished.files;
+    progress.bytesDone = plan_.bytes - vanished.bytes;
+    finished(progress);
+}
+
+ImportCommand::Vanished ImportCommand::tellOfVanished() {
+    FileKeys onCard;
+    for (const auto& file : model().camera()->files()) {
+        onCard.insert(fileKey(file->name().value_or(""), file->size()));
+    }
+    Vanished vanished;
+    for (const auto& [key, bytes] : files_ | std::views::drop(lost_.done + lost_.failed)) {
+        if (onCard.contains(key)) continue;
+        ++vanished.files;
+        vanished.bytes = byteSum(vanished.bytes, bytes);
+    }
+    if (vanished.files == 0) return vanished;
+    setStatus(ExitStatus::filesFailed);
+    report().log(
+        fmt::format("✗ {} Dateien sind seit der Trennung nicht mehr auf der Karte und "
+                    "wurden nicht geladen.",
+                    vanished.files));
+    return vanished;
 }
 
 void ImportCommand::lookForHindrance() {
@@ -176,7 +227,9 @@ void ImportCommand::lookForHindrance() {
     const auto selected = std::ranges::find(cameras, model().selectedID(), &Camera::id);
     if (selected == cameras.end() || (*selected)->identity() != camera_->identity()) return;
     if (model().phase() == Phase::noCamera) return stop(ExitStatus::noCamera, model().status());
-    if (model().phase() == Phase::ready) stop(ExitStatus::filesFailed, model().status());
+    // With files to load, it is another process's import that is waited for.
+    const bool isEmpty = model().phase() == Phase::ready && model().newFiles().empty();
+    if (isEmpty) stop(ExitStatus::filesFailed, model().status());
 }
 
 void ImportCommand::finished(const ImportRunner::Progress& progress) {

@@ -5,12 +5,15 @@
 #include "Background.h"
 #include "Camera.h"
 #include "CommandLine.h"
+#include "FileKey.h"
 #include "ModelCommand.h"
+#include "SSHKeyring.h"
 
 #include <cstdint>
 #include <deque>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace bildkurier {
 
@@ -20,8 +23,8 @@ namespace bildkurier {
 class ImportCommand final : public ModelCommand {
 public:
     ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
-                  std::shared_ptr<FileStore> fileStore, MainQueue& main, Background& background,
-                  Report& report, Done done);
+                  std::shared_ptr<FileStore> fileStore, std::shared_ptr<SSHKeyring> keyring,
+                  MainQueue& main, Background& background, Report& report, Done done);
 
 private:
     enum class Stage : std::uint8_t {
@@ -29,6 +32,16 @@ private:
         reading,   ///< a camera is being opened and read
         running,   ///< its import
         returning  ///< its import was interrupted; it has to come back
+    };
+
+    struct PlannedFile {
+        std::string key;
+        std::int64_t bytes = 0;
+    };
+
+    struct Vanished {
+        std::int64_t files = 0;
+        std::int64_t bytes = 0;
     };
 
     void start() override;
@@ -45,17 +58,24 @@ private:
     bool chooseDay();
     Report::Plan chosenPlan();
     void startImport();
+    /// Remembers what the import is to load.
+    void noteFiles();
+    /// Tells which files are not on the card that has returned, though they were never loaded.
+    Vanished tellOfVanished();
     void finished(const ImportRunner::Progress& progress);
     bool isAttached() const;
 
     CommandLine commandLine_;
     std::shared_ptr<FileStore> fileStore_;
+    std::shared_ptr<SSHKeyring> keyring_;
     MainQueue& main_;
     Background& background_;
     std::deque<std::shared_ptr<Camera>> waiting_;
     std::shared_ptr<Camera> camera_;
     Stage stage_ = Stage::beginning;
-    Report::Plan plan_;  ///< of the import that runs or was interrupted
+    Report::Plan plan_;               ///< of the import that runs or was interrupted
+    std::vector<PlannedFile> files_;  ///< the same, in the order in which they are loaded
+    ImportRunner::Progress lost_;     ///< of the import that was interrupted
     bool severalCameras_ = false;
     Guard answers_;
 };

@@ -4,6 +4,8 @@
 
 #include "ImportSummary.h"
 
+#include <fmt/format.h>
+
 #include <iterator>
 #include <utility>
 
@@ -58,7 +60,14 @@ void ModelCommand::showStatus() {
     if (model_->status() == shownStatus_) return;
     shownStatus_ = model_->status();
     const auto& log = model_->log();
-    if (log.empty() || !log.back().ends_with(shownStatus_)) report_.status(shownStatus_);
+    if (log.empty() || !log.back().contains(shownStatus_)) report_.status(shownStatus_);
+}
+
+void ModelCommand::reportNewServer(const std::string& fingerprint) {
+    report_.status(
+        fmt::format("Erste Verbindung: Server-Schlüssel {} gespeichert. Mit dem Fingerabdruck auf "
+                    "dem Server vergleichen.",
+                    fingerprint));
 }
 
 void ModelCommand::lookLater() {
@@ -78,7 +87,7 @@ void ModelCommand::interrupt() {
         return showStatus();
     }
     if (isImporting()) {
-        const ImportRunner::Progress& progress = model_->progress();
+        const ImportRunner::Progress& progress = model_->latestProgress();
         report_.log(importSummary(progress, model_->speed().average, true));
         report_.finished(progress, true);
     }

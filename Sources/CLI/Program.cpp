@@ -41,7 +41,8 @@ std::unique_ptr<Report> makeReport(bool json) {
 
 /// The user's choices, with those that the call makes otherwise, or must not touch, in their
 /// place.
-std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine) {
+std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine,
+                                          std::shared_ptr<UserDefaults> stored) {
     using Key = SettingsKey;
     std::set<std::string> own{Key::useFromDate, Key::fromDay};
     if (commandLine.command != Command::watch) own.insert(Key::autoImportEnabled);
@@ -51,8 +52,7 @@ std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine) {
     }
     if (commandLine.byDate) own.insert(Key::byDate);
     if (commandLine.byType) own.insert(Key::byType);
-    auto defaults =
-        std::make_shared<ScratchDefaults>(std::make_shared<IniUserDefaults>(), std::move(own));
+    auto defaults = std::make_shared<ScratchDefaults>(std::move(stored), std::move(own));
     UserDefaultsSettings settings(defaults);
     if (commandLine.destination) settings.setDestination(Url::file(*commandLine.destination));
     if (commandLine.server) {
@@ -67,13 +67,21 @@ std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine) {
     return defaults;
 }
 
+/// Tells the user that it could not be kept.
+ExitStatus failToSave() {
+    std::fputs("Die Einstellung lässt sich nicht speichern.\n", stderr);
+    return ExitStatus::destinationUnusable;
+}
+
 /// Makes the server that answered the user's destination.
-void keepServer(const ImportModel& model) {
-    UserDefaultsSettings settings(std::make_shared<IniUserDefaults>());
+ExitStatus keepServer(const ImportModel& model) {
+    const auto defaults = std::make_shared<IniUserDefaults>();
+    UserDefaultsSettings settings(defaults);
     settings.setDestinationKind(DestinationKind::sftp);
     settings.setSftpUser(model.sftpUser());
     settings.setSftpHost(model.sftpHost());
     settings.setSftpPath(model.sftpPath());
+    return defaults->lostChanges() ? failToSave() : ExitStatus::success;
 }
 
 bool isAboutServer(const CommandLine& commandLine) {
@@ -86,19 +94,22 @@ bool isAboutKey(const CommandLine& commandLine) {
 }
 
 std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
-                                          const AppContainer::Parts& parts, MainQueue& main,
-                                          Background& background, Report& report,
+                                          const AppContainer::Parts& parts,
+                                          std::shared_ptr<const IniUserDefaults> stored,
+                                          MainQueue& main, Background& background, Report& report,
                                           ModelCommand::Done done) {
     if (commandLine.command == Command::watch) {
-        return std::make_shared<WatchCommand>(commandLine.trust.has_value(), parts.model, main,
-                                              report, std::move(done));
+        return std::make_shared<WatchCommand>(
+            commandLine.trust.has_value(),
+            [stored = std::move(stored)] { return stored->lostChanges(); }, parts.model, main,
+            report, std::move(done));
     }
     if (isAboutServer(commandLine)) {
         return std::make_shared<ServerCommand>(commandLine.command, *commandLine.server,
                                                parts.model, main, report, std::move(done));
     }
-    return std::make_shared<ImportCommand>(commandLine, parts.model, parts.fileStore, main,
-                                           background, report, std::move(done));
+    return std::make_shared<ImportCommand>(commandLine, parts.model, parts.fileStore, parts.keyring,
+                                           main, background, report, std::move(done));
 }
 
 ExitStatus runSettings(const CommandLine& commandLine) {
@@ -107,9 +118,7 @@ ExitStatus runSettings(const CommandLine& commandLine) {
     BookmarkFolderAccess access(defaults, SettingsKey::destinationBookmark, false,
                                 std::make_shared<PathBookmarks>());
     const ExitStatus status = runSettings(commandLine, settings, access);
-    if (status != ExitStatus::success || !defaults->lostChanges()) return status;
-    std::fputs("Die Einstellung lässt sich nicht speichern.\n", stderr);
-    return ExitStatus::destinationUnusable;
+    return status == ExitStatus::success && defaults->lostChanges() ? failToSave() : status;
 }
 
 ExitStatus runModel(const CommandLine& commandLine) {
@@ -118,23 +127,24 @@ ExitStatus runModel(const CommandLine& commandLine) {
     std::shared_ptr<ModelCommand> command;
     std::optional<InterruptSignals> signals(std::in_place, loop, [&] { command->interrupt(); });
     std::optional<ThreadPool> pool(std::in_place);
+    const auto stored = std::make_shared<IniUserDefaults>();
     AppContainer::Parts parts =
         AppContainer::make(loop, *pool,
                            {.cards = commandLine.cards,
-                            .defaults = defaultsFor(commandLine),
+                            .defaults = defaultsFor(commandLine, stored),
                             .folderPicker = nullptr,
                             .trusted = commandLine.trust,
                             .onAttachedCamerasReported = [&] { command->begin(); },
                             .discovers = !isAboutServer(commandLine)});
     ExitStatus status = ExitStatus::success;
-    command = makeCommand(commandLine, parts, loop, *pool, *report, [&](ExitStatus ended) {
+    command = makeCommand(commandLine, parts, stored, loop, *pool, *report, [&](ExitStatus ended) {
         status = ended;
         loop.stop();
     });
     if (isAboutServer(commandLine)) command->begin();
     loop.run();
     if (commandLine.command == Command::sftpCheck && status == ExitStatus::success)
-        keepServer(*parts.model);
+        status = keepServer(*parts.model);
 
     // From here on the signals end the program again, should a file system hang.
     signals.reset();

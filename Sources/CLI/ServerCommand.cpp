@@ -28,17 +28,13 @@ void ServerCommand::start() {
 void ServerCommand::look() {
     if (command_ != CommandLine::Command::sftpCheck || model().sftpChecking()) return;
     const std::string status = model().sftpStatus().value_or("");
-    if (!model().sftpConnected()) return stop(ExitStatus::destinationUnusable, status);
-    report().status(status);
-    const std::string fingerprint = model().sftpHostFingerprint().value_or("");
-    if (model().sftpHostIsNew()) {
-        report().status(
-            fmt::format("Erste Verbindung: Server-Schlüssel {} gespeichert. Mit dem "
-                        "Fingerabdruck auf dem Server vergleichen.",
-                        fingerprint));
-    } else if (!fingerprint.empty()) {
-        report().status(fmt::format("Server-Schlüssel: {}", fingerprint));
-    }
+    const auto& fingerprint = model().sftpHostFingerprint();
+    const bool isNew = model().sftpHostIsNew();
+    const bool isConnected = model().sftpConnected();
+    if (isConnected) report().status(status);
+    if (fingerprint && isNew) reportNewServer(*fingerprint);
+    if (!isConnected) return stop(ExitStatus::destinationUnusable, status);
+    if (fingerprint && !isNew) report().status(fmt::format("Server-Schlüssel: {}", *fingerprint));
     end();
 }
 

@@ -5,6 +5,7 @@
 #include "FileName.h"
 #include "LocalDay.h"
 #include "SettingsKey.h"
+#include "SftpUrl.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -37,6 +38,17 @@ Setting text(const char* key, std::string (SettingsStore::*read)() const,
                 (settings.*write)(value);
                 return std::string();
             }};
+}
+
+/// Text whose spaces and tabs at both ends do not count.
+Setting trimmedText(const char* key, std::string (SettingsStore::*read)() const,
+                    void (SettingsStore::*write)(const std::string&)) {
+    Setting setting = text(key, read, write);
+    setting.write = [write = std::move(setting.write)](SettingsStore& settings,
+                                                       const std::string& value) {
+        return write(settings, withoutBlanks(value));
+    };
+    return setting;
 }
 
 Setting optionalText(const char* key, std::optional<std::string> (SettingsStore::*read)() const,
@@ -80,6 +92,19 @@ Setting kind() {
             }};
 }
 
+/// Without "." and "..", and without a slash at the end.
+std::optional<std::string> wholePath(const std::string& path) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    auto whole = fs::absolute(path, error);
+    if (path.empty() || error) return std::nullopt;
+    // What ".." means after a link only the file system knows.
+    if (std::ranges::find(whole, "..") != whole.end()) whole = fs::weakly_canonical(whole, error);
+    if (error) return std::nullopt;
+    whole = whole.lexically_normal();
+    return (whole.has_filename() ? whole : whole.parent_path()).string();
+}
+
 Setting destination(FolderAccess& access) {
     return {SettingsKey::destination,
             [](const SettingsStore& settings) { return Json(settings.destination().path); },
@@ -90,10 +115,9 @@ Setting destination(FolderAccess& access) {
                         "„bildkurier-cli sftp check“ zum Ziel.",
                         displayText(value));
                 }
-                std::error_code error;
-                const auto path = std::filesystem::absolute(value, error);
-                if (value.empty() || error) return "Der Name eines Ordners fehlt.";
-                const Url folder = Url::file(path.string());
+                const auto path = wholePath(value);
+                if (!path) return "Der Name eines Ordners fehlt.";
+                const Url folder = Url::file(*path);
                 access.remember(folder);
                 settings.setDestination(folder);
                 settings.setDestinationKind(DestinationKind::folder);
@@ -112,9 +136,9 @@ std::vector<Setting> allSettings(FolderAccess& access) {
     return {
         destination(access),
         kind(),
-        text(SettingsKey::sftpUser, &Store::sftpUser, &Store::setSftpUser),
-        text(SettingsKey::sftpHost, &Store::sftpHost, &Store::setSftpHost),
-        text(SettingsKey::sftpPath, &Store::sftpPath, &Store::setSftpPath),
+        trimmedText(SettingsKey::sftpUser, &Store::sftpUser, &Store::setSftpUser),
+        trimmedText(SettingsKey::sftpHost, &Store::sftpHost, &Store::setSftpHost),
+        trimmedText(SettingsKey::sftpPath, &Store::sftpPath, &Store::setSftpPath),
         boolean(SettingsKey::byDate, &Store::byDate, &Store::setByDate),
         boolean(SettingsKey::byType, &Store::byType, &Store::setByType),
         boolean(SettingsKey::useFromDate, &Store::useFromDate, &Store::setUseFromDate),

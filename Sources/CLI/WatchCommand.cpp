@@ -6,9 +6,12 @@
 
 namespace bildkurier {
 
-WatchCommand::WatchCommand(bool trusting, std::shared_ptr<ImportModel> model, MainQueue& main,
-                           Report& report, Done done)
-    : ModelCommand(std::move(model), main, report, std::move(done)), trusting_(trusting) {}
+WatchCommand::WatchCommand(bool trusting, std::function<bool()> lostChoice,
+                           std::shared_ptr<ImportModel> model, MainQueue& main, Report& report,
+                           Done done)
+    : ModelCommand(std::move(model), main, report, std::move(done)),
+      trusting_(trusting),
+      lostChoice_(std::move(lostChoice)) {}
 
 void WatchCommand::start() {
     if (!trusting_ && !model().trustsCamera()) {
@@ -19,6 +22,10 @@ void WatchCommand::start() {
 }
 
 void WatchCommand::look() {
+    if (!toldLoss_ && lostChoice_()) {
+        toldLoss_ = true;
+        report().error("Die Einstellung lässt sich nicht speichern.");
+    }
     const bool wasRunning = std::exchange(running_, isImporting());
     if (running_ && !wasRunning) announceImport(planned());
     if (running_) return;

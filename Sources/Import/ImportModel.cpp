@@ -7,10 +7,10 @@
 #include "FatalError.h"
 #include "FileName.h"
 #include "Formatting.h"
-#include "HostKeyMismatch.h"
 #include "ImportSummary.h"
 #include "LocalDay.h"
 #include "RunThen.h"
+#include "ServerVisit.h"
 #include "SftpUrl.h"
 
 #include <fmt/format.h>
@@ -31,14 +31,12 @@ constexpr Duration retryInterval{5.0};
 constexpr double speedWindow = 2.0;  // seconds
 constexpr std::size_t longestLog = 500;
 constexpr int mostFruitlessResumes = 2;
+constexpr auto windingUpStatus =
+    "Warte auf die Datei, die beim Abbruch des Imports noch unterwegs war …";
 constexpr auto sleepReason = "Bildkurier läuft";
 constexpr auto gaveUp =
     "Import gestoppt: Die Kamera trennt sich wiederholt, ohne dass etwas ankommt. Originalkabel "
     "direkt am Mac probieren (ohne Hub) und Akku der Kamera prüfen.";
-
-constexpr auto otherHostKey =
-    "Der Server zeigt einen anderen Schlüssel als beim ersten Verbinden. Nur wenn der Server neu "
-    "eingerichtet wurde: gespeicherten Server-Schlüssel vergessen.";
 
 std::int64_t wholeIndex(double index) {
     constexpr double limit = 0x1p63;
@@ -62,14 +60,6 @@ std::int64_t transferred(const ImportRunner::Progress& progress) {
     return done + current;
 }
 
-/// Without the spaces and tabs at both ends.
-std::string withoutBlanks(const std::string& text) {
-    constexpr auto blanks = " \t";
-    const auto first = text.find_first_not_of(blanks);
-    if (first == std::string::npos) return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 /// The path with "~" for the home folder where it lies in there.
 std::string withTilde(const std::string& path, const std::string& home) {
     const bool isInside = !home.empty() && path.starts_with(home) &&
@@ -77,16 +67,11 @@ std::string withTilde(const std::string& path, const std::string& home) {
     return isInside ? "~" + path.substr(home.size()) : path;
 }
 
-std::optional<std::string> hostFingerprint(const SSHKeyring* keyring, const Url& server) {
-    if (!keyring || !keyring->hasKey()) return std::nullopt;
-    return keyring->hostFingerprint(server.host, server.port);
-}
-
-/// Why files cannot be put there; absent when they can.
-std::optional<Error> firstObstacle(FileStore& store, const Url& folder) {
-    if (const auto created = store.createDirectory(folder); !created) return created.error();
-    if (!store.isWritableDirectory(folder)) return Error{"Zielordner ist nicht beschreibbar."};
-    return std::nullopt;
+/// Makes sure that files can be put there.
+Result<> prepareFolder(FileStore& store, const Url& folder) {
+    if (const auto created = store.createDirectory(folder); !created) return created;
+    if (!store.isWritableDirectory(folder)) return failure("Zielordner ist nicht beschreibbar.");
+    return {};
 }
 
 }  // namespace
@@ -102,9 +87,7 @@ struct ImportModel::DestinationScan {
 struct ImportModel::SFTPCheck {
     Url server;
     std::string host;  ///< as typed
-    std::optional<std::string> fingerprintBefore;
-    std::optional<std::string> fingerprintAfter;
-    std::optional<Error> error;
+    ServerVisit visit = {};
 };
 
 template <class T>
@@ -148,7 +131,7 @@ ImportModel::ImportModel(Collaborators collaborators, MainQueue& main, Backgroun
     runner_->onFinish = [this](const ImportRunner::Progress& p, bool cancelled) {
         importFinished(p, cancelled);
     };
-    runner_->onSettled = [this] { runSettled(); };
+    runner_->onSettled = [this](const auto& arrived) { runSettled(arrived); };
 }
 
 Handle ImportModel::observe(std::function<void()> changed) {
@@ -253,7 +236,7 @@ void ImportModel::setAutoImportEnabled(bool enabled) {
     }
     settings_->setAutoImportEnabled(false);
     autoImport_->clearPending();
-    pendingAutoImport_.reset();
+    if (!canResume()) pendingRetry_.reset();
 }
 
 void ImportModel::trustWhenConnected(std::string nameOrIdentity) {
@@ -291,23 +274,21 @@ void ImportModel::applySFTPDestination() {
     runThen(
         background_, main_,
         [store = fileStore_, keyring = keyring_, check = std::move(check)]() mutable {
-            check.fingerprintBefore = hostFingerprint(keyring.get(), check.server);
-            check.error = firstObstacle(*store, check.server);
-            check.fingerprintAfter = hostFingerprint(keyring.get(), check.server);
+            check.visit = ServerVisit::pay(check.server, keyring.get(),
+                                           [&] { return prepareFolder(*store, check.server); });
             return check;
         },
         sftpChecks_([this](const SFTPCheck& done) { sftpChecked(done); }));
 }
 
 void ImportModel::sftpChecked(const SFTPCheck& check) {
-    const auto& error = check.error;
-    const bool mismatch = error && error->message.find(hostKeyMismatch) != std::string::npos;
+    const auto& [error, fingerprint, isFirst, showsOtherKey] = check.visit;
     publish(sftpChecking_, false);
-    publish(sftpHostFingerprint_, check.fingerprintAfter);
-    publish(sftpHostIsNew_, !check.fingerprintBefore && check.fingerprintAfter);
-    publish(sftpHostKeyMismatch_, mismatch);
+    publish(sftpHostFingerprint_, fingerprint);
+    publish(sftpHostIsNew_, isFirst);
+    publish(sftpHostKeyMismatch_, showsOtherKey);
     publish(sftpConnected_, !error);
-    if (error) return publish(sftpStatus_, mismatch ? otherHostKey : error->message);
+    if (error) return publish(sftpStatus_, error->message);
     publish(sftpStatus_, fmt::format("Verbunden mit {}.", check.host));
     setDestinationKind(DestinationKind::sftp);
     if (dest_ == check.server) return recompute();
@@ -336,6 +317,7 @@ void ImportModel::reload() {
     publish(status_, "Lese Kamera neu ein …");
     camera_->closeSession();
     pendingReopen_ = main_.after(reopenDelay, [this, camera = std::weak_ptr(camera_)] {
+        if (phase_ == Phase::importing) return;
         if (camera_ && camera_ == camera.lock()) camera_->openSession();
     });
 }
@@ -373,7 +355,11 @@ void ImportModel::cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) 
     if (camera != camera_) return;
     autoImport_->clearPending();
     std::optional<std::string> interrupted;
-    if (phase_ == Phase::importing) interrupted = noteInterruptedImport(*camera);
+    if (phase_ == Phase::importing) {
+        // A file may have been loaded since the last report.
+        publish(progress_, runner_->progress());
+        interrupted = noteInterruptedImport(*camera);
+    }
     runner_->abandon();
     endRun();
     camera_.reset();
@@ -415,7 +401,8 @@ void ImportModel::cameraCatalogChanged(Camera& camera) {
 void ImportModel::selectCamera() {
     if (phase_ == Phase::importing) return;
     scanGeneration_.renew();
-    pendingAutoImport_.reset();
+    pendingReopen_.reset();
+    pendingRetry_.reset();
     if (camera_) {
         camera_->closeSession();
         camera_->setDelegate({});
@@ -492,12 +479,13 @@ void ImportModel::recompute() {
         return publish(status_, chooseFolderStatus);
     }
     publish(phase_, Phase::checking);
-    publish(status_, "Prüfe Zielordner …");
-    // A file of an abandoned run may be about to arrive there.
-    if (runner_->isSettled()) scanDestination();
+    scanWaits_ = runner_->isWindingUp(dest_);
+    if (scanWaits_) return publish(status_, windingUpStatus);
+    scanDestination();
 }
 
 void ImportModel::scanDestination() {
+    publish(status_, "Prüfe Zielordner …");
     runThen(
         background_, main_,
         [store = fileStore_, overlaps = camera_->overlapTest(), dest = dest_,
@@ -580,7 +568,7 @@ void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRu
         return publish(
             status_, fmt::format("Kann Zielordner nicht beschreiben: {}", started.error().message));
     }
-    pendingAutoImport_.reset();
+    pendingRetry_.reset();
     publish(progress_, runner_->progress());
     sleepBlocker_->begin(sleepReason);
     startSpeedMeter();
@@ -588,6 +576,7 @@ void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRu
 
 void ImportModel::cancelImport() {
     pendingResume_.reset();
+    pendingRetry_.reset();
     runner_->cancel();
     publish(status_, "Breche nach der aktuellen Datei ab …");
 }
@@ -602,9 +591,15 @@ void ImportModel::releaseLock() {
     if (runner_->isSettled()) runLock_->release();
 }
 
-void ImportModel::runSettled() {
+void ImportModel::runSettled(const std::optional<std::string>& arrived) {
     releaseLock();
-    if (phase_ == Phase::checking) scanDestination();
+    if (arrived) {
+        fruitlessResumes_ = 0;
+        addLog(*arrived);
+    }
+    if (phase_ != Phase::checking || !scanWaits_ || runner_->isWindingUp(dest_)) return;
+    scanWaits_ = false;
+    scanDestination();
 }
 
 void ImportModel::showProgress(const ImportRunner::Progress& progress) {
@@ -632,23 +627,25 @@ void ImportModel::importFinished(const ImportRunner::Progress& progress, bool ca
 
 void ImportModel::startSpeedMeter() {
     speedMeter_ = {.window = speedMeter_.window};
+    sampledBytes_ = 0;
     sampleSpeed();
     speedTimer_ = main_.every(samplingInterval, [this] { sampleSpeed(); });
 }
 
 void ImportModel::sampleSpeed() {
-    speedMeter_.sample(transferred(progress_), clock());
+    // While a file is moved into place, its bytes are not among those in flight any more, and not
+    // among the finished ones yet.
+    sampledBytes_ = std::max(sampledBytes_, transferred(progress_));
+    speedMeter_.sample(sampledBytes_, clock());
     publish(speed_, speedMeter_.reading);
 }
 
 // Disconnects
 
 std::optional<std::string> ImportModel::noteInterruptedImport(const Camera& camera) {
-    // The runner's own, for a file may have been loaded since the last report.
-    const auto& progress = runner_->progress();
-    addLog(fmt::format("✗ {} Kamera getrennt, {} von {} geladen.", timeStamp(), progress.done,
-                       progress.total));
-    fruitlessResumes_ = progress.done < 1 ? fruitlessResumes_ + 1 : 0;
+    addLog(fmt::format("✗ {} Kamera getrennt, {} von {} geladen.", timeStamp(), progress_.done,
+                       progress_.total));
+    fruitlessResumes_ = progress_.done < 1 ? fruitlessResumes_ + 1 : 0;
     if (runner_->isCancelled()) return {};
     const auto identity = camera.identity();
     if (identity && fruitlessResumes_ <= mostFruitlessResumes) {
@@ -669,12 +666,19 @@ void ImportModel::resumeInterruptedImport() {
     resumeReady_ = false;
     const auto resume = std::exchange(pendingResume_, std::nullopt).value_or(Resume());
     if (resume.ignoresDateFilter) showMissing(missingFilesSince(std::nullopt));
+    const bool mayStart = !newFiles_.empty() && !destNeedsChoice() && !destOverlaps_;
+    if (const auto locked = mayStart ? runLock_->acquire() : Result<>(); !locked) {
+        pendingResume_ = resume;
+        resumeReady_ = true;
+        return postpone("Fortsetzung", locked.error().message);
+    }
+    pendingRetry_.reset();
     if (newFiles_.empty()) {
         return publish(status_, "Nach der Trennung fehlt nichts mehr im Zielordner.");
     }
     const std::size_t count = newFiles_.size();
     startImport(resume.ignoresDateFilter, true);
-    if (phase_ != Phase::importing) return;
+    if (phase_ != Phase::importing) return releaseLock();
     addLog(fmt::format("↻ {} Fortsetzung nach Trennung: noch {} Dateien.", timeStamp(), count));
 }
 
@@ -693,7 +697,7 @@ void ImportModel::startPendingAutoImport() {
         return suspendAutoImport("zu wenig freier Platz im Zielordner.");
     }
     if (const auto locked = runLock_->acquire(); !locked)
-        return postponeAutoImport(locked.error().message);
+        return postpone("Auto-Import", locked.error().message);
     std::optional<Date> earliest;
     for (const auto& file : missing.files) {
         const auto shot = file->shotDate();
@@ -710,18 +714,19 @@ void ImportModel::startPendingAutoImport() {
                        autoImport_->trustedName()));
 }
 
-void ImportModel::postponeAutoImport(const std::string& reason) {
+void ImportModel::postpone(const std::string& what, const std::string& reason) {
     publish(status_, reason);
-    addLog(fmt::format("↻ {} Auto-Import wartet: {}", timeStamp(), reason));
-    pendingAutoImport_ = main_.every(retryInterval, [this] { retryAutoImport(); });
+    // A filter that is changed meanwhile tries again.
+    if (!pendingRetry_) addLog(fmt::format("↻ {} {} wartet: {}", timeStamp(), what, reason));
+    pendingRetry_ = main_.every(retryInterval, [this] { retry(); });
 }
 
-void ImportModel::retryAutoImport() {
+void ImportModel::retry() {
     if (phase_ != Phase::ready || !runLock_->acquire()) return;
     releaseLock();
-    pendingAutoImport_.reset();
+    pendingRetry_.reset();
     // What the other process has imported need not be loaded again.
-    if (autoImport_->cameraConnected(*camera_)) recompute();
+    if (canResume() || autoImport_->cameraConnected(*camera_)) recompute();
 }
 
 void ImportModel::trust(const Camera& camera) {

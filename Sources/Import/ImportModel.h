@@ -132,6 +132,8 @@ public:
     const CameraFiles& newFiles() const { return newFiles_; }
     std::int64_t newBytes() const { return newBytes_; }
     const ImportRunner::Progress& progress() const { return progress_; }
+    /// Of the run, every file counted whose line is in the log.
+    const ImportRunner::Progress& latestProgress() const { return runner_->progress(); }
     const SpeedMeter::Reading& speed() const { return speed_; }
     bool destOnNetwork() const { return destOnNetwork_; }
     /// Oldest first, at most 500 lines.
@@ -228,7 +230,7 @@ private:
     void endRun();
     /// Unless something of the run still touches the destination.
     void releaseLock();
-    void runSettled();
+    void runSettled(const std::optional<std::string>& arrived);
     void showProgress(const ImportRunner::Progress& progress);
     void importFinished(const ImportRunner::Progress& progress, bool cancelled);
     void startSpeedMeter();
@@ -242,8 +244,8 @@ private:
     void startPendingAutoImport();
     void suspendAutoImport(const std::string& reason);
     /// Until no other process imports any more.
-    void postponeAutoImport(const std::string& reason);
-    void retryAutoImport();
+    void postpone(const std::string& what, const std::string& reason);
+    void retry();
     void trust(const Camera& camera);
 
     MainQueue& main_;
@@ -297,8 +299,9 @@ private:
     CameraFiles allFiles_;            ///< its catalogue, by shot date
     std::shared_ptr<const std::vector<ImportCandidate>> candidates_ =
         std::make_shared<std::vector<ImportCandidate>>();  ///< of `allFiles_`
-    ImportPlanner planner_;  ///< of these and what the destination has; of none while unknown
-    Guard scanGeneration_;   ///< renewed by each scan and camera, so that older scans are dropped
+    ImportPlanner planner_;   ///< of these and what the destination has; of none while unknown
+    Guard scanGeneration_;    ///< renewed by each scan and camera, so that older scans are dropped
+    bool scanWaits_ = false;  ///< for an abandoned run to come to rest
     bool destWritable_ = false;
     bool destOverlaps_ = false;
     std::optional<std::int64_t> destCapacity_;
@@ -309,9 +312,10 @@ private:
     bool resumeReady_ = false;
     int fruitlessResumes_ = 0;
     bool runIgnoresDateFilter_ = false;
-    Handle pendingAutoImport_;                  ///< looks whether another process still imports
+    Handle pendingRetry_;                       ///< looks whether another process still imports
     std::optional<std::string> expectedTrust_;  ///< name or identity of a camera to trust
     SpeedMeter speedMeter_;
+    std::int64_t sampledBytes_ = 0;  ///< at most, since the run began
     Handle speedTimer_;
 };
 

@@ -27,6 +27,13 @@ std::int64_t largestSize(const std::vector<std::shared_ptr<CameraFile>>& files) 
     return std::ranges::max(files, {}, [](const auto& file) { return file->size(); })->size();
 }
 
+/// As far as their names tell.
+bool liesIn(const Url& inner, const Url& outer) {
+    const auto withSlash = [](const Url& url) { return url.appending("").path; };
+    return inner.scheme == outer.scheme && inner.host == outer.host && inner.port == outer.port &&
+           withSlash(inner).starts_with(withSlash(outer));
+}
+
 }  // namespace
 
 /// The file in hand and where it goes.
@@ -43,7 +50,7 @@ ImportRunner::ImportRunner(std::shared_ptr<FileStore> fileStore, MainQueue& main
 
 Result<> ImportRunner::start(std::vector<std::shared_ptr<CameraFile>> files, const Url& destination,
                              FolderLayout layout) {
-    if (!isSettled()) return failure("Es läuft schon ein Import.");
+    if (isRunning_ || isWindingUp(destination)) return failure("Es läuft schon ein Import.");
     const Url staging = fileStore_->stagingDirectory(destination);
     fileStore_->removeItem(staging);
     if (auto created = fileStore_->createDirectory(staging); !created) {
@@ -77,9 +84,15 @@ void ImportRunner::abandon() {
     runID_.renew();
     queue_.clear();
     isRunning_ = false;
-    isWindingUp_ = true;
+    windingUp_.push_back(destination_);
     stopWatching();
-    if (!isMoving_) windUp();
+    if (!std::exchange(isMoving_, false)) windUp(destination_, staging_, std::nullopt);
+}
+
+bool ImportRunner::isWindingUp(const Url& destination) const {
+    return std::ranges::any_of(windingUp_, [&](const Url& other) {
+        return liesIn(other, destination) || liesIn(destination, other);
+    });
 }
 
 void ImportRunner::downloadNext() {
@@ -101,18 +114,12 @@ void ImportRunner::downloadNext() {
     struct Prepared {
         Result<> folder;
         std::string saveName;
-        bool isThere = false;  ///< the very file, as far as its name and size tell
     };
     runThen(
         background_, main_,
-        [store = fileStore_, item, isNamed = name.has_value()] {
-            const auto& [size, wanted, saveName, folder] = item;
-            Prepared prepared{.folder = store->createDirectory(folder), .saveName = wanted};
-            if (!prepared.folder) return prepared;
-            prepared.saveName = store->freeName(wanted, folder);
-            // A comparison that broke off may have missed it.
-            prepared.isThere = isNamed && prepared.saveName != wanted &&
-                               store->fileSize(folder.appending(wanted)) == size;
+        [store = fileStore_, folder = item.folder, name = item.wantedName] {
+            Prepared prepared{.folder = store->createDirectory(folder)};
+            if (prepared.folder) prepared.saveName = store->freeName(name, folder);
             return prepared;
         },
         runID_([this, file, item](Prepared prepared) mutable {
@@ -126,18 +133,10 @@ void ImportRunner::downloadNext() {
                 }
                 return;
             }
-            if (prepared.isThere) return passOver(item);
+            if (!isPlainFileName(prepared.saveName)) return finishFile(item, failure(invalidName));
             item.saveName = std::move(prepared.saveName);
             load(*file, item);
         }));
-}
-
-void ImportRunner::passOver(const Item& item) {
-    if (!log(fmt::format("ℹ︎ {} liegt schon in gleicher Größe am Ziel → nicht geladen",
-                         displayText(item.wantedName)))) {
-        return;
-    }
-    main_.post(runID_([this] { downloadNext(); }));
 }
 
 void ImportRunner::load(CameraFile& file, const Item& item) {
@@ -183,23 +182,31 @@ void ImportRunner::moveIntoPlace(const Item& item, const Url& staged) {
             if (run.expired()) return failure("Der Import wurde abgebrochen");
             return store->moveItem(staged, target);
         },
-        alive_([this, run = runID_.watch(), item](const Result<>& moved) {
+        alive_([this, run = runID_.watch(), item, destination = destination_,
+                staging = staging_](const Result<>& moved) {
+            if (run.expired()) {
+                return windUp(destination, staging,
+                              moved ? std::optional(loadedLine(item)) : std::nullopt);
+            }
             isMoving_ = false;
-            if (run.expired()) return windUp();
             progress_.isTransferring = false;
             finishFile(item, moved);
         }));
 }
 
+std::string ImportRunner::loadedLine(const Item& item) {
+    return fmt::format("✓ {}/{}  ({})", displayText(item.folder.lastComponent()),
+                       displayText(item.saveName), formatBytes(item.size));
+}
+
 void ImportRunner::finishFile(const Item& item, const Result<>& outcome) {
     ++(outcome ? progress_.done : progress_.failed);
     progress_.bytesDone = byteSum(progress_.bytesDone, item.size);
-    const std::string name = displayText(item.saveName);
-    const bool goesOn =
-        log(outcome ? fmt::format("✓ {}/{}  ({})", displayText(item.folder.lastComponent()), name,
-                                  formatBytes(item.size))
-                    : fmt::format("✗ {}: {}", name, outcome.error().message));
-    if (!goesOn) return;
+    if (!log(outcome
+                 ? loadedLine(item)
+                 : fmt::format("✗ {}: {}", displayText(item.saveName), outcome.error().message))) {
+        return;
+    }
     // Posted, for a row of files that fail at once must not pile up on the stack.
     main_.post(runID_([this] { downloadNext(); }));
 }
@@ -213,12 +220,13 @@ void ImportRunner::finish() {
     if (report()) onFinish(Progress(progress_), cancelRequested_);
 }
 
-void ImportRunner::windUp() {
-    const auto settled = alive_([this] {
-        isWindingUp_ = false;
-        onSettled();
+void ImportRunner::windUp(const Url& destination, const Url& staging,
+                          std::optional<std::string> arrived) {
+    const auto settled = alive_([this, destination, arrived = std::move(arrived)] {
+        windingUp_.erase(std::ranges::find(windingUp_, destination));
+        onSettled(arrived);
     });
-    background_.run([store = fileStore_, staging = staging_, &main = main_, settled] {
+    background_.run([store = fileStore_, staging, &main = main_, settled] {
         store->removeItem(staging);
         main.post(settled);
     });

@@ -23,8 +23,7 @@ namespace bildkurier {
 
 /// Loads camera files into a destination, strictly one after another: each into the staging
 /// folder, watched while it grows, checked for its exact size, then moved into its layout
-/// folder under a name that is free. A file that fails is counted and the run goes on; one
-/// whose name bears a file of its size already is passed over and not counted.
+/// folder under a name that is free. A file that fails is counted and the run goes on.
 /// Main thread.
 class ImportRunner {
 public:
@@ -50,12 +49,15 @@ public:
     std::function<void(const std::string&)> onLog = [](const std::string&) {};
     /// The end of a run, once: its final progress, and whether it was cancelled.
     std::function<void(const Progress&, bool)> onFinish = [](const Progress&, bool) {};
-    /// An abandoned run has come to rest, and what it had staged is gone.
-    std::function<void()> onSettled = [] {};
+    /// An abandoned run has come to rest, and what it had staged is gone. With the log's line of
+    /// the file that was on its way into place, if it arrived.
+    std::function<void(const std::optional<std::string>&)> onSettled =
+        [](const std::optional<std::string>&) {};
 
     /// Begins a run; callbacks follow, never before this returns. Fails, and changes nothing,
-    /// when the staging folder cannot be made or has no room for the largest file, and unless
-    /// the runner is settled: no two runs use one staging folder.
+    /// when the staging folder cannot be made or has no room for the largest file, while another
+    /// run lasts, and while an abandoned one is winding up there: no two runs use one staging
+    /// folder.
     Result<> start(std::vector<std::shared_ptr<CameraFile>> files, const Url& destination,
                    FolderLayout layout);
 
@@ -68,8 +70,12 @@ public:
     void abandon();
 
     bool isRunning() const { return isRunning_; }
-    /// Whether nothing of any run touches the destination any more.
-    bool isSettled() const { return !isRunning_ && !isWindingUp_; }
+    /// Whether no file of any run can reach the destination any more. A folder may still be made
+    /// there.
+    bool isSettled() const { return !isRunning_ && windingUp_.empty(); }
+    /// Whether an abandoned run may still bring a file to that destination, or to a folder in it
+    /// or above it.
+    bool isWindingUp(const Url& destination) const;
     /// Whether the run, or the last one, was asked to end early.
     bool isCancelled() const { return cancelRequested_; }
     const Progress& progress() const { return progress_; }
@@ -78,12 +84,12 @@ private:
     struct Item;
 
     void downloadNext();
-    void passOver(const Item& item);
     void load(CameraFile& file, const Item& item);
     void moveIntoPlace(const Item& item, const Url& staged);
     void finishFile(const Item& item, const Result<>& outcome);
     void finish();
-    void windUp();
+    static std::string loadedLine(const Item& item);
+    void windUp(const Url& destination, const Url& staging, std::optional<std::string> arrived);
     /// Tell the owner, who may start, abandon or destroy this meanwhile: false when this run
     /// must not be touched any more.
     bool log(const std::string& line);
@@ -97,8 +103,8 @@ private:
 
     Progress progress_;
     bool isRunning_ = false;
-    bool isMoving_ = false;     ///< a file, of whichever run
-    bool isWindingUp_ = false;  ///< an abandoned run has not come to rest
+    bool isMoving_ = false;       ///< the run's file in hand is on its way into place
+    std::vector<Url> windingUp_;  ///< destinations of abandoned runs that have not come to rest
     std::deque<std::shared_ptr<CameraFile>> queue_;
     Url destination_ = Url::file("/");
     Url staging_ = Url::file("/");

@@ -31,4 +31,11 @@ Url sftpURL(std::string_view user, std::string_view host, std::string_view path)
     return url;
 }
 
+std::string withoutBlanks(const std::string& text) {
+    constexpr auto blanks = " \t";
+    const auto first = text.find_first_not_of(blanks);
+    if (first == std::string::npos) return {};
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
 }  // namespace bildkurier

@@ -21,8 +21,8 @@ protected:
     void makeCommand() {
         if (options.since) settings->storedUseFromDate = true;
         make();
-        command =
-            std::make_shared<ImportCommand>(options, model, files, loop, loop, report, done());
+        command = std::make_shared<ImportCommand>(options, model, files, keyring, loop, loop,
+                                                  report, done());
     }
 
     std::shared_ptr<FakeCamera> attach(const std::string& id) {
@@ -234,6 +234,41 @@ TEST_F(ImportCommandTest, GivesUpOnAServerThatCannotBeReached) {
     }
 }
 
+TEST_F(ImportCommandTest, ShowsTheKeyOfAServerThatItMeetsForTheFirstTime) {
+    haveServer();
+    keyring->key = "ssh-ed25519 abc";
+    const std::string notice =
+        "status: Erste Verbindung: Server-Schlüssel SHA256:erster (ED25519) gespeichert. Mit dem "
+        "Fingerabdruck auf dem Server vergleichen.";
+    for (const Command which : {Command::plan, Command::import}) {
+        options.command = which;
+        keyring->hosts.clear();
+        for (const bool isFirst : {true, false}) {
+            command.reset();
+            attach("A");
+            begin();
+            EXPECT_EQ(std::ranges::count(reported(), notice), isFirst ? 1 : 0);
+        }
+    }
+}
+
+TEST_F(ImportCommandTest, RefusesAServerThatShowsAnotherKey) {
+    haveServer();
+    keyring->key = "ssh-ed25519 abc";
+    keyring->hosts[{"nas", std::nullopt}] = "SHA256:zweiter (ED25519)";
+    for (const Command which : {Command::plan, Command::import}) {
+        options.command = which;
+        ends.clear();
+        command.reset();
+        attach("A");
+        begin();
+        EXPECT_EQ(reported(), (Lines{"error: Der Server zeigt einen anderen Schlüssel als beim "
+                                     "ersten Verbinden. Nur wenn der Server neu eingerichtet "
+                                     "wurde: gespeicherten Server-Schlüssel vergessen."}));
+        expectEnd(ExitStatus::destinationUnusable);
+    }
+}
+
 TEST_F(ImportCommandTest, MakesNoFolderOnAServerForAPlan) {
     haveServer();
     for (const Command which : {Command::plan, Command::import}) {
@@ -386,6 +421,24 @@ TEST_F(ImportCommandTest, IsDoneWhenNothingIsMissingAfterTheReturn) {
     expectEnd(ExitStatus::success);
 }
 
+TEST_F(ImportCommandTest, ClaimsNothingWhenTheReturnedCameraIsGoneAtOnce) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
+    begin();
+    deliver(*camera);
+    model->cameraBrowserDidRemove(camera);
+    loop.settle();
+    const auto back = returned(*camera);
+    back->sessionOpened();
+    back->catalogReady();
+    store->files["/bilder/A.JPG"] = "aaaa";
+    while (model->awaitsCamera()) ASSERT_TRUE(loop.stepBackground() || loop.stepMain());
+    model->cameraBrowserDidRemove(back);
+    loop.settle();
+    EXPECT_EQ(report.lines.back(), std::string("error: ") + ImportModel::searchingStatus);
+    expectEnd(ExitStatus::filesFailed);
+}
+
 TEST_F(ImportCommandTest, EndsWhenTheReturnedCameraCannotBeOpened) {
     const auto camera = attach("A");
     file(*camera, "A.JPG", "aaaa")->holdsBack = true;
@@ -448,7 +501,7 @@ TEST_F(ImportCommandTest, KeepsTheDayAskedForWhenTheCameraReturnsWithMoreDays) {
     expectEnd(ExitStatus::success);
 }
 
-TEST_F(ImportCommandTest, SaysWhyTheImportCannotGoOnAfterTheReturn) {
+TEST_F(ImportCommandTest, GoesOnAfterTheReturnOnceTheOtherImportHasEnded) {
     const auto camera = attach("A");
     file(*camera, "A.JPG", "aaaa")->holdsBack = true;
     begin();
@@ -457,8 +510,101 @@ TEST_F(ImportCommandTest, SaysWhyTheImportCannotGoOnAfterTheReturn) {
     loop.settle();
     lock->takenByAnother = true;
     deliver(*returned(*camera));
-    EXPECT_EQ(report.lines.back(), "error: Es läuft schon ein Import.");
+    EXPECT_TRUE(report.lines.back().ends_with("Fortsetzung wartet: Es läuft schon ein Import."));
+    EXPECT_TRUE(ends.empty());
+    lock->takenByAnother = false;
+    loop.advance(Duration(5));
+    EXPECT_EQ(report.lines.back(), "importing: 1/1 files, 4 bytes, 1 JPG");
+    EXPECT_TRUE(ends.empty());
+}
+
+TEST_F(ImportCommandTest, SaysWhyTheImportCannotGoOnAfterTheReturn) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
+    begin();
+    deliver(*camera);
+    model->cameraBrowserDidRemove(camera);
+    loop.settle();
+    store->capacity = 0;
+    deliver(*returned(*camera));
+    EXPECT_TRUE(report.lines.back().starts_with("error: Kann Zielordner nicht beschreiben: "));
     expectEnd(ExitStatus::destinationUnusable);
+}
+
+TEST_F(ImportCommandTest, TellsOfFilesThatVanishedWhileTheCameraWasAway) {
+    for (const bool allGone : {true, false}) {
+        SCOPED_TRACE(allGone);
+        command.reset();
+        cameras.clear();
+        ends.clear();
+        store->removeItem(Url::file("/bilder"));
+        const auto camera = attach("A");
+        file(*camera, "A.JPG", "aaaa");
+        const auto second = file(*camera, "B.JPG", "bb");
+        second->holdsBack = true;
+        file(*camera, "C.JPG", "c");
+        file(*camera, "D.JPG", "dddddd");
+        begin();
+        deliver(*camera);
+        model->cameraBrowserDidRemove(camera);
+        loop.settle();
+        second->holdsBack = false;
+        reported();
+        const auto back = returned(*camera);
+        back->catalogue.erase(back->catalogue.begin() + 1, back->catalogue.end() - !allGone);
+        deliver(*back);
+        const Lines lines = reported();
+        const auto vanished = std::to_string(allGone ? 3 : 2);
+        EXPECT_EQ(std::ranges::count(lines, "✗ " + vanished +
+                                                " Dateien sind seit der Trennung nicht mehr auf "
+                                                "der Karte und wurden nicht geladen."),
+                  1);
+        EXPECT_EQ(lines.back(),
+                  allGone ? "finished: 1/4 done, 0 failed" : "finished: 1/1 done, 0 failed");
+        expectEnd(ExitStatus::filesFailed);
+    }
+}
+
+TEST_F(ImportCommandTest, IsDoneWhenTheCameraIsLostAfterTheLastFile) {
+    for (const bool recognisable : {true, false}) {
+        SCOPED_TRACE(recognisable);
+        command.reset();
+        cameras.clear();
+        ends.clear();
+        store->removeItem(Url::file("/bilder"));
+        const auto camera = attach("A");
+        if (!recognisable) camera->deviceIdentity.reset();
+        const auto only = file(*camera, "A.JPG", "aaaa");
+        only->holdsBack = true;
+        begin();
+        deliver(*camera);
+        only->deliver();
+        while (store->files.count("/bilder/A.JPG") == 0 || loop.mainTasks() == 0) {
+            ASSERT_TRUE(loop.stepMain() || loop.stepBackground());
+        }
+        loop.stepMain();
+        ASSERT_EQ(model->log().back(), "✓ bilder/A.JPG  (" + formatBytes(4) + ")");
+        model->cameraBrowserDidRemove(camera);
+        loop.settle();
+        EXPECT_EQ(report.lines.back(), "finished: 1/1 done, 0 failed");
+        EXPECT_FALSE(model->awaitsCamera());
+        expectEnd(ExitStatus::success);
+    }
+}
+
+TEST_F(ImportCommandTest, CountsEveryLoadedFileAtTheSecondInterrupt) {
+    const auto camera = attach("A");
+    const auto first = file(*camera, "A.JPG", "aaaa");
+    first->holdsBack = true;
+    file(*camera, "B.JPG", "bb")->holdsBack = true;
+    begin();
+    deliver(*camera);
+    first->deliver();
+    while (model->log().empty()) ASSERT_TRUE(loop.stepMain() || loop.stepBackground());
+    command->interrupt();
+    command->interrupt();
+    EXPECT_EQ(report.lines.back(), "finished: 1/2 done, 0 failed, cancelled");
+    expectEnd(ExitStatus::interrupted);
 }
 
 TEST_F(ImportCommandTest, EndsWhenTheModelDoesNotWaitForTheCamera) {

@@ -17,6 +17,7 @@ TEST(ServerAddress, HasThePartsOfTheForm) {
         {"sftp://nas/fotos", {.user = "", .host = "nas", .path = "/fotos"}},
         {"sftp://nas", {.user = "", .host = "nas", .path = "/"}},
         {"sftp://nas/Meine%20Fotos/%C3%84", {.user = "", .host = "nas", .path = "/Meine Fotos/Ä"}},
+        {"sftp://nas/%20a/ b", {.user = "", .host = "nas", .path = "/ a/ b"}},
         {"sftp://nas/100%/a%zz", {.user = "", .host = "nas", .path = "/100%/a%zz"}},
         {"sftp://anna%40firma@nas/x", {.user = "anna@firma", .host = "nas", .path = "/x"}},
         {"sftp://a@b@nas/x", {.user = "a@b", .host = "nas", .path = "/x"}},
@@ -29,11 +30,28 @@ TEST(ServerAddress, HasThePartsOfTheForm) {
 }
 
 TEST(ServerAddress, RefusesWhatCannotBeMeant) {
-    for (const std::string text :
-         {"", "nas", "/fotos", "ftp://nas/", "sftp:///fotos", "sftp://anna@/fotos",
-          "sftp://nas:0/fotos", "sftp://nas:70000/fotos", "sftp://nas:ab/fotos",
-          "sftp://a:b:c/fotos", "sftp://[::1]:22/fotos", "sftp://nas/a%0Ab", "sftp://nas/a\nb",
-          "sftp://an%0ana@nas/fotos"}) {
+    for (const std::string text : {"",
+                                   "nas",
+                                   "/fotos",
+                                   "ftp://nas/",
+                                   "sftp:///fotos",
+                                   "sftp://anna@/fotos",
+                                   "sftp://nas:0/fotos",
+                                   "sftp://nas:70000/fotos",
+                                   "sftp://nas:ab/fotos",
+                                   "sftp://a:b:c/fotos",
+                                   "sftp://[::1]:22/fotos",
+                                   "sftp://nas/a%0Ab",
+                                   "sftp://nas/a\nb",
+                                   "sftp://an%0ana@nas/fotos",
+                                   "sftp://nas/fotos%20",
+                                   "sftp://nas/fotos ",
+                                   "sftp:// nas/x",
+                                   "sftp://nas:22 /x",
+                                   "sftp://nas /x",
+                                   "sftp://%20anna@nas/x",
+                                   "sftp://anna%20@nas/x",
+                                   "sftp://nas/fotos%09"}) {
         const auto parsed = ServerAddress::parse(text);
         ASSERT_FALSE(parsed) << text;
         EXPECT_TRUE(

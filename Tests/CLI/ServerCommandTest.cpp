@@ -61,6 +61,15 @@ TEST_F(ServerCommandTest, SaysWhyAServerIsNoGood) {
     EXPECT_EQ(settings->storedKind, DestinationKind::folder);
 }
 
+TEST_F(ServerCommandTest, ShowsTheKeyThatItStoredEvenIfTheFolderIsNoGood) {
+    server->isWritable = false;
+    EXPECT_EQ(run(Command::sftpCheck),
+              (Lines{"status: Erste Verbindung: Server-Schlüssel SHA256:erster (ED25519) "
+                     "gespeichert. Mit dem Fingerabdruck auf dem Server vergleichen.",
+                     "error: Zielordner ist nicht beschreibbar."}));
+    expectEnd(ExitStatus::destinationUnusable);
+}
+
 TEST_F(ServerCommandTest, ForgetsAServersKey) {
     run(Command::sftpCheck);
     server->hostKey = "SHA256:zweiter (ED25519)";

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
+
 namespace bildkurier {
 namespace {
 
@@ -57,6 +59,33 @@ TEST_F(SettingsProgramTest, KeepsEveryChoice) {
         EXPECT_EQ(result.out, "");
     }
     for (const auto& [key, chosen] : choices) EXPECT_EQ(value(key), key + " = " + chosen + "\n");
+}
+
+TEST_F(SettingsProgramTest, KeepTheAddressOfAServerWithoutBlanks) {
+    for (const std::string key : {"sftpUser", "sftpHost", "sftpPath"}) {
+        ASSERT_EQ(settings({key, " \t a b  "}).exitStatus, 0);
+        EXPECT_EQ(value(key), key + " = a b\n");
+    }
+}
+
+TEST_F(SettingsProgramTest, KeepTheShortestPathOfADestination) {
+    const std::string linked = folder.makeFolder("one/two");
+    std::filesystem::create_directory_symlink(linked, folder.path("link"));
+    const struct {
+        std::string typed;
+        std::string kept;
+    } cases[] = {
+        {"/ziel/", "/ziel"},
+        {"/ziel//ordner/./", "/ziel/ordner"},
+        {"/ziel/x/../ordner", "/ziel/ordner"},
+        {"/", "/"},
+        {folder.path("link"), folder.path("link")},
+        {folder.path("link/../neu"), folder.path("one/neu")},
+    };
+    for (const auto& [typed, kept] : cases) {
+        ASSERT_EQ(settings({"dest", typed}).exitStatus, 0);
+        EXPECT_EQ(value("dest"), "dest = " + kept + "\n");
+    }
 }
 
 TEST_F(SettingsProgramTest, RefusesWhatIsNoValueOfThatKind) {

@@ -25,11 +25,13 @@ protected:
 
     void begin(bool trusting = false) {
         if (!model) make();
-        command = std::make_shared<WatchCommand>(trusting, model, loop, report, done());
+        command = std::make_shared<WatchCommand>(
+            trusting, [this] { return losesChoices; }, model, loop, report, done());
         command->begin();
         loop.settle();
     }
 
+    bool losesChoices = false;
     std::shared_ptr<WatchCommand> command;
 };
 
@@ -93,6 +95,32 @@ TEST_F(WatchCommandTest, ImportsTheCameraItIsToTrustAtOnce) {
     EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"B.JPG", "bb"}}));
     EXPECT_EQ(settings->storedIdentity, "serial:B");
     EXPECT_TRUE(settings->storedAutoImport);
+}
+
+TEST_F(WatchCommandTest, SaysOnceThatItsTrustIsNotKept) {
+    make();
+    model->trustWhenConnected("Kamera B");
+    begin(true);
+    losesChoices = true;
+    deliver(*attach("B"));
+    deliver(*attach("C"));
+    EXPECT_EQ(
+        std::ranges::count(report.lines, "error: Die Einstellung lässt sich nicht speichern."), 1);
+    EXPECT_TRUE(ends.empty());
+}
+
+TEST_F(WatchCommandTest, TellsOfAMissingDestinationOnce) {
+    trust("serial:A");
+    begin();
+    store->removeItem(Url::file("/bilder"));
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    deliver(*camera);
+    EXPECT_EQ(std::ranges::count_if(report.lines,
+                                    [](const std::string& line) {
+                                        return line.contains("Auto-Import ausgesetzt: ");
+                                    }),
+              1);
 }
 
 TEST_F(WatchCommandTest, SaysWhyItCannotTrustACamera) {

@@ -269,6 +269,31 @@ TEST_F(ImportModelCameraTest, DoesNotReopenACameraThatItNoLongerHolds) {
     EXPECT_EQ(other->opened, 1);
 }
 
+TEST_F(ImportModelCameraTest, ReopensNoCameraThatItHasTurnedToAgain) {
+    make();
+    connect(attached);
+    model->cameraBrowserDidAdd(other);
+    model->reload();
+    model->setSelectedID("B");
+    model->setSelectedID("A");
+    EXPECT_EQ(attached->opened, 2);
+    loop.advance(1s);
+    EXPECT_EQ(attached->opened, 2);
+}
+
+TEST_F(ImportModelCameraTest, DoesNotReopenACameraThatIsBeingImported) {
+    make();
+    file(*attached, "A.JPG", "aaaa")->holdsBack = true;
+    connect(attached);
+    model->reload();
+    attached->catalogReady();  // on its way when the session was closed
+    loop.settle();
+    model->startImport();
+    ASSERT_EQ(model->phase(), Phase::importing);
+    loop.advance(1s);
+    EXPECT_EQ(attached->opened, 1);
+}
+
 TEST_F(ImportModelCameraTest, ReopensOnceASecondAfterTheLastReload) {
     make();
     connect(attached);

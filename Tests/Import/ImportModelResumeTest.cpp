@@ -152,7 +152,7 @@ TEST_F(ImportModelResumeTest, IgnoresLateAnswersOfTheAbandonedRun) {
     }
 }
 
-TEST_F(ImportModelResumeTest, DoesNotLoadAgainWhatReachedItsPlaceUnheard) {
+TEST_F(ImportModelResumeTest, DoesNotLoadAgainWhatReachedItsPlaceAfterAll) {
     start();
     const auto lost = plugIn("1", identity, three, 0);
     startImport();
@@ -161,11 +161,11 @@ TEST_F(ImportModelResumeTest, DoesNotLoadAgainWhatReachedItsPlaceUnheard) {
     ASSERT_TRUE(model->progress().isTransferring);
     ASSERT_TRUE(loop.stepBackground());
     unplug(lost);
-    EXPECT_EQ(model->log(), Log{disconnected(0, 3)});
+    EXPECT_EQ(model->log(), (Log{disconnected(0, 3), loaded("A.JPG")}));
     EXPECT_EQ(imported(), inTypeFolder({"A.JPG"}));
 
     const auto back = plugIn("2", identity, three);
-    EXPECT_EQ(model->log().at(1), continued(2));
+    EXPECT_EQ(model->log().at(2), continued(2));
     EXPECT_EQ(fileOf(*back, 0).downloads, 0);
     EXPECT_EQ(imported(), inTypeFolder(three));
 }
@@ -427,6 +427,64 @@ TEST_F(ImportModelResumeTest, GivesTheResumeUpWhenItsStartFails) {
         unplug(back);
         EXPECT_EQ(model->log(), Log{disconnected(0, 3)});
     }
+}
+
+TEST_F(ImportModelResumeTest, WaitsForTheEndOfAnotherProcessesImport) {
+    start();
+    loseImport("1", 1);
+    Log log = model->log();
+    lock->takenByAnother = true;
+    const auto back = plugIn("2", identity, three);
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(model->status(), "Es läuft schon ein Import.");
+    log.push_back("↻ " + time() + " Fortsetzung wartet: Es läuft schon ein Import.");
+    EXPECT_EQ(model->log(), log);
+    model->setUseFromDate(true);
+    model->setUseFromDate(false);
+    model->setAutoImportEnabled(false);
+    loop.advance(Duration(20));
+    EXPECT_EQ(model->log(), log) << "it is told once";
+    EXPECT_EQ(loop.timers(), 1);
+
+    store->files["/bilder/JPG/B.JPG"] = contentsOf("B.JPG");  // by the other process
+    lock->takenByAnother = false;
+    loop.advance(Duration(5));
+    log.push_back(continued(1));
+    EXPECT_EQ(std::ranges::count(model->log(), log.back()), 1);
+    EXPECT_EQ(imported(), inTypeFolder(three));
+    EXPECT_EQ(fileOf(*back, 1).downloads, 0);
+    EXPECT_EQ(loop.timers(), 0);
+}
+
+TEST_F(ImportModelResumeTest, WaitsForAnotherProcessNoLongerOnceCancelled) {
+    start();
+    loseImport("1", 1);
+    lock->takenByAnother = true;
+    plugIn("2", identity, three);
+    model->cancelImport();
+    lock->takenByAnother = false;
+    loop.advance(Duration(10));
+    EXPECT_FALSE(isImporting());
+    EXPECT_EQ(loop.timers(), 0);
+    EXPECT_EQ(imported(), inTypeFolder({"A.JPG"}));
+}
+
+TEST_F(ImportModelResumeTest, TakesAFileThatArrivedAfterAllForProgress) {
+    const auto slow = std::make_shared<SlowMoves>(store);
+    files = slow;
+    start();
+    auto lost = plugIn("0", identity, three, 0);
+    startImport();
+    for (std::size_t index = 0; index < three.size(); ++index) {
+        slow->meanwhile = [&] { unplug(lost); };
+        fileOf(*lost, index).deliver();
+        loop.settle();
+        EXPECT_EQ(model->log().back(), loaded(three[index]));
+        EXPECT_EQ(model->status(), goesOn);
+        lost = plugIn(std::to_string(index + 1), identity, three, 0);
+    }
+    EXPECT_EQ(model->status(), "Nach der Trennung fehlt nichts mehr im Zielordner.");
+    EXPECT_EQ(imported(), inTypeFolder(three));
 }
 
 TEST_F(ImportModelResumeTest, WaitsUntilTheReturnedCameraReportsFiles) {
@@ -710,7 +768,8 @@ TEST_F(ImportModelResumeTest, WaitsForTheFileThatIsOnItsWayWhenTheCameraIsLost) 
         back = plugIn("2", identity, three);
         loop.advance(Duration(60));
         EXPECT_EQ(model->phase(), Phase::checking);
-        EXPECT_EQ(model->status(), "Prüfe Zielordner …");
+        EXPECT_EQ(model->status(),
+                  "Warte auf die Datei, die beim Abbruch des Imports noch unterwegs war …");
         EXPECT_TRUE(lock->held);
         EXPECT_EQ(imported(), Tree());
     };
@@ -719,11 +778,36 @@ TEST_F(ImportModelResumeTest, WaitsForTheFileThatIsOnItsWayWhenTheCameraIsLost) 
     loop.settle();
     ASSERT_TRUE(back);
     EXPECT_EQ(fileOf(*back, 0).downloads, 0) << "it has arrived after all";
-    EXPECT_EQ(model->log().at(1), continued(2));
+    EXPECT_EQ(model->log().at(1), loaded("A.JPG"));
+    EXPECT_EQ(model->log().at(2), continued(2));
     EXPECT_EQ(imported(), inTypeFolder(three));
     EXPECT_EQ(model->phase(), Phase::ready);
     EXPECT_FALSE(lock->held);
     EXPECT_FALSE(store->fileExists(Url::file("/bilder/.bildkurier-tmp")));
+}
+
+TEST_F(ImportModelResumeTest, ImportsIntoAnotherDestinationWhileAFileIsStillOnItsWay) {
+    const auto slow = std::make_shared<SlowMoves>(store);
+    files = slow;
+    start();
+    const auto lost = plugIn("1", std::nullopt, three, 0);
+    slow->meanwhile = [&] {
+        unplug(lost);
+        plugIn("2", std::nullopt, three);
+        EXPECT_EQ(model->phase(), Phase::checking);
+        model->setDest(Url::file("/archiv"));
+        loop.settle();
+        EXPECT_EQ(model->phase(), Phase::ready);
+        startImport();
+        EXPECT_EQ(std::ssize(store->tree(Url::file("/archiv"))), 4);
+        EXPECT_TRUE(lock->held) << "the other file is still on its way";
+    };
+    startImport();
+    fileOf(*lost, 0).deliver();
+    loop.settle();
+    EXPECT_FALSE(lock->held);
+    EXPECT_TRUE(model->isSettled());
+    EXPECT_EQ(model->phase(), Phase::ready);
 }
 
 TEST_F(ImportModelResumeTest, LeavesNoStagingFolderWhenTheCameraStaysAway) {

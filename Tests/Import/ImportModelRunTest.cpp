@@ -3,6 +3,7 @@
 #include "FailingFileStore.h"
 #include "Formatting.h"
 #include "ImportModelWithTwoCameras.h"
+#include "SlowMoves.h"
 
 #include <chrono>
 #include <deque>
@@ -285,6 +286,24 @@ TEST_F(ImportModelRunTest, LeavesOutSamplesOlderThanTwoSeconds) {
     seconds = 2.0625;
     loop.advance(250ms);
     EXPECT_EQ(model->speed().current, 16'000);
+}
+
+TEST_F(ImportModelRunTest, SeesNoBytesGoBackWhileAFileIsMovedIntoPlace) {
+    const auto slow = std::make_shared<SlowMoves>(store);
+    files = slow;
+    const auto held = heldFile("A.JPG", 4000);
+    heldFile("B.JPG", 4000);
+    start();
+    held->grow(4000);
+    loop.advance(1s);
+    const double peak = model->speed().peak;
+    slow->meanwhile = [&] {
+        loop.advance(1s);
+        EXPECT_EQ(model->speed(), (SpeedMeter::Reading{2000, 2000, peak}));
+    };
+    deliver(*held);
+    loop.advance(500ms);
+    EXPECT_EQ(model->speed().peak, peak);
 }
 
 TEST_F(ImportModelRunTest, TellsNoSpeedThatDoesNotChange) {

@@ -2,7 +2,6 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "Formatting.h"
 #include "ImportModelWithTwoCameras.h"
-#include "PassingFileStore.h"
 #include "RecordingFileStore.h"
 
 #include <chrono>
@@ -13,13 +12,6 @@ namespace {
 using namespace std::chrono;
 
 class ImportModelScanTest : public ImportModelWithTwoCameras {};
-
-/// Its listings break off before the first file.
-class BrokenListings final : public PassingFileStore {
-public:
-    using PassingFileStore::PassingFileStore;
-    FileKeys existingFileKeys(const Url& /*folder*/) override { return {}; }
-};
 
 TEST_F(ImportModelScanTest, AsksTheDestinationInTheBackground) {
     const auto recording = std::make_shared<RecordingFileStore>(store);
@@ -97,20 +89,17 @@ TEST_F(ImportModelScanTest, ForgetsTheOverlapOfAFolderThatMustBeChosenAgain) {
     EXPECT_EQ(model->status(), chooseFolder);
 }
 
-TEST_F(ImportModelScanTest, MakesNoSecondCopiesWhenTheListingBreaksOff) {
-    files = std::make_shared<BrokenListings>(store);
-    ASSERT_TRUE(store->createDirectory(Url::file("/bilder/JPG")));
-    store->files["/bilder/JPG/A.JPG"] = "aaaa";
+TEST_F(ImportModelScanTest, LeavesNoFileOutThatOnlySeemsToHaveArrivedSince) {
     make();
     file(*attached, "A.JPG", "aaaa");
-    file(*attached, "B.JPG", "bb");
     connect(attached);
-    EXPECT_EQ(newNames(), (Names{"A.JPG", "B.JPG"}));
+    ASSERT_TRUE(store->createDirectory(Url::file("/bilder/JPG")));
+    store->files["/bilder/JPG/A.JPG"] = "bbbb";
     model->startImport();
     loop.settle();
     EXPECT_EQ(store->tree(Url::file("/bilder")),
-              (Tree{{"JPG/", ""}, {"JPG/A.JPG", "aaaa"}, {"JPG/B.JPG", "bb"}}));
-    EXPECT_EQ(model->log().back(), "Fertig: 1 geladen (" + formatBytes(2) + ")");
+              (Tree{{"JPG/", ""}, {"JPG/A.JPG", "bbbb"}, {"JPG/A_1.JPG", "aaaa"}}));
+    EXPECT_EQ(model->log().back(), "Fertig: 1 geladen (" + formatBytes(4) + ")");
 }
 
 TEST_F(ImportModelScanTest, DropsAnOlderScan) {

@@ -395,23 +395,55 @@ TEST_F(ImportRunnerTest, MakesNoFolderForAFileThatIsKnownToBeLost) {
               (Tree{{today + "/", ""}, {today + "/JPG/", ""}, {today + "/JPG/B.JPG", "bb"}}));
 }
 
-TEST_F(ImportRunnerTest, PassesOverAFileThatIsThereAlready) {
-    ASSERT_TRUE(store->createDirectory(Url::file("/bilder/JPG")));
-    store->files["/bilder/JPG/A.JPG"] = "aaaa";
-    store->files["/bilder/JPG/B.JPG"] = "other";
-    for (const char* name : {"A.JPG", "B.JPG", "C.JPG"}) file(name, "aaaa");
-    runAll({.byType = true});
-    EXPECT_EQ(log, (Log{"ℹ︎ A.JPG liegt schon in gleicher Größe am Ziel → nicht geladen",
-                        "ℹ︎ B.JPG existiert schon mit anderem Inhalt → gespeichert als B_1.JPG",
-                        "✓ JPG/B_1.JPG  (" + formatBytes(4) + ")",
-                        "✓ JPG/C.JPG  (" + formatBytes(4) + ")"}));
+TEST_F(ImportRunnerTest, LoadsIntoAnotherDestinationWhileAMoveHangs) {
+    const auto slow = std::make_shared<SlowMoves>(store);
+    runner = std::make_unique<ImportRunner>(slow, loop, loop);
+    attach(*runner);
+    file("A.JPG", "aaaa");
+    slow->meanwhile = [&] {
+        runner->abandon();
+        loop.settle();
+        for (const char* path : {"/bilder", "/bilder/", "/bilder/2024", "/"})
+            EXPECT_TRUE(runner->isWindingUp(Url::file(path))) << path;
+        for (const char* path : {"/bilder2", "/archiv"})
+            EXPECT_FALSE(runner->isWindingUp(Url::file(path))) << path;
+        Url server = Url::file("/bilder");
+        server.scheme = "sftp";
+        EXPECT_FALSE(runner->isWindingUp(server));
+        EXPECT_FALSE(runner->start({files.begin(), files.end()}, destination, {}));
+        ASSERT_TRUE(runner->start({files.begin(), files.end()}, Url::file("/archiv"), {}));
+        loop.settle();
+        EXPECT_EQ(finished.size(), 1U);
+        EXPECT_FALSE(runner->isSettled());
+    };
+    ASSERT_TRUE(start());
+    loop.settle();
+    EXPECT_TRUE(runner->isSettled());
+    for (const char* path : {"/bilder", "/archiv"})
+        EXPECT_EQ(store->tree(Url::file(path)), (Tree{{"A.JPG", "aaaa"}})) << path;
+}
+
+TEST_F(ImportRunnerTest, RefusesAFreeNameThatIsTooLong) {
+    const std::string name = std::string(251, 'a') + ".JPG";
+    store->files["/bilder/" + name] = "other";
+    file(name, "aaaa");
+    file("B.JPG", "bb");
+    runAll();
+    EXPECT_EQ(log, (Log{"✗ " + name + ": Ungültiger Dateiname",
+                        "✓ bilder/B.JPG  (" + formatBytes(2) + ")"}));
     EXPECT_EQ(files[0]->downloads, 0);
-    EXPECT_EQ(finished[0].first, (Progress{.total = 3, .done = 2, .bytesDone = 8}));
-    EXPECT_EQ(store->tree(destination), (Tree{{"JPG/", ""},
-                                              {"JPG/A.JPG", "aaaa"},
-                                              {"JPG/B.JPG", "other"},
-                                              {"JPG/B_1.JPG", "aaaa"},
-                                              {"JPG/C.JPG", "aaaa"}}));
+}
+
+TEST_F(ImportRunnerTest, TakesATakenNameForAnotherFileWhateverItsSize) {
+    ASSERT_TRUE(store->createDirectory(Url::file("/bilder/JPG")));
+    store->files["/bilder/JPG/A.JPG"] = "bbbb";
+    file("A.JPG", "aaaa");
+    runAll({.byType = true});
+    EXPECT_EQ(log, (Log{"ℹ︎ A.JPG existiert schon mit anderem Inhalt → gespeichert als A_1.JPG",
+                        "✓ JPG/A_1.JPG  (" + formatBytes(4) + ")"}));
+    EXPECT_EQ(finished[0].first, (Progress{.total = 1, .done = 1, .bytesDone = 4}));
+    EXPECT_EQ(store->tree(destination),
+              (Tree{{"JPG/", ""}, {"JPG/A.JPG", "bbbb"}, {"JPG/A_1.JPG", "aaaa"}}));
 }
 
 TEST_F(ImportRunnerTest, IgnoresACompletionAfterTheEnd) {
@@ -477,7 +509,11 @@ TEST_F(ImportRunnerTest, MovesNothingOnceAbandoned) {
 
 TEST_F(ImportRunnerTest, ClearsTheStagingFolderOnceAbandoned) {
     int settled = 0;
-    runner->onSettled = [&] { ++settled; };
+    std::optional<std::string> arrived;
+    runner->onSettled = [&](const auto& line) {
+        ++settled;
+        arrived = line;
+    };
     file("A.JPG", "aaaa")->holdsBack = true;
     EXPECT_TRUE(runner->isSettled());
     ASSERT_TRUE(start());
@@ -491,6 +527,7 @@ TEST_F(ImportRunnerTest, ClearsTheStagingFolderOnceAbandoned) {
     loop.settle();
     EXPECT_TRUE(runner->isSettled());
     EXPECT_EQ(settled, 1);
+    EXPECT_EQ(arrived, std::nullopt);
     EXPECT_FALSE(store->fileExists(staging));
 
     runner->abandon();
@@ -503,7 +540,11 @@ TEST_F(ImportRunnerTest, WaitsForTheFileOnItsWayWhenAbandoned) {
     runner = std::make_unique<ImportRunner>(slow, loop, loop);
     attach(*runner);
     int settled = 0;
-    runner->onSettled = [&] { ++settled; };
+    std::optional<std::string> arrived;
+    runner->onSettled = [&](const auto& line) {
+        ++settled;
+        arrived = line;
+    };
     file("A.JPG", "aaaa");
     file("B.JPG", "bb");
     bool wasSettled = true;
@@ -526,6 +567,7 @@ TEST_F(ImportRunnerTest, WaitsForTheFileOnItsWayWhenAbandoned) {
     EXPECT_EQ(refusal, "Es läuft schon ein Import.");
     EXPECT_EQ(staged, (Tree{{"A.JPG", "aaaa"}}));
     EXPECT_EQ(settled, 1);
+    EXPECT_EQ(arrived, "✓ bilder/A.JPG  (" + formatBytes(4) + ")");
     EXPECT_TRUE(finished.empty());
     EXPECT_EQ(store->tree(destination), (Tree{{"A.JPG", "aaaa"}}));
 

@@ -37,6 +37,7 @@ constexpr auto nothingMissing = "Nach der Trennung fehlt nichts mehr im Zielordn
 constexpr auto allPresent = "Auto-Import: alle Dateien dieser Kamera sind bereits im Zielordner.";
 constexpr auto notWritable =
     "Auto-Import ausgesetzt: Zielordner fehlt oder ist nicht beschreibbar.";
+constexpr auto windingUp = "Warte auf die Datei, die beim Abbruch des Imports noch unterwegs war …";
 constexpr auto noRoom = "Auto-Import ausgesetzt: zu wenig freier Platz im Zielordner.";
 constexpr auto anotherRuns = "Es läuft schon ein Import.";
 constexpr auto cannotWrite = "Kann Zielordner nicht beschreiben: ";
@@ -338,7 +339,7 @@ void ImportSequence::unplug(std::size_t which) {
         }
     }
     while (log.size() > 500) log.pop_front();
-    run_.reset();
+    if (run_) lostRun_ = std::exchange(run_, std::nullopt);
     model_->cameraBrowserDidRemove(camera);
     losesCamera_ = false;
     RC_ASSERT(model_->log() == log);
@@ -414,7 +415,8 @@ void ImportSequence::catalogReady(std::size_t which) {
     RC_ASSERT(camera->read == camera->card);
     if (!needsChoice()) {
         RC_ASSERT(model_->phase() == Phase::checking);
-        RC_ASSERT(model_->status() == "Prüfe Zielordner …");
+        const bool waits = runner_->isWindingUp(model_->dest());
+        RC_ASSERT(model_->status() == (waits ? windingUp : "Prüfe Zielordner …"));
     } else {
         RC_ASSERT(model_->phase() == Phase::ready);
         RC_ASSERT(model_->status() == chooseFolderStatus);
@@ -515,6 +517,7 @@ void ImportSequence::start() {
 
 void ImportSequence::cancel() {
     pendingResume_.reset();
+    postponed_ = false;
     if (run_) run_->cancelled = true;
     model_->cancelImport();
     RC_ASSERT(model_->phase() == phase_);
@@ -831,11 +834,17 @@ void ImportSequence::logged(const std::string& line) {
 }
 
 void ImportSequence::checkLoaded(const std::string& line) {
-    RC_ASSERT(run_);
     RC_ASSERT(delivered_);
+    const auto isIn = [this](const std::optional<Run>& run) {
+        return run && std::ranges::find(run->files, delivered_) != run->files.end();
+    };
+    const bool isLate = !isIn(run_);
+    RC_ASSERT((!isLate || isIn(lostRun_)));
+    Run& run = isLate ? *lostRun_ : *run_;
+    if (isLate) fruitless_ = 0;
     const Picture& picture = delivered_->picture;
     const Url folder =
-        run_->layout.folder(run_->dest, picture.shot.value_or(loop_.date()), picture.name);
+        run.layout.folder(run.dest, picture.shot.value_or(loop_.date()), picture.name);
     const std::string start = "✓ " + folder.lastComponent() + "/";
     const std::string end = "  (" + formatBytes(picture.size) + ")";
     RC_ASSERT((line.starts_with(start) && line.ends_with(end)));
@@ -846,9 +855,8 @@ void ImportSequence::checkLoaded(const std::string& line) {
     RC_ASSERT(name.ends_with(extension));
     RC_ASSERT(store_->files.at(folder.appending(name).path) == picture.contents);
     RC_ASSERT(picture.size == std::ssize(picture.contents));
-    RC_ASSERT(std::ranges::find(run_->files, delivered_) != run_->files.end());
-    RC_ASSERT(run_->present.insert(fileKey(picture.name.value_or(""), picture.size)).second);
-    ++run_->loaded;
+    RC_ASSERT(run.present.insert(fileKey(picture.name.value_or(""), picture.size)).second);
+    ++run.loaded;
 }
 
 void ImportSequence::checkResumed(const std::string& line) {
@@ -930,6 +938,7 @@ void ImportSequence::takeUpPending() {
     if (resumeReady_ && pendingResume_ && camera->identity() == pendingResume_->identity) {
         RC_ASSERT((isAmong(status, {nothingMissing, chooseFolderStatus, anotherRuns}) ||
                    status.starts_with(cannotWrite)));
+        if (status == anotherRuns) return;  // it waits
         pendingResume_.reset();
         resumeReady_ = false;
         if (--filterings == 0) return;
@@ -1034,7 +1043,7 @@ void ImportSequence::checkStatus() const {
             RC_ASSERT(status == "Lese Dateiliste der Karte(n) …");
             break;
         case Phase::checking:
-            RC_ASSERT((finished || status == "Prüfe Zielordner …"));
+            RC_ASSERT((finished || isAmong(status, {"Prüfe Zielordner …", windingUp})));
             break;
         case Phase::ready:
             RC_ASSERT((isStatusOfReady(status) || (finished && needsChoice())));

@@ -182,6 +182,7 @@ private:
 
     // The account
     std::optional<Run> run_;
+    std::optional<Run> lostRun_;               ///< whose camera was lost last
     std::shared_ptr<ScriptedFile> delivered_;  ///< last
     std::shared_ptr<ScriptedCamera> next_;     ///< to be selected after the run
     std::optional<ImportModel::Resume> pendingResume_;

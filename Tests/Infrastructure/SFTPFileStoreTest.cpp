@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
-#include "FileDescriptor.h"
 #include "HostKeyMismatch.h"
 #include "SFTPFileStore.h"
 #include "ScriptedCommandRunner.h"
 #include "TemporaryFolder.h"
+#include "Tree.h"
 
-#include <fcntl.h>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <sys/file.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -39,7 +38,6 @@ protected:
             return results.at(runner->calls.size() - 1);
         };
     }
-    std::string quotedProbe() const { return "\"" + folder.path("root") + "/.bildkurier-probe\""; }
 
     TemporaryFolder folder;
     std::shared_ptr<ScriptedCommandRunner> runner = std::make_shared<ScriptedCommandRunner>();
@@ -304,35 +302,59 @@ TEST_F(SFTPFileStoreTest, ReadsTheFreeSpace) {
 }
 
 TEST_F(SFTPFileStoreTest, ProbesWhetherAFolderIsWritable) {
-    runner->answer = [this](const auto&) {
-        EXPECT_EQ(fs::file_size(folder.path("root/.bildkurier-probe")), 0U);
+    std::string probe;
+    runner->answer = [&](const auto&) {
+        const Tree probes = tree(folder.path("root"));
+        EXPECT_EQ(probes.size(), 1U);
+        probe = probes.begin()->first;
+        EXPECT_EQ(probes.begin()->second, "");
         return CommandResult{0, ""};
     };
     EXPECT_TRUE(store.isWritableDirectory(server("/photos/")));
-    EXPECT_EQ(scripts(), std::vector<std::string>{"cd \"/photos/\"\nput " + quotedProbe() +
-                                                  " \"/photos/.bildkurier-probe\"\n"
-                                                  "rm \"/photos/.bildkurier-probe\"\n"});
-    EXPECT_FALSE(fs::exists(folder.path("root/.bildkurier-probe")));
+    EXPECT_TRUE(probe.starts_with(".bildkurier-probe")) << probe;
+    EXPECT_EQ(scripts(),
+              std::vector<std::string>{"cd \"/photos/\"\nput \"" + folder.path("root/" + probe) +
+                                       "\" \"/photos/.bildkurier-probe\"\n"
+                                       "rm \"/photos/.bildkurier-probe\"\n"});
+    EXPECT_EQ(tree(folder.path("root")), Tree{});
 }
 
-TEST_F(SFTPFileStoreTest, LetsNobodyElseOfThisComputerUseTheProbeMeanwhile) {
-    const auto isFree = [this] {
-        const FileDescriptor root(::open(folder.path("root").c_str(), O_RDONLY | O_CLOEXEC));
-        return ::flock(root.get(), LOCK_EX | LOCK_NB) == 0;
-    };
-    runner->answer = [&](const auto&) {
-        EXPECT_FALSE(isFree());
+TEST_F(SFTPFileStoreTest, ProbesOneServerWhileAnotherDoesNotAnswer) {
+    const auto otherRunner = std::make_shared<ScriptedCommandRunner>();
+    SFTPFileStore other(otherRunner, "/usr/bin/sftp", [this] { return login; }, folder.url("root"));
+    otherRunner->answer = [this](const auto&) {
+        EXPECT_EQ(tree(folder.path("root")).size(), 2U);
         return CommandResult{0, ""};
     };
-    EXPECT_TRUE(store.isWritableDirectory(server("/photos")));
-    EXPECT_EQ(runner->calls.size(), 1U);
-    EXPECT_TRUE(isFree());
+    runner->answer = [&](const auto&) {
+        EXPECT_TRUE(other.isWritableDirectory(server("/photos")));
+        EXPECT_EQ(tree(folder.path("root")).size(), 1U);
+        return CommandResult{255, "Connection closed"};
+    };
+    EXPECT_FALSE(store.isWritableDirectory(server("/photos")));
+    EXPECT_EQ(otherRunner->calls.size(), 1U);
+    EXPECT_EQ(tree(folder.path("root")), Tree{});
 }
 
 TEST_F(SFTPFileStoreTest, TakesAFolderForReadOnlyWhenTheProbeFails) {
-    answer({{1, "Permission denied"}});
-    EXPECT_FALSE(store.isWritableDirectory(server("/photos")));
-    EXPECT_FALSE(fs::exists(folder.path("root/.bildkurier-probe")));
+    const std::string cd = "sftp> cd \"/photos\"\n";
+    const std::string rm = cd + "sftp> rm \"/photos/.bildkurier-probe\"\n";
+    const struct {
+        std::string output;
+        bool isWritable;
+    } cases[] = {
+        {"Permission denied", false},
+        {cd + "stat remote: No such file or directory", false},
+        {rm + "remote delete /photos/.bildkurier-probe: Permission denied", false},
+        // Another program has removed the probe, which was there then.
+        {rm + "remote delete /photos/.bildkurier-probe: No such file or directory", true},
+        {rm + "Couldn't delete file: No such file or directory\r\nConnection closed", true},
+    };
+    for (const auto& [output, isWritable] : cases) {
+        runner->answer = [&output](const auto&) { return CommandResult{1, output}; };
+        EXPECT_EQ(store.isWritableDirectory(server("/photos")), isWritable) << output;
+        EXPECT_EQ(tree(folder.path("root")), Tree{});
+    }
 }
 
 TEST_F(SFTPFileStoreTest, ProbesNothingWithoutAPlaceForTheProbe) {
@@ -353,6 +375,25 @@ TEST_F(SFTPFileStoreTest, SaysWhyAFolderCannotBeMade) {
     answer({{1, "sftp> cd \"/a\"\nremote mkdir \"/a\": Permission denied\nConnection closed"}});
     EXPECT_EQ(store.createDirectory(server("/a")).error().message,
               "Ordner lässt sich nicht anlegen: remote mkdir \"/a\": Permission denied");
+}
+
+TEST_F(SFTPFileStoreTest, LetsNoServerWriteToTheTerminal) {
+    const auto local = folder.write("staged", "picture");
+    const std::string sent = "\x1b]0;title\x07 \u202egpj.x\u200b \u009b2J";
+    const std::string shown = "␛]0;title␇ \uFFFDgpj.x\uFFFD \uFFFD2J";
+    runner->answer = [&sent](const auto&) { return CommandResult{1, "remote: " + sent}; };
+    EXPECT_EQ(store.createDirectory(server("/a")).error().message,
+              "Ordner lässt sich nicht anlegen: remote: " + shown);
+    for (const bool isDoubtful : {false, true}) {
+        if (isDoubtful) {
+            EXPECT_FALSE(store.fileExists(server("/a")));
+        }
+        EXPECT_EQ(store.moveItem(Url::file(local), server("/a")).error().message,
+                  "Übertragung fehlgeschlagen: remote: " + shown);
+    }
+    runner->answer = [](const auto&) { return CommandResult{1, "sftp> cd\nsftp> \x1b"}; };
+    EXPECT_EQ(store.createDirectory(server("/a")).error().message,
+              "Ordner lässt sich nicht anlegen: sftp> cd␊sftp> ␛");
 }
 
 TEST_F(SFTPFileStoreTest, AdvisesHowToFindOutWhatAQuietClientKeepsToItself) {
@@ -416,7 +457,8 @@ TEST_F(SFTPFileStoreTest, UploadsUnderANameThatIsNotTooLong) {
     for (const auto& [name, part] : cases) {
         runner->calls.clear();
         (void)store.moveItem(folder.url("missing"), server("/p/" + name));
-        EXPECT_TRUE(scripts().at(0).ends_with("rename \"/p/" + part + "\" \"/p/" + name + "\"\n"))
+        EXPECT_TRUE(
+            scripts().at(0).ends_with(fmt::format("rename \"/p/{}\" \"/p/{}\"\n", part, name)))
             << scripts().at(0);
     }
 }

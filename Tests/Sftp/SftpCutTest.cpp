@@ -63,18 +63,19 @@ protected:
     const std::string picture = std::string(300'000, 'x') + "end";
 };
 
-constexpr std::size_t cuts = 16;
-
 TEST_F(SftpCutTest, LosesNothingWhenTheConnectionBreaksOnTheWayThere) {
-    const auto whole = wholeUpload();
-    for (std::size_t n = 0; n < cuts; ++n) {
-        SCOPED_TRACE(n);
-        server->connection().cutNext({whole.toServer * n / cuts, LoopbackServer::unlimited});
+    const auto whole = wholeUpload().toServer;
+    // Before and during the login, in the file, and round the commands behind it.
+    for (const auto limit : {std::size_t{0}, std::size_t{2'000}, whole / 4, whole * 3 / 4,
+                             whole - 400, whole - 300, whole - 200, whole - 100}) {
+        SCOPED_TRACE(limit);
+        server->connection().cutNext({limit, LoopbackServer::unlimited});
         survives();
     }
 }
 
 TEST_F(SftpCutTest, LosesNothingWhenTheConnectionBreaksOnTheWayBack) {
+    constexpr std::size_t cuts = 8;
     const auto whole = wholeUpload();
     for (std::size_t n = 0; n < cuts; ++n) {
         SCOPED_TRACE(n);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "ConnectionlessRunner.h"
 #include "FileName.h"
-#include "ProcessCommandRunner.h"
 #include "SFTPFileStore.h"
 #include "TemporaryFolder.h"
 #include "Tree.h"
@@ -9,19 +9,14 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
-#include <filesystem>
 #include <string>
 
 namespace bildkurier {
 namespace {
 
-namespace fs = std::filesystem;
-
-constexpr auto serverProgram = "/usr/lib/openssh/sftp-server";
-
 /// Has the client carry out `script` on this computer, without a connection.
 CommandResult runClient(const std::string& script) {
-    return ProcessCommandRunner().run("/usr/bin/sftp", {"-b", "-", "-D", serverProgram}, script);
+    return ConnectionlessRunner().run("/usr/bin/sftp", {}, script);
 }
 
 /// Names of what means something to the client, to shells or to nobody.
@@ -35,7 +30,8 @@ rc::Gen<std::string> fileNames() {
 }
 
 TEST(SFTPQuoted, GivesTheClientExactlyTheNameThatWentIn) {
-    if (!fs::exists(serverProgram)) GTEST_SKIP() << "sftp-server fehlt (Paket openssh-sftp-server)";
+    if (!ConnectionlessRunner::isInstalled())
+        GTEST_SKIP() << "sftp-server fehlt (Paket openssh-sftp-server)";
     EXPECT_TRUE(rc::check([] {
         const auto name = *fileNames();
         const TemporaryFolder folder;

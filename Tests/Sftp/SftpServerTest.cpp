@@ -16,61 +16,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::vector<std::string> oddNames{"a b  c   d.jpg",
-                                        " leading",
-                                        "q\"uo\"te",
-                                        "back\\slash",
-                                        "end\\",
-                                        "[x]",
-                                        "a[b-c]d",
-                                        "*",
-                                        "**.jpg",
-                                        "?",
-                                        "a\\*b",
-                                        "]",
-                                        "Übung ä",
-                                        "日本 📷",
-                                        "-rf",
-                                        "-",
-                                        "#no comment",
-                                        "!touch x",
-                                        "'single'",
-                                        "$HOME",
-                                        "~",
-                                        "\\303\\274",
-                                        "{a,b}",
-                                        "{",
-                                        "{}",
-                                        "100%",
-                                        "a;b&c|d",
-                                        "x.part"};
-
-TEST_F(SftpServerTest, TakesEveryName) {
-    for (const auto& name : oddNames) {
-        const auto moved = bring(name, "picture of " + name);
-        ASSERT_TRUE(moved) << name << ": " << moved.error().message;
-        EXPECT_FALSE(fs::exists(staged())) << name;
-        EXPECT_TRUE(store->fileExists(server->url(name))) << name;
+/// Removes the probe a moment before the store does, as another program's probe may.
+class HastyRunner final : public CommandRunner {
+public:
+    CommandResult run(const std::string& program, const std::vector<std::string>& arguments,
+                      const std::optional<std::string>& input) override {
+        std::string script = input.value_or("");
+        const auto removal = script.find("\nrm ");
+        if (removal != std::string::npos)
+            script.insert(removal, "\n-" + script.substr(removal + 1, script.size() - removal - 2));
+        return ProcessCommandRunner().run(program, arguments, script);
     }
-    Tree expected;
-    for (const auto& name : oddNames) expected[name] = "picture of " + name;
-    EXPECT_EQ(serversTree(), expected);
-}
-
-TEST_F(SftpServerTest, KnowsEveryNameAgain) {
-    server->makeFolder("odd");
-    // What looks like an escape of the client's might be one.
-    FileKeys expected{fileKey("file ü end", 7)};
-    for (const auto& name : oddNames) {
-        for (const auto& folder : {"odd/" + name, std::string("odd")}) {
-            server->makeFolder(folder);
-            std::ofstream(server->path(folder).append("/file ").append(name).append(" end"))
-                << "picture";
-        }
-        expected.insert(fileKey("file " + name + " end", 7));
-    }
-    EXPECT_EQ(store->existingFileKeys(server->root()), expected);
-}
+};
 
 TEST_F(SftpServerTest, KnowsUmlautsWhereTheClientCannotPrintThem) {
     const auto client = local.write("client", "#!/bin/sh\nLC_ALL=C exec /usr/bin/sftp \"$@\"\n");
@@ -203,7 +160,7 @@ TEST_F(SftpServerTest, ReplacesWhatABrokenUploadLeft) {
 
 TEST_F(SftpServerTest, TakesTheLongestNames) {
     Tree expected;
-    for (const std::size_t length : {250, 251, 255}) {
+    for (const std::size_t length : {250U, 251U, 255U}) {
         const auto name = std::string(length - 4, 'n') + ".JPG";
         const auto moved = bring(name, "picture");
         EXPECT_TRUE(moved) << length << ": " << moved.error().message;
@@ -220,6 +177,14 @@ TEST_F(SftpServerTest, ProbesFromSeveralThreads) {
         threads.emplace_back([&] { answer = store->isWritableDirectory(server->root()) ? 1 : 0; });
     threads.clear();
     EXPECT_EQ(writable, std::vector<char>(4, 1));
+    EXPECT_EQ(serversTree(), Tree{});
+}
+
+TEST_F(SftpServerTest, FindsAFolderWritableWhoeverRemovesTheProbe) {
+    SFTPFileStore hasty(
+        std::make_shared<HastyRunner>(), "/usr/bin/sftp", [this] { return server->login(); },
+        local.url("root"));
+    EXPECT_TRUE(hasty.isWritableDirectory(server->root()));
     EXPECT_EQ(serversTree(), Tree{});
 }
 

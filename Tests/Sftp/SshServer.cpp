@@ -58,6 +58,7 @@ std::vector<std::string> openSsh(const TemporaryFolder& folder) {
                                            "AuthorizedKeysFile {0}/authorized_keys\n"
                                            "StrictModes no\n"
                                            "UsePAM yes\n"
+                                           "KexAlgorithms curve25519-sha256\n"  // the quickest
                                            "PasswordAuthentication no\n"
                                            "KbdInteractiveAuthentication no\n"
                                            "PidFile none\n"

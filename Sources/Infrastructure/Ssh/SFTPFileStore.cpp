@@ -10,9 +10,9 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/file.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 #include <ranges>
 #include <utility>
@@ -43,19 +43,12 @@ std::string listCommand(const Url& url) {
     return "ls -ln " + SFTPFileStore::quotedForListing(url.path);
 }
 
-bool makeEmptyFile(const std::string& path) {
-    constexpr auto how = O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC;
-    constexpr auto permissions = 0600;
-    return static_cast<bool>(
-        FileDescriptor(retried([&] { return ::open(path.c_str(), how, permissions); })));
-}
-
-/// Waits until nobody else of this computer has it. It is free again once this is closed.
-FileDescriptor lockedFolder(const std::string& path) {
-    constexpr auto how = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-    FileDescriptor folder(retried([&] { return ::open(path.c_str(), how); }));
-    (void)retried([&] { return ::flock(folder.get(), LOCK_EX); });
-    return folder;
+/// Makes an empty file that nobody else has, and answers its path: `beginning` and more.
+std::optional<std::string> makeOwnFile(const std::string& beginning) {
+    std::string path = beginning + ".XXXXXX";
+    const FileDescriptor file(retried([&] { return ::mkostemp(path.data(), O_CLOEXEC); }));
+    if (!file) return {};
+    return path;
 }
 
 std::string joined(const SftpCommands& commands) {
@@ -93,6 +86,9 @@ std::optional<std::string_view> complaint(std::string_view output) {
     return {};
 }
 
+/// Why the client failed, for human eyes: the server may have worded it.
+std::string shown(const std::string& output) { return displayText(SFTPFileStore::message(output)); }
+
 std::string adviceToTry(const std::string& account, std::optional<std::uint16_t> port) {
     return fmt::format(
         "Der Server ist nicht zu erreichen oder lässt die Anmeldung nicht zu. Den Grund zeigt im "
@@ -105,6 +101,16 @@ std::string adviceToTry(const std::string& account, std::optional<std::uint16_t>
 bool saysNothingIsThere(std::string_view line) {
     if (line.ends_with('\r')) line.remove_suffix(1);
     return line.starts_with("Can't ls: \"") && line.ends_with("\" not found");
+}
+
+/// Whether the client came to `removal`, and complains in `output` that there is nothing left to
+/// remove: whoever probed the same folder meanwhile has done it.
+bool removedByAnother(std::string_view removal, std::string_view output) {
+    const auto isRemoval = [removal](std::string_view line) {
+        return line.starts_with("sftp> ") && line.ends_with(removal);
+    };
+    return std::ranges::any_of(nonEmptyLines(output), isRemoval) &&
+           complaint(output).value_or("").ends_with(": No such file or directory");
 }
 
 /// Whether `line` lists the file `url` itself, and not what a folder of that name holds.
@@ -142,7 +148,7 @@ Result<bool> SFTPFileStore::look(const Url& url) {
     const auto [status, output] = batch(url, {listCommand(url)});
     if (status == 0) return true;
     if (std::ranges::any_of(nonEmptyLines(output), saysNothingIsThere)) return false;
-    return failure(message(output));
+    return failure(shown(output));
 }
 
 bool SFTPFileStore::fileExists(const Url& url) {
@@ -175,18 +181,15 @@ std::optional<std::int64_t> SFTPFileStore::fileSize(const Url& url) {
 }
 
 bool SFTPFileStore::isWritableDirectory(const Url& url) {
-    const auto probe = stagingRoot_.appending(probeName);
     (void)localStore_.createDirectory(stagingRoot_);
-    // All threads and programs of this user have the same probe.
-    const auto locked = lockedFolder(stagingRoot_.path);
-    if (!makeEmptyFile(probe.path)) return false;
+    const auto probe = makeOwnFile(stagingRoot_.appending(probeName).path);
+    if (!probe) return false;
     const auto remoteProbe = url.appending(probeName);
-    const auto status =
-        batch(url, {command("cd", url.path), command("put", probe.path, remoteProbe.path),
-                    command("rm", remoteProbe.path)})
-            .status;
-    localStore_.removeItem(probe);
-    return status == 0;
+    const auto removal = command("rm", remoteProbe.path);
+    const auto [status, output] =
+        batch(url, {command("cd", url.path), command("put", *probe, remoteProbe.path), removal});
+    localStore_.removeItem(Url::file(*probe));
+    return status == 0 || removedByAnother(removal, output);
 }
 
 bool SFTPFileStore::isNetworkVolume(const Url& /*url*/) { return false; }
@@ -201,7 +204,7 @@ Result<> SFTPFileStore::createDirectory(const Url& url) {
     auto commands = makeDirectories(url.path);
     commands.push_back(command("cd", url.path));
     const auto [status, output] = batch(url, commands);
-    if (status != 0) return failure("Ordner lässt sich nicht anlegen: " + message(output));
+    if (status != 0) return failure("Ordner lässt sich nicht anlegen: " + shown(output));
     return {};
 }
 
@@ -214,7 +217,7 @@ Result<> SFTPFileStore::moveItem(const Url& source, const Url& target) {
     const auto [status, output] = batch(target, upload);
     if (status != 0) {
         if (!objection(upload)) batch(target, {command("-rm", part)});
-        return notUploaded(message(output));
+        return notUploaded(shown(output));
     }
     return confirm(source, target);
 }
