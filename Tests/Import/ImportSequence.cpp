@@ -941,7 +941,9 @@ void ImportSequence::takeUpPending() {
     if (phase_ != Phase::ready || !camera || camera->read.empty() || filterings == 0) return;
     const std::string& status = model_->status();
     if (resumeReady_ && pendingResume_ && camera->identity() == pendingResume_->identity) {
-        RC_ASSERT((isAmong(status, {nothingMissing, chooseFolderStatus, anotherRuns}) ||
+        // Another comparison at once has a status of its own.
+        RC_ASSERT((filterings > 1 ||
+                   isAmong(status, {nothingMissing, chooseFolderStatus, anotherRuns}) ||
                    status.starts_with(cannotWrite)));
         if (status == anotherRuns) return;  // it waits
         pendingResume_.reset();

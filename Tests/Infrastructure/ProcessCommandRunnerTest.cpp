@@ -219,7 +219,8 @@ TEST(ProcessCommandRunner, EndsWhatItsProgramsStarted) {
     ProcessCommandRunner runner;
     EndlessScript script(runner, "(read x </dev/zero) & echo >$begun; exit 0");
     runner.endAll(std::chrono::hours(1));
-    EXPECT_EQ(script.result().status, 0);
+    const int status = script.result().status;
+    EXPECT_TRUE(status == 0 || status == SIGTERM) << status << ", neither by itself nor as asked";
 }
 
 TEST(ProcessCommandRunner, KillsWhatDoesNotEndWhenAsked) {
@@ -236,7 +237,8 @@ TEST(ProcessCommandRunner, WaitsForNoStrangerWhoHoldsTheOutput) {
     ASSERT_EQ(::mkfifo(end.c_str(), 0600), 0);
     EndlessScript script(runner, "setsid sh -c \"echo >$begun; read x <" + end + "\" & exit 0");
     runner.endAll(std::chrono::milliseconds(1));
-    EXPECT_EQ(script.result().status, 0);
+    const int status = script.result().status;
+    EXPECT_TRUE(status == 0 || status == SIGTERM) << status << ", neither by itself nor as asked";
     std::ofstream(end) << "now\n";
 }
 
