@@ -340,8 +340,7 @@ void ImportSequence::unplug(std::size_t which) {
     }
     while (log.size() > 500) log.pop_front();
     if (run_) {
-        lostRun_ = std::exchange(run_, std::nullopt);
-        lostFile_ = delivered_;
+        lost_.push_back({*std::exchange(run_, std::nullopt), delivered_});
     }
     model_->cameraBrowserDidRemove(camera);
     losesCamera_ = false;
@@ -839,12 +838,28 @@ void ImportSequence::logged(const std::string& line) {
     if (line.starts_with("↻ Auto-Import: ")) checkAutoImport();
 }
 
+/// Whether the file that was on its way when `lost` ended is at the destination by now, and was
+/// not told of before.
+bool ImportSequence::hasArrivedLate(const LostRun& lost) const {
+    const auto& [run, file] = lost;
+    if (!file || std::ranges::find(run.files, file) == run.files.end()) return false;
+    const Picture& picture = file->picture;
+    const Url folder =
+        run.layout.folder(run.dest, picture.shot.value_or(loop_.date()), picture.name);
+    return !run.present.contains(fileKey(picture.name.value_or(""), picture.size)) &&
+           std::ranges::any_of(store_->files, [&](const auto& entry) {
+               return entry.first.starts_with(folder.path) && entry.second == picture.contents;
+           });
+}
+
 void ImportSequence::checkLoaded(const std::string& line) {
     const bool isLate = !run_ || runner_->progress().done == run_->loaded;
-    RC_ASSERT((!isLate || lostRun_));
-    Run& run = isLate ? *lostRun_ : *run_;
+    const auto lost = std::find_if(lost_.rbegin(), lost_.rend(),
+                                   [this](const LostRun& one) { return hasArrivedLate(one); });
+    RC_ASSERT((!isLate || lost != lost_.rend()));
+    Run& run = isLate ? lost->run : *run_;
     if (isLate) fruitless_ = 0;
-    const auto& file = isLate ? lostFile_ : delivered_;
+    const auto& file = isLate ? lost->file : delivered_;
     RC_ASSERT(file);
     RC_ASSERT(std::ranges::find(run.files, file) != run.files.end());
     const Picture& picture = file->picture;

@@ -68,6 +68,12 @@ private:
         int loaded = 0;
     };
 
+    /// A run that ended with its camera.
+    struct LostRun {
+        Run run;
+        std::shared_ptr<ScriptedFile> file;  ///< delivered last
+    };
+
     /// What the window shows.
     struct Shown {
         Phase phase;
@@ -117,6 +123,7 @@ private:
     void changed(Phase from, Phase to);
     void noteDestination();
     void logged(const std::string& line);
+    bool hasArrivedLate(const LostRun& lost) const;
     void checkLoaded(const std::string& line);
     void checkResumed(const std::string& line);
     void checkAutoImport();
@@ -182,9 +189,8 @@ private:
 
     // The account
     std::optional<Run> run_;
-    std::optional<Run> lostRun_;               ///< whose camera was lost last
+    std::vector<LostRun> lost_;
     std::shared_ptr<ScriptedFile> delivered_;  ///< last
-    std::shared_ptr<ScriptedFile> lostFile_;   ///< the last one before the camera was lost
     std::shared_ptr<ScriptedCamera> next_;     ///< to be selected after the run
     std::optional<ImportModel::Resume> pendingResume_;
     bool resumeReady_ = false;
