@@ -23,14 +23,14 @@ DateFormatter inBerlin(const std::string& pattern) {
     return DateFormatter::fromPattern(pattern, "en_US_POSIX", "Europe/Berlin");
 }
 
-struct Case {
+struct DateCase {
     Date date;
     std::string text;
 };
 
 TEST(DateFormatter, KnowsTheLocalDayRoundMidnight) {
     const DateFormatter formatter = inBerlin("yyyy-MM-dd HH:mm:ss");
-    const Case cases[] = {
+    const DateCase cases[] = {
         {utc(2024y / January / 9, 22h + 59min + 59s), "2024-01-09 23:59:59"},
         {utc(2024y / January / 9, 23h), "2024-01-10 00:00:00"},
         {utc(2024y / May / 8, 21h + 59min + 59s + 999ms), "2024-05-08 23:59:59"},
@@ -44,7 +44,7 @@ TEST(DateFormatter, KnowsTheLocalDayRoundMidnight) {
 
 TEST(DateFormatter, FollowsSummerTime) {
     const DateFormatter formatter = inBerlin("yyyy-MM-dd HH:mm:ss");
-    const Case cases[] = {
+    const DateCase cases[] = {
         {utc(2024y / March / 30, 23h), "2024-03-31 00:00:00"},
         {utc(2024y / March / 31, 59min + 59s), "2024-03-31 01:59:59"},
         {utc(2024y / March / 31, 1h), "2024-03-31 03:00:00"},

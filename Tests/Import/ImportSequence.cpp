@@ -44,7 +44,7 @@ constexpr auto cannotWrite = "Kann Zielordner nicht beschreiben: ";
 constexpr auto otherHostKey =
     "Der Server zeigt einen anderen Schlüssel als beim ersten Verbinden. Nur wenn der Server neu "
     "eingerichtet wurde: gespeicherten Server-Schlüssel vergessen.";
-constexpr auto forgotten = "Server-Schlüssel vergessen. Jetzt erneut „Verbinden und prüfen“.";
+constexpr auto keyForgotten = "Server-Schlüssel vergessen. Jetzt erneut „Verbinden und prüfen“.";
 constexpr std::int64_t plenty = 1'000'000'000'000;
 
 const std::array destinations = {"/bilder"s, "/archiv"s, "/fehlt"s};
@@ -617,7 +617,7 @@ void ImportSequence::forgetServer() {
     checkNothingHappens([this] { model_->forgetSFTPHostKey(); });
     const Url server = formURL();
     RC_ASSERT(!keyring_->hosts.contains({server.host, server.port}));
-    RC_ASSERT(model_->sftpStatus() == forgotten);
+    RC_ASSERT(model_->sftpStatus() == keyForgotten);
 }
 
 void ImportSequence::switchKind() {
@@ -941,9 +941,9 @@ void ImportSequence::checkServerState() const {
     const bool connected = model_->sftpConnected();
     RC_ASSERT(connected == (status && status->starts_with("Verbunden mit ")));
     RC_ASSERT(model_->sftpHostKeyMismatch() == (status == otherHostKey));
-    if (model_->sftpHostIsNew() && status != forgotten) RC_ASSERT(model_->sftpHostFingerprint());
-    if (status == forgotten) RC_ASSERT(!model_->sftpHostFingerprint());
-    if (model_->sftpChecking()) RC_ASSERT((!status || status == forgotten));
+    if (model_->sftpHostIsNew() && status != keyForgotten) RC_ASSERT(model_->sftpHostFingerprint());
+    if (status == keyForgotten) RC_ASSERT(!model_->sftpHostFingerprint());
+    if (model_->sftpChecking()) RC_ASSERT((!status || status == keyForgotten));
     const bool isIdle = loop_.mainTasks() + loop_.backgroundTasks() == 0;
     if (isIdle) RC_ASSERT(!model_->sftpChecking());
 }

@@ -13,25 +13,25 @@
 namespace bildkurier {
 namespace {
 
-using Calls = std::vector<std::string>;
+using SandboxCalls = std::vector<std::string>;
 
 TEST(BookmarkFileAccess, GivesBackWhatItTookUpWhenTheHandleIsDropped) {
     const auto sandbox = std::make_shared<ScriptedSandbox>();
     Handle held = BookmarkFileAccess(sandbox).start(Url::file("/id"));
     ASSERT_TRUE(held);
-    EXPECT_EQ(sandbox->calls, (Calls{"start /id"}));
+    EXPECT_EQ(sandbox->calls, (SandboxCalls{"start /id"}));
     Handle second = held;
     held.reset();
     EXPECT_EQ(sandbox->calls.size(), 1);
     second.reset();
-    EXPECT_EQ(sandbox->calls, (Calls{"start /id", "stop /id"}));
+    EXPECT_EQ(sandbox->calls, (SandboxCalls{"start /id", "stop /id"}));
 }
 
 TEST(BookmarkFileAccess, GivesBackNothingWhereNothingWasTakenUp) {
     const auto sandbox = std::make_shared<ScriptedSandbox>();
     sandbox->startsAccess = false;
     EXPECT_FALSE(BookmarkFileAccess(sandbox).start(Url::file("/id")));
-    EXPECT_EQ(sandbox->calls, (Calls{"start /id"}));
+    EXPECT_EQ(sandbox->calls, (SandboxCalls{"start /id"}));
     EXPECT_FALSE(BookmarkFileAccess(std::make_shared<PathBookmarks>()).start(Url::file("/id")));
 }
 

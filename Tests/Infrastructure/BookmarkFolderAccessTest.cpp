@@ -16,7 +16,7 @@ namespace bildkurier {
 
 namespace {
 
-using Calls = std::vector<std::string>;
+using SandboxCalls = std::vector<std::string>;
 
 class BookmarkFolderAccessTest : public testing::Test {
     TemporaryFolder disk_;
@@ -40,7 +40,7 @@ protected:
 
     ScriptedSandbox& sandbox() { return *sandbox_; }
     /// What the system was asked to do since the last time.
-    Calls calls() { return std::exchange(sandbox_->calls, {}); }
+    SandboxCalls calls() { return std::exchange(sandbox_->calls, {}); }
     /// Stores a bookmark of a folder, of an earlier launch.
     void bookmarked(const Url& folder) { defaults_->setString("destBookmark", "0:" + folder.path); }
     std::optional<std::string> stored() const { return defaults_->string("destBookmark"); }
@@ -53,7 +53,7 @@ protected:
 TEST_F(BookmarkFolderAccessTest, StoresABookmarkOfAPickedFolderAndTakesUpAccess) {
     const auto access = launched();
     access->remember(bilder);
-    EXPECT_EQ(calls(), (Calls{"bookmark " + bilder.path, "start " + bilder.path}));
+    EXPECT_EQ(calls(), (SandboxCalls{"bookmark " + bilder.path, "start " + bilder.path}));
     EXPECT_EQ(stored(), "1:" + bilder.path);
     EXPECT_EQ(values().size(), 1U);
     EXPECT_TRUE(access->isGranted(bilder));
@@ -74,7 +74,7 @@ TEST_F(BookmarkFolderAccessTest, OnlyStoresAFreshBookmarkOfAFolderThatIsHeld) {
     calls();
     for (const Url& again : {bilder, link, url("./filme/../bilder/")}) {
         access->remember(again);
-        EXPECT_EQ(calls(), (Calls{"bookmark " + again.path}));
+        EXPECT_EQ(calls(), (SandboxCalls{"bookmark " + again.path}));
     }
     EXPECT_EQ(stored(), "4:" + url("./filme/../bilder/").path);
 }
@@ -84,8 +84,8 @@ TEST_F(BookmarkFolderAccessTest, StopsAccessToTheOldFolderBeforeItTakesUpTheNew)
     access->remember(bilder);
     calls();
     access->remember(filme);
-    EXPECT_EQ(calls(),
-              (Calls{"bookmark " + filme.path, "stop " + bilder.path, "start " + filme.path}));
+    EXPECT_EQ(calls(), (SandboxCalls{"bookmark " + filme.path, "stop " + bilder.path,
+                                     "start " + filme.path}));
     EXPECT_EQ(stored(), "2:" + filme.path);
     EXPECT_TRUE(access->isGranted(filme));
     EXPECT_FALSE(access->isGranted(bilder));
@@ -100,22 +100,22 @@ TEST_F(BookmarkFolderAccessTest, HoldsAPickedFolderWithoutAccessAndHasNothingToS
     access->remember(bilder);
     access->remember(filme);
     access.reset();
-    EXPECT_EQ(calls(),
-              (Calls{"bookmark " + bilder.path, "bookmark " + filme.path, "start " + filme.path}));
+    EXPECT_EQ(calls(), (SandboxCalls{"bookmark " + bilder.path, "bookmark " + filme.path,
+                                     "start " + filme.path}));
 }
 
 TEST_F(BookmarkFolderAccessTest, RestoresNothingWhereNothingIsStored) {
     EXPECT_EQ(launched()->restore(), std::nullopt);
     values()["destBookmark"] = true;
     EXPECT_EQ(launched()->restore(), std::nullopt);
-    EXPECT_EQ(calls(), Calls());
+    EXPECT_EQ(calls(), SandboxCalls());
 }
 
 TEST_F(BookmarkFolderAccessTest, TakesUpAccessToTheRememberedFolder) {
     bookmarked(bilder);
     const auto access = launched();
     EXPECT_EQ(access->restore(), bilder);
-    EXPECT_EQ(calls(), (Calls{"resolve 0:" + bilder.path, "start " + bilder.path}));
+    EXPECT_EQ(calls(), (SandboxCalls{"resolve 0:" + bilder.path, "start " + bilder.path}));
     EXPECT_TRUE(access->isGranted(bilder));
     EXPECT_EQ(stored(), "0:" + bilder.path);
 }
@@ -133,7 +133,7 @@ TEST_F(BookmarkFolderAccessTest, KeepsWhatItHoldsWhenABookmarkLeadsNowhere) {
     calls();
     sandbox().findsFolders = false;
     EXPECT_EQ(access->restore(), std::nullopt);
-    EXPECT_EQ(calls(), (Calls{"resolve 1:" + bilder.path}));
+    EXPECT_EQ(calls(), (SandboxCalls{"resolve 1:" + bilder.path}));
     EXPECT_TRUE(access->isGranted(bilder));
 }
 
@@ -143,7 +143,7 @@ TEST_F(BookmarkFolderAccessTest, DoesNotStartAgainForAFolderThatIsHeld) {
     bookmarked(link);
     calls();
     EXPECT_EQ(access->restore(), link);
-    EXPECT_EQ(calls(), (Calls{"resolve 0:" + link.path}));
+    EXPECT_EQ(calls(), (SandboxCalls{"resolve 0:" + link.path}));
 }
 
 TEST_F(BookmarkFolderAccessTest, SwitchesToTheRememberedFolder) {
@@ -152,8 +152,8 @@ TEST_F(BookmarkFolderAccessTest, SwitchesToTheRememberedFolder) {
     bookmarked(filme);
     calls();
     EXPECT_EQ(access->restore(), filme);
-    EXPECT_EQ(calls(),
-              (Calls{"resolve 0:" + filme.path, "stop " + bilder.path, "start " + filme.path}));
+    EXPECT_EQ(calls(), (SandboxCalls{"resolve 0:" + filme.path, "stop " + bilder.path,
+                                     "start " + filme.path}));
     EXPECT_TRUE(access->isGranted(filme));
     EXPECT_FALSE(access->isGranted(bilder));
 }
@@ -168,8 +168,8 @@ TEST_F(BookmarkFolderAccessTest, HoldsNothingInTheSandboxWhenTheRememberedFolder
     EXPECT_FALSE(access->isGranted(filme));
     EXPECT_FALSE(access->isGranted(bilder));
     access.reset();
-    EXPECT_EQ(calls(),
-              (Calls{"resolve 0:" + filme.path, "stop " + bilder.path, "start " + filme.path}));
+    EXPECT_EQ(calls(), (SandboxCalls{"resolve 0:" + filme.path, "stop " + bilder.path,
+                                     "start " + filme.path}));
 }
 
 TEST_F(BookmarkFolderAccessTest, HoldsTheRememberedFolderOutsideTheSandboxWithoutAccess) {
@@ -179,8 +179,8 @@ TEST_F(BookmarkFolderAccessTest, HoldsTheRememberedFolderOutsideTheSandboxWithou
     EXPECT_EQ(access->restore(), bilder);
     EXPECT_EQ(access->restore(), bilder);
     access.reset();
-    EXPECT_EQ(calls(), (Calls{"resolve 0:" + bilder.path, "start " + bilder.path,
-                              "resolve 0:" + bilder.path}))
+    EXPECT_EQ(calls(), (SandboxCalls{"resolve 0:" + bilder.path, "start " + bilder.path,
+                                     "resolve 0:" + bilder.path}))
         << "the second time it was held";
 }
 
@@ -192,9 +192,9 @@ TEST_F(BookmarkFolderAccessTest, RenewsAStaleBookmark) {
         EXPECT_EQ(access->restore(), bilder);
         EXPECT_EQ(stored(), fresh + bilder.path) << "held already, the second time";
     }
-    EXPECT_EQ(calls(),
-              (Calls{"resolve 0:" + bilder.path, "start " + bilder.path, "bookmark " + bilder.path,
-                     "resolve 1:" + bilder.path, "bookmark " + bilder.path}));
+    EXPECT_EQ(calls(), (SandboxCalls{"resolve 0:" + bilder.path, "start " + bilder.path,
+                                     "bookmark " + bilder.path, "resolve 1:" + bilder.path,
+                                     "bookmark " + bilder.path}));
 }
 
 TEST_F(BookmarkFolderAccessTest, RenewsAStaleBookmarkOfAFolderThatIsRefused) {
@@ -219,12 +219,12 @@ TEST_F(BookmarkFolderAccessTest, StopsAccessAtItsEnd) {
     access->restore();
     calls();
     access.reset();
-    EXPECT_EQ(calls(), (Calls{"stop " + bilder.path}));
+    EXPECT_EQ(calls(), (SandboxCalls{"stop " + bilder.path}));
 }
 
 TEST_F(BookmarkFolderAccessTest, HasNothingToStopWhenNothingWasHeld) {
     launched().reset();
-    EXPECT_EQ(calls(), Calls());
+    EXPECT_EQ(calls(), SandboxCalls());
 }
 
 TEST_F(BookmarkFolderAccessTest, GrantsEverythingOutsideTheSandbox) {

@@ -10,7 +10,7 @@
 namespace bildkurier {
 namespace {
 
-constexpr Date taken{std::chrono::milliseconds(1'000)};
+constexpr Date shotAt{std::chrono::milliseconds(1'000)};
 constexpr Date made{std::chrono::milliseconds(2'000)};
 
 TEST(ImageCaptureFile, HasTheNameAndSizeThatTheCameraReports) {
@@ -26,7 +26,7 @@ TEST(ImageCaptureFile, HasTheNameAndSizeThatTheCameraReports) {
 TEST(ImageCaptureFile, PrefersTheCaptureTimeToThatOfTheFileSystem) {
     const struct {
         std::optional<Date> created, fileCreated, shotDate;
-    } cases[] = {{taken, made, taken}, {taken, {}, taken}, {{}, made, made}, {{}, {}, {}}};
+    } cases[] = {{shotAt, made, shotAt}, {shotAt, {}, shotAt}, {{}, made, made}, {{}, {}, {}}};
     for (const auto& [created, fileCreated, shotDate] : cases) {
         const ImageCaptureFile file(std::make_shared<FakeNativeFile>(
             FileFacts{.name = {}, .created = created, .fileCreated = fileCreated}));

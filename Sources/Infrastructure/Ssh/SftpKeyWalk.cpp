@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::string_view echoMark = "sftp> ";
 
-std::string listCommand(const std::string& folder) {
+std::string listNamesCommand(const std::string& folder) {
     return "-ls -ln " + SFTPFileStore::quotedForListing(folder);
 }
 
@@ -61,7 +61,7 @@ std::vector<std::string> visibleNames(std::string_view path, const std::string& 
 SftpCommands SftpKeyWalk::commands() const {
     SftpCommands commands;
     commands.reserve(level_.size());
-    std::ranges::transform(level_, std::back_inserter(commands), listCommand);
+    std::ranges::transform(level_, std::back_inserter(commands), listNamesCommand);
     return commands;
 }
 
@@ -81,7 +81,7 @@ void SftpKeyWalk::read(std::string_view output) {
             if (!entry->isDirectory) {
                 keys_.insert(fileKey(name, entry->size));
             } else if (auto deeper = join(*folder, name);
-                       !objection({listCommand(deeper)}) && known.insert(deeper).second) {
+                       !objection({listNamesCommand(deeper)}) && known.insert(deeper).second) {
                 nextLevel.push_back(std::move(deeper));
             }
         }
