@@ -157,6 +157,8 @@ public:
     bool awaitsCamera() const { return pendingResume_.has_value(); }
     /// Whether nothing of a run touches the destination any more.
     bool isSettled() const { return runner_->isSettled(); }
+    /// Where runs stage that have not come to rest: to be cleared should the model go before.
+    std::vector<Url> stagingDirectories() const { return runner_->stagingDirectories(); }
 
     void setSelectedID(std::optional<std::string> id);
     void setDest(const Url& dest);

@@ -96,6 +96,14 @@ bool ImportRunner::isWindingUp(const Url& destination) const {
     });
 }
 
+std::vector<Url> ImportRunner::stagingDirectories() const {
+    std::vector<Url> found;
+    if (isRunning_) found.push_back(staging_);
+    for (const Url& destination : windingUp_)
+        found.push_back(fileStore_->stagingDirectory(destination));
+    return found;
+}
+
 void ImportRunner::downloadNext() {
     if (queue_.empty() || cancelRequested_) return finish();
 

@@ -86,6 +86,8 @@ public:
     /// Whether an abandoned run may still bring a file to that destination, or to a folder in it
     /// or above it.
     bool isWindingUp(const Url& destination) const;
+    /// Where the runs stage that have not come to rest.
+    std::vector<Url> stagingDirectories() const;
     /// Whether the run, or the last one, was asked to end early.
     bool isCancelled() const { return cancelRequested_; }
     const Progress& progress() const { return progress_; }

@@ -969,6 +969,7 @@ TEST_F(ImportModelResumeTest, ImportsIntoAnotherDestinationWhileAFileIsStillOnIt
         startImport();
         EXPECT_EQ(std::ssize(store->tree(Url::file("/archiv"))), 4);
         EXPECT_TRUE(lock->held) << "the other file is still on its way";
+        EXPECT_EQ(model->stagingDirectories(), std::vector{Url::file("/bilder/.bildkurier-tmp")});
     };
     startImport();
     fileOf(*lost, 0).deliver();

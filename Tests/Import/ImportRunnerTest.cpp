@@ -521,6 +521,24 @@ TEST_F(ImportRunnerTest, MovesNothingOnceAbandoned) {
     EXPECT_EQ(store->files.count("/bilder/A.JPG"), 0);
 }
 
+TEST_F(ImportRunnerTest, TellsWhereItStages) {
+    using Folders = std::vector<Url>;
+    const Url other = Url::file("/archiv");
+    file("A.JPG", "aaaa")->holdsBack = true;
+    EXPECT_EQ(runner->stagingDirectories(), Folders());
+    ASSERT_TRUE(start());
+    EXPECT_EQ(runner->stagingDirectories(), Folders{staging});
+    runner->abandon();
+    EXPECT_EQ(runner->stagingDirectories(), Folders{staging});
+    ASSERT_TRUE(runner->start({files[0]}, other, {}));
+    EXPECT_EQ(runner->stagingDirectories(), (Folders{store->stagingDirectory(other), staging}));
+    loop.settle();
+    EXPECT_EQ(runner->stagingDirectories(), Folders{store->stagingDirectory(other)});
+    files[0]->deliver();
+    loop.settle();
+    EXPECT_EQ(runner->stagingDirectories(), Folders());
+}
+
 TEST_F(ImportRunnerTest, ClearsTheStagingFolderOnceAbandoned) {
     int settled = 0;
     std::optional<std::string> arrived;
