@@ -73,4 +73,13 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
             .programs = programs};
 }
 
+void AppContainer::end(Parts parts, std::optional<ThreadPool>& background) {
+    const auto staged = parts.model->stagingDirectories();
+    parts.model.reset();
+    parts.keys.reset();
+    parts.programs->endAll();
+    background.reset();
+    for (const Url& folder : staged) parts.fileStore->removeItem(folder);
+}
+
 }  // namespace bildkurier

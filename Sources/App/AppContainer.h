@@ -11,6 +11,7 @@
 #include "RunLock.h"
 #include "SSHKeyModel.h"
 #include "SSHKeyring.h"
+#include "ThreadPool.h"
 #include "UserDefaults.h"
 #include "Workspace.h"
 
@@ -53,6 +54,11 @@ struct AppContainer {
     /// Main thread. Discovery has begun when this returns; cameras are reported by tasks of the
     /// main queue. `main` must outlive `background`, and this the parts.
     static Parts make(MainQueue& main, Background& background, Options options);
+
+    /// Drops an import that still runs, ends child programs and the background, leaves nothing
+    /// staged, and only then lets another process import. Nobody else may hold the model any
+    /// more. Main thread; blocks while a file is being moved into place.
+    static void end(Parts parts, std::optional<ThreadPool>& background);
 };
 
 }  // namespace bildkurier

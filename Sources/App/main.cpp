@@ -3,8 +3,10 @@
 #include "AppContainer.h"
 #include "DesktopWorkspace.h"
 #include "DialogFolderPicker.h"
+#include "Farewell.h"
 #include "Fassung.h"
 #include "ImportBridge.h"
+#include "InterruptSignals.h"
 #include "KeyBridge.h"
 #include "QtMainQueue.h"
 #include "SingleInstance.h"
@@ -25,7 +27,9 @@
 #include <QTranslator>
 #include <csignal>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 Q_IMPORT_QML_PLUGIN(BildkurierPlugin)
@@ -61,18 +65,12 @@ void bringToFront(const QQmlApplicationEngine& engine) {
 
 QUrl webPage(const std::string& address) { return QUrl(QString::fromStdString(address)); }
 
-int run(const QApplication& app, SingleInstance& instance) {
-    const SystemAppearance appearance;
-    QtMainQueue main;
-    ThreadPool pool;
-    const auto parts = AppContainer::make(main, pool,
-                                          {.cards = givenCards(app),
-                                           .defaults = nullptr,
-                                           .folderPicker = std::make_shared<DialogFolderPicker>(),
-                                           .workspace = std::make_shared<DesktopWorkspace>(),
-                                           .trusted = {}});
+/// Shows the window until it is closed, or the program is asked to end.
+int show(const AppContainer::Parts& parts, SingleInstance& instance, MainQueue& main) {
     const auto model = std::make_unique<ImportBridge>(parts.model);
     const auto keys = std::make_unique<KeyBridge>(parts.keys);
+    Farewell farewell(parts.model, [] { QApplication::exit(); });
+    const InterruptSignals interrupts(main, [&farewell] { farewell.ask(); });
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/qml"));
     engine.setInitialProperties({{"model", QVariant::fromValue(model.get())},
@@ -84,7 +82,21 @@ int run(const QApplication& app, SingleInstance& instance) {
     instance.onAnother = [&engine] { bringToFront(engine); };
     const int status = QApplication::exec();
     instance.onAnother = [] {};
-    parts.programs->endAll();
+    return status;
+}
+
+int run(const QApplication& app, SingleInstance& instance) {
+    const SystemAppearance appearance;
+    QtMainQueue main;
+    std::optional<ThreadPool> pool(std::in_place);
+    auto parts = AppContainer::make(main, *pool,
+                                    {.cards = givenCards(app),
+                                     .defaults = nullptr,
+                                     .folderPicker = std::make_shared<DialogFolderPicker>(),
+                                     .workspace = std::make_shared<DesktopWorkspace>(),
+                                     .trusted = {}});
+    const int status = show(parts, instance, main);
+    AppContainer::end(std::move(parts), pool);
     return status;
 }
 

@@ -148,14 +148,8 @@ ExitStatus runModel(const CommandLine& commandLine) {
 
     // From here on the signals end the program again, should a file system hang.
     signals.reset();
-    const bool staged = !parts.model->isSettled();
-    const Url staging = parts.fileStore->stagingDirectory(parts.model->dest());
     command.reset();
-    parts.model.reset();
-    parts.keys.reset();
-    parts.programs->endAll();
-    pool.reset();
-    if (staged) parts.fileStore->removeItem(staging);
+    AppContainer::end(std::move(parts), pool);
     return status;
 }
 
@@ -163,13 +157,12 @@ ExitStatus runKeys(const CommandLine& commandLine) {
     EventLoop loop;
     const auto report = makeReport(commandLine.json);
     std::optional<ThreadPool> pool(std::in_place);
-    const auto parts =
-        AppContainer::make(loop, *pool,
-                           {.cards = {},
-                            .defaults = nullptr,
-                            .folderPicker = std::make_shared<GivenFile>(commandLine.file),
-                            .trusted = {},
-                            .discovers = false});
+    auto parts = AppContainer::make(loop, *pool,
+                                    {.cards = {},
+                                     .defaults = nullptr,
+                                     .folderPicker = std::make_shared<GivenFile>(commandLine.file),
+                                     .trusted = {},
+                                     .discovers = false});
     ExitStatus status = ExitStatus::success;
     KeyCommand command(commandLine, parts.keys, *report, [&](ExitStatus ended) {
         status = ended;
@@ -177,7 +170,7 @@ ExitStatus runKeys(const CommandLine& commandLine) {
     });
     command.begin();
     loop.run();
-    pool.reset();
+    AppContainer::end(std::move(parts), pool);
     return status;
 }
 

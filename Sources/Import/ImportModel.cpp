@@ -67,6 +67,15 @@ std::string withTilde(const std::string& path, const std::string& home) {
     return isInside ? "~" + path.substr(home.size()) : path;
 }
 
+/// The keys on the camera of those files whose other keys are in the destination.
+FileKeys arrivedKeys(const std::map<std::string, std::string>& savedKeys,
+                     const FileKeys& existing) {
+    FileKeys arrived;
+    for (const auto& [key, savedKey] : savedKeys)
+        if (existing.contains(savedKey)) arrived.insert(key);
+    return arrived;
+}
+
 /// Makes sure that files can be put there.
 Result<> prepareFolder(FileStore& store, const Url& folder) {
     if (const auto created = store.createDirectory(folder); !created) return created;
@@ -82,6 +91,7 @@ struct ImportModel::DestinationScan {
     bool overlaps = false;
     std::optional<std::int64_t> capacity;
     ImportPlanner planner;
+    std::optional<ImportPlanner> resumePlanner;
 };
 
 struct ImportModel::SFTPCheck {
@@ -131,6 +141,7 @@ ImportModel::ImportModel(Collaborators collaborators, MainQueue& main, Backgroun
     runner_->onFinish = [this](const ImportRunner::Progress& p, bool cancelled) {
         importFinished(p, cancelled);
     };
+    runner_->onRenamed = [this](const ImportRunner::RenamedFile& file) { fileRenamed(file); };
     runner_->onSettled = [this](const auto& arrived) { runSettled(arrived); };
 }
 
@@ -432,6 +443,7 @@ void ImportModel::setCatalog(CameraFiles files) {
     allFiles_ = sortedByShotDate(std::move(files));
     candidates_ = std::make_shared<const std::vector<ImportCandidate>>(candidates(allFiles_));
     planner_ = {};
+    resumePlanner_.reset();
 }
 
 void ImportModel::loadCatalog() {
@@ -470,6 +482,7 @@ void ImportModel::recompute() {
     scanGeneration_.renew();
     if (destNeedsChoice()) {
         planner_ = ImportPlanner(*candidates_, {});
+        resumePlanner_.reset();
         destWritable_ = false;
         destOverlaps_ = false;
         destCapacity_.reset();
@@ -489,18 +502,26 @@ void ImportModel::scanDestination() {
     runThen(
         background_, main_,
         [store = fileStore_, overlaps = camera_->overlapTest(), dest = dest_,
-         candidates = candidates_] {
+         candidates = candidates_, savedKeys = savedKeysToResume()] {
             DestinationScan scan;
             scan.overlaps = overlaps(dest);
             scan.onNetwork = store->isNetworkVolume(dest);
             scan.writable = store->isWritableDirectory(dest);
             scan.capacity = store->availableCapacity(dest);
             // What lies on the card is not there because it was imported.
-            const auto keys = scan.overlaps ? FileKeys() : store->existingFileKeys(dest);
+            auto keys = scan.overlaps ? FileKeys() : store->existingFileKeys(dest);
             scan.planner = ImportPlanner(*candidates, keys);
+            if (auto arrived = arrivedKeys(savedKeys, keys); !arrived.empty()) {
+                keys.merge(arrived);
+                scan.resumePlanner = ImportPlanner(*candidates, keys);
+            }
             return scan;
         },
         scanGeneration_([this](DestinationScan scan) { destinationScanned(std::move(scan)); }));
+}
+
+ImportModel::SavedKeys ImportModel::savedKeysToResume() const {
+    return canResume() && renamed_.destination == dest_ ? renamed_.savedKeys : SavedKeys();
 }
 
 void ImportModel::destinationScanned(DestinationScan scan) {
@@ -510,6 +531,7 @@ void ImportModel::destinationScanned(DestinationScan scan) {
     destOverlaps_ = scan.overlaps;
     destCapacity_ = scan.capacity;
     planner_ = std::move(scan.planner);
+    resumePlanner_ = std::move(scan.resumePlanner);
     publish(phase_, Phase::ready);
     applyFilter();
 }
@@ -540,7 +562,8 @@ void ImportModel::applyFilter() {
 }
 
 ImportSelection ImportModel::missingFilesSince(std::optional<Date> since) const {
-    return selectFiles(allFiles_, *candidates_, planner_.missing(since));
+    const auto& planner = canResume() && resumePlanner_ ? *resumePlanner_ : planner_;
+    return selectFiles(allFiles_, *candidates_, planner.missing(since));
 }
 
 void ImportModel::showMissing(ImportSelection missing) {
@@ -568,6 +591,7 @@ void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRu
         return publish(
             status_, fmt::format("Kann Zielordner nicht beschreiben: {}", started.error().message));
     }
+    if (!continuingPreviousRun || renamed_.destination != dest_) renamed_ = {dest_, {}};
     pendingRetry_.reset();
     publish(progress_, runner_->progress());
     sleepBlocker_->begin(sleepReason);
@@ -600,6 +624,12 @@ void ImportModel::runSettled(const std::optional<std::string>& arrived) {
     if (phase_ != Phase::checking || !scanWaits_ || runner_->isWindingUp(dest_)) return;
     scanWaits_ = false;
     scanDestination();
+}
+
+void ImportModel::fileRenamed(const ImportRunner::RenamedFile& file) {
+    // One that arrives late may belong to a run before the last one.
+    if (file.destination == renamed_.destination)
+        renamed_.savedKeys.insert_or_assign(file.key, file.savedKey);
 }
 
 void ImportModel::showProgress(const ImportRunner::Progress& progress) {
@@ -663,9 +693,10 @@ bool ImportModel::canResume() const {
 }
 
 void ImportModel::resumeInterruptedImport() {
-    resumeReady_ = false;
-    const auto resume = std::exchange(pendingResume_, std::nullopt).value_or(Resume());
+    const auto resume = pendingResume_.value_or(Resume());
     if (resume.ignoresDateFilter) showMissing(missingFilesSince(std::nullopt));
+    pendingResume_.reset();
+    resumeReady_ = false;
     const bool mayStart = !newFiles_.empty() && !destNeedsChoice() && !destOverlaps_;
     if (const auto locked = mayStart ? runLock_->acquire() : Result<>(); !locked) {
         pendingResume_ = resume;

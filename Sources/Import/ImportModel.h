@@ -29,6 +29,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -156,6 +157,8 @@ public:
     bool awaitsCamera() const { return pendingResume_.has_value(); }
     /// Whether nothing of a run touches the destination any more.
     bool isSettled() const { return runner_->isSettled(); }
+    /// Where runs stage that have not come to rest: to be cleared should the model go before.
+    std::vector<Url> stagingDirectories() const { return runner_->stagingDirectories(); }
 
     void setSelectedID(std::optional<std::string> id);
     void setDest(const Url& dest);
@@ -203,6 +206,16 @@ private:
     struct DestinationScan;
     struct SFTPCheck;
 
+    /// Of files that were saved under other names than the camera's: the keys that they have in
+    /// the destination, by the keys that they have on the camera.
+    using SavedKeys = std::map<std::string, std::string>;
+
+    /// Files of one import, from its start over all its interruptions.
+    struct RenamedFiles {
+        Url destination;
+        SavedKeys savedKeys;
+    };
+
     template <class T>
     void publish(T& field, std::type_identity_t<T> value);
     bool isReadyOrDone() const { return phase_ == Phase::ready || phase_ == Phase::done; }
@@ -219,6 +232,7 @@ private:
     void setCameraDays();
     void recompute();
     void scanDestination();
+    SavedKeys savedKeysToResume() const;
     void destinationScanned(DestinationScan scan);
     void applyFilter();
     /// Whether that is another day than before.
@@ -231,6 +245,7 @@ private:
     /// Unless something of the run still touches the destination.
     void releaseLock();
     void runSettled(const std::optional<std::string>& arrived);
+    void fileRenamed(const ImportRunner::RenamedFile& file);
     void showProgress(const ImportRunner::Progress& progress);
     void importFinished(const ImportRunner::Progress& progress, bool cancelled);
     void startSpeedMeter();
@@ -299,7 +314,10 @@ private:
     CameraFiles allFiles_;            ///< its catalogue, by shot date
     std::shared_ptr<const std::vector<ImportCandidate>> candidates_ =
         std::make_shared<std::vector<ImportCandidate>>();  ///< of `allFiles_`
-    ImportPlanner planner_;   ///< of these and what the destination has; of none while unknown
+    ImportPlanner planner_;  ///< of these and what the destination has; of none while unknown
+    /// The same for an import that goes on, if it has saved files under other names.
+    std::optional<ImportPlanner> resumePlanner_;
+    RenamedFiles renamed_;    ///< of the last import
     Guard scanGeneration_;    ///< renewed by each scan and camera, so that older scans are dropped
     bool scanWaits_ = false;  ///< for an abandoned run to come to rest
     bool destWritable_ = false;

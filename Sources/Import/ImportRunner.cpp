@@ -3,6 +3,7 @@
 #include "ImportRunner.h"
 
 #include "ByteSum.h"
+#include "FileKey.h"
 #include "FileName.h"
 #include "Formatting.h"
 #include "ImportError.h"
@@ -95,6 +96,14 @@ bool ImportRunner::isWindingUp(const Url& destination) const {
     });
 }
 
+std::vector<Url> ImportRunner::stagingDirectories() const {
+    std::vector<Url> found;
+    if (isRunning_) found.push_back(staging_);
+    for (const Url& destination : windingUp_)
+        found.push_back(fileStore_->stagingDirectory(destination));
+    return found;
+}
+
 void ImportRunner::downloadNext() {
     if (queue_.empty() || cancelRequested_) return finish();
 
@@ -185,8 +194,7 @@ void ImportRunner::moveIntoPlace(const Item& item, const Url& staged) {
         alive_([this, run = runID_.watch(), item, destination = destination_,
                 staging = staging_](const Result<>& moved) {
             if (run.expired()) {
-                return windUp(destination, staging,
-                              moved ? std::optional(loadedLine(item)) : std::nullopt);
+                return windUp(destination, staging, moved ? std::optional(item) : std::nullopt);
             }
             isMoving_ = false;
             progress_.isTransferring = false;
@@ -200,6 +208,7 @@ std::string ImportRunner::loadedLine(const Item& item) {
 }
 
 void ImportRunner::finishFile(const Item& item, const Result<>& outcome) {
+    if (outcome) tellIfRenamed(item, destination_);
     ++(outcome ? progress_.done : progress_.failed);
     progress_.bytesDone = byteSum(progress_.bytesDone, item.size);
     if (!log(outcome
@@ -220,11 +229,19 @@ void ImportRunner::finish() {
     if (report()) onFinish(Progress(progress_), cancelRequested_);
 }
 
+void ImportRunner::tellIfRenamed(const Item& item, const Url& destination) const {
+    if (item.saveName == item.wantedName) return;
+    onRenamed({.destination = destination,
+               .key = fileKey(item.wantedName, item.size),
+               .savedKey = fileKey(item.saveName, item.size)});
+}
+
 void ImportRunner::windUp(const Url& destination, const Url& staging,
-                          std::optional<std::string> arrived) {
-    const auto settled = alive_([this, destination, arrived = std::move(arrived)] {
+                          const std::optional<Item>& arrived) {
+    const auto settled = alive_([this, destination, arrived] {
         windingUp_.erase(std::ranges::find(windingUp_, destination));
-        onSettled(arrived);
+        if (arrived) tellIfRenamed(*arrived, destination);
+        onSettled(arrived ? std::optional(loadedLine(*arrived)) : std::nullopt);
     });
     background_.run([store = fileStore_, staging, &main = main_, settled] {
         store->removeItem(staging);

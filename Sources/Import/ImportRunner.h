@@ -41,6 +41,13 @@ public:
         bool operator==(const Progress&) const = default;
     };
 
+    /// Keys (`fileKey`) of one file.
+    struct RenamedFile {
+        Url destination;       ///< of the run
+        std::string key;       ///< by the camera's name
+        std::string savedKey;  ///< by the name it bears in the destination
+    };
+
     /// `main` must outlive the runner; `background` must finish before `main` ends.
     ImportRunner(std::shared_ptr<FileStore> fileStore, MainQueue& main, Background& background);
 
@@ -49,6 +56,9 @@ public:
     std::function<void(const std::string&)> onLog = [](const std::string&) {};
     /// The end of a run, once: its final progress, and whether it was cancelled.
     std::function<void(const Progress&, bool)> onFinish = [](const Progress&, bool) {};
+    /// A file is safely in its place, but under another name than the camera's. Comes before its
+    /// log line, or before `onSettled`; must not touch the runner.
+    std::function<void(const RenamedFile&)> onRenamed = [](const RenamedFile&) {};
     /// An abandoned run has come to rest, and what it had staged is gone. With the log's line of
     /// the file that was on its way into place, if it arrived.
     std::function<void(const std::optional<std::string>&)> onSettled =
@@ -76,6 +86,8 @@ public:
     /// Whether an abandoned run may still bring a file to that destination, or to a folder in it
     /// or above it.
     bool isWindingUp(const Url& destination) const;
+    /// Where the runs stage that have not come to rest.
+    std::vector<Url> stagingDirectories() const;
     /// Whether the run, or the last one, was asked to end early.
     bool isCancelled() const { return cancelRequested_; }
     const Progress& progress() const { return progress_; }
@@ -89,7 +101,8 @@ private:
     void finishFile(const Item& item, const Result<>& outcome);
     void finish();
     static std::string loadedLine(const Item& item);
-    void windUp(const Url& destination, const Url& staging, std::optional<std::string> arrived);
+    void tellIfRenamed(const Item& item, const Url& destination) const;
+    void windUp(const Url& destination, const Url& staging, const std::optional<Item>& arrived);
     /// Tell the owner, who may start, abandon or destroy this meanwhile: false when this run
     /// must not be touched any more.
     bool log(const std::string& line);

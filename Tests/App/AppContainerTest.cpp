@@ -3,15 +3,21 @@
 #include "AppContainer.h"
 #include "EnvironmentVariable.h"
 #include "EventLoop.h"
+#include "ImportLock.h"
 #include "IniUserDefaults.h"
 #include "TemporaryFolder.h"
 #include "ThreadPool.h"
+#include "Tree.h"
 #include "UserDefaultsSettings.h"
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <utility>
 
 namespace bildkurier {
 namespace {
@@ -32,7 +38,27 @@ protected:
         parts = AppContainer::make(loop, *pool, std::move(options));
     }
 
+    void runUntil(const std::function<bool()>& reached) {
+        const auto watching = parts.model->observe([&] {
+            if (reached()) loop.stop();
+        });
+        while (!reached()) loop.run();
+    }
+
+    /// Begins an import, and returns while its only file is being loaded.
+    void loadLargeFile() {
+        const std::string clip = folder.write("card/DCIM/100BILDK/CLIP.MP4", "");
+        std::filesystem::resize_file(clip, 512U << 20U);
+        UserDefaultsSettings(defaults).setDestination(Url::file(destination));
+        make({.cards = {card}});
+        loop.run();
+        runUntil([this] { return !parts.model->newFiles().empty(); });
+        parts.model->startImport();
+        runUntil([this] { return !parts.model->progress().currentName.empty(); });
+    }
+
     const TemporaryFolder folder;
+    const std::string destination = folder.makeFolder("destination");
     const EnvironmentVariable config{"XDG_CONFIG_HOME", folder.makeFolder("config")};
     const EnvironmentVariable data{"XDG_DATA_HOME", folder.makeFolder("data")};
     const EnvironmentVariable caches{"XDG_CACHE_HOME", folder.makeFolder("caches")};
@@ -99,6 +125,22 @@ TEST_F(AppContainerTest, LetsOneImportRunPerUser) {
     EXPECT_FALSE(parts.runLock->acquire());
     first.runLock->release();
     EXPECT_TRUE(parts.runLock->acquire());
+}
+
+TEST_F(AppContainerTest, EndsAnImportInTheMiddleOfAFileAndLeavesNothingBehind) {
+    loadLargeFile();
+    ASSERT_FALSE(ImportLock().acquire());
+    AppContainer::end(std::move(parts), pool);
+    EXPECT_EQ(tree(destination), (Tree{{"MP4/", ""}}));
+    EXPECT_TRUE(ImportLock().acquire());
+}
+
+TEST_F(AppContainerTest, ClearsWhatAnAbandonedImportHadStagedElsewhere) {
+    loadLargeFile();
+    parts.model->cameraBrowserDidRemove(parts.model->camera());
+    parts.model->setDest(Url::file(folder.makeFolder("other")));
+    AppContainer::end(std::move(parts), pool);
+    EXPECT_EQ(tree(destination), (Tree{{"MP4/", ""}}));
 }
 
 }  // namespace

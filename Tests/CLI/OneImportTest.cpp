@@ -17,7 +17,7 @@ protected:
 TEST_F(OneImportTest, RunsAtATimeAndTheOtherTouchesNothing) {
     add("IMG_1.JPG", "one");
     folder.write("destination/.bildkurier-tmp/IMG_1.JPG", "half");
-    ImportLock lock(lockFile);
+    ImportLock lock({lockFile});
     ASSERT_TRUE(lock.acquire());
     const Tree before = tree(destination);
     const auto result = import({}, environment);
@@ -31,9 +31,23 @@ TEST_F(OneImportTest, RunsAtATimeAndTheOtherTouchesNothing) {
     EXPECT_EQ(tree(destination), (Tree{{"JPG/", ""}, {"JPG/IMG_1.JPG", "one"}}));
 }
 
+TEST_F(OneImportTest, SeesTheOneOfAnotherSession) {
+    add("IMG_1.JPG", "one");
+    const std::string caches = folder.makeFolder("caches");
+    ImportLock lock({caches + "/local.quarzfeld.bildkurier/import.lock"});
+    ASSERT_TRUE(lock.acquire());
+    Environment shell = environment;
+    shell["XDG_CACHE_HOME"] = caches;
+    const auto result = import({}, shell);
+    EXPECT_EQ(result.exitStatus, 4);
+    EXPECT_EQ(result.err, "Es läuft schon ein Import.\n");
+    lock.release();
+    EXPECT_EQ(import({}, shell).exitStatus, 0);
+}
+
 TEST_F(OneImportTest, KeepsNobodyFromPlanning) {
     add("IMG_1.JPG", "one");
-    ImportLock lock(lockFile);
+    ImportLock lock({lockFile});
     ASSERT_TRUE(lock.acquire());
     EXPECT_EQ(run({"plan", "--card", card, "--to", destination}, environment).exitStatus, 0);
     EXPECT_EQ(run({"cameras", "--card", card}, environment).exitStatus, 0);

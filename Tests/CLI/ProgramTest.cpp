@@ -60,6 +60,7 @@ ProgramCall ProgramTest::call(const Strings& arguments, const Environment& envir
     all.insert({{"TZ", "Europe/Berlin"},
                 {"LC_ALL", "de_DE.UTF-8"},
                 {"XDG_RUNTIME_DIR", user.makeFolder("runtime")},
+                {"XDG_CACHE_HOME", user.path("cache")},
                 {"XDG_CONFIG_HOME", user.makeFolder("config")}});
     return {.path = BILDKURIER_CLI, .arguments = arguments, .environment = all};
 }

@@ -170,6 +170,174 @@ TEST_F(ImportModelResumeTest, DoesNotLoadAgainWhatReachedItsPlaceAfterAll) {
     EXPECT_EQ(imported(), inTypeFolder(three));
 }
 
+class ResumedRenamingTest : public ImportModelResumeTest {
+protected:
+    /// Two files of one name, then others. The first `delivered` come at once.
+    std::shared_ptr<FakeCamera> twins(const std::string& id, int delivered) {
+        auto made = camera(id, identity);
+        for (const auto& contents : {"eins"s, "zweites"s, "Nummer drei"s}) {
+            file(*made, contents == "Nummer drei" ? "B.JPG" : "A.JPG", contents)->holdsBack =
+                std::cmp_greater(made->catalogue.size() + 1, delivered);
+        }
+        return made;
+    }
+
+    /// Begins with the twins and loses their camera in the midst of the third file.
+    void loseAfterTwins() {
+        start();
+        const auto lost = twins("1", 2);
+        connect(lost);
+        startImport();
+        ASSERT_EQ(imported(), both);
+        unplug(lost);
+    }
+
+    std::vector<int> downloads(const FakeCamera& of) const {
+        return {fileOf(of, 0).downloads, fileOf(of, 1).downloads, fileOf(of, 2).downloads};
+    }
+
+    const Tree both = {{"JPG/A.JPG", "eins"}, {"JPG/A_1.JPG", "zweites"}};
+    const Tree complete = {
+        {"JPG/A.JPG", "eins"}, {"JPG/A_1.JPG", "zweites"}, {"JPG/B.JPG", "Nummer drei"}};
+};
+
+TEST_F(ResumedRenamingTest, KnowsAgainWhatItSavedUnderAnotherName) {
+    loseAfterTwins();
+    const auto back = twins("2", all);
+    connect(back);
+    EXPECT_EQ(downloads(*back), (std::vector{0, 0, 1}));
+    EXPECT_EQ(imported(), complete);
+    EXPECT_EQ(std::ranges::count(model->log(), continued(1)), 1);
+}
+
+TEST_F(ResumedRenamingTest, KnowsItAgainAfterSeveralDisconnects) {
+    loseAfterTwins();
+    for (const auto* id : {"2", "3"}) {
+        const auto again = twins(id, 0);
+        connect(again);
+        EXPECT_EQ(downloads(*again), (std::vector{0, 0, 1}));
+        unplug(again);
+    }
+    connect(twins("4", all));
+    EXPECT_EQ(imported(), complete);
+}
+
+TEST_F(ResumedRenamingTest, SaysThatNothingIsMissingWhenOnlyRenamedFilesWouldBe) {
+    loseAfterTwins();
+    store->files["/bilder/JPG/B.JPG"] = "Nummer drei";
+    const auto back = twins("2", all);
+    connect(back);
+    EXPECT_EQ(model->status(), "Nach der Trennung fehlt nichts mehr im Zielordner.");
+    EXPECT_TRUE(model->newFiles().empty());
+    EXPECT_EQ(imported(), complete);
+}
+
+TEST_F(ResumedRenamingTest, KnowsItAgainThoughItArrivedAfterTheDisconnect) {
+    const auto slow = std::make_shared<SlowMoves>(store);
+    files = slow;
+    start();
+    const auto lost = twins("1", 1);
+    connect(lost);
+    startImport();
+    slow->meanwhile = [&] { unplug(lost); };
+    fileOf(*lost, 1).deliver();
+    loop.settle();
+    ASSERT_EQ(imported(), both);
+    const auto back = twins("2", all);
+    connect(back);
+    EXPECT_EQ(downloads(*back), (std::vector{0, 0, 1}));
+    EXPECT_EQ(imported(), complete);
+}
+
+TEST_F(ResumedRenamingTest, KnowsItAgainWhateverTheDateFilterSays) {
+    settings->storedAutoImport = true;
+    settings->storedIdentity = identity;
+    start();
+    const auto lost = twins("1", 2);
+    connect(lost);
+    ASSERT_EQ(imported(), both);
+    unplug(lost);
+    const auto back = twins("2", all);
+    connect(back);
+    EXPECT_EQ(downloads(*back), (std::vector{0, 0, 1}));
+    EXPECT_EQ(imported(), complete);
+}
+
+TEST_F(ResumedRenamingTest, KnowsItAgainAfterWaitingForAnotherProcess) {
+    loseAfterTwins();
+    lock->takenByAnother = true;
+    const auto back = twins("2", all);
+    connect(back);
+    EXPECT_EQ(newNames(), Names{"B.JPG"});
+    model->setUseFromDate(true);
+    model->setUseFromDate(false);
+    EXPECT_EQ(newNames(), Names{"B.JPG"});
+    lock->takenByAnother = false;
+    loop.advance(Duration(5));
+    EXPECT_EQ(imported(), complete);
+}
+
+TEST_F(ResumedRenamingTest, LoadsAgainWhatIsGoneMeanwhile) {
+    loseAfterTwins();
+    store->files.erase("/bilder/JPG/A_1.JPG");
+    const auto back = twins("2", all);
+    connect(back);
+    EXPECT_EQ(downloads(*back), (std::vector{0, 1, 1}));
+    EXPECT_EQ(imported(), complete);
+}
+
+TEST_F(ResumedRenamingTest, LoadsEverythingIntoAnotherDestination) {
+    loseAfterTwins();
+    ASSERT_TRUE(store->createDirectory(Url::file("/archiv/JPG")));
+    store->files["/archiv/JPG/A_1.JPG"] = "fremdes";  // as long as the second twin
+    model->setDest(Url::file("/archiv"));
+    const auto back = twins("2", all);
+    connect(back);
+    EXPECT_EQ(downloads(*back), (std::vector{1, 1, 1}));
+}
+
+TEST_F(ResumedRenamingTest, ForgetsItWhenTheImportIsNotTakenUp) {
+    loseAfterTwins();
+    model->cancelImport();
+    const auto back = twins("2", all);
+    connect(back);
+    EXPECT_EQ(newNames(), (Names{"A.JPG", "B.JPG"}));
+    startImport();
+    EXPECT_EQ(downloads(*back), (std::vector{0, 1, 1}));
+    EXPECT_EQ(imported().at("JPG/A_2.JPG"), "zweites");
+}
+
+TEST_F(ResumedRenamingTest, ForgetsItWhenTheImportIsCompleteOrBegunAnew) {
+    loseAfterTwins();
+    const auto back = twins("2", all);
+    connect(back);
+    ASSERT_EQ(imported(), complete);
+    EXPECT_EQ(newNames(), Names{"A.JPG"}) << "as after an import without a disconnect";
+    store->files.erase("/bilder/JPG/A_1.JPG");
+    store->files["/bilder/JPG/A_1.JPG"] = "fremdes";
+    fileOf(*back, 1).holdsBack = true;
+    startImport();
+    unplug(back);
+    const auto again = twins("3", all);
+    connect(again);
+    EXPECT_EQ(downloads(*again), (std::vector{0, 1, 0}));
+}
+
+TEST_F(ResumedRenamingTest, DoesNotTakeAnotherCamerasFilesForItsOwn) {
+    loseAfterTwins();
+    const auto other = camera("B", "serial:2");
+    file(*other, "A.JPG", "zweites")->holdsBack = true;
+    connect(other);
+    startImport();
+    EXPECT_EQ(fileOf(*other, 0).downloads, 1);
+    unplug(other);
+    const auto again = camera("C", "serial:2");
+    file(*again, "A.JPG", "zweites");
+    connect(again);
+    EXPECT_EQ(fileOf(*again, 0).downloads, 1);
+    EXPECT_EQ(imported().at("JPG/A_2.JPG"), "zweites");
+}
+
 TEST_F(ImportModelResumeTest, LoadsNothingMoreOnceItsCameraIsLost) {
     start();
     const auto lost = plugIn("1", identity, three);
@@ -801,6 +969,7 @@ TEST_F(ImportModelResumeTest, ImportsIntoAnotherDestinationWhileAFileIsStillOnIt
         startImport();
         EXPECT_EQ(std::ssize(store->tree(Url::file("/archiv"))), 4);
         EXPECT_TRUE(lock->held) << "the other file is still on its way";
+        EXPECT_EQ(model->stagingDirectories(), std::vector{Url::file("/bilder/.bildkurier-tmp")});
     };
     startImport();
     fileOf(*lost, 0).deliver();

@@ -173,6 +173,20 @@ TEST_F(ImportRunnerTest, SavesUnderAFreeNameAndSaysSo) {
     EXPECT_EQ(files[0]->staged, staging.appending("A_2.JPG"));
 }
 
+TEST_F(ImportRunnerTest, TellsWhichFilesBearAnotherNameThanTheCameras) {
+    std::vector<std::vector<std::string>> told;
+    runner->onRenamed = [&](const ImportRunner::RenamedFile& renamed) {
+        EXPECT_EQ(renamed.destination, destination);
+        told.push_back({renamed.key, renamed.savedKey, std::to_string(log.size())});
+    };
+    file("A.JPG", "aaa");
+    file("A.JPG", "aaaa");
+    file("A.JPG", "aaaaa")->error = Error{"Lesefehler"};
+    file("B.JPG", "bb");
+    runAll();
+    EXPECT_EQ(told, (std::vector<std::vector<std::string>>{{"a.jpg|4", "a_1.jpg|4", "2"}}));
+}
+
 TEST_F(ImportRunnerTest, KeepsNamesApartThatADestinationTakesForOne) {
     store = std::make_shared<MemoryFileStore>(true);
     runner = std::make_unique<ImportRunner>(store, loop, loop);
@@ -505,6 +519,24 @@ TEST_F(ImportRunnerTest, MovesNothingOnceAbandoned) {
     store->files[staging.path + "/A.JPG"] = "half";
     loop.settle();
     EXPECT_EQ(store->files.count("/bilder/A.JPG"), 0);
+}
+
+TEST_F(ImportRunnerTest, TellsWhereItStages) {
+    using Folders = std::vector<Url>;
+    const Url other = Url::file("/archiv");
+    file("A.JPG", "aaaa")->holdsBack = true;
+    EXPECT_EQ(runner->stagingDirectories(), Folders());
+    ASSERT_TRUE(start());
+    EXPECT_EQ(runner->stagingDirectories(), Folders{staging});
+    runner->abandon();
+    EXPECT_EQ(runner->stagingDirectories(), Folders{staging});
+    ASSERT_TRUE(runner->start({files[0]}, other, {}));
+    EXPECT_EQ(runner->stagingDirectories(), (Folders{store->stagingDirectory(other), staging}));
+    loop.settle();
+    EXPECT_EQ(runner->stagingDirectories(), Folders{store->stagingDirectory(other)});
+    files[0]->deliver();
+    loop.settle();
+    EXPECT_EQ(runner->stagingDirectories(), Folders());
 }
 
 TEST_F(ImportRunnerTest, ClearsTheStagingFolderOnceAbandoned) {

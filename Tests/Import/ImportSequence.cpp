@@ -76,8 +76,8 @@ ImportSequence::ImportSequence(bool trusting) {
     tooLong.size = 9;
     devices_[0] = {"serial:0",
                    {picture("A.JPG", "0:A", day(1)), picture("B.CR3", "0:Bb", day(2)),
-                    picture("a.jpg", "0:a", day(2)), picture(std::nullopt, "0:-", {}),
-                    picture("C.MP4", "0:Ccc", {})},
+                    picture("B.CR3", "0:Bbbb", day(1)), picture("a.jpg", "0:a", day(2)),
+                    picture(std::nullopt, "0:-", {}), picture("C.MP4", "0:Ccc", {})},
                    nullptr};
     devices_[1] = {"serial:1",
                    {picture("A.JPG", "1:A+", day(1)), picture("B.CR3", "1:Bb", day(3)),
@@ -876,6 +876,9 @@ void ImportSequence::checkLoaded(const std::string& line) {
     RC_ASSERT(store_->files.at(folder.appending(name).path) == picture.contents);
     RC_ASSERT(picture.size == std::ssize(picture.contents));
     RC_ASSERT(run.present.insert(fileKey(picture.name.value_or(""), picture.size)).second);
+    if (name != wanted) {
+        run.renamed[fileKey(wanted, picture.size)] = fileKey(name, picture.size);
+    }
     ++run.loaded;
 }
 
@@ -885,6 +888,8 @@ void ImportSequence::checkResumed(const std::string& line) {
     RC_ASSERT(held()->identity() == pendingResume_->identity);
     run_->ignoresDateFilter = pendingResume_->ignoresDateFilter;
     const auto since = run_->ignoresDateFilter ? std::nullopt : filterDay();
+    run_->present = presentToResume();
+    if (lost_.back().run.dest == run_->dest) run_->renamed = lost_.back().run.renamed;
     RC_ASSERT(run_->files == missing(since, run_->present));
     RC_ASSERT(line == fmt::format("↻ {} Fortsetzung nach Trennung: noch {} Dateien.", time(),
                                   run_->files.size()));
@@ -909,6 +914,7 @@ void ImportSequence::checkAutoImport() {
 void ImportSequence::noteScans() {
     if (std::exchange(scansSeen_, scans_->scans) == scans_->scans) return;
     refused_ = false;
+    resumed_ = false;
     ungranted_ = !access_->granted;
 }
 
@@ -956,6 +962,7 @@ void ImportSequence::takeUpPending() {
     if (phase_ != Phase::ready || !camera || camera->read.empty() || filterings == 0) return;
     const std::string& status = model_->status();
     if (resumeReady_ && pendingResume_ && camera->identity() == pendingResume_->identity) {
+        resumed_ = true;
         // Another comparison at once has a status of its own.
         RC_ASSERT((filterings > 1 ||
                    isAmong(status, {nothingMissing, chooseFolderStatus, anotherRuns}) ||
@@ -967,9 +974,10 @@ void ImportSequence::takeUpPending() {
     }
     if (pendingAutoImport_ && camera->identity() == pendingAutoImport_ && isTrusted(*camera)) {
         RC_ASSERT(
-            (isAmong(status, {allPresent, notWritable, noRoom, chooseFolderStatus, anotherRuns}) ||
+            (filterings > 1 ||
+             isAmong(status, {allPresent, notWritable, noRoom, chooseFolderStatus, anotherRuns}) ||
              status.starts_with(cannotWrite)));
-        if (status == anotherRuns) postponed_ = true;
+        if (status == anotherRuns || (filterings > 1 && lock_->takenByAnother)) postponed_ = true;
     }
     pendingAutoImport_.reset();
 }
@@ -1041,7 +1049,8 @@ void ImportSequence::checkCatalogue() const {
         return files == missing(filterDay(), present) ||
                ((refused_ || ungranted_) && files == missing(std::nullopt, present));
     };
-    RC_ASSERT((fits(scans_->keys) || (ungranted_ && fits({}))));
+    RC_ASSERT(
+        (fits(scans_->keys) || (ungranted_ && fits({})) || (resumed_ && fits(presentToResume()))));
 }
 
 void ImportSequence::checkStatus() const {
@@ -1152,6 +1161,17 @@ CameraFiles ImportSequence::missing(std::optional<Date> since, const FileKeys& p
         return !file->name() || early || !known.insert(fileKey(*file->name(), file->size())).second;
     });
     return files;
+}
+
+/// The keys of all that the import that goes on need not load: it may have saved files under
+/// other names.
+FileKeys ImportSequence::presentToResume() const {
+    FileKeys present = scans_->keys;
+    if (lost_.empty() || lost_.back().run.dest != scans_->folder) return present;
+    for (const auto& [key, savedKey] : lost_.back().run.renamed) {
+        if (scans_->keys.contains(savedKey)) present.insert(key);
+    }
+    return present;
 }
 
 std::vector<std::shared_ptr<ScriptedFile>> ImportSequence::waitingFiles(bool unplugged) const {

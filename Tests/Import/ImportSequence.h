@@ -20,6 +20,7 @@
 #include "TimerCensus.h"
 
 #include <array>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -66,6 +67,9 @@ private:
         bool ignoresDateFilter = false;
         bool cancelled = false;
         int loaded = 0;
+        /// Keys in the destination by those on the card, of what was saved under another name
+        /// since the import began, its interruptions included.
+        std::map<std::string, std::string> renamed;
     };
 
     /// A run that ended with its camera.
@@ -152,6 +156,7 @@ private:
     bool isTrusted(const ScriptedCamera& camera) const;
     std::optional<Date> filterDay() const;
     CameraFiles missing(std::optional<Date> since, const FileKeys& present) const;
+    FileKeys presentToResume() const;
     std::vector<std::shared_ptr<ScriptedFile>> waitingFiles(bool unplugged) const;
     std::vector<std::string> importedPaths(const std::string& folder) const;
     std::string time() const;
@@ -206,6 +211,7 @@ private:
     bool losesCamera_ = false;
     bool selectionDiffers_ = false;  ///< another camera was chosen during a run
     bool refused_ = false;           ///< a start, since the last scan
+    bool resumed_ = false;           ///< an import was taken up, since the last scan
     bool ungranted_ = false;         ///< the folder, at some time since the last scan
     bool meddled_ = false;           ///< somebody else changed the destination
     int scansSeen_ = 0;

@@ -2,11 +2,14 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "EventLoop.h"
 #include "InterruptSignals.h"
+#include "RunningProgram.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <future>
+#include <memory>
 #include <optional>
 
 namespace bildkurier {
@@ -32,6 +35,27 @@ TEST(InterruptSignals, EndTheProgramAgainAfterwards) {
         const InterruptSignals signals(loop, [] {});
     }
     EXPECT_EXIT(std::raise(SIGTERM), testing::KilledBySignal(SIGTERM), "");
+}
+
+TEST(InterruptSignals, AreHeardOfThoughOtherThreadsWereThereBefore) {
+    EventLoop loop;
+    const auto forever = std::make_shared<std::promise<void>>();
+    const auto sleeper =
+        std::async(std::launch::async, [over = forever->get_future()] { over.wait(); });
+    {
+        const InterruptSignals signals(loop, [&] { loop.stop(); });
+        ::kill(::getpid(), SIGTERM);
+        loop.run();
+    }
+    forever->set_value();
+}
+
+TEST(InterruptSignals, EndTheProgramsStartedMeanwhileAsEver) {
+    EventLoop loop;
+    const InterruptSignals signals(loop, [] {});
+    RunningProgram other({.path = "/bin/sleep", .arguments = {"600"}});
+    other.send(SIGTERM);
+    EXPECT_EQ(other.finish().signal, SIGTERM);
 }
 
 TEST(InterruptSignals, LeaveIgnoredWhatWasIgnored) {

@@ -56,6 +56,28 @@ TEST(MountTable, LeavesOutLinesThatAreNotUnderstood) {
     }
 }
 
+TEST(MountTable, TellsWhereAPathLiesInItsVolume) {
+    const struct {
+        std::string root;
+        std::string point;
+        std::string path;
+        std::string inVolume;
+    } cases[] = {
+        {"/", "/", "/", "/"},
+        {"/", "/", "/a/b", "/a/b"},
+        {"/", "/media/EOS", "/media/EOS", "/"},
+        {"/", "/media/EOS", "/media/EOS/DCIM", "/DCIM"},
+        {"/DCIM", "/mnt", "/mnt", "/DCIM"},
+        {"/DCIM", "/mnt", "/mnt/100", "/DCIM/100"},
+        {"/@", "/", "/", "/@"},
+        {"/@", "/", "/a", "/@/a"},
+    };
+    for (const auto& [root, point, path, inVolume] : cases) {
+        const Mount mount{.root = root, .point = point};
+        EXPECT_EQ(pathInVolume(mount, path), inVolume) << root << " " << point << " " << path;
+    }
+}
+
 TEST(MountTable, KeepsTheOrderOfTheLines) {
     const auto mounts = parseMountTable(
         "3 1 8:1 / / rw - ext4 /dev/sda1 rw\n2 3 8:2 / /b rw - ext4 /dev/sda2 rw\n"

@@ -45,6 +45,7 @@ ProgramCall MockedUsb::call(const std::vector<std::string>& arguments) const {
                      .environment = {{"TZ", "Europe/Berlin"},
                                      {"LC_ALL", "de_DE.UTF-8"},
                                      {"XDG_RUNTIME_DIR", user_.makeFolder("runtime")},
+                                     {"XDG_CACHE_HOME", user_.path("cache")},
                                      {"XDG_CONFIG_HOME", user_.makeFolder("config")}}};
     call.arguments.insert(call.arguments.end(), arguments.begin(), arguments.end());
     return call;

@@ -5,8 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace bildkurier {
 namespace {
@@ -16,6 +22,46 @@ namespace fs = std::filesystem;
 /// The window of the program that was built, open.
 class BildkurierTest : public testing::Test {
 protected:
+    using Clock = std::chrono::steady_clock;
+
+    /// Puts a film of so many bytes on the card, begins the import, and returns while the film is
+    /// on its way.
+    void importFilm(std::uintmax_t size) {
+        const std::string film = window.card + "/DCIM/100BILDK/FILM.MP4";
+        std::ofstream(film) << "";
+        fs::resize_file(film, size);
+        // Files are loaded in the order in which they were shot.
+        const std::chrono::sys_seconds longAgo =
+            std::chrono::sys_days(std::chrono::January / 1 / 1990);
+        fs::last_write_time(film, fs::file_time_type::clock::from_sys(longAgo));
+        ASSERT_TRUE(window.goTo("push button", "Kamera und Zielordner neu einlesen"));
+        OpenWindow::press("space");
+        ASSERT_TRUE(window.has("push button", "36 importieren"));
+        OpenWindow::press("Return");
+        const auto deadline = Clock::now() + std::chrono::seconds(20);
+        while (!fs::exists(staging + "/FILM.MP4")) {
+            ASSERT_LT(Clock::now(), deadline);
+            std::this_thread::yield();
+        }
+    }
+
+    /// Whether what the program was asked for by now took but a few seconds.
+    void expectPromptEnd(Clock::time_point asked) {
+        const auto result = window.finish();
+        EXPECT_EQ(result.exitStatus, 0);
+        EXPECT_EQ(result.signal, 0);
+        EXPECT_EQ(result.err, "");
+        EXPECT_LT(Clock::now() - asked, std::chrono::seconds(15));
+        EXPECT_FALSE(fs::exists(staging));
+    }
+
+    std::vector<std::string> imported() const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::recursive_directory_iterator(window.destination))
+            if (entry.is_regular_file()) names.push_back(entry.path().filename());
+        return names;
+    }
+
     /// It ends as it should, and nothing has complained.
     void close() {
         OpenWindow::press("ctrl+q");
@@ -24,7 +70,10 @@ protected:
         EXPECT_EQ(result.err, "");
     }
 
+    static constexpr std::uintmax_t soonSaved = 64U << 20U;
+    static constexpr std::uintmax_t longOnItsWay = 1U << 30U;
     OpenWindow window;
+    const std::string staging = window.destination + "/.bildkurier-tmp";
 };
 
 TEST_F(BildkurierTest, TellsOfEveryControlByRoleAndName) {
@@ -84,6 +133,38 @@ TEST_F(BildkurierTest, OpensOneWindowOnly) {
     EXPECT_EQ(second.exitStatus, 0);
     EXPECT_EQ(second.err, "");
     close();
+}
+
+TEST_F(BildkurierTest, LetsTheFileInHandArriveWhenItIsAskedToEnd) {
+    importFilm(soonSaved);
+    const auto asked = Clock::now();
+    window.send(SIGTERM);
+    expectPromptEnd(asked);
+    EXPECT_EQ(imported(), std::vector<std::string>{"FILM.MP4"});
+    EXPECT_EQ(fs::file_size(window.destination + "/MP4/FILM.MP4"), soonSaved);
+}
+
+TEST_F(BildkurierTest, EndsInTheMiddleOfAFileWhenItIsAskedTwice) {
+    importFilm(longOnItsWay);
+    const auto asked = Clock::now();
+    window.send(SIGTERM);
+    window.send(SIGINT);
+    expectPromptEnd(asked);
+    EXPECT_EQ(imported(), std::vector<std::string>());
+}
+
+TEST_F(BildkurierTest, EndsInTheMiddleOfAFileWhenItIsClosed) {
+    importFilm(longOnItsWay);
+    const auto asked = Clock::now();
+    OpenWindow::press("ctrl+q");
+    expectPromptEnd(asked);
+    EXPECT_EQ(imported(), std::vector<std::string>());
+}
+
+TEST_F(BildkurierTest, EndsWhenItIsAskedToWithoutAnImport) {
+    const auto asked = Clock::now();
+    window.send(SIGTERM);
+    expectPromptEnd(asked);
 }
 
 }  // namespace

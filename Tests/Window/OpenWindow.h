@@ -30,6 +30,8 @@ public:
     /// As in "Return" and "ctrl+q".
     static void press(const std::string& key);
 
+    void send(int signal) const { program_->send(signal); }
+
     /// What a second start does.
     ProgramResult startAgain() const { return call().run(); }
     /// Waits until the program has ended.

@@ -33,13 +33,6 @@ std::string nameOf(const Mount& mount) {
     return mount.source.contains('/') ? name : name + ":" + mount.point;
 }
 
-/// Where `path` lies on the volume, wherever that is mounted.
-std::string pathInVolume(const Mount& mount, std::string_view path) {
-    if (mount.point != "/") path.remove_prefix(mount.point.size());
-    if (mount.root == "/") return std::string(path.empty() ? mount.root : path);
-    return mount.root + std::string(path);
-}
-
 }  // namespace
 
 GivenFolder::GivenFolder(std::string path) : path_(std::move(path)) {}

@@ -111,6 +111,12 @@ std::optional<Mount> mountAbove(std::span<const Mount> mounts, std::string_view 
     return nearest;
 }
 
+std::string pathInVolume(const Mount& mount, std::string_view path) {
+    if (mount.point != "/") path.remove_prefix(mount.point.size());
+    if (mount.root == "/") return std::string(path.empty() ? mount.root : path);
+    return mount.root + std::string(path == "/" ? "" : path);
+}
+
 bool liesIn(std::string_view path, std::string_view folder) {
     if (folder == "/") return path.starts_with('/');
     return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');

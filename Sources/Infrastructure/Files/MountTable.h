@@ -37,6 +37,10 @@ std::optional<Mount> mountOf(const std::string& path);
 /// one mounted where several share that point.
 std::optional<Mount> mountAbove(std::span<const Mount> mounts, std::string_view path);
 
+/// Where in its volume `path` lies, an absolute path without links on `mount`: the same wherever
+/// that volume, or a part of it, is mounted.
+std::string pathInVolume(const Mount& mount, std::string_view path);
+
 /// Whether `path` is `folder` or something below it; both absolute paths without links.
 bool liesIn(std::string_view path, std::string_view folder);
 

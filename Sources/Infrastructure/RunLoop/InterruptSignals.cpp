@@ -6,13 +6,11 @@
 
 #include <poll.h>
 #include <sys/eventfd.h>
-#include <sys/signalfd.h>
-#include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
-#include <cstdint>
 #include <system_error>
 #include <utility>
 
@@ -20,38 +18,47 @@ namespace bildkurier {
 
 namespace {
 
-/// Those that whoever started the program wants ignored (nohup) stay so.
-sigset_t endSignals() {
-    sigset_t set{};
-    sigemptyset(&set);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        struct sigaction action{};
-        const bool known = sigaction(signal, nullptr, &action) == 0;
-        if (known && action.sa_handler != SIG_IGN) sigaddset(&set, signal);
-    }
-    return set;
+/// Counts the signals; what a handler can reach.
+std::atomic<int> counter = -1;
+
+void count(int /*signal*/) {
+    const int before = errno;
+    eventfd_write(counter, 1);
+    errno = before;
 }
 
 }  // namespace
 
 InterruptSignals::InterruptSignals(MainQueue& main, std::function<void()> interrupted)
-    : main_(main), interrupted_(std::move(interrupted)) {
-    const sigset_t set = endSignals();
-    signals_ = FileDescriptor(signalfd(-1, &set, SFD_CLOEXEC));
-    end_ = FileDescriptor(eventfd(0, EFD_CLOEXEC));
-    if (!signals_ || !end_) throw std::system_error(errno, std::generic_category(), "signalfd");
-    pthread_sigmask(SIG_BLOCK, &set, &previous_);
+    : main_(main),
+      interrupted_(std::move(interrupted)),
+      arrived_(eventfd(0, EFD_CLOEXEC)),
+      end_(eventfd(0, EFD_CLOEXEC)) {
+    if (!arrived_ || !end_) throw std::system_error(errno, std::generic_category(), "eventfd");
+    counter = arrived_.get();
     thread_ = std::thread([this] { wait(); });
+    struct sigaction counting{};
+    counting.sa_handler = count;
+    counting.sa_flags = SA_RESTART;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction before{};
+        sigaction(signal, nullptr, &before);
+        // What whoever started the program wants ignored (nohup) stays so.
+        if (before.sa_handler == SIG_IGN) continue;
+        previous_[signal] = before;
+        sigaction(signal, &counting, nullptr);
+    }
 }
 
 InterruptSignals::~InterruptSignals() {
+    for (const auto& [signal, action] : previous_) sigaction(signal, &action, nullptr);
+    counter = -1;
     eventfd_write(end_.get(), 1);
     thread_.join();
-    pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
 }
 
 void InterruptSignals::wait() const {
-    std::array<pollfd, 2> watched{{{signals_.get(), POLLIN, 0}, {end_.get(), POLLIN, 0}}};
+    std::array<pollfd, 2> watched{{{arrived_.get(), POLLIN, 0}, {end_.get(), POLLIN, 0}}};
     for (;;) {
         const auto poll = [&] { return ::poll(watched.data(), watched.size(), -1); };
         if (retried(poll) < 0) {
@@ -60,8 +67,9 @@ void InterruptSignals::wait() const {
             continue;
         }
         if (watched[1].revents != 0) return;
-        signalfd_siginfo info{};
-        if (read(signals_.get(), &info, sizeof info) == sizeof info) main_.post(interrupted_);
+        eventfd_t signals = 0;
+        if (eventfd_read(arrived_.get(), &signals) != 0) continue;
+        for (; signals > 0; --signals) main_.post(interrupted_);
     }
 }
 

@@ -7,14 +7,15 @@
 
 #include <csignal>
 #include <functional>
+#include <map>
 #include <thread>
 
 namespace bildkurier {
 
 /// Turns the signals by which a program is asked to end (SIGINT, SIGTERM, SIGHUP) into calls
-/// on the main queue, for as long as it lives; afterwards they end the program again. Make it
-/// before any other thread: threads inherit that these signals are not for them. Signals that
-/// were to be ignored when the program started stay ignored.
+/// on the main queue, for as long as it lives; afterwards they end the program again. Signals that
+/// were to be ignored when the program started stay ignored, and programs that are started
+/// meanwhile are ended by them as ever. One at a time.
 class InterruptSignals {
 public:
     InterruptSignals(MainQueue& main, std::function<void()> interrupted);
@@ -27,8 +28,8 @@ private:
 
     MainQueue& main_;
     std::function<void()> interrupted_;
-    sigset_t previous_{};
-    FileDescriptor signals_;
+    std::map<int, struct sigaction> previous_;  ///< by signal
+    FileDescriptor arrived_;
     FileDescriptor end_;
     std::thread thread_;
 };
