@@ -47,8 +47,8 @@ TEST_F(BildkurierTest, TellsOfEveryControlByRoleAndName) {
              "heading: Automatisch nachziehen",
              "heading: Zeitraum",
              "heading: Neu zu importieren",
-             "label: JPG: 24 (1.5 MB)",
-             "status bar: 35 neue Dateien (6.8 MB) bereit zum Import.",
+             "label: JPG: 24 (1,5 MB)",
+             "status bar: 35 neue Dateien (6,8 MB) bereit zum Import.",
          }) {
         EXPECT_EQ(std::ranges::count(all, control), 1) << control;
     }
