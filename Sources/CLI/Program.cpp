@@ -106,7 +106,8 @@ std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
     }
     if (isAboutServer(commandLine)) {
         return std::make_shared<ServerCommand>(commandLine.command, *commandLine.server,
-                                               parts.model, main, report, std::move(done));
+                                               parts.model, parts.keyring, main, report,
+                                               std::move(done));
     }
     return std::make_shared<ImportCommand>(commandLine, parts.model, parts.fileStore, parts.keyring,
                                            main, background, report, std::move(done));
