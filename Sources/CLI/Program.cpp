@@ -99,9 +99,8 @@ std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
                                           ModelCommand::Done done) {
     if (commandLine.command == Command::watch) {
         return std::make_shared<WatchCommand>(
-            commandLine.trust.has_value(),
-            [stored = std::move(stored)] { return stored->lostChanges(); }, parts.model, main,
-            report, std::move(done));
+            commandLine.trust, [stored = std::move(stored)] { return stored->lostChanges(); },
+            parts.model, main, report, std::move(done));
     }
     if (isAboutServer(commandLine)) {
         return std::make_shared<ServerCommand>(commandLine.command, *commandLine.server,
