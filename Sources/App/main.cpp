@@ -3,6 +3,7 @@
 #include "AppContainer.h"
 #include "DesktopWorkspace.h"
 #include "DialogFolderPicker.h"
+#include "DisplayCheck.h"
 #include "Fassung.h"
 #include "ImportBridge.h"
 #include "KeyBridge.h"
@@ -25,7 +26,9 @@
 #include <QTranslator>
 #include <csignal>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 Q_IMPORT_QML_PLUGIN(BildkurierPlugin)
@@ -96,7 +99,9 @@ int main(int argc, char** argv) {
     // The window is drawn by the processor: it comes up sooner, with a fraction of the memory.
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
         QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
+    std::optional<DisplayCheck> displayCheck(std::in_place);
     const QApplication app(argc, argv);
+    displayCheck.reset();
     QApplication::setApplicationName(QStringLiteral("Bildkurier"));
     QApplication::setDesktopFileName(QStringLiteral("local.quarzfeld.bildkurier"));
     QApplication::setWindowIcon(

@@ -67,6 +67,24 @@ TEST_F(BildkurierTest, ImportsACardByKeyboardAlone) {
     close();
 }
 
+TEST(BildkurierWithoutADisplay, SaysSo) {
+    const TemporaryFolder home;
+    const ProgramCall call{.path = BILDKURIER,
+                           .arguments = {},
+                           .environment = {{"HOME", home.path()},
+                                           {"XDG_CONFIG_HOME", home.path("config")},
+                                           {"XDG_RUNTIME_DIR", home.makeFolder("run")},
+                                           {"DISPLAY", ""},
+                                           {"WAYLAND_DISPLAY", ""},
+                                           {"QT_QPA_PLATFORM", ""}}};
+    const auto result = call.run();
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err,
+              "Das Fenster lässt sich nicht öffnen: kein Bildschirm gefunden (DISPLAY, "
+              "WAYLAND_DISPLAY).\nOhne Bildschirm importiert bildkurier-cli.\n");
+}
+
 TEST_F(BildkurierTest, MakesAKeyForServers) {
     ASSERT_TRUE(window.goTo("radio button", "Ordner"));
     OpenWindow::press("Right");
