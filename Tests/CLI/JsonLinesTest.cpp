@@ -106,7 +106,7 @@ TEST_F(JsonLinesTest, TellWhatKeepsACommandFromBeingCarriedOut) {
         {{"import", "--frobnicate"}, 2, "Unbekannte Angabe: --frobnicate"},
         {{"plan", "--card", folder.path("none")},
          3,
-         "Nicht jede angegebene Karte ist ein lesbarer Ordner."},
+         "Die Karte „" + folder.path("none") + "“ ist kein lesbarer Ordner."},
         {{"import", "--card", card, "--to", picture("IMG_1.JPG")},
          4,
          "Der Zielordner ist kein Ordner."},
