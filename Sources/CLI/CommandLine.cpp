@@ -43,12 +43,26 @@ std::string commandsOf(const CLI::App& app) {
     return fmt::format("{} oder {}", fmt::join(names, ", "), last);
 }
 
+/// The program with the commands that were named, "bildkurier-cli key show".
+std::string called(const CLI::App& app) {
+    std::string words = app.get_name();
+    for (auto named = app.get_subcommands(); !named.empty();
+         named = named.front()->get_subcommands()) {
+        words += " " + named.front()->get_name();
+    }
+    return words;
+}
+
 /// What was asked for and is not there; `app` is the innermost command that was named.
 std::string whatIsMissing(const CLI::App& app, const std::string& subject,
                           const std::vector<std::string>& extras) {
     if (subject == keyFile) return "Es fehlt die Datei mit dem privaten Schlüssel.";
     if (subject == serverAddress) return "Es fehlt die Adresse des Servers.";
-    if (!extras.empty()) return fmt::format("Unbekannter Befehl: {}", extras.front());
+    if (!extras.empty()) {
+        const bool isOption = extras.front().starts_with('-');
+        return fmt::format("{}: {}", isOption ? "Unbekannte Angabe" : "Unbekannter Befehl",
+                           extras.front());
+    }
     return fmt::format("Es fehlt ein Befehl: {}.", commandsOf(app));
 }
 
@@ -93,7 +107,7 @@ void germanHelp(CLI::App& app) {
 std::string endOfHelp() {
     return "„bildkurier-cli BEFEHL --help“ erklärt einen Befehl.\n"
            "\n"
-           "Endwert:\n"
+           "Rückgabewert:\n"
            "  0    alles geladen, oder es gab nichts zu tun\n"
            "  1    mindestens eine Datei ließ sich nicht laden\n"
            "  2    falscher Aufruf\n"
@@ -108,6 +122,7 @@ public:
     Parser() {
         app_.require_subcommand(1);
         germanHelp(app_);
+        addJson(app_);
         app_.set_version_flag("--version", "Bildkurier " BILDKURIER_VERSION, "Die Version")
             ->group("Angaben");
         addCameras();
@@ -144,10 +159,10 @@ private:
     }
 
     /// The parser stops at what it does not understand, and has not seen the rest.
-    static CommandLineAnswer refusal(std::string complaint, std::span<char* const> arguments) {
+    CommandLineAnswer refusal(std::string complaint, std::span<char* const> arguments) const {
         const bool json = std::ranges::any_of(
             arguments, [](const char* word) { return std::string_view(word) == "--json"; });
-        if (!json) complaint += "\nMehr dazu: bildkurier-cli --help";
+        if (!json) complaint += fmt::format("\nMehr dazu: {} --help", called(app_));
         return {ExitStatus::usage, std::move(complaint), json};
     }
 
@@ -166,8 +181,12 @@ private:
                          Command command) {
         CLI::App* added = addGroup(to, name, purpose);
         added->callback([this, command] { result_.command = command; });
-        added->add_flag("--json", result_.json, "Ein JSON-Objekt je Zeile ausgeben");
+        addJson(*added);
         return added;
+    }
+
+    void addJson(CLI::App& app) {
+        app.add_flag("--json", result_.json, "Ein JSON-Objekt je Zeile ausgeben");
     }
 
     CLI::App* addCameraCommand(const std::string& name, const std::string& purpose,

@@ -132,6 +132,7 @@ TEST(CommandLine, ExplainsInGermanWhatIsOff) {
         {{"import", "--to", "/a", "--by-date", "--no-by-date"},
          "Die Angabe --by-date widerspricht einer anderen."},
         {{"frobnicate"}, "Unbekannter Befehl: frobnicate"},
+        {{"-x"}, "Unbekannte Angabe: -x"},
         {{"cameras", "--to", "x"}, "Unbekannte Angabe: --to x"},
         {{"import", "--to", "ftp://example.com/bilder"},
          "„ftp://example.com/bilder“ ist kein Ordner dieses Rechners."},
@@ -153,9 +154,32 @@ TEST(CommandLine, ExplainsInGermanWhatIsOff) {
         const auto parsed = parse(arguments);
         ASSERT_FALSE(parsed) << message;
         EXPECT_EQ(parsed.error().status, ExitStatus::usage);
-        EXPECT_EQ(parsed.error().text, message + "\nMehr dazu: bildkurier-cli --help");
+        EXPECT_EQ(parsed.error().text.substr(0, parsed.error().text.find('\n')), message);
         EXPECT_FALSE(parsed.error().json);
     }
+}
+
+TEST(CommandLine, NamesTheHelpThatExplainsWhatIsOff) {
+    const struct {
+        std::vector<std::string> arguments;
+        std::string help;
+    } cases[] = {
+        {{}, "bildkurier-cli --help"},
+        {{"frobnicate"}, "bildkurier-cli --help"},
+        {{"import", "--frobnicate"}, "bildkurier-cli import --help"},
+        {{"key"}, "bildkurier-cli key --help"},
+        {{"key", "import"}, "bildkurier-cli key import --help"},
+    };
+    for (const auto& [arguments, help] : cases) {
+        const auto parsed = parse(arguments);
+        ASSERT_FALSE(parsed);
+        EXPECT_TRUE(parsed.error().text.ends_with("\nMehr dazu: " + help)) << parsed.error().text;
+    }
+}
+
+TEST(CommandLine, ServesAProgramThatSaysSoBeforeTheCommand) {
+    EXPECT_TRUE(parse({"--json", "cameras"})->json);
+    EXPECT_FALSE(parse({"cameras"})->json);
 }
 
 TEST(CommandLine, TellsAProgramWhatIsOffInOneLine) {
