@@ -3,6 +3,7 @@
 #include "AppContainer.h"
 #include "DesktopWorkspace.h"
 #include "DialogFolderPicker.h"
+#include "DisplayCheck.h"
 #include "Farewell.h"
 #include "Fassung.h"
 #include "ImportBridge.h"
@@ -108,7 +109,9 @@ int main(int argc, char** argv) {
     // The window is drawn by the processor: it comes up sooner, with a fraction of the memory.
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
         QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
+    std::optional<DisplayCheck> displayCheck(std::in_place);
     const QApplication app(argc, argv);
+    displayCheck.reset();
     QApplication::setApplicationName(QStringLiteral("Bildkurier"));
     QApplication::setDesktopFileName(QStringLiteral("local.quarzfeld.bildkurier"));
     QApplication::setWindowIcon(

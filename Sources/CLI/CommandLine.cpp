@@ -3,13 +3,17 @@
 #include "CommandLine.h"
 
 #include "LocalDay.h"
+#include "SettingsHelp.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace bildkurier {
 
@@ -39,12 +43,26 @@ std::string commandsOf(const CLI::App& app) {
     return fmt::format("{} oder {}", fmt::join(names, ", "), last);
 }
 
+/// The program with the commands that were named, "bildkurier-cli key show".
+std::string called(const CLI::App& app) {
+    std::string words = app.get_name();
+    for (auto named = app.get_subcommands(); !named.empty();
+         named = named.front()->get_subcommands()) {
+        words += " " + named.front()->get_name();
+    }
+    return words;
+}
+
 /// What was asked for and is not there; `app` is the innermost command that was named.
 std::string whatIsMissing(const CLI::App& app, const std::string& subject,
                           const std::vector<std::string>& extras) {
     if (subject == keyFile) return "Es fehlt die Datei mit dem privaten Schlüssel.";
     if (subject == serverAddress) return "Es fehlt die Adresse des Servers.";
-    if (!extras.empty()) return fmt::format("Unbekannter Befehl: {}", extras.front());
+    if (!extras.empty()) {
+        const bool isOption = extras.front().starts_with('-');
+        return fmt::format("{}: {}", isOption ? "Unbekannte Angabe" : "Unbekannter Befehl",
+                           extras.front());
+    }
     return fmt::format("Es fehlt ein Befehl: {}.", commandsOf(app));
 }
 
@@ -79,10 +97,23 @@ void germanHelp(CLI::App& app) {
     formatter->label("OPTIONS", "ANGABEN");
     formatter->label("SUBCOMMAND", "BEFEHL");
     formatter->label("Usage", "Aufruf");
-    formatter->label("Excludes", "nicht mit");
+    formatter->label("Positionals", "Argumente");
     app.formatter(formatter);
     app.option_defaults()->group("Angaben");
     app.set_help_flag("-h,--help", "Diese Hilfe")->group("Angaben");
+}
+
+/// What comes after the list of commands.
+std::string endOfHelp() {
+    return "„bildkurier-cli BEFEHL --help“ erklärt einen Befehl.\n"
+           "\n"
+           "Rückgabewert:\n"
+           "  0    alles geladen, oder es gab nichts zu tun\n"
+           "  1    mindestens eine Datei ließ sich nicht laden\n"
+           "  2    falscher Aufruf\n"
+           "  3    keine Kamera, oder nicht diese\n"
+           "  4    Ziel nicht brauchbar, oder es läuft schon ein Import\n"
+           "  130  mit Strg-C beendet";
 }
 
 /// The parser and where it puts what it finds.
@@ -91,6 +122,9 @@ public:
     Parser() {
         app_.require_subcommand(1);
         germanHelp(app_);
+        addJson(app_);
+        app_.set_version_flag("--version", "Bildkurier " BILDKURIER_VERSION, "Die Version")
+            ->group("Angaben");
         addCameras();
         addImport("plan", "Zeigt, was ein Import laden würde", Command::plan);
         addImport("import", "Lädt, was am Ziel noch fehlt", Command::import);
@@ -98,17 +132,19 @@ public:
         addSettings();
         addKey();
         addSftp();
+        // Commands take over what is set before they are added.
+        app_.footer(endOfHelp());
     }
 
     std::expected<CommandLine, CommandLineAnswer> parse(std::span<char* const> arguments) {
         try {
             app_.parse(static_cast<int>(arguments.size()), arguments.data());
+        } catch (const CLI::CallForVersion& version) {
+            return std::unexpected(CommandLineAnswer{ExitStatus::success, version.what()});
         } catch (const CLI::Success&) {
-            return std::unexpected(CommandLineAnswer{ExitStatus::success, app_.help()});
+            return std::unexpected(CommandLineAnswer{ExitStatus::success, help()});
         } catch (const CLI::ParseError& error) {
-            return std::unexpected(CommandLineAnswer{
-                ExitStatus::usage,
-                fmt::format("{}\nMehr dazu: bildkurier-cli --help\n", complaint(error, app_))});
+            return std::unexpected(refusal(complaint(error, app_), arguments));
         }
         for (std::string& card : result_.cards) card = absolute(card);
         if (result_.destination) result_.destination = absolute(*result_.destination);
@@ -117,6 +153,19 @@ public:
     }
 
 private:
+    std::string help() const {
+        const std::string text = app_.help();
+        return text.substr(0, text.find_last_not_of('\n') + 1);
+    }
+
+    /// The parser stops at what it does not understand, and has not seen the rest.
+    CommandLineAnswer refusal(std::string complaint, std::span<char* const> arguments) const {
+        const bool json = std::ranges::any_of(
+            arguments, [](const char* word) { return std::string_view(word) == "--json"; });
+        if (!json) complaint += fmt::format("\nMehr dazu: {} --help", called(app_));
+        return {ExitStatus::usage, std::move(complaint), json};
+    }
+
     static CLI::App* addGroup(CLI::App& to, const std::string& name, const std::string& purpose) {
         CLI::App* added = to.add_subcommand(name, purpose);
         added->group("Befehle");
@@ -132,8 +181,12 @@ private:
                          Command command) {
         CLI::App* added = addGroup(to, name, purpose);
         added->callback([this, command] { result_.command = command; });
-        added->add_flag("--json", result_.json, "Ein JSON-Objekt je Zeile ausgeben");
+        addJson(*added);
         return added;
+    }
+
+    void addJson(CLI::App& app) {
+        app.add_flag("--json", result_.json, "Ein JSON-Objekt je Zeile ausgeben");
     }
 
     CLI::App* addCameraCommand(const std::string& name, const std::string& purpose,
@@ -144,6 +197,7 @@ private:
                          "Speicherkarte oder Ordner als Kamera nehmen (mehrfach möglich)")
             ->option_text("ORDNER")
             ->expected(1)
+            ->allow_extra_args(false)
             ->take_all()
             ->check(folder());
         return added;
@@ -181,8 +235,9 @@ private:
     void addSettings() {
         CLI::App* added =
             addCommand("settings", "Zeigt die Einstellungen oder ändert eine", Command::settings);
-        added->add_option("KEY", result_.key, "Welche")->option_text(" ");
-        added->add_option("VALUE", result_.value, "Ihr neuer Wert")->option_text(" ");
+        added->add_option("NAME", result_.key, "Welche")->option_text(" ");
+        added->add_option("WERT", result_.value, "Ihr neuer Wert")->option_text(" ");
+        added->footer(settingsHelp());
     }
 
     void addKey() {
@@ -243,7 +298,8 @@ private:
                           const std::string& on, const std::string& off) {
         CLI::Option* yes = app.add_flag_callback("--" + name, [&value] { value = true; }, on);
         CLI::Option* no = app.add_flag_callback("--no-" + name, [&value] { value = false; }, off);
-        no->excludes(yes);
+        yes->option_text(" ");
+        no->option_text(" ")->excludes(yes);
     }
 
     static CLI::Validator folder() {

@@ -50,7 +50,8 @@ struct CommandLine {
 /// Why there is nothing to carry out: a call for help, or words that are off.
 struct CommandLineAnswer {
     ExitStatus status = ExitStatus::usage;
-    std::string text;  ///< for standard output on success, else for standard error
+    std::string text;  ///< for standard output on success, else the error; no line break at the end
+    bool json = false;  ///< whether a program asked, not a person
 };
 
 /// Understands the program's arguments, the program's name first.

@@ -4,6 +4,7 @@
 
 #include "ByteSum.h"
 #include "CameraName.h"
+#include "FileName.h"
 #include "RunThen.h"
 #include "ServerVisit.h"
 
@@ -20,6 +21,11 @@ namespace {
 
 using Command = CommandLine::Command;
 using Phase = ImportModel::Phase;
+
+std::string noSuchCard(const std::vector<std::string>& cards) {
+    if (cards.size() > 1) return "Nicht jede angegebene Karte ist ein lesbarer Ordner.";
+    return fmt::format("Die Karte „{}“ ist kein lesbarer Ordner.", displayText(cards.front()));
+}
 
 }  // namespace
 
@@ -39,7 +45,7 @@ void ImportCommand::start() {
     const bool listing = commandLine_.command == Command::cameras;
     if (listing) report().cameras(cameras);
     if (cameras.size() < commandLine_.cards.size()) {
-        return stop(ExitStatus::noCamera, "Nicht jede angegebene Karte ist ein lesbarer Ordner.");
+        return stop(ExitStatus::noCamera, noSuchCard(commandLine_.cards));
     }
     if (cameras.empty()) return stop(ExitStatus::noCamera, "Keine Kamera gefunden.");
     if (listing) return end();

@@ -70,7 +70,7 @@ void JsonReport::finished(const ImportRunner::Progress& progress, bool cancelled
 }
 
 void JsonReport::error(const std::string& message) {
-    std::fprintf(stderr, "%s\n", message.c_str());
+    print({{"event", "error"}, {"line", message}});
 }
 
 }  // namespace bildkurier

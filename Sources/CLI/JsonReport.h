@@ -6,7 +6,7 @@
 
 namespace bildkurier {
 
-/// One JSON object a line on standard output, for programs. Errors go to standard error.
+/// One JSON object a line on standard output, for programs; errors too.
 class JsonReport final : public Report {
 public:
     void cameras(std::span<const std::shared_ptr<Camera>> cameras) override;

@@ -6,6 +6,12 @@
 
 namespace bildkurier {
 
+namespace {
+
+constexpr auto noKey = "Die App hat noch keinen eigenen Schlüssel.";
+
+}  // namespace
+
 KeyCommand::KeyCommand(CommandLine commandLine, std::shared_ptr<SSHKeyModel> keys, Report& report,
                        Done done)
     : commandLine_(std::move(commandLine)),
@@ -25,7 +31,7 @@ void KeyCommand::begin() {
     if (commandLine_.command == Command::keyRemove) {
         keys_->removeKey();
         if (keys_->publicKey()) return refuse("Der Schlüssel lässt sich nicht löschen.");
-        return acted();
+        return hasKey ? acted() : tell(noKey);
     }
     if (commandLine_.command == Command::keyGenerate) {
         keys_->generate();
@@ -40,7 +46,7 @@ void KeyCommand::begin() {
 
 void KeyCommand::show() {
     const auto& key = keys_->publicKey();
-    if (!key) return refuse("Die App hat noch keinen eigenen Schlüssel.");
+    if (!key) return refuse(noKey);
     report_.status(*key);
     if (const auto& fingerprint = keys_->fingerprint()) report_.status(*fingerprint);
     done_(ExitStatus::success);
@@ -50,7 +56,11 @@ void KeyCommand::acted() {
     observation_.reset();
     const std::string message = keys_->message().value_or("");
     if (keys_->failed()) return refuse(message);
-    report_.status(message);
+    tell(message);
+}
+
+void KeyCommand::tell(const std::string& outcome) {
+    report_.status(outcome);
     done_(ExitStatus::success);
 }
 

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace bildkurier {
 
@@ -27,6 +28,7 @@ public:
 private:
     void show();
     void acted();
+    void tell(const std::string& outcome);
     void refuse(const std::string& message);
 
     CommandLine commandLine_;

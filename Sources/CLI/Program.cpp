@@ -21,7 +21,6 @@
 #include "UserDefaultsSettings.h"
 #include "WatchCommand.h"
 
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <set>
@@ -30,14 +29,14 @@
 
 namespace bildkurier {
 
-namespace {
-
-using Command = CommandLine::Command;
-
 std::unique_ptr<Report> makeReport(bool json) {
     if (json) return std::make_unique<JsonReport>();
     return std::make_unique<TextReport>();
 }
+
+namespace {
+
+using Command = CommandLine::Command;
 
 /// The user's choices, with those that the call makes otherwise, or must not touch, in their
 /// place.
@@ -68,20 +67,20 @@ std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine,
 }
 
 /// Tells the user that it could not be kept.
-ExitStatus failToSave() {
-    std::fputs("Die Einstellung lässt sich nicht speichern.\n", stderr);
+ExitStatus failToSave(Report& report) {
+    report.error(settingNotKept);
     return ExitStatus::destinationUnusable;
 }
 
 /// Makes the server that answered the user's destination.
-ExitStatus keepServer(const ImportModel& model) {
+ExitStatus keepServer(const ImportModel& model, Report& report) {
     const auto defaults = std::make_shared<IniUserDefaults>();
     UserDefaultsSettings settings(defaults);
     settings.setDestinationKind(DestinationKind::sftp);
     settings.setSftpUser(model.sftpUser());
     settings.setSftpHost(model.sftpHost());
     settings.setSftpPath(model.sftpPath());
-    return defaults->lostChanges() ? failToSave() : ExitStatus::success;
+    return defaults->lostChanges() ? failToSave(report) : ExitStatus::success;
 }
 
 bool isAboutServer(const CommandLine& commandLine) {
@@ -100,13 +99,13 @@ std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
                                           ModelCommand::Done done) {
     if (commandLine.command == Command::watch) {
         return std::make_shared<WatchCommand>(
-            commandLine.trust.has_value(),
-            [stored = std::move(stored)] { return stored->lostChanges(); }, parts.model, main,
-            report, std::move(done));
+            commandLine.trust, [stored = std::move(stored)] { return stored->lostChanges(); },
+            parts.model, main, report, std::move(done));
     }
     if (isAboutServer(commandLine)) {
         return std::make_shared<ServerCommand>(commandLine.command, *commandLine.server,
-                                               parts.model, main, report, std::move(done));
+                                               parts.model, parts.keyring, main, report,
+                                               std::move(done));
     }
     return std::make_shared<ImportCommand>(commandLine, parts.model, parts.fileStore, parts.keyring,
                                            main, background, report, std::move(done));
@@ -117,8 +116,10 @@ ExitStatus runSettings(const CommandLine& commandLine) {
     UserDefaultsSettings settings(defaults);
     BookmarkFolderAccess access(defaults, SettingsKey::destinationBookmark, false,
                                 std::make_shared<PathBookmarks>());
-    const ExitStatus status = runSettings(commandLine, settings, access);
-    return status == ExitStatus::success && defaults->lostChanges() ? failToSave() : status;
+    const auto report = makeReport(commandLine.json);
+    const ExitStatus status = runSettings(commandLine, settings, access, *report);
+    const bool isLost = status == ExitStatus::success && defaults->lostChanges();
+    return isLost ? failToSave(*report) : status;
 }
 
 ExitStatus runModel(const CommandLine& commandLine) {
@@ -144,7 +145,7 @@ ExitStatus runModel(const CommandLine& commandLine) {
     if (isAboutServer(commandLine)) command->begin();
     loop.run();
     if (commandLine.command == Command::sftpCheck && status == ExitStatus::success)
-        status = keepServer(*parts.model);
+        status = keepServer(*parts.model, *report);
 
     // From here on the signals end the program again, should a file system hang.
     signals.reset();

@@ -15,6 +15,9 @@
 
 namespace bildkurier {
 
+/// The error when a choice could not be stored.
+inline constexpr auto settingNotKept = "Die Einstellung lässt sich nicht speichern.";
+
 /// Tells whoever started the command line what happens. Main thread.
 class Report {
 public:

@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ServerCommand.h"
 
+#include "SftpUrl.h"
+
 #include <fmt/format.h>
 
 #include <utility>
@@ -9,20 +11,37 @@
 namespace bildkurier {
 
 ServerCommand::ServerCommand(CommandLine::Command command, ServerAddress server,
-                             std::shared_ptr<ImportModel> model, MainQueue& main, Report& report,
+                             std::shared_ptr<ImportModel> model,
+                             std::shared_ptr<SSHKeyring> keyring, MainQueue& main, Report& report,
                              Done done)
     : ModelCommand(std::move(model), main, report, std::move(done)),
       command_(command),
-      server_(std::move(server)) {}
+      server_(std::move(server)),
+      keyring_(std::move(keyring)) {}
 
 void ServerCommand::start() {
     model().setSftpUser(server_.user);
     model().setSftpHost(server_.host);
     model().setSftpPath(server_.path);
     if (command_ == CommandLine::Command::sftpCheck) return model().applySFTPDestination();
+    forget();
+}
+
+void ServerCommand::forget() {
+    const bool wasKnown = knowsServer();
     model().forgetSFTPHostKey();
-    report().status(model().sftpStatus().value_or(""));
+    if (knowsServer()) {
+        return stop(ExitStatus::destinationUnusable,
+                    "Der Server-Schlüssel lässt sich nicht vergessen.");
+    }
+    report().status(wasKnown ? model().sftpStatus().value_or("")
+                             : "Von diesem Server ist kein Schlüssel gespeichert.");
     end();
+}
+
+bool ServerCommand::knowsServer() const {
+    const Url server = sftpURL(server_.user, server_.host, server_.path);
+    return keyring_->hostFingerprint(server.host, server.port).has_value();
 }
 
 void ServerCommand::look() {

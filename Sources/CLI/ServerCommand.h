@@ -4,7 +4,10 @@
 
 #include "CommandLine.h"
 #include "ModelCommand.h"
+#include "SSHKeyring.h"
 #include "ServerAddress.h"
+
+#include <memory>
 
 namespace bildkurier {
 
@@ -12,14 +15,18 @@ namespace bildkurier {
 class ServerCommand final : public ModelCommand {
 public:
     ServerCommand(CommandLine::Command command, ServerAddress server,
-                  std::shared_ptr<ImportModel> model, MainQueue& main, Report& report, Done done);
+                  std::shared_ptr<ImportModel> model, std::shared_ptr<SSHKeyring> keyring,
+                  MainQueue& main, Report& report, Done done);
 
 private:
     void start() override;
     void look() override;
+    void forget();
+    bool knowsServer() const;
 
     CommandLine::Command command_;
     ServerAddress server_;
+    std::shared_ptr<SSHKeyring> keyring_;
 };
 
 }  // namespace bildkurier

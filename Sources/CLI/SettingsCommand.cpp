@@ -12,10 +12,13 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <expected>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 namespace bildkurier {
@@ -24,11 +27,29 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// One choice. `write` answers what is wrong with a value, if anything.
+/// An import that somebody or something else starts must not leave out what a period, chosen in
+/// the window one day, does.
+constexpr auto windowOnlyNote =
+    "# useFromDate und fromDay gelten nur im Fenster; plan und import nehmen --since, watch lädt "
+    "alles.";
+
+/// Why a value is not taken.
+struct Refusal {
+    ExitStatus status;
+    std::string message;
+};
+
+using Written = std::expected<void, Refusal>;
+
+std::unexpected<Refusal> noSuchValue(std::string message) {
+    return std::unexpected(Refusal{ExitStatus::usage, std::move(message)});
+}
+
+/// One choice.
 struct Setting {
     std::string key;
     std::function<Json(const SettingsStore&)> read;
-    std::function<std::string(SettingsStore&, const std::string&)> write;
+    std::function<Written(SettingsStore&, const std::string&)> write;
 };
 
 Setting text(const char* key, std::string (SettingsStore::*read)() const,
@@ -36,7 +57,7 @@ Setting text(const char* key, std::string (SettingsStore::*read)() const,
     return {key, [read](const SettingsStore& settings) { return Json((settings.*read)()); },
             [write](SettingsStore& settings, const std::string& value) {
                 (settings.*write)(value);
-                return std::string();
+                return Written();
             }};
 }
 
@@ -53,26 +74,26 @@ Setting trimmedText(const char* key, std::string (SettingsStore::*read)() const,
 
 Setting optionalText(const char* key, std::optional<std::string> (SettingsStore::*read)() const,
                      void (SettingsStore::*write)(const std::string&),
-                     std::function<std::string(const std::string&)> complaint) {
+                     std::function<Written(const std::string&)> check) {
     return {key,
             [read](const SettingsStore& settings) {
                 const auto value = (settings.*read)();
                 return value ? Json(*value) : Json(nullptr);
             },
-            [write, complaint = std::move(complaint)](SettingsStore& settings,
-                                                      const std::string& value) {
-                std::string wrong = complaint(value);
-                if (wrong.empty()) (settings.*write)(value);
-                return wrong;
+            [write, check = std::move(check)](SettingsStore& settings, const std::string& value) {
+                const auto checked = check(value);
+                if (checked) (settings.*write)(value);
+                return checked;
             }};
 }
 
 Setting boolean(const char* key, bool (SettingsStore::*read)() const,
                 void (SettingsStore::*write)(bool)) {
     return {key, [read](const SettingsStore& settings) { return Json((settings.*read)()); },
-            [write](SettingsStore& settings, const std::string& value) -> std::string {
+            [write](SettingsStore& settings, const std::string& value) -> Written {
                 if (value != "true" && value != "false")
-                    return fmt::format("„{}“ ist weder true noch false.", displayText(value));
+                    return noSuchValue(
+                        fmt::format("„{}“ ist weder true noch false.", displayText(value)));
                 (settings.*write)(value == "true");
                 return {};
             }};
@@ -83,10 +104,11 @@ Setting kind() {
             [](const SettingsStore& settings) {
                 return Json(std::string(rawValue(settings.destinationKind())));
             },
-            [](SettingsStore& settings, const std::string& value) -> std::string {
+            [](SettingsStore& settings, const std::string& value) -> Written {
                 const auto wanted = destinationKind(value);
                 if (!wanted)
-                    return fmt::format("„{}“ ist weder folder noch sftp.", displayText(value));
+                    return noSuchValue(
+                        fmt::format("„{}“ ist weder folder noch sftp.", displayText(value)));
                 settings.setDestinationKind(*wanted);
                 return {};
             }};
@@ -105,18 +127,32 @@ std::optional<std::string> wholePath(const std::string& path) {
     return (whole.has_filename() ? whole : whole.parent_path()).string();
 }
 
+/// Where nothing would ever arrive, a mistyped name must not lie hidden until an import.
+Written checkFolder(const std::string& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (std::filesystem::is_directory(status)) return {};
+    const bool isMissing = status.type() == std::filesystem::file_type::not_found;
+    return std::unexpected(Refusal{
+        ExitStatus::destinationUnusable,
+        isMissing
+            ? fmt::format("Den Ordner „{}“ gibt es nicht; bitte erst anlegen.", displayText(path))
+            : fmt::format("„{}“ ist kein lesbarer Ordner.", displayText(path))});
+}
+
 Setting destination(FolderAccess& access) {
     return {SettingsKey::destination,
             [](const SettingsStore& settings) { return Json(settings.destination().path); },
-            [&access](SettingsStore& settings, const std::string& value) -> std::string {
+            [&access](SettingsStore& settings, const std::string& value) -> Written {
                 if (value.contains("://")) {
-                    return fmt::format(
-                        "„{}“ ist kein Ordner dieses Rechners. Einen Server macht "
-                        "„bildkurier-cli sftp check“ zum Ziel.",
-                        displayText(value));
+                    return noSuchValue(
+                        fmt::format("„{}“ ist kein Ordner dieses Rechners. Einen Server macht "
+                                    "„bildkurier-cli sftp check“ zum Ziel.",
+                                    displayText(value)));
                 }
                 const auto path = wholePath(value);
-                if (!path) return "Der Name eines Ordners fehlt.";
+                if (!path) return noSuchValue("Der Name eines Ordners fehlt.");
+                if (const auto checked = checkFolder(*path); !checked) return checked;
                 const Url folder = Url::file(*path);
                 access.remember(folder);
                 settings.setDestination(folder);
@@ -125,14 +161,14 @@ Setting destination(FolderAccess& access) {
             }};
 }
 
-std::string noDay(const std::string& value) {
+Written checkDay(const std::string& value) {
     if (startOfLocalDay(value)) return {};
-    return fmt::format("„{}“ ist kein Tag wie 2024-05-09.", displayText(value));
+    return noSuchValue(fmt::format("„{}“ ist kein Tag wie 2024-05-09.", displayText(value)));
 }
 
 std::vector<Setting> allSettings(FolderAccess& access) {
     using Store = SettingsStore;
-    const auto anything = [](const std::string&) { return std::string(); };
+    const auto anything = [](const std::string&) { return Written(); };
     return {
         destination(access),
         kind(),
@@ -142,7 +178,7 @@ std::vector<Setting> allSettings(FolderAccess& access) {
         boolean(SettingsKey::byDate, &Store::byDate, &Store::setByDate),
         boolean(SettingsKey::byType, &Store::byType, &Store::setByType),
         boolean(SettingsKey::useFromDate, &Store::useFromDate, &Store::setUseFromDate),
-        optionalText(SettingsKey::fromDay, &Store::fromDay, &Store::setFromDay, noDay),
+        optionalText(SettingsKey::fromDay, &Store::fromDay, &Store::setFromDay, checkDay),
         boolean(SettingsKey::autoImportEnabled, &Store::autoImportEnabled,
                 &Store::setAutoImportEnabled),
         optionalText(SettingsKey::autoImportCameraIdentity, &Store::autoImportCameraIdentity,
@@ -175,24 +211,32 @@ void show(const std::vector<Setting>& settings, const SettingsStore& store, bool
 }  // namespace
 
 ExitStatus runSettings(const CommandLine& commandLine, SettingsStore& settings,
-                       FolderAccess& folderAccess) {
+                       FolderAccess& folderAccess, Report& report) {
     const auto all = allSettings(folderAccess);
+    const auto refuse = [&report](const Refusal& refusal) {
+        report.error(refusal.message);
+        return refusal.status;
+    };
     if (!commandLine.key) {
         show(all, settings, commandLine.json);
+        if (!commandLine.json) print(windowOnlyNote);
         return ExitStatus::success;
     }
     const auto setting = std::ranges::find(all, *commandLine.key, &Setting::key);
-    std::string wrong;
     if (setting == all.end()) {
-        wrong = fmt::format("Eine Einstellung „{}“ gibt es nicht.", displayText(*commandLine.key));
-    } else if (commandLine.value) {
-        wrong = setting->write(settings, *commandLine.value);
-    } else {
-        show({*setting}, settings, commandLine.json);
+        return refuse({ExitStatus::usage, fmt::format("Eine Einstellung „{}“ gibt es nicht.",
+                                                      displayText(*commandLine.key))});
     }
-    if (wrong.empty()) return ExitStatus::success;
-    std::fprintf(stderr, "%s\n", wrong.c_str());
-    return ExitStatus::usage;
+    if (!commandLine.value) {
+        show({*setting}, settings, commandLine.json);
+        return ExitStatus::success;
+    }
+    if (const auto written = setting->write(settings, *commandLine.value); !written)
+        return refuse(written.error());
+    const bool windowOnly =
+        setting->key == SettingsKey::useFromDate || setting->key == SettingsKey::fromDay;
+    if (windowOnly && !commandLine.json) print(windowOnlyNote);
+    return ExitStatus::success;
 }
 
 }  // namespace bildkurier

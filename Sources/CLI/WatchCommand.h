@@ -5,6 +5,9 @@
 #include "ModelCommand.h"
 
 #include <functional>
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace bildkurier {
 
@@ -12,19 +15,23 @@ namespace bildkurier {
 /// is connected.
 class WatchCommand final : public ModelCommand {
 public:
-    /// `trusting`: a camera will be trusted as soon as it is connected. `lostChoice` tells whether
-    /// that, or another choice, could not be stored.
-    WatchCommand(bool trusting, std::function<bool()> lostChoice,
+    /// `trust`: name or identity of a camera that the model will trust as soon as it is connected.
+    /// `lostChoice` tells whether that, or another choice, could not be stored.
+    WatchCommand(std::optional<std::string> trust, std::function<bool()> lostChoice,
                  std::shared_ptr<ImportModel> model, MainQueue& main, Report& report, Done done);
 
 private:
     void start() override;
     void look() override;
+    /// The user of a window would see at once that it is not in the list.
+    void tellOfMissingCamera();
+    void tellOfSuspension();
 
-    bool trusting_;
+    std::optional<std::string> trust_;
     std::function<bool()> lostChoice_;
     bool toldLoss_ = false;
     bool running_ = false;
+    bool suspended_ = false;
 };
 
 }  // namespace bildkurier

@@ -3,6 +3,8 @@
 #include "CommandLine.h"
 #include "Program.h"
 
+#include <fmt/format.h>
+
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -21,6 +23,17 @@ int withOutputWritten(bildkurier::ExitStatus status) {
     return static_cast<int>(status);
 }
 
+/// Says what the call came to without being carried out.
+bildkurier::ExitStatus answered(const bildkurier::CommandLineAnswer& answer) {
+    using namespace bildkurier;
+    if (answer.status == ExitStatus::success) {
+        std::fprintf(stdout, "%s\n", answer.text.c_str());
+    } else {
+        makeReport(answer.json)->error(answer.text);
+    }
+    return answer.status;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -28,15 +41,12 @@ int main(int argc, char** argv) {
     // A reader that goes away must not take the import with it.
     std::signal(SIGPIPE, SIG_IGN);
     const auto commandLine = parseCommandLine(std::span(argv, static_cast<std::size_t>(argc)));
-    if (!commandLine) {
-        const auto& [status, text] = commandLine.error();
-        std::fputs(text.c_str(), status == ExitStatus::success ? stdout : stderr);
-        return withOutputWritten(status);
-    }
+    if (!commandLine) return withOutputWritten(answered(commandLine.error()));
     try {
         return withOutputWritten(runProgram(*commandLine));
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "Bildkurier kann nicht weiterarbeiten: %s\n", error.what());
+        makeReport(commandLine->json)
+            ->error(fmt::format("Bildkurier kann nicht weiterarbeiten: {}", error.what()));
         return static_cast<int>(ExitStatus::filesFailed);
     }
 }

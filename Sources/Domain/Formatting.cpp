@@ -12,7 +12,11 @@
 namespace bildkurier {
 namespace {
 
-std::string userLocale() { return icu::Locale::getDefault().getName(); }
+/// The user's language and country; where none is set, those of the texts.
+std::string userLocale() {
+    const std::string locale = icu::Locale::getDefault().getName();
+    return locale.empty() || locale == "en_US_POSIX" ? "de_DE" : locale;
+}
 
 const ByteFormatter& byteFormatter() {
     static const ByteFormatter formatter(userLocale());

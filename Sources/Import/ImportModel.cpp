@@ -772,7 +772,7 @@ void ImportModel::trust(const Camera& camera) {
 }
 
 void ImportModel::suspendAutoImport(const std::string& reason) {
-    const std::string message = "Auto-Import ausgesetzt: " + reason;
+    const std::string message = suspendedStatus + reason;
     publish(status_, message);
     addLog(fmt::format("✗ {} Ziel: {}", message, displayText(dest_.path)));
 }

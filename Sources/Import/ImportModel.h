@@ -82,6 +82,8 @@ public:
     static constexpr auto chooseFolderStatus =
         "Zielordner wählen: unter Ziel auf „Ändern …“ klicken.";
     static constexpr auto nothingNewStatus = "Nichts Neues im gewählten Zeitraum.";
+    /// Before the reason why the trusted camera is not imported.
+    static constexpr auto suspendedStatus = "Auto-Import ausgesetzt: ";
     static constexpr auto overlapStatus =
         "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.";
 

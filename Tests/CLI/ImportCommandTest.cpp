@@ -36,6 +36,33 @@ protected:
         loop.settle();
     }
 
+    /// Another command in place of the last one.
+    void another(Command which) {
+        options.command = which;
+        command.reset();
+        ends.clear();
+    }
+
+    /// Begins, and has the camera read.
+    void run(FakeCamera& camera) {
+        begin();
+        deliver(camera);
+    }
+
+    void lose(const std::shared_ptr<FakeCamera>& camera) {
+        model->cameraBrowserDidRemove(camera);
+        loop.settle();
+    }
+
+    /// A camera that was lost while its only file was being loaded.
+    std::shared_ptr<FakeCamera> lost() {
+        auto camera = attach("A");
+        file(*camera, "A.JPG", "aaaa")->holdsBack = true;
+        run(*camera);
+        lose(camera);
+        return camera;
+    }
+
     /// Makes a server the destination.
     std::shared_ptr<FakeServer> haveServer() {
         settings->storedKind = DestinationKind::sftp;
@@ -62,9 +89,7 @@ TEST_F(ImportCommandTest, ListsCameras) {
 
 TEST_F(ImportCommandTest, SaysWhenThereIsNoCamera) {
     for (const Command which : {Command::cameras, Command::plan, Command::import}) {
-        options.command = which;
-        ends.clear();
-        command.reset();
+        another(which);
         begin();
         EXPECT_EQ(reported(), (Lines{"error: Keine Kamera gefunden."}));
         expectEnd(ExitStatus::noCamera);
@@ -136,6 +161,11 @@ TEST_F(ImportCommandTest, DoesNotPassOverACardThatIsNotThere) {
     begin();
     EXPECT_EQ(reported(), (Lines{"error: Nicht jede angegebene Karte ist ein lesbarer Ordner."}));
     expectEnd(ExitStatus::noCamera);
+
+    options.cards = {"/c"};
+    another(Command::import);
+    begin();
+    EXPECT_EQ(reported(), (Lines{"error: Die Karte „/c“ ist kein lesbarer Ordner."}));
 }
 
 TEST_F(ImportCommandTest, PlansWithoutTouchingTheDestination) {
@@ -146,8 +176,7 @@ TEST_F(ImportCommandTest, PlansWithoutTouchingTheDestination) {
     file(*camera, "OLD.CR3", "ooo");
     file(*camera, "A.JPG", "aaaa");
     file(*camera, "B.CR3", "bb");
-    begin();
-    deliver(*camera);
+    run(*camera);
     EXPECT_EQ(reported(), (Lines{"plan: 2/3 files, 6 bytes, 1 CR3, 1 JPG"}));
     EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"CR3/", ""}, {"CR3/old.cr3", "ooo"}}));
     EXPECT_FALSE(lock->held);
@@ -161,8 +190,7 @@ TEST_F(ImportCommandTest, LeavesOutWhatWasShotBeforeTheDay) {
     file(*camera, "NEW.JPG", "b")->shot = *options.since;
     file(*camera, "LATER.JPG", "bb")->shot = *options.since + std::chrono::days(3);
     file(*camera, "UNDATED.JPG", "c");
-    begin();
-    deliver(*camera);
+    run(*camera);
     EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"LATER.JPG", "bb"}, {"NEW.JPG", "b"}}));
     expectEnd(ExitStatus::success);
 }
@@ -173,8 +201,7 @@ TEST_F(ImportCommandTest, TakesTheNextDayWhereNothingWasShotOnTheOneAskedFor) {
     file(*camera, "OLD.JPG", "a")->shot = *options.since - std::chrono::days(1);
     file(*camera, "NEXT.JPG", "b")->shot = *options.since + std::chrono::days(1);
     file(*camera, "LAST.JPG", "bb")->shot = *options.since + std::chrono::days(2);
-    begin();
-    deliver(*camera);
+    run(*camera);
     EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"LAST.JPG", "bb"}, {"NEXT.JPG", "b"}}));
 }
 
@@ -182,16 +209,14 @@ TEST_F(ImportCommandTest, LoadsNothingWhenAllWasShotBeforeTheDay) {
     options.since = startOfLocalDay("2024-05-09");
     const auto camera = attach("A");
     file(*camera, "OLD.JPG", "a")->shot = *options.since - std::chrono::days(1);
-    begin();
-    deliver(*camera);
+    run(*camera);
     EXPECT_EQ(reported(), (Lines{"importing: 0/1 files, 0 bytes", "finished: 0/0 done, 0 failed"}));
     expectEnd(ExitStatus::success);
 }
 
 TEST_F(ImportCommandTest, SucceedsWhenThereIsNothingToDo) {
     const auto camera = attach("A");
-    begin();
-    deliver(*camera);
+    run(*camera);
     EXPECT_EQ(reported(), (Lines{"importing: 0/0 files, 0 bytes", "finished: 0/0 done, 0 failed"}));
     EXPECT_EQ(store->folders.count("/bilder"), 0);
     expectEnd(ExitStatus::success);
@@ -201,17 +226,14 @@ TEST_F(ImportCommandTest, TellsOfFilesThatFailed) {
     const auto camera = attach("A");
     file(*camera, "A.JPG", "aaaa")->error = Error{"Lesefehler"};
     file(*camera, "B.JPG", "bb");
-    begin();
-    deliver(*camera);
+    run(*camera);
     EXPECT_EQ(report.lines.back(), "finished: 1/2 done, 1 failed");
     expectEnd(ExitStatus::filesFailed);
 }
 
 TEST_F(ImportCommandTest, GivesUpOnADestinationThatIsAFile) {
     for (const Command which : {Command::plan, Command::import}) {
-        options.command = which;
-        ends.clear();
-        command.reset();
+        another(which);
         store->files["/bilder"] = "a file";
         file(*attach("A"), "A.JPG", "aaaa");
         begin();
@@ -223,9 +245,7 @@ TEST_F(ImportCommandTest, GivesUpOnADestinationThatIsAFile) {
 TEST_F(ImportCommandTest, GivesUpOnAServerThatCannotBeReached) {
     haveServer()->refusal = "Connection refused";
     for (const Command which : {Command::plan, Command::import}) {
-        options.command = which;
-        ends.clear();
-        command.reset();
+        another(which);
         attach("A");
         begin();
         EXPECT_EQ(reported(),
@@ -257,9 +277,7 @@ TEST_F(ImportCommandTest, RefusesAServerThatShowsAnotherKey) {
     keyring->key = "ssh-ed25519 abc";
     keyring->hosts[{"nas", std::nullopt}] = "SHA256:zweiter (ED25519)";
     for (const Command which : {Command::plan, Command::import}) {
-        options.command = which;
-        ends.clear();
-        command.reset();
+        another(which);
         attach("A");
         begin();
         EXPECT_EQ(reported(), (Lines{"error: Der Server zeigt einen anderen Schlüssel als beim "
@@ -272,9 +290,7 @@ TEST_F(ImportCommandTest, RefusesAServerThatShowsAnotherKey) {
 TEST_F(ImportCommandTest, MakesNoFolderOnAServerForAPlan) {
     haveServer();
     for (const Command which : {Command::plan, Command::import}) {
-        options.command = which;
-        ends.clear();
-        command.reset();
+        another(which);
         const auto camera = attach("A");
         file(*camera, "A.JPG", "aaaa");
         begin();
@@ -299,15 +315,12 @@ TEST_F(ImportCommandTest, ChoosesNoCameraOnceInterruptedWhileItReachesTheServer)
 
 TEST_F(ImportCommandTest, GivesUpOnADestinationThatOverlapsWithTheCard) {
     for (const Command which : {Command::plan, Command::import}) {
-        options.command = which;
-        ends.clear();
-        command.reset();
+        another(which);
         store->files["/bilder/A.JPG"] = "aaaa";
         const auto camera = attach("A");
         camera->folder = Url::file("/bilder");
         file(*camera, "A.JPG", "aaaa");
-        begin();
-        deliver(*camera);
+        run(*camera);
         EXPECT_EQ(reported(),
                   (Lines{"error: Karte und Zielordner liegen ineinander; bitte einen anderen "
                          "Zielordner wählen."}));
@@ -324,8 +337,7 @@ TEST_F(ImportCommandTest, PlansForADestinationThatMayOnlyBeRead) {
     ASSERT_TRUE(store->createDirectory(Url::file("/bilder")));
     const auto camera = attach("A");
     file(*camera, "A.JPG", "aaaa");
-    begin();
-    deliver(*camera);
+    run(*camera);
     EXPECT_EQ(reported(), (Lines{"plan: 1/1 files, 4 bytes, 1 JPG"}));
     expectEnd(ExitStatus::success);
 }
@@ -334,8 +346,7 @@ TEST_F(ImportCommandTest, GivesUpWhenTheRunCannotStart) {
     store->capacity = 1000;
     const auto camera = attach("A");
     file(*camera, "A.JPG", "aaaa");
-    begin();
-    deliver(*camera);
+    run(*camera);
     EXPECT_EQ(report.lines.back(),
               "error: Kann Zielordner nicht beschreiben: Zu wenig Platz für die größte Datei (" +
                   formatBytes(4) + " nötig, " + formatBytes(1000) + " frei).");
@@ -347,8 +358,7 @@ TEST_F(ImportCommandTest, GivesUpWhileAnotherImportRuns) {
     lock->takenByAnother = true;
     const auto camera = attach("A");
     file(*camera, "A.JPG", "aaaa");
-    begin();
-    deliver(*camera);
+    run(*camera);
     EXPECT_EQ(report.lines.back(), "error: Es läuft schon ein Import.");
     EXPECT_EQ(store->folders.count("/bilder/.bildkurier-tmp"), 0);
     expectEnd(ExitStatus::destinationUnusable);
@@ -371,8 +381,7 @@ TEST_F(ImportCommandTest, EndsWhenTheCameraGoesBeforeTheImport) {
     begin();
     camera->sessionOpened();
     camera->catalogReady();
-    model->cameraBrowserDidRemove(camera);
-    loop.settle();
+    lose(camera);
     EXPECT_EQ(reported(), (Lines{"error: Die Kamera wurde getrennt."}));
     expectEnd(ExitStatus::noCamera);
 }
@@ -382,11 +391,9 @@ TEST_F(ImportCommandTest, GoesOnWhenTheCameraReturns) {
     file(*camera, "A.JPG", "aaaa");
     const auto second = file(*camera, "B.JPG", "bb");
     second->holdsBack = true;
-    begin();
-    deliver(*camera);
+    run(*camera);
     reported();
-    model->cameraBrowserDidRemove(camera);
-    loop.settle();
+    lose(camera);
     EXPECT_EQ(report.lines.back(),
               "status: Kamera getrennt. Der Import geht weiter, sobald sie wieder verbunden ist.");
     EXPECT_TRUE(ends.empty());
@@ -406,10 +413,8 @@ TEST_F(ImportCommandTest, IsDoneWhenNothingIsMissingAfterTheReturn) {
     const auto camera = attach("A");
     const auto only = file(*camera, "A.JPG", "aaaa");
     only->holdsBack = true;
-    begin();
-    deliver(*camera);
-    model->cameraBrowserDidRemove(camera);
-    loop.settle();
+    run(*camera);
+    lose(camera);
     store->files["/bilder/A.JPG"] = "aaaa";
     reported();
     deliver(*returned(*camera));
@@ -422,30 +427,19 @@ TEST_F(ImportCommandTest, IsDoneWhenNothingIsMissingAfterTheReturn) {
 }
 
 TEST_F(ImportCommandTest, ClaimsNothingWhenTheReturnedCameraIsGoneAtOnce) {
-    const auto camera = attach("A");
-    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
-    begin();
-    deliver(*camera);
-    model->cameraBrowserDidRemove(camera);
-    loop.settle();
+    const auto camera = lost();
     const auto back = returned(*camera);
     back->sessionOpened();
     back->catalogReady();
     store->files["/bilder/A.JPG"] = "aaaa";
     while (model->awaitsCamera()) ASSERT_TRUE(loop.stepBackground() || loop.stepMain());
-    model->cameraBrowserDidRemove(back);
-    loop.settle();
+    lose(back);
     EXPECT_EQ(report.lines.back(), std::string("error: ") + ImportModel::searchingStatus);
     expectEnd(ExitStatus::filesFailed);
 }
 
 TEST_F(ImportCommandTest, EndsWhenTheReturnedCameraCannotBeOpened) {
-    const auto camera = attach("A");
-    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
-    begin();
-    deliver(*camera);
-    model->cameraBrowserDidRemove(camera);
-    loop.settle();
+    const auto camera = lost();
     const auto back = returned(*camera);
     loop.settle();
     EXPECT_EQ(report.lines.back(), "status: Verbinde mit Kamera A' …");
@@ -459,12 +453,7 @@ TEST_F(ImportCommandTest, EndsWhenTheReturnedCameraCannotBeOpened) {
 }
 
 TEST_F(ImportCommandTest, EndsWhenTheReturnedCameraIsEmpty) {
-    const auto camera = attach("A");
-    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
-    begin();
-    deliver(*camera);
-    model->cameraBrowserDidRemove(camera);
-    loop.settle();
+    const auto camera = lost();
     const auto back = returned(*camera);
     back->catalogue.clear();
     deliver(*back);
@@ -475,8 +464,7 @@ TEST_F(ImportCommandTest, EndsWhenTheReturnedCameraIsEmpty) {
 TEST_F(ImportCommandTest, WaitsOnWhenAnotherCameraCannotBeOpened) {
     const auto camera = attach("A");
     file(*camera, "A.JPG", "aaaa")->holdsBack = true;
-    begin();
-    deliver(*camera);
+    run(*camera);
     model->cameraBrowserDidRemove(camera);
     attach("B")->sessionOpened(Error{"Zugriff verweigert"});
     loop.settle();
@@ -487,12 +475,10 @@ TEST_F(ImportCommandTest, WaitsOnWhenAnotherCameraCannotBeOpened) {
 TEST_F(ImportCommandTest, KeepsTheDayAskedForWhenTheCameraReturnsWithMoreDays) {
     options.since = startOfLocalDay("2024-05-09");
     const auto camera = attach("A");
-    const auto first = file(*camera, "A.JPG", "aaaa", *options.since);
+    const auto first = file(*camera, "A.JPG", "aaaa", options.since);
     first->holdsBack = true;
-    begin();
-    deliver(*camera);
-    model->cameraBrowserDidRemove(camera);
-    loop.settle();
+    run(*camera);
+    lose(camera);
     first->holdsBack = false;
     const auto back = returned(*camera);
     file(*back, "B.JPG", "bb", *options.since + std::chrono::days(1));
@@ -502,12 +488,7 @@ TEST_F(ImportCommandTest, KeepsTheDayAskedForWhenTheCameraReturnsWithMoreDays) {
 }
 
 TEST_F(ImportCommandTest, GoesOnAfterTheReturnOnceTheOtherImportHasEnded) {
-    const auto camera = attach("A");
-    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
-    begin();
-    deliver(*camera);
-    model->cameraBrowserDidRemove(camera);
-    loop.settle();
+    const auto camera = lost();
     lock->takenByAnother = true;
     deliver(*returned(*camera));
     EXPECT_TRUE(report.lines.back().ends_with("Fortsetzung wartet: Es läuft schon ein Import."));
@@ -519,12 +500,7 @@ TEST_F(ImportCommandTest, GoesOnAfterTheReturnOnceTheOtherImportHasEnded) {
 }
 
 TEST_F(ImportCommandTest, SaysWhyTheImportCannotGoOnAfterTheReturn) {
-    const auto camera = attach("A");
-    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
-    begin();
-    deliver(*camera);
-    model->cameraBrowserDidRemove(camera);
-    loop.settle();
+    const auto camera = lost();
     store->capacity = 0;
     deliver(*returned(*camera));
     EXPECT_TRUE(report.lines.back().starts_with("error: Kann Zielordner nicht beschreiben: "));
@@ -544,10 +520,8 @@ TEST_F(ImportCommandTest, TellsOfFilesThatVanishedWhileTheCameraWasAway) {
         second->holdsBack = true;
         file(*camera, "C.JPG", "c");
         file(*camera, "D.JPG", "dddddd");
-        begin();
-        deliver(*camera);
-        model->cameraBrowserDidRemove(camera);
-        loop.settle();
+        run(*camera);
+        lose(camera);
         second->holdsBack = false;
         reported();
         const auto back = returned(*camera);
@@ -576,16 +550,14 @@ TEST_F(ImportCommandTest, IsDoneWhenTheCameraIsLostAfterTheLastFile) {
         if (!recognisable) camera->deviceIdentity.reset();
         const auto only = file(*camera, "A.JPG", "aaaa");
         only->holdsBack = true;
-        begin();
-        deliver(*camera);
+        run(*camera);
         only->deliver();
         while (store->files.count("/bilder/A.JPG") == 0 || loop.mainTasks() == 0) {
             ASSERT_TRUE(loop.stepMain() || loop.stepBackground());
         }
         loop.stepMain();
         ASSERT_EQ(model->log().back(), "✓ bilder/A.JPG  (" + formatBytes(4) + ")");
-        model->cameraBrowserDidRemove(camera);
-        loop.settle();
+        lose(camera);
         EXPECT_EQ(report.lines.back(), "finished: 1/1 done, 0 failed");
         EXPECT_FALSE(model->awaitsCamera());
         expectEnd(ExitStatus::success);
@@ -597,8 +569,7 @@ TEST_F(ImportCommandTest, CountsEveryLoadedFileAtTheSecondInterrupt) {
     const auto first = file(*camera, "A.JPG", "aaaa");
     first->holdsBack = true;
     file(*camera, "B.JPG", "bb")->holdsBack = true;
-    begin();
-    deliver(*camera);
+    run(*camera);
     first->deliver();
     while (model->log().empty()) ASSERT_TRUE(loop.stepMain() || loop.stepBackground());
     command->interrupt();
@@ -611,10 +582,8 @@ TEST_F(ImportCommandTest, EndsWhenTheModelDoesNotWaitForTheCamera) {
     const auto camera = attach("A");
     camera->deviceIdentity.reset();
     file(*camera, "A.JPG", "aaaa")->holdsBack = true;
-    begin();
-    deliver(*camera);
-    model->cameraBrowserDidRemove(camera);
-    loop.settle();
+    run(*camera);
+    lose(camera);
     EXPECT_TRUE(report.lines.back().starts_with("error: Import gestoppt: ")) << report.lines.back();
     expectEnd(ExitStatus::filesFailed);
 }
@@ -642,12 +611,7 @@ TEST_F(ImportCommandTest, StopsAtOnceWhileNothingIsBeingLoaded) {
 }
 
 TEST_F(ImportCommandTest, StopsAtOnceWhileItWaitsForTheCamera) {
-    const auto camera = attach("A");
-    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
-    begin();
-    deliver(*camera);
-    model->cameraBrowserDidRemove(camera);
-    loop.settle();
+    const auto camera = lost();
     command->interrupt();
     expectEnd(ExitStatus::interrupted);
 }
@@ -657,8 +621,7 @@ TEST_F(ImportCommandTest, FinishesTheFileInFlightAtTheFirstInterrupt) {
     const auto first = file(*camera, "A.JPG", "aaaa");
     first->holdsBack = true;
     file(*camera, "B.JPG", "bb");
-    begin();
-    deliver(*camera);
+    run(*camera);
     command->interrupt();
     EXPECT_TRUE(ends.empty());
     EXPECT_EQ(report.lines.back(), "status: Breche nach der aktuellen Datei ab …");
@@ -673,8 +636,7 @@ TEST_F(ImportCommandTest, StopsAtOnceAtTheSecondInterrupt) {
     const auto camera = attach("A");
     const auto first = file(*camera, "A.JPG", "aaaa");
     first->holdsBack = true;
-    begin();
-    deliver(*camera);
+    run(*camera);
     command->interrupt();
     command->interrupt();
     EXPECT_FALSE(model->isSettled());
@@ -694,8 +656,7 @@ TEST_F(ImportCommandTest, ReportsTheSpeedAsItChanges) {
     const auto camera = attach("A");
     const auto first = file(*camera, "A.JPG", std::string(4'000'000, 'x'));
     first->holdsBack = true;
-    begin();
-    deliver(*camera);
+    run(*camera);
     loop.advance(Duration(2));
     first->deliver();
     loop.settle();

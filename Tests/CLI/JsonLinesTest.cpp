@@ -97,6 +97,41 @@ TEST_F(JsonLinesTest, TellAFailure) {
         "failed": 1, "bytes": 4501, "cancelled": false})"));
 }
 
+TEST_F(JsonLinesTest, TellWhatKeepsACommandFromBeingCarriedOut) {
+    const struct {
+        Strings words;
+        int exitStatus;
+        std::string line;
+    } cases[] = {
+        {{"import", "--frobnicate"}, 2, "Unbekannte Angabe: --frobnicate"},
+        {{"plan", "--card", folder.path("none")},
+         3,
+         "Die Karte „" + folder.path("none") + "“ ist kein lesbarer Ordner."},
+        {{"import", "--card", card, "--to", picture("IMG_1.JPG")},
+         4,
+         "Der Zielordner ist kein Ordner."},
+        {{"settings", "farbe"}, 2, "Eine Einstellung „farbe“ gibt es nicht."},
+        {{"key", "show"}, 4, "Die App hat noch keinen eigenen Schlüssel."},
+        {{"watch"}, 3, "Noch ist keine Kamera vertraut: bitte mit --trust eine nennen."},
+    };
+    for (auto [words, exitStatus, line] : cases) {
+        words.emplace_back("--json");
+        const auto result = run(words, {{"XDG_DATA_HOME", folder.path("data")}});
+        EXPECT_EQ(result.exitStatus, exitStatus) << line;
+        EXPECT_EQ(result.err, "");
+        EXPECT_EQ(events(result), (std::vector{Json{{"event", "error"}, {"line", line}}}));
+    }
+}
+
+TEST_F(JsonLinesTest, TellThatASettingIsNotKept) {
+    const auto result = run({"settings", "byDate", "true", "--json"},
+                            {{"XDG_CONFIG_HOME", folder.write("occupied", "a file")}});
+    EXPECT_EQ(result.exitStatus, 4);
+    EXPECT_EQ(events(result),
+              (std::vector{Json{{"event", "error"},
+                                {"line", "Die Einstellung lässt sich nicht speichern."}}}));
+}
+
 TEST_F(JsonLinesTest, NameACamera) {
     const auto result = run({"cameras", "--card", card, "--json"});
     EXPECT_EQ(result.exitStatus, 0) << result.err;

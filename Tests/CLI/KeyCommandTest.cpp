@@ -92,6 +92,11 @@ TEST_F(KeyCommandTest, RemovesTheKey) {
     EXPECT_FALSE(keyring->hasKey());
 }
 
+TEST_F(KeyCommandTest, SaysThatThereIsNoKeyToRemove) {
+    EXPECT_EQ(run(Command::keyRemove),
+              end({"status: Die App hat noch keinen eigenen Schlüssel."}, ExitStatus::success));
+}
+
 TEST_F(KeyCommandTest, DoesNotClaimToHaveRemovedAKeyThatIsStillThere) {
     keyring->key = "ssh-ed25519 abc";
     keyring->error = Error{"Der Datenträger ist schreibgeschützt."};

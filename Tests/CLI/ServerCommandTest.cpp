@@ -20,7 +20,7 @@ protected:
         ends.clear();
         make();
         ServerCommand command(which, {.user = "anna", .host = "nas:2222", .path = "/fotos"}, model,
-                              loop, report, done());
+                              keyring, loop, report, done());
         command.begin();
         loop.settle();
         return reported();
@@ -85,10 +85,24 @@ TEST_F(ServerCommandTest, ForgetsAServersKey) {
     EXPECT_TRUE(run(Command::sftpCheck)[1].starts_with("status: Erste Verbindung: "));
 }
 
+TEST_F(ServerCommandTest, SaysThatThereIsNoServersKeyToForget) {
+    EXPECT_EQ(run(Command::sftpForget),
+              (Lines{"status: Von diesem Server ist kein Schlüssel gespeichert."}));
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ServerCommandTest, DoesNotClaimToHaveForgottenAKeyThatIsStillThere) {
+    run(Command::sftpCheck);
+    keyring->error = Error{"Der Datenträger ist schreibgeschützt."};
+    EXPECT_EQ(run(Command::sftpForget),
+              (Lines{"error: Der Server-Schlüssel lässt sich nicht vergessen."}));
+    expectEnd(ExitStatus::destinationUnusable);
+}
+
 TEST_F(ServerCommandTest, EndsAtOnceWhenInterrupted) {
     make();
-    ServerCommand command(Command::sftpCheck, {.user = "", .host = "nas", .path = "/"}, model, loop,
-                          report, done());
+    ServerCommand command(Command::sftpCheck, {.user = "", .host = "nas", .path = "/"}, model,
+                          keyring, loop, report, done());
     command.begin();
     command.interrupt();
     loop.settle();

@@ -35,12 +35,20 @@ TEST_F(SettingsProgramTest, ShowsTheDefaultsOfAFreshInstallation) {
         "autoImportCameraName": null})"));
 }
 
+TEST_F(SettingsProgramTest, AreAllExplained) {
+    const std::string help = settings({"--help"}).out;
+    const auto shown = nlohmann::json::parse(settings({"--json"}).out);
+    for (const auto& [key, value] : shown.items()) {
+        EXPECT_TRUE(help.contains("\n  " + key + " ")) << key << " in " << help;
+    }
+}
+
 TEST_F(SettingsProgramTest, KeepsEveryChoice) {
     const struct {
         std::string key;
         std::string value;
     } choices[] = {
-        {"dest", "/ziel/ordner"},
+        {"dest", card},
         {"destinationKind", "sftp"},
         {"sftpUser", "anna"},
         {"sftpHost", "example.com:2222"},
@@ -56,9 +64,29 @@ TEST_F(SettingsProgramTest, KeepsEveryChoice) {
     for (const auto& [key, chosen] : choices) {
         const auto result = settings({key, chosen});
         EXPECT_EQ(result.exitStatus, 0) << result.err;
-        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.err, "");
     }
     for (const auto& [key, chosen] : choices) EXPECT_EQ(value(key), key + " = " + chosen + "\n");
+}
+
+TEST_F(SettingsProgramTest, SayWhichOfThemConcernTheWindowAlone) {
+    const std::string note =
+        "# useFromDate und fromDay gelten nur im Fenster; plan und import nehmen --since, watch "
+        "lädt alles.\n";
+    EXPECT_EQ(settings({"useFromDate", "true"}).out, note);
+    EXPECT_EQ(settings({"fromDay", "2024-05-09"}).out, note);
+    EXPECT_EQ(settings({"byDate", "true"}).out, "");
+    EXPECT_TRUE(settings({}).out.ends_with("\n" + note));
+    EXPECT_EQ(settings({"useFromDate", "true", "--json"}).out, "");
+}
+
+TEST_F(SettingsProgramTest, LetNoPeriodChosenInTheWindowLeaveAnythingOut) {
+    add("IMG_1.JPG", "one");
+    ASSERT_EQ(settings({"useFromDate", "true"}).exitStatus, 0);
+    ASSERT_EQ(settings({"fromDay", "2030-01-01"}).exitStatus, 0);
+    const auto result = run({"import", "--card", card, "--to", destination}, environment);
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_EQ(tree(destination), (Tree{{"JPG/", ""}, {"JPG/IMG_1.JPG", "one"}}));
 }
 
 TEST_F(SettingsProgramTest, KeepTheAddressOfAServerWithoutBlanks) {
@@ -70,17 +98,18 @@ TEST_F(SettingsProgramTest, KeepTheAddressOfAServerWithoutBlanks) {
 
 TEST_F(SettingsProgramTest, KeepTheShortestPathOfADestination) {
     const std::string linked = folder.makeFolder("one/two");
+    const std::string target = folder.makeFolder("one/neu");
     std::filesystem::create_directory_symlink(linked, folder.path("link"));
     const struct {
         std::string typed;
         std::string kept;
     } cases[] = {
-        {"/ziel/", "/ziel"},
-        {"/ziel//ordner/./", "/ziel/ordner"},
-        {"/ziel/x/../ordner", "/ziel/ordner"},
+        {target + "/", target},
+        {folder.path("one") + "//neu/./", target},
+        {linked + "/../neu", target},
         {"/", "/"},
         {folder.path("link"), folder.path("link")},
-        {folder.path("link/../neu"), folder.path("one/neu")},
+        {folder.path("link/../neu"), target},
     };
     for (const auto& [typed, kept] : cases) {
         ASSERT_EQ(settings({"dest", typed}).exitStatus, 0);
@@ -113,8 +142,29 @@ TEST_F(SettingsProgramTest, RefusesWhatIsNoValueOfThatKind) {
     EXPECT_EQ(settings({}).out, before);
 }
 
+TEST_F(SettingsProgramTest, RefuseADestinationThatIsNoFolder) {
+    const std::string file = folder.write("file", "no folder");
+    const struct {
+        std::string path;
+        std::string message;
+    } cases[] = {
+        {folder.path("none"),
+         "Den Ordner „" + folder.path("none") + "“ gibt es nicht; bitte erst anlegen.\n"},
+        {file, "„" + file + "“ ist kein lesbarer Ordner.\n"},
+        {file + "/below", "Den Ordner „" + file + "/below“ gibt es nicht; bitte erst anlegen.\n"},
+    };
+    const std::string before = settings({}).out;
+    for (const auto& [path, message] : cases) {
+        const auto result = settings({"dest", path});
+        EXPECT_EQ(result.exitStatus, 4);
+        EXPECT_EQ(result.err, message);
+    }
+    EXPECT_EQ(settings({}).out, before);
+}
+
 TEST_F(SettingsProgramTest, MakesADestinationThatAnImportUses) {
     add("IMG_1.JPG", "one");
+    std::filesystem::create_directory(destination);
     ASSERT_EQ(settings({"dest", destination}).exitStatus, 0);
     ASSERT_EQ(settings({"byType", "false"}).exitStatus, 0);
     const auto result = run({"import", "--card", card}, environment);
@@ -124,9 +174,9 @@ TEST_F(SettingsProgramTest, MakesADestinationThatAnImportUses) {
 
 TEST_F(SettingsProgramTest, MakeAFolderTheDestinationInPlaceOfAServer) {
     ASSERT_EQ(settings({"destinationKind", "sftp"}).exitStatus, 0);
-    ASSERT_EQ(settings({"dest", "/ziel"}).exitStatus, 0);
+    ASSERT_EQ(settings({"dest", card}).exitStatus, 0);
     EXPECT_EQ(value("destinationKind"), "destinationKind = folder\n");
-    EXPECT_EQ(value("dest"), "dest = /ziel\n");
+    EXPECT_EQ(value("dest"), "dest = " + card + "\n");
 }
 
 TEST_F(SettingsProgramTest, SayWhenTheyCannotBeKept) {
@@ -148,7 +198,7 @@ TEST_F(SettingsProgramTest, TakeADestinationThatIsNoWholePathForNone) {
 
 TEST_F(SettingsProgramTest, AreNotChangedByWhatAnImportIsToldOtherwise) {
     add("IMG_1.JPG", "one");
-    ASSERT_EQ(settings({"dest", "/ziel"}).exitStatus, 0);
+    ASSERT_EQ(settings({"dest", card}).exitStatus, 0);
     ASSERT_EQ(settings({"autoImportEnabled", "true"}).exitStatus, 0);
     const std::string before = settings({}).out;
     const auto result = run({"import", "--card", card, "--to", destination, "--by-date",

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
+#include <string>
 
 namespace bildkurier {
 namespace {
@@ -23,10 +25,11 @@ protected:
         settings->storedName = "Kamera";
     }
 
-    void begin(bool trusting = false) {
-        if (!model) make();
+    void begin(const std::optional<std::string>& wanted = {}) {
+        make();
+        if (wanted) model->trustWhenConnected(*wanted);
         command = std::make_shared<WatchCommand>(
-            trusting, [this] { return losesChoices; }, model, loop, report, done());
+            wanted, [this] { return losesChoices; }, model, loop, report, done());
         command->begin();
         loop.settle();
     }
@@ -85,9 +88,7 @@ TEST_F(WatchCommandTest, LeavesOtherCamerasAlone) {
 }
 
 TEST_F(WatchCommandTest, ImportsTheCameraItIsToTrustAtOnce) {
-    make();
-    model->trustWhenConnected("Kamera B");
-    begin(true);
+    begin("Kamera B");
     attach("A");
     const auto wanted = attach("B");
     file(*wanted, "B.JPG", "bb");
@@ -97,10 +98,31 @@ TEST_F(WatchCommandTest, ImportsTheCameraItIsToTrustAtOnce) {
     EXPECT_TRUE(settings->storedAutoImport);
 }
 
+TEST_F(WatchCommandTest, SaysThatTheCameraToTrustIsNotConnected) {
+    const auto isTold = [this](const std::string& wanted) {
+        return std::ranges::count(reported(), "status: Eine Kamera „" + wanted +
+                                                  "“ ist nicht verbunden; ihr wird vertraut, "
+                                                  "sobald sie es ist.");
+    };
+    begin("Kamera B");
+    EXPECT_EQ(isTold("Kamera B"), 1);
+    attach("A");
+    loop.settle();
+    EXPECT_EQ(isTold("Kamera B"), 0) << "once is enough";
+    EXPECT_TRUE(ends.empty());
+
+    for (const std::string wanted : {"Kamera A", "serial:A"}) {
+        make();
+        attach("A");
+        command = std::make_shared<WatchCommand>(
+            wanted, [] { return false; }, model, loop, report, done());
+        command->begin();
+        EXPECT_EQ(isTold(wanted), 0);
+    }
+}
+
 TEST_F(WatchCommandTest, SaysOnceThatItsTrustIsNotKept) {
-    make();
-    model->trustWhenConnected("Kamera B");
-    begin(true);
+    begin("Kamera B");
     losesChoices = true;
     deliver(*attach("B"));
     deliver(*attach("C"));
@@ -109,24 +131,34 @@ TEST_F(WatchCommandTest, SaysOnceThatItsTrustIsNotKept) {
     EXPECT_TRUE(ends.empty());
 }
 
-TEST_F(WatchCommandTest, TellsOfAMissingDestinationOnce) {
+TEST_F(WatchCommandTest, TellsEachTimeWhatToDoAboutAMissingDestination) {
+    const Lines expected{
+        "✗ Auto-Import ausgesetzt: Zielordner fehlt oder ist nicht beschreibbar. Ziel: /bilder",
+        "status: Wenn das behoben ist: Kamera neu verbinden, oder bildkurier-cli watch neu "
+        "starten."};
     trust("serial:A");
     begin();
     store->removeItem(Url::file("/bilder"));
-    const auto camera = attach("A");
+    auto camera = attach("A");
     file(*camera, "A.JPG", "aaaa");
+    for (int time = 1; time <= 2; ++time) {
+        reported();
+        deliver(*camera);
+        Lines lines = reported();
+        std::erase_if(lines,
+                      [&](const auto& line) { return std::ranges::count(expected, line) == 0; });
+        EXPECT_EQ(lines, expected);
+        model->cameraBrowserDidRemove(camera);
+        loop.settle();
+        camera = returned(*camera);
+    }
+    ASSERT_TRUE(store->createDirectory(Url::file("/bilder")));
     deliver(*camera);
-    EXPECT_EQ(std::ranges::count_if(report.lines,
-                                    [](const std::string& line) {
-                                        return line.contains("Auto-Import ausgesetzt: ");
-                                    }),
-              1);
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"A.JPG", "aaaa"}}));
 }
 
 TEST_F(WatchCommandTest, SaysWhyItCannotTrustACamera) {
-    make();
-    model->trustWhenConnected("Kamera B");
-    begin(true);
+    begin("Kamera B");
     attached(camera("B"));
     loop.settle();
     EXPECT_NE(std::ranges::find_if(report.lines,

@@ -56,7 +56,7 @@ public:
     }
     void forgetHost(const std::string& host, Port port) override {
         forgotten.emplace_back(host, port);
-        hosts.erase({host, port});
+        if (!error) hosts.erase({host, port});
     }
 };
 

@@ -96,8 +96,8 @@ TEST_F(BildkurierTest, TellsOfEveryControlByRoleAndName) {
              "heading: Automatisch nachziehen",
              "heading: Zeitraum",
              "heading: Neu zu importieren",
-             "label: JPG: 24 (1.5 MB)",
-             "status bar: 35 neue Dateien (6.8 MB) bereit zum Import.",
+             "label: JPG: 24 (1,5 MB)",
+             "status bar: 35 neue Dateien (6,8 MB) bereit zum Import.",
          }) {
         EXPECT_EQ(std::ranges::count(all, control), 1) << control;
     }
@@ -114,6 +114,24 @@ TEST_F(BildkurierTest, ImportsACardByKeyboardAlone) {
     EXPECT_EQ(std::distance(fs::directory_iterator(window.destination), fs::directory_iterator()),
               35);
     close();
+}
+
+TEST(BildkurierWithoutADisplay, SaysSo) {
+    const TemporaryFolder home;
+    const ProgramCall call{.path = BILDKURIER,
+                           .arguments = {},
+                           .environment = {{"HOME", home.path()},
+                                           {"XDG_CONFIG_HOME", home.path("config")},
+                                           {"XDG_RUNTIME_DIR", home.makeFolder("run")},
+                                           {"DISPLAY", ""},
+                                           {"WAYLAND_DISPLAY", ""},
+                                           {"QT_QPA_PLATFORM", ""}}};
+    const auto result = call.run();
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err,
+              "Das Fenster lässt sich nicht öffnen: kein Bildschirm gefunden (DISPLAY, "
+              "WAYLAND_DISPLAY).\nOhne Bildschirm importiert bildkurier-cli.\n");
 }
 
 TEST_F(BildkurierTest, MakesAKeyForServers) {
