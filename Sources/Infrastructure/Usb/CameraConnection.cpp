@@ -23,8 +23,14 @@ std::string CameraConnection::name() const {
     return place_.name.empty() ? "Kamera" : displayText(place_.name);
 }
 
-CameraFault CameraConnection::fault(int code) const {
+GphotoCamera& CameraConnection::cameraInStep() {
+    if (!isInStep_) openOnce();
+    return camera_;
+}
+
+CameraFault CameraConnection::fault(int code) {
     const CameraFault fault = cameraFault(code);
+    if (fault == CameraFault::Transfer || fault == CameraFault::Other) isInStep_ = false;
     if (fault != CameraFault::Transfer) return fault;
     constexpr UsbTiming::Milliseconds step{20};
     for (UsbTiming::Milliseconds waited{}; bus_.isThere(place_); waited += step) {
@@ -35,6 +41,7 @@ CameraFault CameraConnection::fault(int code) const {
 
 CameraFault CameraConnection::openOnce() {
     answer_ = camera_.open();
+    isInStep_ = true;
     return fault(answer_);
 }
 
@@ -59,10 +66,9 @@ bool CameraConnection::openIfFree() { return openOnce() == CameraFault::None; }
 
 void CameraConnection::close() {
     camera_.close();
+    isInStep_ = true;
     session_.reset();
 }
-
-void CameraConnection::reopen() { openOnce(); }
 
 Error CameraConnection::openError(CameraFault fault, int code) const {
     const bool mayUseIt =

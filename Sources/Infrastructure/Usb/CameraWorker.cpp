@@ -219,7 +219,7 @@ bool CameraWorker::tellsOfNewShots() const {
 
 std::optional<GphotoCamera::NewFile> CameraWorker::newShot() {
     constexpr UsbTiming::Milliseconds atMost{50};
-    auto [code, file] = connection_.camera().newFile(atMost);
+    auto [code, file] = connection_.cameraInStep().newFile(atMost);
     switch (connection_.fault(code)) {
         case CameraFault::None:
             opened_->failedQuestions = 0;
@@ -228,7 +228,6 @@ std::optional<GphotoCamera::NewFile> CameraWorker::newShot() {
             break;
         case CameraFault::Transfer:
             ++opened_->failedQuestions;
-            connection_.reopen();
             break;
         case CameraFault::Gone:
             if (!opened_->session->hasEnded()) reportLost();
