@@ -40,17 +40,49 @@ TEST_F(UsbCamerasTest, HasReportedWhatIsPluggedInBeforeItSaysSo) {
     EXPECT_EQ(sink->threads, std::vector(sink->threads.size(), std::this_thread::get_id()));
 }
 
-TEST_F(UsbCamerasTest, DoesNotWaitLongForACameraThatDoesNotSayWhoItIs) {
+TEST_F(UsbCamerasTest, ShowsACameraThatDoesNotSayInTimeWhoItIs) {
     timing.identifying = Milliseconds(30);
     timing.ending = Milliseconds(1);
     device.serial = "";
+    device.settings["serial"] = "P1001";
     device.settings["rate"] = "1000";
     usb.plugIn("1-1", device);
     start();
+    runUntil([this] { return !sink->events.empty() && sink->events.back() == "reported"; });
+    EXPECT_EQ(sink->events, (Events{"+Testkamera", "reported"}));
+    camera = sink->added.front();
+    EXPECT_EQ(camera->facts().serial, "");
+    EXPECT_EQ(camera->facts().persistentId, "usb:1209:0001:1-1");
+    runUntil([this] { return camera->facts().serial == "P1001"; });
+    EXPECT_EQ(sink->events.size(), 2U);
+}
+
+TEST_F(UsbCamerasTest, ShowsAHangingCameraThatIsPluggedInLater) {
+    timing.identifying = Milliseconds(30);
+    timing.ending = Milliseconds(1);
+    start();
     runUntil([this] { return !sink->events.empty(); });
-    EXPECT_EQ(sink->events, Events{"reported"});
+    device.serial = "";
+    device.settings["rate"] = "100";
+    usb.plugIn("1-1", device);
     runUntil([this] { return sink->events.size() == 2; });
-    EXPECT_EQ(sink->events.back(), "+Testkamera");
+    EXPECT_EQ(sink->events, (Events{"reported", "+Testkamera"}));
+}
+
+TEST_F(UsbCamerasTest, KnowsACameraAgainThatWasHeldWhenItWasPluggedIn) {
+    device.serial = "";
+    device.settings.insert({{"serial", "P1001"}, {"busy", "1"}});
+    usb.plugIn("1-1", device);
+    start();
+    EXPECT_EQ(opened(), "opened");
+    runUntil([this] { return camera->facts().serial == "P1001"; });
+    EXPECT_EQ(sink->added.size(), 1U);
+    usb.pull("1-1");
+    runUntil([this] { return !sink->removed.empty(); });
+    usb.change("1-1", {{"busy", "1000"}});
+    usb.plugInAgain("1-1");
+    runUntil([this] { return sink->added.size() == 2; });
+    EXPECT_EQ(sink->added.back()->facts().serial, "P1001");
 }
 
 TEST_F(UsbCamerasTest, LeavesACameraToWhoUsesItUntilItIsWanted) {

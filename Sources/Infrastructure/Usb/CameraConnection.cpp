@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CameraConnection.h"
 
-#include "FileName.h"
+#include "UsbIdentity.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -19,8 +19,7 @@ CameraConnection::CameraConnection(UsbPlace place, UsbBus bus, UsbTiming timing,
       camera_(place_.port, timing.answer, [this] { return session_ && session_->hasEnded(); }) {}
 
 std::string CameraConnection::name() const {
-    if (!camera_.model().empty()) return camera_.model();
-    return place_.name.empty() ? "Kamera" : displayText(place_.name);
+    return camera_.model().empty() ? *factsAtUsb(place_).name : camera_.model();
 }
 
 GphotoCamera& CameraConnection::cameraInStep() {

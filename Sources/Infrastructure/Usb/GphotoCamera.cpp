@@ -225,19 +225,20 @@ void GphotoCamera::close() {
     handles_->camera = nullptr;
 }
 
-std::string GphotoCamera::serial() {
-    if (!isOpen()) return {};
+std::pair<int, std::string> GphotoCamera::serial() {
+    if (!isOpen()) return {notOpen, {}};
     const Call call;
     CameraWidget* found = nullptr;
-    gp_camera_get_single_config(handles_->camera, "serialnumber", &found, handles_->context.get());
+    const int code = gp_camera_get_single_config(handles_->camera, "serialnumber", &found,
+                                                 handles_->context.get());
     // What has no such entry answers that all is well, too.
-    if (found == nullptr) return {};
+    if (found == nullptr) return {code, {}};
     const std::unique_ptr<CameraWidget, Destroy<gp_widget_free>> widget(found);
     CameraWidgetType type{};
     const char* text = nullptr;
-    if (gp_widget_get_type(found, &type) != GP_OK || type != GP_WIDGET_TEXT) return {};
-    if (gp_widget_get_value(found, static_cast<void*>(&text)) != GP_OK) return {};
-    return text == nullptr ? "" : text;
+    if (gp_widget_get_type(found, &type) == GP_OK && type == GP_WIDGET_TEXT)
+        gp_widget_get_value(found, static_cast<void*>(&text));
+    return {code, text == nullptr ? "" : text};
 }
 
 /// Names that `call` answers with.

@@ -40,7 +40,7 @@ public:
     void close();
 
     /// The camera's own serial number; empty where it has none.
-    std::string serial();
+    std::pair<int, std::string> serial();
 
     using Listing = std::pair<int, std::vector<std::string>>;
     /// Names in a folder; "/" is the root, which holds a folder for each card. An error is also
