@@ -159,6 +159,22 @@ TEST_F(UsbCableTest, FailsWhatKeepsFailing) {
     }
 }
 
+TEST_F(UsbCableTest, NeverTakesALateAnswerForTheNextFile) {
+    // Small enough for one packet, and all of the same size, so that only what is in them tells
+    // one from the other.
+    for (const auto& entry : fs::directory_iterator(card + "/DCIM/100TEST"))
+        fs::resize_file(entry.path(), 300);
+    auto device = camera();
+    device.settings["fault_of contents of IMG_0001.JPG"] = "-7";
+    device.settings["faults_of"] = "3";
+    usb.plugIn("1-1", device);
+    start();
+    importAll();
+    Tree expected = filesOf(card);
+    expected.erase("IMG_0001.JPG");
+    EXPECT_EQ(imported(), expected) << testing::PrintToString(log());
+}
+
 TEST_F(UsbCableTest, GetsOverAStallThatTakesTooLong) {
     timing.answer = UsbTiming::Milliseconds(30);
     plugInFaulty(500'000, "hang", 1);

@@ -4,6 +4,7 @@
 #include "ProgramCall.h"
 #include "RecordingBrowserSink.h"
 #include "RecordingDeviceSink.h"
+#include "RunUntil.h"
 #include "TemporaryFolder.h"
 #include "Tree.h"
 #include "UdevTestbed.h"
@@ -54,16 +55,7 @@ protected:
     }
 
     void runUntil(const std::function<bool()>& reached) {
-        bool isLate = false;
-        const Handle look = loop.every(Duration(0.001), [&] {
-            if (reached()) loop.stop();
-        });
-        const Handle deadline = loop.after(Duration(60), [&] {
-            isLate = true;
-            loop.stop();
-        });
-        while (!reached() && !isLate) loop.run();
-        ASSERT_FALSE(isLate) << testing::PrintToString(sink->events);
+        ASSERT_TRUE(bildkurier::runUntil(loop, reached)) << testing::PrintToString(sink->events);
     }
 
     UdevTestbed udev;

@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CameraConnection.h"
 
-#include "FileName.h"
+#include "UsbIdentity.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -19,12 +19,17 @@ CameraConnection::CameraConnection(UsbPlace place, UsbBus bus, UsbTiming timing,
       camera_(place_.port, timing.answer, [this] { return session_ && session_->hasEnded(); }) {}
 
 std::string CameraConnection::name() const {
-    if (!camera_.model().empty()) return camera_.model();
-    return place_.name.empty() ? "Kamera" : displayText(place_.name);
+    return camera_.model().empty() ? *factsAtUsb(place_).name : camera_.model();
 }
 
-CameraFault CameraConnection::fault(int code) const {
+GphotoCamera& CameraConnection::cameraInStep() {
+    if (!isInStep_) openOnce();
+    return camera_;
+}
+
+CameraFault CameraConnection::fault(int code) {
     const CameraFault fault = cameraFault(code);
+    if (fault == CameraFault::Transfer || fault == CameraFault::Other) isInStep_ = false;
     if (fault != CameraFault::Transfer) return fault;
     constexpr UsbTiming::Milliseconds step{20};
     for (UsbTiming::Milliseconds waited{}; bus_.isThere(place_); waited += step) {
@@ -35,6 +40,7 @@ CameraFault CameraConnection::fault(int code) const {
 
 CameraFault CameraConnection::openOnce() {
     answer_ = camera_.open();
+    isInStep_ = true;
     return fault(answer_);
 }
 
@@ -59,10 +65,9 @@ bool CameraConnection::openIfFree() { return openOnce() == CameraFault::None; }
 
 void CameraConnection::close() {
     camera_.close();
+    isInStep_ = true;
     session_.reset();
 }
-
-void CameraConnection::reopen() { openOnce(); }
 
 Error CameraConnection::openError(CameraFault fault, int code) const {
     const bool mayUseIt =

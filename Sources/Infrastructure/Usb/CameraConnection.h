@@ -27,6 +27,10 @@ public:
 
     const UsbPlace& place() const { return place_; }
     GphotoCamera& camera() { return camera_; }
+    /// The camera to ask something. After a fault it may still answer what was asked before, and
+    /// the library passes over things, so that it is opened anew first. Where that fails, what is
+    /// asked does too.
+    GphotoCamera& cameraInStep();
 
     /// For people.
     std::string name() const;
@@ -38,12 +42,9 @@ public:
     bool openIfFree();
     void close();
 
-    /// What an answer of the camera's means, once it is clear whether it was unplugged.
-    CameraFault fault(int code) const;
-
-    /// Brings a camera that is out of step back. Where that fails, the next call to the camera
-    /// does too, and opening it anew may help once more.
-    void reopen();
+    /// What an answer of the camera's means, once it is clear whether it was unplugged. Every
+    /// answer comes here.
+    CameraFault fault(int code);
 
 private:
     CameraFault openOnce();
@@ -55,6 +56,7 @@ private:
     Release release_;
     std::shared_ptr<const UsbSession> session_;  ///< null while closed
     GphotoCamera camera_;
+    bool isInStep_ = true;
     int answer_ = 0;  ///< of the last attempt to open
 };
 

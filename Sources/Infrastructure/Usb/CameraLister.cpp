@@ -14,6 +14,9 @@ namespace {
 /// More than any camera has, for one that answers with folders for ever.
 constexpr int deepest = 16;
 
+/// So often it is opened anew to be asked the same once more.
+constexpr int mostReopenings = 2;
+
 /// A camera with so many unreadable folders in a row does not come round any more.
 constexpr int mostUnreadableInARow = 3;
 
@@ -47,9 +50,9 @@ std::optional<CardListing> CameraLister::list() {
 }
 
 CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
-    constexpr int mostReopenings = 2;
     while (!session_.hasEnded()) {
-        if (unreadableInARow_ >= mostUnreadableInARow) return Answer::Failed;
+        if (reopenings_ > mostReopenings || unreadableInARow_ >= mostUnreadableInARow)
+            return Answer::Failed;
         switch (connection_.fault(call())) {
             case CameraFault::None:
                 return Answer::Good;
@@ -57,9 +60,7 @@ CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
             case CameraFault::Cancelled:
                 return Answer::Over;
             case CameraFault::Transfer:
-                if (reopenings_ == mostReopenings) return Answer::Failed;
                 ++reopenings_;
-                connection_.reopen();
                 break;
             default:
                 return Answer::Failed;
@@ -89,11 +90,12 @@ CameraLister::Answer CameraLister::listFolder(const std::string& folder, int dep
 /// What can be listed of a folder is, even if its files or its folders cannot.
 CameraLister::Answer CameraLister::listInside(const std::string& folder,
                                               std::vector<std::string>& folders) {
-    reopenings_ = 0;
     const Answer files = listFiles(folder);
     if (files == Answer::Over) return files;
+    // Where its files could not be listed, there is only one try left.
+    reopenings_ = files == Answer::Good ? 0 : mostReopenings;
     const Answer inside = ask([&] {
-        auto [code, found] = connection_.camera().folders("/" + folder);
+        auto [code, found] = connection_.cameraInStep().folders("/" + folder);
         folders = std::move(found);
         return code;
     });
@@ -102,12 +104,14 @@ CameraLister::Answer CameraLister::listInside(const std::string& folder,
 
 CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
     std::vector<std::string> names;
+    reopenings_ = 0;
     const Answer answer = ask([&] {
-        auto [code, found] = connection_.camera().files("/" + folder);
+        auto [code, found] = connection_.cameraInStep().files("/" + folder);
         names = std::move(found);
         return code;
     });
-    if (answer != Answer::Good) return answer;
+    if (answer == Answer::Over) return answer;
+    reopenings_ = 0;
     seen_ = 0;
     listed_ += names.size();
     progress_(listed_);
@@ -119,13 +123,13 @@ CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
         if (described == Answer::Failed) entry.error = EIO;
         listing_[folder].push_back(std::move(entry));
     }
-    return Answer::Good;
+    return answer;
 }
 
 CameraLister::Answer CameraLister::describe(const std::string& folder, const std::string& name,
                                             CardEntry& entry) {
     return ask([&] {
-        const auto [code, info] = connection_.camera().info("/" + folder, name);
+        const auto [code, info] = connection_.cameraInStep().info("/" + folder, name);
         entry.size = signedSize(info.size);
         entry.modified = info.modified;
         return code;
@@ -141,7 +145,8 @@ std::optional<CardEntry> CameraLister::entry(const std::string& folder, const st
     return entry;
 }
 
-void CameraLister::addUnreadable(const std::string& folder) {
+void CameraLister::addUnreadable(const std::string& unreadable) {
+    const std::string folder = unreadable.empty() ? "Speicherkarte" : unreadable;
     const std::size_t slash = folder.rfind('/');
     const bool isTop = slash == std::string::npos;
     const std::string parent = isTop ? "" : folder.substr(0, slash);

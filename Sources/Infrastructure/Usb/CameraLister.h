@@ -25,9 +25,9 @@ public:
     ~CameraLister();
 
     /// What fails and is there still is tried again with the camera opened anew, twice at most
-    /// in each folder; a folder that remains unreadable stands in the listing. After three such
-    /// folders in a row the camera is asked no more, and the others stand there likewise. Absent
-    /// when the camera is gone or the session has ended.
+    /// for what is in a folder; one of which something may be missing stands in the listing
+    /// itself, as unreadable. After three such folders in a row the camera is asked no more, and
+    /// the others stand there likewise. Absent when the camera is gone or the session has ended.
     std::optional<CardListing> list();
 
     /// A file that came later, `folder` below the camera's root. Absent for what is not media,
@@ -43,7 +43,7 @@ private:
     Answer listInside(const std::string& folder, std::vector<std::string>& folders);
     Answer listFiles(const std::string& folder);
     Answer describe(const std::string& folder, const std::string& name, CardEntry& entry);
-    void addUnreadable(const std::string& folder);
+    void addUnreadable(const std::string& unreadable);
 
     CameraConnection& connection_;
     const UsbSession& session_;
@@ -51,7 +51,7 @@ private:
     CardListing listing_;
     std::size_t listed_ = 0;    ///< in the folders so far
     std::size_t seen_ = 0;      ///< in the present one
-    int reopenings_ = 0;        ///< for the present folder
+    int reopenings_ = 0;        ///< for the present question
     int unreadableInARow_ = 0;  ///< folders
 };
 

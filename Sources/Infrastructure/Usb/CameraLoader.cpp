@@ -50,7 +50,6 @@ CameraLoader::Outcome CameraLoader::load() {
                 "Die Kamera antwortet nicht, oder die Übertragung ist gestört (Fehler {})",
                 answer_)});
         }
-        connection_.reopen();
     }
 }
 
@@ -80,10 +79,10 @@ CameraFault CameraLoader::transfer() {
 int CameraLoader::receive() {
     const std::string folder = "/" + load_.folder;
     const auto take = [this](std::span<const char> bytes) { return append(bytes); };
-    const int code = connection_.camera().load(folder, load_.entry.name, take);
+    const int code = connection_.cameraInStep().load(folder, load_.entry.name, take);
     if (cameraFault(code) != CameraFault::NotOffered || file_->size() != 0) return code;
-    return connection_.camera().loadInPieces(folder, load_.entry.name,
-                                             static_cast<std::uint64_t>(load_.entry.size), take);
+    return connection_.cameraInStep().loadInPieces(
+        folder, load_.entry.name, static_cast<std::uint64_t>(load_.entry.size), take);
 }
 
 bool CameraLoader::append(std::span<const char> bytes) {

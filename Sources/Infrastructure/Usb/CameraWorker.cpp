@@ -4,12 +4,11 @@
 
 #include "CameraLister.h"
 #include "CameraLoader.h"
+#include "UsbIdentity.h"
 
-#include <fmt/format.h>
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <string>
 #include <thread>
 #include <utility>
@@ -27,14 +26,6 @@ CardCatalogue catalogueOf(const CardListing& listing) {
     CardCatalogue catalogue = arrangeCatalogue(listing);
     dateSidecars(catalogue);
     return catalogue;
-}
-
-/// Empty for what makers put where no number was given, which many cameras have in common.
-std::string actualSerial(const std::string& serial) {
-    constexpr std::size_t shortest = 5;
-    const bool isPlaceholder = serial.size() < shortest || serial == "0123456789ABCDEF" ||
-                               serial.find_first_not_of('0') == std::string::npos;
-    return isPlaceholder ? "" : serial;
 }
 
 std::timespec modificationTime(const CardEntry& entry) {
@@ -126,20 +117,27 @@ Task CameraWorker::next() {
 }
 
 void CameraWorker::identify() {
-    const UsbPlace& place = connection_.place();
     connection_.camera().identify();
-    std::string serial = actualSerial(place.serial);
+    facts_ = factsAtUsb(connection_.place());
+    facts_.name = connection_.name();
+    if (lacksSerial() && connection_.openIfFree()) readSerial();
+    connection_.close();
+    tellFacts();
+}
+
+bool CameraWorker::lacksSerial() const {
     // Reading it would set a Canon to being controlled from here.
-    if (serial.empty() && place.vendor != canon) {
-        if (connection_.openIfFree()) serial = actualSerial(connection_.camera().serial());
-        connection_.close();
-    }
-    const DeviceFacts facts{
-        .name = connection_.name(),
-        .serial = serial,
-        .persistentId = fmt::format("usb:{}:{}:{}", place.vendor, place.product,
-                                    std::filesystem::path(place.folder).filename().string())};
-    mailbox_->post([identified = events_.identified, facts] { identified(facts); });
+    return facts_.serial->empty() && connection_.place().vendor != canon;
+}
+
+void CameraWorker::readSerial() {
+    const auto [code, serial] = connection_.camera().serial();
+    connection_.fault(code);
+    facts_.serial = actualSerial(serial);
+}
+
+void CameraWorker::tellFacts() {
+    mailbox_->post([identified = events_.identified, facts = facts_] { identified(facts); });
 }
 
 void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, SessionEvents events) {
@@ -149,6 +147,11 @@ void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, Sessi
     mailbox_->post([tell = events.opened, error] { tell(error); });
     if (error) return connection_.close();
     opened_.reset(new Opened{.session = session, .events = std::move(events)});
+    // Another program held the camera when it was identified.
+    if (lacksSerial()) {
+        readSerial();
+        tellFacts();
+    }
     if (listSession(*opened_)) {
         mailbox_->post(
             [tell = opened_->events.listed, catalogue = catalogueOf(opened_->listing)]() mutable {
@@ -219,7 +222,7 @@ bool CameraWorker::tellsOfNewShots() const {
 
 std::optional<GphotoCamera::NewFile> CameraWorker::newShot() {
     constexpr UsbTiming::Milliseconds atMost{50};
-    auto [code, file] = connection_.camera().newFile(atMost);
+    auto [code, file] = connection_.cameraInStep().newFile(atMost);
     switch (connection_.fault(code)) {
         case CameraFault::None:
             opened_->failedQuestions = 0;
@@ -228,7 +231,6 @@ std::optional<GphotoCamera::NewFile> CameraWorker::newShot() {
             break;
         case CameraFault::Transfer:
             ++opened_->failedQuestions;
-            connection_.reopen();
             break;
         case CameraFault::Gone:
             if (!opened_->session->hasEnded()) reportLost();

@@ -24,6 +24,7 @@ class CameraWorker : public std::enable_shared_from_this<CameraWorker> {
 public:
     /// Called on the main thread.
     struct Events {
+        /// Once what the camera is has been found out, and when more of it has been.
         std::function<void(DeviceFacts)> identified;
         /// A camera that answered until now was unplugged.
         std::function<void()> lost;
@@ -66,6 +67,9 @@ private:
     void work();
     Task next();
     void identify();
+    bool lacksSerial() const;
+    void readSerial();
+    void tellFacts();
     void openSession(const std::shared_ptr<UsbSession>& session, SessionEvents events);
     bool listSession(Opened& opened);
     void loadFile(const std::shared_ptr<UsbSession>& session, const std::shared_ptr<UsbLoad>& load);
@@ -81,6 +85,7 @@ private:
     std::shared_ptr<Mailbox> mailbox_;
     Events events_;
     CameraConnection connection_;     ///< the thread's own
+    DeviceFacts facts_;               ///< the thread's own
     std::unique_ptr<Opened> opened_;  ///< the thread's own; null while closed
 
     std::mutex mutex_;  ///< guards what follows

@@ -3,10 +3,12 @@
 #include "GphotoCamera.h"
 
 #include "Destroy.h"
+#include "ListingLog.h"
 
 #include <gphoto2/gphoto2.h>
 
 #include <algorithm>
+#include <condition_variable>
 #include <cstdlib>
 #include <mutex>
 #include <string_view>
@@ -23,18 +25,14 @@ using File = std::unique_ptr<::CameraFile, Destroy<gp_file_unref>>;
 /// Answer of a camera that is closed: opened anew, it may answer again.
 constexpr int notOpen = GP_ERROR_IO;
 
-/// Camera whose listing runs on this thread.
-thread_local GphotoCamera* listing = nullptr;
+/// That of one that has left something out.
+constexpr int incomplete = GP_ERROR_CORRUPTED_DATA;
 
-/// The library tells nobody how far a listing has come, except its log, in which every request
-/// to a camera stands.
-void noteRequest(GPLogLevel /*level*/, const char* domain, const char* text, void* /*data*/) {
-    constexpr std::string_view requests = "ptp_usb_sendreq";
-    constexpr std::string_view objectInfo = "0x1008";
-    if (listing != nullptr && domain == requests &&
-        std::string_view(text).find(objectInfo) != std::string_view::npos) {
-        listing->onObjectListed();
-    }
+/// Of what this thread opens or lists; null while it does neither.
+thread_local ListingLog* listing = nullptr;
+
+void readLog(GPLogLevel /*level*/, const char* domain, const char* text, void* /*data*/) {
+    if (listing != nullptr) listing->read(domain, text);
 }
 
 Names newNames() {
@@ -77,8 +75,9 @@ struct GphotoCamera::Library {
     }
 
     void enter(bool lists) {
-        const std::lock_guard lock(gate_);
+        std::unique_lock lock(gate_);
         listings_ += lists ? 1 : 0;
+        waitForLog(lock);
         if (calls_ == 0) setLogging();
         ++calls_;
     }
@@ -86,7 +85,10 @@ struct GphotoCamera::Library {
         const std::lock_guard lock(gate_);
         listings_ -= lists ? 1 : 0;
         --calls_;
-        if (calls_ == 0) setLogging();
+        if (calls_ > 0) return;
+        setLogging();
+        waitsForLog_ = true;
+        idle_.notify_all();
     }
 
 private:
@@ -98,12 +100,22 @@ private:
             gp_log_remove_func(*log_);
             log_.reset();
         } else {
-            log_ = gp_log_add_func(GP_LOG_DEBUG, noteRequest, nullptr);
+            log_ = gp_log_add_func(GP_LOG_DEBUG, readLog, nullptr);
         }
     }
 
+    /// What is listed without a log may lack something, so it waits for other cameras' calls to
+    /// end; not for long, and only once for one that hangs.
+    void waitForLog(std::unique_lock<std::mutex>& lock) {
+        constexpr std::chrono::seconds patience(5);
+        const auto isReady = [this] { return log_ || listings_ == 0 || calls_ == 0; };
+        if (waitsForLog_) waitsForLog_ = idle_.wait_for(lock, patience, isReady);
+    }
+
     std::mutex gate_;  ///< guards what follows
-    int calls_ = 0;    ///< that run now, of all cameras
+    std::condition_variable idle_;
+    bool waitsForLog_ = true;
+    int calls_ = 0;  ///< that run now, of all cameras
     int listings_ = 0;
     std::optional<int> log_;
 };
@@ -111,13 +123,14 @@ private:
 /// Round every call of the library's that may take time.
 class GphotoCamera::Call {
 public:
-    explicit Call(bool lists = false) : lists_(lists) { Library::shared().enter(lists_); }
+    /// `log` reads along what is opened or listed; null for all else.
+    explicit Call(ListingLog* log = nullptr) {
+        Library::shared().enter(log != nullptr);
+        listing = log;
+    }
     Call(const Call&) = delete;
     Call& operator=(const Call&) = delete;
-    ~Call() { Library::shared().leave(lists_); }
-
-private:
-    bool lists_;
+    ~Call() { Library::shared().leave(std::exchange(listing, nullptr) != nullptr); }
 };
 
 struct GphotoCamera::Handles {
@@ -184,7 +197,8 @@ int GphotoCamera::identify() {
 int GphotoCamera::open() {
     close();
     if (const int code = identify(); code < GP_OK) return code;
-    const Call call;
+    ListingLog log([] {});
+    const Call call(&log);
     const std::lock_guard lock(Library::shared().mutex);
     if (const int code = gp_camera_new(&handles_->camera); code < GP_OK) return code;
     gp_camera_set_abilities(handles_->camera, handles_->abilities);
@@ -196,6 +210,7 @@ int GphotoCamera::open() {
         return code;
     }
     gp_port_set_timeout(handles_->camera->port, static_cast<int>(answerTime_.count()));
+    lacksCards_ = log.omits();
     return code;
 }
 
@@ -210,39 +225,43 @@ void GphotoCamera::close() {
     handles_->camera = nullptr;
 }
 
-std::string GphotoCamera::serial() {
-    if (!isOpen()) return {};
+std::pair<int, std::string> GphotoCamera::serial() {
+    if (!isOpen()) return {notOpen, {}};
     const Call call;
     CameraWidget* found = nullptr;
-    gp_camera_get_single_config(handles_->camera, "serialnumber", &found, handles_->context.get());
+    const int code = gp_camera_get_single_config(handles_->camera, "serialnumber", &found,
+                                                 handles_->context.get());
     // What has no such entry answers that all is well, too.
-    if (found == nullptr) return {};
+    if (found == nullptr) return {code, {}};
     const std::unique_ptr<CameraWidget, Destroy<gp_widget_free>> widget(found);
     CameraWidgetType type{};
     const char* text = nullptr;
-    if (gp_widget_get_type(found, &type) != GP_OK || type != GP_WIDGET_TEXT) return {};
-    if (gp_widget_get_value(found, static_cast<void*>(&text)) != GP_OK) return {};
-    return text == nullptr ? "" : text;
+    if (gp_widget_get_type(found, &type) == GP_OK && type == GP_WIDGET_TEXT)
+        gp_widget_get_value(found, static_cast<void*>(&text));
+    return {code, text == nullptr ? "" : text};
 }
 
-std::pair<int, std::vector<std::string>> GphotoCamera::folders(const std::string& folder) {
+/// Names that `call` answers with.
+template <class NamesCall>
+GphotoCamera::Listing GphotoCamera::list(NamesCall call, const std::string& folder,
+                                         ListingLog& log) {
     if (!isOpen()) return {notOpen, {}};
-    const Call call(true);
+    const Call entered(&log);
     const Names names = newNames();
-    const int code = gp_camera_folder_list_folders(handles_->camera, folder.c_str(), names.get(),
-                                                   handles_->context.get());
-    return {code, texts(names.get())};
+    const int code = call(handles_->camera, folder.c_str(), names.get(), handles_->context.get());
+    if (code < GP_OK) return {code, {}};
+    const bool lacks = log.omits() || (folder == "/" && lacksCards_);
+    return {lacks ? incomplete : code, texts(names.get())};
 }
 
-std::pair<int, std::vector<std::string>> GphotoCamera::files(const std::string& folder) {
-    if (!isOpen()) return {notOpen, {}};
-    const Call call(true);
-    const Names names = newNames();
-    listing = this;
-    const int code = gp_camera_folder_list_files(handles_->camera, folder.c_str(), names.get(),
-                                                 handles_->context.get());
-    listing = nullptr;
-    return {code, texts(names.get())};
+GphotoCamera::Listing GphotoCamera::folders(const std::string& folder) {
+    ListingLog log([] {});
+    return list(gp_camera_folder_list_folders, folder, log);
+}
+
+GphotoCamera::Listing GphotoCamera::files(const std::string& folder) {
+    ListingLog log(onObjectListed);
+    return list(gp_camera_folder_list_files, folder, log);
 }
 
 std::pair<int, GphotoCamera::Info> GphotoCamera::info(const std::string& folder,

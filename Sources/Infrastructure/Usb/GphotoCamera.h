@@ -17,6 +17,8 @@
 
 namespace bildkurier {
 
+class ListingLog;
+
 /// One camera through libgphoto2, whose answers it passes on: a negative `int` is the
 /// library's error. Nothing here changes the camera's own state. One thread.
 class GphotoCamera {
@@ -38,11 +40,13 @@ public:
     void close();
 
     /// The camera's own serial number; empty where it has none.
-    std::string serial();
+    std::pair<int, std::string> serial();
 
-    /// Names in a folder; "/" is the root, which holds a folder for each card.
-    std::pair<int, std::vector<std::string>> folders(const std::string& folder);
-    std::pair<int, std::vector<std::string>> files(const std::string& folder);
+    using Listing = std::pair<int, std::vector<std::string>>;
+    /// Names in a folder; "/" is the root, which holds a folder for each card. An error is also
+    /// that some may be missing: those that come with it are there.
+    Listing folders(const std::string& folder);
+    Listing files(const std::string& folder);
 
     struct Info {
         std::uint64_t size = 0;        ///< bytes, as the camera says
@@ -65,8 +69,7 @@ public:
     /// Asks whether something was added meanwhile, for at most `time`.
     std::pair<int, std::optional<NewFile>> newFile(std::chrono::milliseconds time);
 
-    /// Called while a listing runs, for each object that the camera has described; not while
-    /// another camera is busy.
+    /// Called while files are listed, for each object that the camera is asked to describe.
     std::function<void()> onObjectListed = [] {};
 
 private:
@@ -76,11 +79,14 @@ private:
     struct Transfer;
 
     bool isOpen() const;
+    template <class NamesCall>
+    Listing list(NamesCall call, const std::string& folder, ListingLog& log);
 
     std::string port_;
     std::chrono::milliseconds answerTime_;
     std::function<bool()> cancelled_;
-    bool stopped_ = false;  ///< the running transfer wants no more bytes
+    bool lacksCards_ = false;  ///< it may, since it was opened
+    bool stopped_ = false;     ///< the running transfer wants no more bytes
     std::string model_;
     std::unique_ptr<Handles> handles_;
 };

@@ -7,11 +7,13 @@
 #include "Guard.h"
 #include "Mailbox.h"
 #include "UsbDevice.h"
+#include "UsbIdentity.h"
 #include "UsbWatch.h"
 
 #include <algorithm>
 #include <chrono>
 #include <exception>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -30,6 +32,8 @@ struct UsbCameras::Impl {
     std::weak_ptr<BrowserSink> sink;
     std::vector<std::shared_ptr<UsbDevice>> devices;  ///< also those not yet identified
     std::vector<std::weak_ptr<CameraWorker>> workers;
+    /// Of cameras that told it, by their places: held by another program, they tell it no more.
+    std::map<std::string, std::string> serials;
     std::set<std::string> lostPorts;  ///< unplugged before the system noticed
     bool hasLooked = false;
     bool hasReported = false;
@@ -38,6 +42,7 @@ struct UsbCameras::Impl {
     std::optional<UsbWatch> watch;  ///< destroyed first: it uses all the others
 
     void start();
+    void waitForFacts();
     void looked(const std::vector<UsbPlace>& places);
     void added(const UsbPlace& place);
     void identified(const std::string& port, DeviceFacts facts);
@@ -53,7 +58,7 @@ struct UsbCameras::Impl {
 
 void UsbCameras::Impl::start() {
     const Look show = events([this](const std::vector<UsbPlace>& places) { looked(places); });
-    patience = main.after(options.timing.identifying, events([this] { report(); }));
+    waitForFacts();
     watch.emplace(options.bus, options.timing.scan,
                   [&queue = main, show, before = std::optional<std::vector<UsbPlace>>()](
                       const std::vector<UsbPlace>& places) mutable {
@@ -61,6 +66,17 @@ void UsbCameras::Impl::start() {
                       before = places;
                       queue.post([show, places] { show(places); });
                   });
+}
+
+/// A camera that does not say in time who it is shows by what everybody can see of it.
+void UsbCameras::Impl::waitForFacts() {
+    patience = main.after(options.timing.identifying, events([this] {
+                              for (const auto& device : std::vector(devices)) {
+                                  if (!device->isIdentified())
+                                      identified(device->place().port, factsAtUsb(device->place()));
+                              }
+                              main.post(events([this] { report(); }));
+                          }));
 }
 
 /// Each change is a task of its own on the main queue, so that any of them may destroy this.
@@ -100,12 +116,18 @@ void UsbCameras::Impl::added(const UsbPlace& place) {
     std::erase_if(workers, [](const auto& known) { return known.expired(); });
     workers.push_back(worker);
     devices.push_back(std::make_shared<UsbDevice>(place, worker));
+    if (hasReported) waitForFacts();
 }
 
 void UsbCameras::Impl::identified(const std::string& port, DeviceFacts facts) {
     const auto found = find(port);
     if (found == devices.end()) return;
+    std::string& serial = serials[*facts.persistentId];
+    if (facts.serial->empty()) facts.serial = serial;
+    serial = *facts.serial;
+    const bool isNew = !(*found)->isIdentified();
     (*found)->identified(std::move(facts));
+    if (!isNew) return;
     main.post(events([this] { reportIfComplete(); }));
     if (const auto receiver = sink.lock()) receiver->deviceAdded(*found);
 }

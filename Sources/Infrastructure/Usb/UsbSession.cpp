@@ -47,8 +47,10 @@ bool UsbSession::endsWithin(std::chrono::milliseconds time) const {
 }
 
 void UsbSession::ifOpen(const std::function<void()>& action) const {
-    const std::lock_guard lock(mutex_);
-    if (ended_ == End::Not) action();
+    // Never destroyed, for threads that hang.
+    static std::mutex& files = *new std::mutex;
+    const std::lock_guard lock(files);
+    if (!hasEnded()) action();
 }
 
 }  // namespace bildkurier

@@ -45,7 +45,9 @@ public:
     Error endReason() const;
     /// Whether it has ended; waits for that, but not longer than `time`.
     bool endsWithin(std::chrono::milliseconds time) const;
-    /// Runs `action` unless the session has ended, which it cannot do meanwhile.
+    /// Runs `action`, which makes or removes a file, unless the session has ended; one at a time
+    /// for all sessions, so that what it does comes before what the next session does. It may
+    /// end meanwhile: nobody waits for the disk.
     void ifOpen(const std::function<void()>& action) const;
 
 private:

@@ -67,6 +67,7 @@ int Cable::fault(int milliseconds) {
 int Cable::read(std::span<char> bytes, int milliseconds) {
     if (const int code = check(); code != GP_OK) return code;
     if (isFaultDue(bytes.size())) return fault(milliseconds);
+    if (const int code = responder_.takeFault(); code != GP_OK) return code;
     if (responder_.outbox().isEmpty()) {
         pass(milliseconds);
         return GP_ERROR_TIMEOUT;

@@ -19,6 +19,7 @@ namespace bildkurier {
 ///     partial=1                      files can be read in pieces
 ///     rate=N                         bytes a second; none: as fast as can be
 ///     announce NAME=N                the size that it says the file NAME has
+///     called NAME=OTHER              what it calls the file NAME
 ///     busy=N                         the first N attempts to open it fail
 ///     busy_after=N                   not the first, but those after N attempts
 ///     fault_at=N, fault=CODE         once it has sent N bytes since it was opened, it answers
@@ -26,6 +27,12 @@ namespace bildkurier {
 ///     fault=hang                     and this one does not answer until the time is over
 ///     fault=pull                     and this one is unplugged
 ///     faults=N                       so many times; none: again and again
+///     fault_of NAME=CODE             asked about the file or folder NAME, or for what is on the
+///                                    card in the folder NAME, it answers with this code of the
+///                                    protocol; or with this error of libgphoto2, after which
+///                                    what was asked for comes too late
+///     fault_of contents of NAME=CODE the same, asked for the file itself
+///     faults_of=N                    so many times for each; none: again and again
 ///     event_fault=CODE,              asked what is new, it answers with this error
 ///     event_faults=N                 so many times
 class Plug {
@@ -50,7 +57,7 @@ public:
     /// Unplugs it: it comes to the folder "drawer" beside the bus.
     void pull() const;
     /// How often something has happened, which a file beside the settings says: "openings",
-    /// "faults", "event-faults" and "unknown" requests.
+    /// "faults", "faults-of NAME", "event-faults" and "unknown" requests.
     std::int64_t counted(const std::string& what) const;
     void count(const std::string& what) const;
 

@@ -135,6 +135,9 @@ void PtpResponder::request(std::span<const std::uint8_t> bytes) {
     for (std::size_t i = 0; i < mostParameters; ++i)
         request.parameters.push_back(ptpNumber(bytes, headerBytes + 4 * i));
     const auto* object = objects_.find(request.parameters[0]);
+    const int fault = faultOf(request);
+    if (fault > 0) return answer(request, static_cast<std::uint16_t>(fault));
+    fault_ = fault;
     switch (request.code) {
         case getDeviceInfo:
             return answerWith(request, deviceInfo());
@@ -217,6 +220,35 @@ std::vector<std::uint32_t> PtpResponder::selected(const Request& request) const 
     return handles;
 }
 
+/// The name of the object, or those of the cards.
+std::vector<std::string> PtpResponder::askedAbout(const Request& request) const {
+    std::vector<std::string> names;
+    const auto* object = objects_.find(request.parameters[0]);
+    if (request.code == getObjectInfo && object != nullptr)
+        names.push_back(object->path.filename());
+    if (request.code == getObject && object != nullptr)
+        names.push_back("contents of " + object->path.filename().string());
+    if (request.code != getObjectHandles || request.parameters[2] != everything) return names;
+    for (std::size_t i = 0; i < stores_.size(); ++i) {
+        const std::uint32_t store = request.parameters[0];
+        if (store == everything || store == PtpObjects::storeNumber(i))
+            names.push_back(stores_[i].filename());
+    }
+    return names;
+}
+
+int PtpResponder::faultOf(const Request& request) const {
+    for (const std::string& name : askedAbout(request)) {
+        const std::string fault = plug_.text("fault_of " + name);
+        const std::string counter = "faults-of " + name;
+        const std::int64_t most = plug_.number("faults_of");
+        if (fault.empty() || (most >= 0 && plug_.counted(counter) >= most)) continue;
+        plug_.count(counter);
+        return std::stoi(fault);
+    }
+    return 0;
+}
+
 std::int64_t PtpResponder::announcedSize(const PtpObjects::Object& object) const {
     if (object.isFolder) return 0;
     const std::int64_t announced = plug_.number("announce " + object.path.filename().string());
@@ -233,7 +265,9 @@ PtpPacket PtpResponder::objectInfo(const PtpObjects::Object& object) const {
     packet.u16(0);
     for (int i = 0; i < 6; ++i) packet.u32(0);
     packet.u32(object.parent).u16(object.isFolder ? 1 : 0).u32(0).u32(0);
-    packet.text(object.path.filename().string());
+    const std::string name = object.path.filename();
+    const std::string other = plug_.text("called " + name);
+    packet.text(other.empty() ? name : other);
     const std::string time = cameraTime(object.path);
     return packet.text(time).text(time).text("");
 }

@@ -10,6 +10,7 @@
 #include <deque>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace bildkurier {
@@ -23,6 +24,8 @@ public:
     /// A request as it came over the wire; the answers go to the outbox.
     void request(std::span<const std::uint8_t> bytes);
     PtpOutbox& outbox() { return outbox_; }
+    /// The error of libgphoto2 that comes before what is in the outbox; 0 for none.
+    int takeFault() { return std::exchange(fault_, 0); }
 
     /// Looks for new and removed files; the next thing to tell of them, or nothing.
     std::vector<std::uint8_t> nextEvent();
@@ -45,6 +48,8 @@ private:
     PtpPacket storageInfo() const;
     PtpPacket objectInfo(const PtpObjects::Object& object) const;
     std::vector<std::uint32_t> selected(const Request& request) const;
+    std::vector<std::string> askedAbout(const Request& request) const;
+    int faultOf(const Request& request) const;
     std::int64_t announcedSize(const PtpObjects::Object& object) const;
 
     Plug plug_;
@@ -52,6 +57,7 @@ private:
     PtpObjects objects_;
     PtpOutbox outbox_;
     std::deque<std::vector<std::uint8_t>> events_;
+    int fault_ = 0;
 };
 
 }  // namespace bildkurier
