@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -30,6 +32,23 @@ protected:
         return store->moveItem(Url::file(local.write("staged", contents)), server->url(name));
     }
     std::string staged() const { return local.path("staged"); }
+    /// Has the client carry out `script` on the server.
+    CommandResult tellClient(const std::string& script) const {
+        const auto url = server->root();
+        return ProcessCommandRunner().run(
+            "/usr/bin/sftp",
+            SFTPFileStore::arguments(*SFTPFileStore::account(url), url.port, server->login()),
+            script);
+    }
+    /// The client as it is, with less patience for a connection to come about.
+    std::string impatientClient() const {
+        auto client = local.write("client",
+                                  "#!/bin/bash\nexec /usr/bin/sftp "
+                                  "\"${@/ConnectTimeout=10/ConnectTimeout=1}\"\n");
+        std::filesystem::permissions(client, std::filesystem::perms::owner_all);
+        return client;
+    }
+    static constexpr auto patience = std::chrono::seconds(1);
 
     std::unique_ptr<SshServer> server;
     TemporaryFolder local;

@@ -22,12 +22,8 @@ protected:
 };
 
 TEST_F(SftpStallTest, IsGivenUpWhenNoConnectionComesAbout) {
-    // The client as it is, with less patience.
-    const auto client = local.write(
-        "client", "#!/bin/bash\nexec /usr/bin/sftp \"${@/ConnectTimeout=10/ConnectTimeout=1}\"\n");
-    fs::permissions(client, fs::perms::owner_all);
     server->connection().stallAll({0, 0});
-    const auto made = storeWith(client)->createDirectory(server->url("x"));
+    const auto made = storeWith(impatientClient())->createDirectory(server->url("x"));
     ASSERT_FALSE(made);
     EXPECT_TRUE(made.error().message.contains("timed out")) << made.error().message;
 }
