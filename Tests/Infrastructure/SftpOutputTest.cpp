@@ -39,6 +39,33 @@ TEST(ListingLine, HasNineFields) {
     }
 }
 
+TEST(ListingLine, MayNameOwnersAndGroupsWithBlanks) {
+    const struct {
+        std::string line;
+        std::string path;  ///< empty when it is none
+        std::int64_t size;
+    } cases[] = {
+        {"-rw-r--r--    ? anna     domain users        7 Nov 21 18:16 /p/a b", "/p/a b", 7},
+        {"-rw-r--r--    ? Anna Muster 1000        7 Nov 21  2024 /p/x", "/p/x", 7},
+        {"-rw-r--r--    ? a b c    d  e  f        7 Dec  1 00:00 /p/ x", "/p/ x", 7},
+        {"-rw-r--r-- 1 a b 7 May 9 10:00 8 Jun 1 11:00 x", "8 Jun 1 11:00 x", 7},
+        {"-rw-r--r-- 1 a b c 7 May 9 10:00 8 Jun 1 11:00 x", "8 Jun 1 11:00 x", 7},
+        {"-rw-r--r-- 1 a b c 7k May 9 10:00 8 Jun 1 11:00 x", "", 0},
+        {"-rw-r--r-- 1 a b c -7 May 9 10:00 x", "", 0},
+        {"-rw-r--r-- 1 a b c 7 May 9 10:00 ", "", 0},
+        {"-rw-r--r-- 1 a b c 7 May 9", "", 0},
+        {"-rw-r--r-- 1 a b c 7 may 9 10:00 x", "", 0},
+        {"-rw-r--r-- 1 a b c 7 May IX 10:00 x", "", 0},
+        {"-rw-r--r-- 1 a b c 7 May 9 noon x", "", 0},
+        {"-rw-r--r-- 1 a b 7 2024 05 09 x y", "x y", 7},
+    };
+    for (const auto& [line, path, size] : cases) {
+        const auto entry = listingLine(line);
+        EXPECT_EQ(entry ? entry->path : "", path) << line;
+        EXPECT_EQ(entry ? entry->size : 0, size) << line;
+    }
+}
+
 TEST(ListingLine, TellsFoldersFromFiles) {
     const auto entry = listingLine("drwxr-xr-x 1 0 0 4096 May 9 10:00 /a");
     ASSERT_TRUE(entry);

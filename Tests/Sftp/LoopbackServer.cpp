@@ -130,6 +130,11 @@ LoopbackServer::~LoopbackServer() {
     acceptor_.join();
 }
 
+void LoopbackServer::serveWith(std::vector<std::string> command) {
+    const std::lock_guard lock(mutex_);
+    command_ = std::move(command);
+}
+
 void LoopbackServer::disturb(Limit limit, std::size_t ahead) {
     const std::lock_guard lock(mutex_);
     limits_[accepted_ + ahead] = limit;
@@ -146,9 +151,15 @@ void LoopbackServer::waitUntilStalled() {
     stalled_.wait(lock, [this] { return isStalled_; });
 }
 
+void LoopbackServer::slowDown(std::chrono::milliseconds pause, std::function<void()> look) {
+    const std::lock_guard lock(mutex_);
+    pace_ = {pause, std::move(look)};
+}
+
 void LoopbackServer::behave() {
     const std::lock_guard lock(mutex_);
     usual_ = {};
+    pace_ = {};
     limits_.clear();
 }
 
@@ -174,15 +185,16 @@ void LoopbackServer::accept(const std::stop_token& stop) {
             retried([&] { return ::accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC); }));
         if (!client) continue;
         const std::lock_guard lock(mutex_);
-        connections_.emplace_back(
-            [this, client = std::move(client), limit = nextLimit()]() mutable {
-                serve(std::move(client), limit);
-            });
+        connections_.emplace_back([this, client = std::move(client), command = command_,
+                                   limit = nextLimit(), pace = pace_]() mutable {
+            serve(std::move(client), std::move(command), limit, pace);
+        });
     }
 }
 
-void LoopbackServer::serve(FileDescriptor client, Limit limit) {
-    const ServerProcess process(command_);
+void LoopbackServer::serve(FileDescriptor client, std::vector<std::string> command, Limit limit,
+                           const Pace& pace) {
+    const ServerProcess process(std::move(command));
     const auto& server = process.socket();
     Traffic passed;
     bool open = true;
@@ -190,8 +202,11 @@ void LoopbackServer::serve(FileDescriptor client, Limit limit) {
         std::array<pollfd, 2> ends{pollfd{client.get(), POLLIN, 0},
                                    pollfd{server.get(), POLLIN, 0}};
         retried([&] { return ::poll(ends.data(), ends.size(), -1); });
-        if (ends[0].revents != 0)
+        if (ends[0].revents != 0) {
+            pace.look();
+            std::this_thread::sleep_for(pace.pause);
             open = passOn(client, server, passed.toServer, limit.traffic.toServer);
+        }
         if (open && ends[1].revents != 0)
             open = passOn(server, client, passed.toClient, limit.traffic.toClient);
     }

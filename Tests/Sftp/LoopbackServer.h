@@ -4,9 +4,11 @@
 
 #include "FileDescriptor.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <map>
 #include <mutex>
@@ -35,6 +37,8 @@ public:
 
     std::uint16_t port() const { return port_; }
 
+    /// Starts another program for every connection from now on.
+    void serveWith(std::vector<std::string> command);
     /// Cuts the next connection, or the one that comes `ahead` connections behind it, as soon as
     /// more than `limit` would pass. A server that is cut off while it answers has done what it
     /// was told.
@@ -45,7 +49,10 @@ public:
     /// and leaves it open until the client closes it.
     void stallAll(Traffic limit);
     void waitUntilStalled();
-    /// Disturbs no connection that is still to come.
+    /// Passes what goes to the server in small blocks from now on, one each `pause`, and calls
+    /// `look` before each of them, from the connection's thread.
+    void slowDown(std::chrono::milliseconds pause, std::function<void()> look);
+    /// Neither disturbs nor slows down any connection that is still to come.
     void behave();
     /// Waits until all connections have ended and their servers with them; answers what passed
     /// in each since the last call.
@@ -57,11 +64,17 @@ private:
         Traffic traffic = noLimit;
         End end = End::cut;
     };
+    /// What happens before each block that goes to the server.
+    struct Pace {
+        std::chrono::milliseconds pause{0};
+        std::function<void()> look = [] {};
+    };
 
     void disturb(Limit limit, std::size_t ahead);
     Limit nextLimit();
     void accept(const std::stop_token& stop);
-    void serve(FileDescriptor client, Limit limit);
+    void serve(FileDescriptor client, std::vector<std::string> command, Limit limit,
+               const Pace& pace);
     void stall(const FileDescriptor& client);
 
     std::vector<std::string> command_;
@@ -73,6 +86,7 @@ private:
     std::size_t accepted_ = 0;
     std::map<std::size_t, Limit> limits_;  ///< by the number of the connection
     Limit usual_;
+    Pace pace_;
     std::vector<Traffic> passed_;
     std::vector<std::jthread> connections_;
     std::jthread acceptor_;

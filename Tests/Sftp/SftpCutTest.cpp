@@ -27,11 +27,7 @@ protected:
                             server->path("IMG_1.JPG.part") + "\"\nrename \"" +
                             server->path("IMG_1.JPG.part") + "\" \"" + server->path("IMG_1.JPG") +
                             "\"\n";
-        const auto url = server->root();
-        const auto result = ProcessCommandRunner().run(
-            "/usr/bin/sftp",
-            SFTPFileStore::arguments(*SFTPFileStore::account(url), url.port, server->login()),
-            script);
+        const auto result = tellClient(script);
         EXPECT_EQ(result.status, 0) << result.output;
         fs::remove(server->path("IMG_1.JPG"));
         return server->connection().finished().back();

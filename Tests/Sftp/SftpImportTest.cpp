@@ -5,14 +5,37 @@
 #include "TemporaryVolume.h"
 
 #include <filesystem>
+#include <regex>
+#include <utility>
 
 namespace bildkurier {
 namespace {
 
 namespace fs = std::filesystem;
 
+/// Changes what begins each line of a listing: permissions, links, owner and group.
+class OddListingRunner final : public CommandRunner {
+public:
+    explicit OddListingRunner(std::string beginning) : beginning_(std::move(beginning)) {}
+
+    CommandResult run(const std::string& program, const std::vector<std::string>& arguments,
+                      const std::optional<std::string>& input) override {
+        auto result = ProcessCommandRunner().run(program, arguments, input);
+        const std::regex usual("\\n(-\\S{9} +\\S+) +\\S+ +\\S+");
+        result.output = std::regex_replace(result.output, usual, "\n" + beginning_);
+        return result;
+    }
+
+private:
+    std::string beginning_;
+};
+
 class SftpImportTest : public SftpServerTest {
 protected:
+    std::shared_ptr<SFTPFileStore> storeThatLists(const std::string& beginning) {
+        return storeOver(std::make_shared<OddListingRunner>(beginning));
+    }
+
     const Tree card{{"IMG_0001.JPG", "one"},
                     {"IMG_0002.JPG", "the second"},
                     {"Übung [3] *.jpg", "three"},
@@ -69,6 +92,26 @@ TEST_F(SftpImportTest, ReplacesNoFileThatItCouldNotSeeForALostConnection) {
               (Tree{{"IMG_0001.JPG", "another picture"}, {"IMG_0001_1.JPG", "one"}}));
 }
 
+TEST_F(SftpImportTest, KnowsFilesWhoseOwnersHaveBlanksInTheirNames) {
+    CardToServer import(card, storeThatLists("$1 Anna Muster domain users"), server->root());
+    EXPECT_EQ(import.import().done, 4);
+    EXPECT_EQ(import.import().total, 0);
+    EXPECT_EQ(serversTree(), card);
+}
+
+TEST_F(SftpImportTest, LeavesNothingBehindWhereItCannotReadListings) {
+    ASSERT_TRUE(bring("IMG_0001.JPG", "one"));
+    CardToServer import({{"IMG_0001.JPG", "one"}, {"IMG_0002.JPG", "two"}}, storeThatLists("file"),
+                        server->root());
+    EXPECT_EQ(import.import().failed, 2);
+    EXPECT_EQ(import.log, (std::vector<std::string>{
+                              "ℹ︎ IMG_0001.JPG existiert schon mit anderem Inhalt → gespeichert "
+                              "als IMG_0001_1.JPG",
+                              "✗ IMG_0001_1.JPG: Größe stimmt nach der Übertragung nicht",
+                              "✗ IMG_0002.JPG: Größe stimmt nach der Übertragung nicht"}));
+    EXPECT_EQ(serversTree(), (Tree{{"IMG_0001.JPG", "one"}}));
+}
+
 TEST_F(SftpImportTest, RefusesANameThatWouldBeACommand) {
     CardToServer import({{"IMG\n!touch x\n.JPG", "evil"}, {"b.JPG", "good"}}, store,
                         server->root());
@@ -108,6 +151,21 @@ TEST_F(SftpImportTest, LoadsACardOntoAServerOfAnotherMaker) {
                 0.1 * static_cast<double>(*here));
     EXPECT_EQ(store->fileSize(destination.appending("MP4/clip.MP4")), 200'000);
     EXPECT_FALSE(store->fileExists(server->url("missing")));
+}
+
+TEST_F(SftpImportTest, SaysThatTheServerTakesNoMore) {
+    server->limitFiles(1'000'000);
+    const Tree files{{"a small.JPG", "one"}, {"big.JPG", std::string(3'000'000, 'x')}};
+    CardToServer import(files, store, server->root());
+    const auto progress = import.import();
+    EXPECT_EQ(progress.done, 1);
+    EXPECT_EQ(progress.failed, 1);
+    EXPECT_TRUE(import.log.back().contains("✗ big.JPG: Übertragung fehlgeschlagen: "))
+        << import.log.back();
+    EXPECT_EQ(serversTree(), (Tree{{"a small.JPG", "one"}}));
+    server->limitFiles({});
+    EXPECT_EQ(import.import().done, 1);
+    EXPECT_TRUE(serversTree() == files);
 }
 
 TEST_F(SftpImportTest, SaysThatTheServerIsFull) {

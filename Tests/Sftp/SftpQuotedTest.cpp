@@ -2,13 +2,11 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ConnectionlessRunner.h"
 #include "FileName.h"
-#include "SFTPFileStore.h"
-#include "TemporaryFolder.h"
-#include "Tree.h"
+#include "SftpServerTest.h"
 
-#include <gtest/gtest.h>
 #include <rapidcheck.h>
 
+#include <random>
 #include <string>
 
 namespace bildkurier {
@@ -52,6 +50,31 @@ TEST(SFTPQuoted, GivesTheClientExactlyTheNameThatWentIn) {
         RC_ASSERT(runClient("rmdir " + q(target) + "\n").status == 0);
         RC_ASSERT(tree(folder.path("to")) == Tree{});
     }));
+}
+
+TEST_F(SftpServerTest, HasExactlyTheNamesThatTheClientWasGiven) {
+    const std::uint64_t seed = std::random_device()();
+    SCOPED_TRACE(seed);
+    constexpr std::size_t count = 200;
+    const auto names =
+        rc::gen::container<std::vector<std::string>>(count, fileNames())(rc::Random(seed), 100)
+            .value();
+    const auto picture = local.write("picture", "picture");
+    std::string script;
+    Tree expected;
+    for (const auto& name : names) {
+        script += "put " + SFTPFileStore::quoted(picture) + " " +
+                  SFTPFileStore::quoted(server->path(name)) + "\n";
+        expected[name] = "picture";
+    }
+    const auto result = tellClient(script);
+    EXPECT_EQ(result.status, 0) << result.output;
+    EXPECT_EQ(serversTree(), expected);
+    const auto keys = store->existingFileKeys(server->root());
+    for (const auto& name : names) {
+        if (name.starts_with('.')) continue;
+        EXPECT_TRUE(keys.contains(fileKey(name, 7))) << name;
+    }
 }
 
 }  // namespace

@@ -124,11 +124,11 @@ SshServer::SshServer(Product product) : user_(nameOf(serversUser())) {
     makeKey(folder_.path("host_key"));
     makeKey(folder_.path("key"));
     folder_.makeFolder("files");
-    auto command = product == Product::openSsh ? openSsh(folder_) : proFtpd(folder_);
+    command_ = asServersUser(product == Product::openSsh ? openSsh(folder_) : proFtpd(folder_));
     for (const auto& entry : fs::directory_iterator(folder_.path()))
         if (entry.path().filename() != "key") handOver(entry.path());
     handOver(folder_.path());
-    connection_ = std::make_unique<LoopbackServer>(asServersUser(std::move(command)));
+    connection_ = std::make_unique<LoopbackServer>(command_);
 }
 
 Url SshServer::url(std::string_view relative) const {
@@ -154,6 +154,15 @@ void SshServer::changeHostKey() const {
 }
 
 void SshServer::refuseKeys() const { folder_.write("authorized_keys", ""); }
+
+void SshServer::limitFiles(std::optional<std::uint64_t> bytes) {
+    if (!bytes) return connection_->serveWith(command_);
+    std::vector<std::string> words{"/bin/sh", "-c",
+                                   "trap '' XFSZ; exec prlimit --fsize=\"$0\" \"$@\"",
+                                   std::to_string(*bytes)};
+    words.insert(words.end(), command_.begin(), command_.end());
+    connection_->serveWith(std::move(words));
+}
 
 void SshServer::makeFolder(std::string_view relative) const {
     fs::create_directories(path(relative));

@@ -9,8 +9,10 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace bildkurier {
 
@@ -38,6 +40,8 @@ public:
     void changeHostKey() const;
     /// From now on the server takes no key.
     void refuseKeys() const;
+    /// From now on the server takes only so many bytes of a file, or again all of them.
+    void limitFiles(std::optional<std::uint64_t> bytes);
     /// Makes a folder that belongs to the server's user.
     void makeFolder(std::string_view relative) const;
     /// Gives what the test itself made to the server's user.
@@ -46,6 +50,7 @@ public:
 private:
     TemporaryFolder folder_;
     std::string user_;
+    std::vector<std::string> command_;  ///< what starts the server for a connection
     std::unique_ptr<LoopbackServer> connection_;
 };
 

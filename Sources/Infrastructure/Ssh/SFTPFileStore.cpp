@@ -2,17 +2,14 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "SFTPFileStore.h"
 
-#include "FileDescriptor.h"
 #include "FileName.h"
+#include "ProbeFile.h"
 #include "SftpKeyWalk.h"
 #include "SftpOutput.h"
-#include "SystemCall.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <iterator>
 #include <ranges>
 #include <utility>
@@ -41,14 +38,6 @@ std::string command(std::string_view verb, const Paths&... paths) {
 
 std::string listCommand(const Url& url) {
     return "ls -ln " + SFTPFileStore::quotedForListing(url.path);
-}
-
-/// Makes an empty file that nobody else has, and answers its path: `beginning` and more.
-std::optional<std::string> makeOwnFile(const std::string& beginning) {
-    std::string path = beginning + ".XXXXXX";
-    const FileDescriptor file(retried([&] { return ::mkostemp(path.data(), O_CLOEXEC); }));
-    if (!file) return {};
-    return path;
 }
 
 std::string joined(const SftpCommands& commands) {
@@ -182,13 +171,12 @@ std::optional<std::int64_t> SFTPFileStore::fileSize(const Url& url) {
 
 bool SFTPFileStore::isWritableDirectory(const Url& url) {
     (void)localStore_.createDirectory(stagingRoot_);
-    const auto probe = makeOwnFile(stagingRoot_.appending(probeName).path);
+    const ProbeFile probe(stagingRoot_.appending(probeName).path);
     if (!probe) return false;
     const auto remoteProbe = url.appending(probeName);
     const auto removal = command("rm", remoteProbe.path);
-    const auto [status, output] =
-        batch(url, {command("cd", url.path), command("put", *probe, remoteProbe.path), removal});
-    localStore_.removeItem(Url::file(*probe));
+    const auto [status, output] = batch(
+        url, {command("cd", url.path), command("put", probe.path(), remoteProbe.path), removal});
     return status == 0 || removedByAnother(removal, output);
 }
 

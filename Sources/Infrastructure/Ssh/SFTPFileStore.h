@@ -23,8 +23,10 @@ namespace bildkurier {
 /// run of it, a listing one for each level of folders. Files are staged on this computer.
 /// Holds no connection, and of the servers only where it asked in vain whether a file exists.
 ///
-/// Unlike a local folder, a server may let `moveItem` replace a file that is there: it relies on
-/// `fileExists` having been asked, and asks again itself where that had no answer.
+/// Unlike a local folder, a server may let `moveItem` replace a file that is there: the client's
+/// plain "rename" works on every server, but on some it replaces. So `moveItem` relies on
+/// `fileExists` having been asked, and asks again itself where that had no answer. What somebody
+/// else puts under the name between the question and the end of the upload may be lost.
 /// `removeItem` removes a file or an empty folder.
 class SFTPFileStore final : public FileStore {
 public:

@@ -5,6 +5,7 @@
 #include "ParsedNumber.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <limits>
 #include <ranges>
@@ -18,6 +19,33 @@ std::string_view takeWord(std::string_view& line) {
     const auto word = line.substr(0, line.find(' '));
     line.remove_prefix(std::min(word.size() + 1, line.size()));
     return word;
+}
+
+bool isMonth(std::string_view word) {
+    static constexpr std::array months{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    return std::ranges::find(months, word) != months.end();
+}
+
+/// Digits only, and a colon where it is the time of a day.
+bool isTimeOrYear(std::string_view word) {
+    return !word.empty() && word.find_first_not_of("0123456789:") == std::string_view::npos;
+}
+
+/// What comes behind owner and group in a listing.
+struct SizeDateAndPath {
+    std::optional<std::int64_t> size;
+    bool hasDate;  ///< where it is to be
+    std::string_view path;
+};
+
+SizeDateAndPath sizeDateAndPath(std::string_view text) {
+    const auto size = takeWord(text);
+    const auto month = takeWord(text);
+    const auto day = takeWord(text);
+    const auto time = takeWord(text);
+    return {parsedNumber<std::int64_t>(size),
+            isMonth(month) && parsedNumber<int>(day) && isTimeOrYear(time), text};
 }
 
 bool isOctal(char c) { return c >= '0' && c <= '7'; }
@@ -38,11 +66,14 @@ std::optional<SftpListingLine> listingLine(std::string_view line) {
     const auto permissions = takeWord(line);
     if (permissions.size() != 10 || !std::string_view("-dl").contains(permissions[0])) return {};
     for (int ignored = 0; ignored < 3; ++ignored) takeWord(line);  // links, owner, group
-    const auto size = parsedNumber<std::int64_t>(takeWord(line));
-    if (!size || *size < 0) return {};
-    for (int ignored = 0; ignored < 3; ++ignored) takeWord(line);  // the date
-    if (line.empty()) return {};
-    return SftpListingLine{permissions[0] == 'd', *size, line};
+    auto found = sizeDateAndPath(line);
+    // Although it is told to show numbers, the client names owners and groups whose names the
+    // server tells it. Those may have blanks in them: what is behind them has a date.
+    for (auto rest = line; !found.hasDate && !rest.empty(); takeWord(rest)) {
+        if (const auto shifted = sizeDateAndPath(rest); shifted.hasDate) found = shifted;
+    }
+    if (!found.size || *found.size < 0 || found.path.empty()) return {};
+    return SftpListingLine{permissions[0] == 'd', *found.size, found.path};
 }
 
 std::vector<std::string_view> nonEmptyLines(std::string_view text) {
