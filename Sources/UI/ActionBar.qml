@@ -36,6 +36,7 @@ Column {
         maximumLineCount: 4
         objectName: "status"
         text: bar.status
+        topPadding: 2
         width: parent.width
     }
 

@@ -76,7 +76,7 @@ CardRow {
             text: rows.fingerprint
             visible: rows.hasKey
             width: parent.width
-            wrapMode: Text.WrapAnywhere
+            wrapMode: Text.WrapAtWordBoundaryOrAnywhere
         }
 
         Caption {
