@@ -14,6 +14,7 @@
 
 #include <QtQml/qqmlextensionplugin.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
@@ -84,6 +85,8 @@ int run(const QApplication& app, SingleInstance& instance) {
     instance.onAnother = [&engine] { bringToFront(engine); };
     const int status = QApplication::exec();
     instance.onAnother = [] {};
+    // With a screen reader listening, the toolkit crashes over items that tell of their own end.
+    QAccessible::installUpdateHandler([](QAccessibleEvent*) {});
     parts.programs->endAll();
     return status;
 }

@@ -38,6 +38,11 @@ Column {
         text: bar.status
         topPadding: 2
         width: parent.width
+
+        Announcement {
+            // Nobody wants to hear of every file.
+            news: bar.importing ? "" : bar.status
+        }
     }
 
     T.ProgressBar {

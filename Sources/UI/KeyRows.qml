@@ -141,6 +141,10 @@ CardRow {
             text: rows.message
             visible: text !== ""
             width: parent.width
+
+            Announcement {
+                news: rows.message
+            }
         }
     }
 }

@@ -57,11 +57,13 @@ TEST_F(BildkurierTest, TellsOfEveryControlByRoleAndName) {
 
 TEST_F(BildkurierTest, ImportsACardByKeyboardAlone) {
     ASSERT_TRUE(window.has("push button", "35 importieren"));
+    EXPECT_TRUE(window.hears("35 neue Dateien (6.8 MB) bereit zum Import."));
     ASSERT_TRUE(window.goTo("check box", "Nach Dateityp trennen"));
     OpenWindow::press("space");
     OpenWindow::press("Return");
     ASSERT_TRUE(window.has("push button", "Protokoll (36)"));
     ASSERT_TRUE(window.has("label", "Alles bereits im Zielordner"));
+    EXPECT_TRUE(window.hears("Nichts Neues im gewählten Zeitraum."));
     EXPECT_EQ(std::distance(fs::directory_iterator(window.destination), fs::directory_iterator()),
               35);
     close();
@@ -74,6 +76,8 @@ TEST_F(BildkurierTest, MakesAKeyForServers) {
     ASSERT_TRUE(window.goTo("push button", "Schlüssel erzeugen"));
     OpenWindow::press("space");
     ASSERT_TRUE(window.has("push button", "Neuen Schlüssel erzeugen"));
+    EXPECT_TRUE(window.hears(
+        "Neuer Schlüssel erzeugt. Den öffentlichen Schlüssel jetzt beim Server eintragen."));
     EXPECT_TRUE(fs::exists(window.home.path("data/Bildkurier/ssh/schluessel")));
     EXPECT_TRUE(fs::exists(window.home.path("data/Bildkurier/ssh/schluessel.pub")));
     close();

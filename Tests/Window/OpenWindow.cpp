@@ -86,14 +86,29 @@ void xdotool(std::vector<std::string> arguments) {
 
 }  // namespace
 
-OpenWindow::OpenWindow() {
-    atspi_init();
+OpenWindow::OpenWindow()
+    : listener_(atspi_event_listener_new(note, &heard_, nullptr), g_object_unref) {
+    atspi_event_listener_register(listener_.get(), "object:state-changed:showing", nullptr);
     prepare();
     program_.emplace(call());
     if (!has("push button", "Kamera und Zielordner neu einlesen"))
         throw std::runtime_error("the window does not open");
     // There is no window manager that would do so.
     xdotool({"search", "--sync", "--onlyvisible", "--name", "^Bildkurier$", "windowfocus"});
+}
+
+OpenWindow::~OpenWindow() {
+    atspi_event_listener_deregister(listener_.get(), "object:state-changed:showing", nullptr);
+}
+
+void OpenWindow::note(AtspiEvent* event, void* heard) {
+    const Element element = own(ATSPI_ACCESSIBLE(g_object_ref(event->source)));
+    if (event->detail1 != 0) static_cast<std::set<std::string>*>(heard)->insert(line(element));
+    g_boxed_free(ATSPI_TYPE_EVENT, event);
+}
+
+bool OpenWindow::hears(const std::string& notification) const {
+    return soon([&] { return heard_.contains("notification: " + notification); });
 }
 
 ProgramCall OpenWindow::call() const {

@@ -80,6 +80,7 @@ WindowTest {
         compare(script.stored("sftpHost"), "nas");
         compare(script.stored("sftpPath"), "/fotos");
         shows("Verbunden mit nas.");
+        has("Notification", "Verbunden mit nas.");
         showsSymbol("checkmark.circle");
         hidesSymbol("xmark.circle");
     }
