@@ -54,7 +54,8 @@ void bringToFront(const QQmlApplicationEngine& engine) {
     for (QObject* root : engine.rootObjects()) {
         auto* window = qobject_cast<QQuickWindow*>(root);
         if (window == nullptr) continue;
-        window->show();
+        // As large as it was.
+        window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
         window->raise();
         window->requestActivate();
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "Desk.h"
 #include "OpenWindow.h"
+#include "Soon.h"
 
 #include <gtest/gtest.h>
 
@@ -80,6 +82,37 @@ TEST_F(BildkurierTest, MakesAKeyForServers) {
         "Neuer Schlüssel erzeugt. Den öffentlichen Schlüssel jetzt beim Server eintragen."));
     EXPECT_TRUE(fs::exists(window.home.path("data/Bildkurier/ssh/schluessel")));
     EXPECT_TRUE(fs::exists(window.home.path("data/Bildkurier/ssh/schluessel.pub")));
+    close();
+}
+
+TEST_F(BildkurierTest, EndsWhenItsWindowIsClosed) {
+    const Desk desk;
+    const std::string only = Desk::windows().at(0);
+    Desk::bringToFront(only);
+    ASSERT_TRUE(soon([&] { return Desk::active() == only; }));
+    Desk::close();
+    const auto result = window.finish();
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.err, "");
+}
+
+TEST_F(BildkurierTest, BringsItsWindowToTheFrontWhenStartedAgain) {
+    const Desk desk;
+    const std::string first = Desk::windows().at(0);
+    Desk::bringToFront(first);
+    const std::string frame = Desk::inFront();
+    {
+        // Another user's, for all that it knows.
+        const OpenWindow other;
+        ASSERT_TRUE(soon([] { return Desk::windows().size() == 2; }));
+        const auto windows = Desk::windows();
+        const std::string second = windows[windows[0] == first ? 1 : 0];
+        Desk::bringToFront(second);
+        ASSERT_TRUE(soon([&] { return Desk::active() == second && Desk::inFront() != frame; }));
+
+        EXPECT_EQ(window.startAgain().exitStatus, 0);
+        EXPECT_TRUE(soon([&] { return Desk::active() == first && Desk::inFront() == frame; }));
+    }
     close();
 }
 

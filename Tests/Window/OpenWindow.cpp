@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "OpenWindow.h"
 
-#include <atspi/atspi.h>
+#include "Soon.h"
 
 #include <algorithm>
 #include <chrono>
@@ -14,10 +14,7 @@ namespace bildkurier {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using Element = std::shared_ptr<AtspiAccessible>;
-
-constexpr auto patience = std::chrono::seconds(20);
 
 Element own(AtspiAccessible* element) {
     return {element, [](AtspiAccessible* last) {
@@ -48,28 +45,6 @@ void walk(const Element& element, const std::function<void(const Element&)>& vis
     const int count = atspi_accessible_get_child_count(element.get(), nullptr);
     for (int child = 0; child < count; ++child)
         walk(own(atspi_accessible_get_child_at_index(element.get(), child, nullptr)), visit);
-}
-
-/// Handles what the bus says for a moment.
-void listen() {
-    bool over = false;
-    g_timeout_add(
-        50,
-        [](gpointer flag) -> gboolean {
-            *static_cast<bool*>(flag) = true;
-            return G_SOURCE_REMOVE;
-        },
-        &over);
-    while (!over) g_main_context_iteration(nullptr, TRUE);
-}
-
-bool soon(const std::function<bool()>& condition) {
-    const auto deadline = Clock::now() + patience;
-    while (!condition()) {
-        if (Clock::now() > deadline) return false;
-        listen();
-    }
-    return true;
 }
 
 /// Every element of all applications, told afresh.
