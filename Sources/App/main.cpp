@@ -17,6 +17,7 @@
 
 #include <QtQml/qqmlextensionplugin.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
@@ -58,7 +59,8 @@ void bringToFront(const QQmlApplicationEngine& engine) {
     for (QObject* root : engine.rootObjects()) {
         auto* window = qobject_cast<QQuickWindow*>(root);
         if (window == nullptr) continue;
-        window->show();
+        // As large as it was.
+        window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
         window->raise();
         window->requestActivate();
     }
@@ -83,6 +85,8 @@ int show(const AppContainer::Parts& parts, SingleInstance& instance, MainQueue& 
     instance.onAnother = [&engine] { bringToFront(engine); };
     const int status = QApplication::exec();
     instance.onAnother = [] {};
+    // With a screen reader listening, the toolkit crashes over items that tell of their own end.
+    QAccessible::installUpdateHandler([](QAccessibleEvent*) {});
     return status;
 }
 

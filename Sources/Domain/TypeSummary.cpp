@@ -3,6 +3,7 @@
 #include "TypeSummary.h"
 
 #include "ByteSum.h"
+#include "FileName.h"
 #include "FolderLayout.h"
 
 #include <algorithm>
@@ -10,6 +11,8 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 
 namespace bildkurier {
@@ -25,8 +28,11 @@ std::ptrdiff_t rank(const TypeSummary& summary) {
 
 std::vector<TypeSummary> TypeSummary::summarize(std::span<const File> files) {
     std::map<std::string, TypeSummary> byType;  // UTF-8 sorts bytewise as by code point
+    std::unordered_map<std::string_view, TypeSummary*> byExtension;
     for (const File& file : files) {
-        TypeSummary& summary = byType[typeFolder(file.name)];
+        TypeSummary*& known = byExtension[nameParts(file.name.value_or("")).extension];
+        if (known == nullptr) known = &byType[typeFolder(file.name)];
+        TypeSummary& summary = *known;
         ++summary.count;
         summary.bytes = byteSum(summary.bytes, file.size);
     }

@@ -567,7 +567,7 @@ ImportSelection ImportModel::missingFilesSince(std::optional<Date> since) const 
 }
 
 void ImportModel::showMissing(ImportSelection missing) {
-    newByType_ = summarizeByType(missing.files);
+    newByType_ = std::move(missing.byType);
     publish(newFiles_, std::move(missing.files));
     publish(newBytes_, missing.bytes);
 }

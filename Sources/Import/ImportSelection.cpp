@@ -33,21 +33,17 @@ ImportSelection selectFiles(std::span<const std::shared_ptr<CameraFile>> catalog
                             std::span<const ImportCandidate> candidates,
                             std::span<const std::size_t> positions) {
     ImportSelection selection;
-    selection.files.reserve(positions.size());
-    for (const std::size_t position : positions) {
-        selection.files.push_back(catalogue[position]);
-        selection.bytes = byteSum(selection.bytes, candidates[position].size);
-    }
-    return selection;
-}
-
-std::vector<TypeSummary> summarizeByType(std::span<const std::shared_ptr<CameraFile>> files) {
-    std::vector<std::optional<std::string>> names;
     std::vector<TypeSummary::File> rows;
-    names.reserve(files.size());
-    rows.reserve(files.size());
-    for (const auto& file : files) rows.push_back({names.emplace_back(file->name()), file->size()});
-    return TypeSummary::summarize(rows);
+    selection.files.reserve(positions.size());
+    rows.reserve(positions.size());
+    for (const std::size_t position : positions) {
+        const auto& [name, size, shotDate] = candidates[position];
+        selection.files.push_back(catalogue[position]);
+        selection.bytes = byteSum(selection.bytes, size);
+        rows.push_back({name, size});
+    }
+    selection.byType = TypeSummary::summarize(rows);
+    return selection;
 }
 
 }  // namespace bildkurier

@@ -21,6 +21,7 @@ using CameraFiles = std::vector<std::shared_ptr<CameraFile>>;
 struct ImportSelection {
     CameraFiles files;
     std::int64_t bytes = 0;  ///< sum of their sizes
+    std::vector<TypeSummary> byType;
 };
 
 /// `files` by shot date, those without one first; files of one moment keep their order.
@@ -33,7 +34,5 @@ std::vector<ImportCandidate> candidates(std::span<const std::shared_ptr<CameraFi
 ImportSelection selectFiles(std::span<const std::shared_ptr<CameraFile>> catalogue,
                             std::span<const ImportCandidate> candidates,
                             std::span<const std::size_t> positions);
-
-std::vector<TypeSummary> summarizeByType(std::span<const std::shared_ptr<CameraFile>> files);
 
 }  // namespace bildkurier

@@ -36,7 +36,13 @@ Column {
         maximumLineCount: 4
         objectName: "status"
         text: bar.status
+        topPadding: 2
         width: parent.width
+
+        Announcement {
+            // Nobody wants to hear of every file.
+            news: bar.importing ? "" : bar.status
+        }
     }
 
     T.ProgressBar {

@@ -13,8 +13,13 @@ Item {
     property int padding: 9
     property alias spacing: line.spacing
 
+    /// How high its contents are at least.
+    property int least: 1
+
+    readonly property int part: parted ? 1 : 0
+
     // A layout without height would never give its contents the width by which they know theirs.
-    implicitHeight: Math.max(1, line.implicitHeight) + 2 * padding
+    implicitHeight: part + Math.max(least, line.implicitHeight) + 2 * padding
     width: parent ? parent.width : 0
 
     Rectangle {
@@ -34,7 +39,7 @@ Item {
         anchors.bottomMargin: row.padding
         anchors.leftMargin: Theme.inset
         anchors.rightMargin: Theme.inset
-        anchors.topMargin: row.padding
+        anchors.topMargin: row.part + row.padding
         spacing: 10
     }
 }

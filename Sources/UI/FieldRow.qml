@@ -48,7 +48,9 @@ CardRow {
             }
         }
 
-        onAccepted: row.accepted()
+        // Not the window's default action as well.
+        Keys.onEnterPressed: row.accepted()
+        Keys.onReturnPressed: row.accepted()
         onTextEdited: row.edited(text)
 
         BodyText {

@@ -25,6 +25,7 @@ Flickable {
     clip: true
     contentHeight: column.implicitHeight + 2 * Theme.margin
     contentWidth: width
+    objectName: "form"
 
     T.ScrollBar.vertical: SlimScrollBar {
     }

@@ -76,7 +76,7 @@ CardRow {
             text: rows.fingerprint
             visible: rows.hasKey
             width: parent.width
-            wrapMode: Text.WrapAnywhere
+            wrapMode: Text.WrapAtWordBoundaryOrAnywhere
         }
 
         Caption {
@@ -141,6 +141,10 @@ CardRow {
             text: rows.message
             visible: text !== ""
             width: parent.width
+
+            Announcement {
+                news: rows.message
+            }
         }
     }
 }

@@ -25,7 +25,7 @@ CardRow {
             id: drawing
 
             anchors.left: parent.left
-            anchors.margins: 10
+            anchors.leftMargin: 10
             anchors.top: content.top
             color: Theme.warning
             height: 20

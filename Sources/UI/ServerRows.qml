@@ -91,6 +91,10 @@ Column {
                     color: rows.connected ? Theme.good : Theme.bad
                     objectName: "serverStatus"
                     text: rows.status
+
+                    Announcement {
+                        news: rows.status
+                    }
                 }
             }
 

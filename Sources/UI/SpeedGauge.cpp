@@ -14,7 +14,6 @@ namespace {
 constexpr double floorSpeed = 500'000;  // bytes per second
 constexpr double decades = 3;
 constexpr double unlit = 0.14;
-constexpr double litGlow = 0.28;
 
 QColor rgb(double red, double green, double blue, double opacity = 1) {
     return QColor::fromRgbF(static_cast<float>(red), static_cast<float>(green),
@@ -63,11 +62,6 @@ bool SpeedGauge::showsPeak(int segment) const {
 QColor SpeedGauge::segmentColor(int segment) const {
     if (showsAverage(segment)) return averageColor();
     return faded(zoneColor(centre(segment)), isLit(segment) ? 1 : unlit);
-}
-
-QColor SpeedGauge::glowColor(int segment) const {
-    const bool shines = showsAverage(segment) || isLit(segment);
-    return faded(segmentColor(segment), shines ? litGlow : litGlow * unlit);
 }
 
 QString SpeedGauge::current() const { return speedText(reading_.current); }

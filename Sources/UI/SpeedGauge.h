@@ -54,8 +54,6 @@ public:
     static int litSegments(double speed);
 
     Q_INVOKABLE QColor segmentColor(int segment) const;
-    /// The light around a segment.
-    Q_INVOKABLE QColor glowColor(int segment) const;
     Q_INVOKABLE bool showsPeak(int segment) const;
 
     QString current() const;

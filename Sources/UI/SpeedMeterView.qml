@@ -110,9 +110,10 @@ Rectangle {
 
                     Rectangle {
                         anchors.fill: parent
-                        anchors.margins: -2
-                        color: gauge.reading.glowColor(segment.index)
-                        radius: 4
+                        anchors.margins: -1
+                        color: Qt.alpha(segment.color, 0.28 * segment.color.a)
+                        objectName: "glow"
+                        radius: 3
                         z: -1
                     }
 
@@ -120,9 +121,16 @@ Rectangle {
                         color: "#ffffff"
                         height: 2
                         objectName: "peakBar"
-                        opacity: 0.9
-                        visible: gauge.reading.showsPeak(segment.index)
+                        opacity: gauge.reading.showsPeak(segment.index) ? 0.9 : 0
+                        visible: opacity > 0
                         width: parent.width
+
+                        Behavior on opacity {
+                            NumberAnimation {
+                                duration: 200
+                                easing.type: Easing.OutCubic
+                            }
+                        }
                     }
                 }
             }

@@ -15,7 +15,7 @@ CardRow {
     required property string size
     required property list<typeTile> tiles
 
-    padding: summary === ImportBridge.Summary.NewFiles ? 9 : 15
+    padding: summary === ImportBridge.Summary.NewFiles ? 11 : 15
     parted: false
 
     Remark {

@@ -14,6 +14,8 @@ CardRow {
 
     signal toggled(bool on)
 
+    least: 32
+
     Column {
         Layout.fillWidth: true
         spacing: 1

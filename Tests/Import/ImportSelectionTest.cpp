@@ -50,10 +50,13 @@ TEST(SelectFiles, KeepsOrderAndSumsSizes) {
     EXPECT_EQ(selectFiles(catalogue, candidates(catalogue), {}).files, CameraFiles());
 }
 
-TEST(SummarizeByType, CountsNamelessFilesToo) {
-    const CameraFiles files = {file("A.mov", 1, {}), file("B.CR3", 20, {}),
-                               file(std::nullopt, 300, {}), file("C.cr3", 4000, {})};
-    EXPECT_EQ(summarizeByType(files),
+TEST(SelectFiles, SumsUpTypesAndCountsNamelessFilesToo) {
+    const CameraFiles catalogue = {file("A.mov", 1, {}), file("B.CR3", 20, {}),
+                                   file(std::nullopt, 300, {}), file("C.cr3", 4000, {}),
+                                   file("D.WAV", 50000, {})};
+    const ImportSelection some =
+        selectFiles(catalogue, candidates(catalogue), std::vector<std::size_t>{0, 1, 2, 3});
+    EXPECT_EQ(some.byType,
               (std::vector<TypeSummary>{{"CR3", 2, 4020}, {"MOV", 1, 1}, {"Sonstige", 1, 300}}));
 }
 

@@ -41,7 +41,7 @@ struct State {
 
 /// The camera of all pictures: 1,284 files of 38 GB and six days, of which 212 were shot since
 /// the day that is chosen.
-int camera(WindowScript& script) {
+int camera(WindowScript& script, double bytesOfPictures = 812e6) {
     const int made = script.camera("Canon EOS R6 Mark II", "r6");
     const QStringList days{"2024-05-04", "2024-05-05", "2024-05-06", "2024-05-09", "2024-05-10"};
     for (int i = 0; i < 1072; ++i)
@@ -52,7 +52,7 @@ int camera(WindowScript& script) {
             script.file(made, QString("IMG_%1.%2").arg(314 + i, 4, 10, QChar('0')).arg(type),
                         bytes / count, days[3 + i % 2]);
     };
-    add(98, "JPG", 812e3);
+    add(98, "JPG", bytesOfPictures);
     add(98, "CR3", 2.9e9);
     add(14, "MP4", 10.5e9);
     add(2, "WAV", 3.1e6);
@@ -65,16 +65,15 @@ void filter(WindowScript& script) {
     script.model()->setByDate(true);
 }
 
-void ready(WindowScript& script) {
-    const int made = camera(script);
+void ready(WindowScript& script, int made) {
     script.connectCamera(made);
     script.model()->setAutoImportEnabled(true);
     filter(script);
 }
 
 void importing(WindowScript& script) {
-    ready(script);
-    // So that files of this size can be had from memory.
+    // So that the files that are loaded can be had from memory.
+    ready(script, camera(script, 812e3));
     script.scaleClock(0.0008);
     script.startImport();
     for (int i = 0; i < 49; ++i) {
@@ -121,7 +120,7 @@ std::vector<State> states() {
              script.openSession(made);
              script.readCard(made);
          }},
-        {"bereit", nothing, ready},
+        {"bereit", nothing, [](auto& script) { ready(script, camera(script)); }},
         {"import", nothing, importing},
         {"fertig", nothing,
          [](auto& script) {
@@ -147,19 +146,19 @@ std::vector<State> states() {
         {"sftp-neuer-server", server,
          [](auto& script) {
              check(script);
-             ready(script);
+             ready(script, camera(script));
          }},
         {"sftp-anderer-schluessel", server,
          [](auto& script) {
              check(script);
              script.showServerKey("SHA256:anderer");
-             ready(script);
+             ready(script, camera(script));
              script.model()->applySFTPDestination();
              script.settle();
          }},
         {"protokoll", [](auto& script) { script.setProperty("onNetwork", true); },
          [](auto& script) {
-             ready(script);
+             ready(script, camera(script));
              script.log(log);
          },
          true},

@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "OpenWindow.h"
 
-#include <atspi/atspi.h>
+#include "Soon.h"
 
 #include <algorithm>
 #include <chrono>
@@ -14,10 +14,7 @@ namespace bildkurier {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using Element = std::shared_ptr<AtspiAccessible>;
-
-constexpr auto patience = std::chrono::seconds(20);
 
 Element own(AtspiAccessible* element) {
     return {element, [](AtspiAccessible* last) {
@@ -50,28 +47,6 @@ void walk(const Element& element, const std::function<void(const Element&)>& vis
         walk(own(atspi_accessible_get_child_at_index(element.get(), child, nullptr)), visit);
 }
 
-/// Handles what the bus says for a moment.
-void listen() {
-    bool over = false;
-    g_timeout_add(
-        50,
-        [](gpointer flag) -> gboolean {
-            *static_cast<bool*>(flag) = true;
-            return G_SOURCE_REMOVE;
-        },
-        &over);
-    while (!over) g_main_context_iteration(nullptr, TRUE);
-}
-
-bool soon(const std::function<bool()>& condition) {
-    const auto deadline = Clock::now() + patience;
-    while (!condition()) {
-        if (Clock::now() > deadline) return false;
-        listen();
-    }
-    return true;
-}
-
 /// Every element of all applications, told afresh.
 void walkDesktop(const std::function<void(const Element&)>& visit) {
     const Element desktop = own(atspi_get_desktop(0));
@@ -86,14 +61,29 @@ void xdotool(std::vector<std::string> arguments) {
 
 }  // namespace
 
-OpenWindow::OpenWindow() {
-    atspi_init();
+OpenWindow::OpenWindow()
+    : listener_(atspi_event_listener_new(note, &heard_, nullptr), g_object_unref) {
+    atspi_event_listener_register(listener_.get(), "object:state-changed:showing", nullptr);
     prepare();
     program_.emplace(call());
     if (!has("push button", "Kamera und Zielordner neu einlesen"))
         throw std::runtime_error("the window does not open");
     // There is no window manager that would do so.
     xdotool({"search", "--sync", "--onlyvisible", "--name", "^Bildkurier$", "windowfocus"});
+}
+
+OpenWindow::~OpenWindow() {
+    atspi_event_listener_deregister(listener_.get(), "object:state-changed:showing", nullptr);
+}
+
+void OpenWindow::note(AtspiEvent* event, void* heard) {
+    const Element element = own(ATSPI_ACCESSIBLE(g_object_ref(event->source)));
+    if (event->detail1 != 0) static_cast<std::set<std::string>*>(heard)->insert(line(element));
+    g_boxed_free(ATSPI_TYPE_EVENT, event);
+}
+
+bool OpenWindow::hears(const std::string& notification) const {
+    return soon([&] { return heard_.contains("notification: " + notification); });
 }
 
 ProgramCall OpenWindow::call() const {

@@ -7,8 +7,12 @@
 #include "RunningProgram.h"
 #include "TemporaryFolder.h"
 
+#include <atspi/atspi.h>
+
 #include <functional>
+#include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -20,11 +24,16 @@ namespace bildkurier {
 class OpenWindow {
 public:
     OpenWindow();
+    ~OpenWindow();
+    OpenWindow(const OpenWindow&) = delete;
+    OpenWindow& operator=(const OpenWindow&) = delete;
 
     /// Whether there is, or soon will be, such a control: "push button", "Importieren".
     bool has(const std::string& role, const std::string& name) const;
     /// Everything that is told, as in "push button: Importieren".
     std::vector<std::string> all() const;
+    /// Whether a notification with this text was, or soon will be, heard of.
+    bool hears(const std::string& notification) const;
     /// Presses Tab until that control has the focus; false if it never does.
     bool goTo(const std::string& role, const std::string& name) const;
     /// As in "Return" and "ctrl+q".
@@ -45,6 +54,11 @@ private:
     ProgramCall call() const;
     void prepare() const;
 
+    /// Notes what appears on the desktop.
+    static void note(AtspiEvent* event, void* heard);
+
+    std::shared_ptr<AtspiEventListener> listener_;
+    std::set<std::string> heard_;
     std::optional<RunningProgram> program_;
 };
 

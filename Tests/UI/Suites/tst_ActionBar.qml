@@ -68,6 +68,18 @@ WindowTest {
         shows("Protokoll (3)");
     }
 
+    function test_tellsOfWhatIsNewButNotOfEveryFile() {
+        const camera = openWith([["A.JPG", 600, "2024-05-09"], ["B.JPG", 400, "2024-05-09"]]);
+        has("Notification", "2 neue Dateien (1 KB) bereit zum Import.");
+        hasNo("Notification", "2 neue Dateien (1 KB) bereit zum Import.");
+        script.startImport();
+        tryCompare(named("status"), "text", "Lade 1 von 2: A.JPG");
+        verify(!tree.all(view).some(line => line.startsWith("Notification")));
+        script.deliver(camera, 0);
+        script.deliver(camera, 1);
+        has("Notification", "Nichts Neues im gewählten Zeitraum.");
+    }
+
     function test_cancels() {
         const camera = openWith([["A.JPG", 600, "2024-05-09"], ["B.JPG", 400, "2024-05-09"]]);
         press("2 importieren");

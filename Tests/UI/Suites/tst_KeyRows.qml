@@ -76,6 +76,7 @@ WindowTest {
         script.settle();
         shows("ssh-ed25519 neu1 bildkurier");
         shows(generated);
+        has("Notification", generated);
         compare(named("keyBusy"), null);
     }
 

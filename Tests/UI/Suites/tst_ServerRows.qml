@@ -80,6 +80,7 @@ WindowTest {
         compare(script.stored("sftpHost"), "nas");
         compare(script.stored("sftpPath"), "/fotos");
         shows("Verbunden mit nas.");
+        has("Notification", "Verbunden mit nas.");
         showsSymbol("checkmark.circle");
         hidesSymbol("xmark.circle");
     }
@@ -92,10 +93,16 @@ WindowTest {
 
     function test_connectsWhenReturnIsPressedInAField(row) {
         openServer();
+        connect([["A.JPG", 1e6, "2024-05-09"]]);
+        isEnabled("Button", "1 importieren", true);
         has("EditableText", row.tag).forceActiveFocus();
         keyClick(Qt.Key_Return);
+        compare(script.model.importing, false);
+        isEnabled("Button", "Verbinden und prüfen", false);
+        keyClick(Qt.Key_Enter);
         script.settle();
         shows("Verbunden mit nas.local:2222.");
+        compare(script.model.importing, false);
     }
 
     function test_tellsOfAServerMetForTheFirstTime() {

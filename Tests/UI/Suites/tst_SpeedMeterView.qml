@@ -158,7 +158,7 @@ TestCase {
         for (let i = 0; i < 36; ++i) {
             compare(bars[i].visible, i === row.white, i);
             compare([bars[i].height, bars[i].y, bars[i].width], [2, 0, segments[i].width]);
-            compare(bars[i].opacity, 0.9);
+            compare(bars[i].opacity, i === row.white ? 0.9 : 0);
             compare(bars[i].color, "#ffffff");
         }
     }
@@ -167,6 +167,15 @@ TestCase {
         const segments = all(show(500000000, 1000000, 0), "segment");
         isColor(segments[3].color, cyan, 1);
         isColor(segments[4].color, green, 1);
+    }
+
+    function test_glowsInTheColorOfEachSegment() {
+        const gauge = show(5e6, 100e6, 0);
+        const segments = all(gauge, "segment");
+        all(gauge, "glow").forEach((glow, i) => {
+            isColor(glow.color, segments[i].color, 0.28 * segments[i].color.a);
+            verify(glow.width > segments[i].width && glow.height > segments[i].height);
+        });
     }
 
     function test_readsOutSpeeds_data() {
@@ -249,9 +258,12 @@ TestCase {
     function test_changesGently() {
         const gauge = show(0, 0, 0);
         const segment = all(gauge, "segment")[0];
-        gauge.reading = script.gauge(500000000, 0, 0);
+        const bar = all(gauge, "peakBar")[35];
+        gauge.reading = script.gauge(500000000, 0, 500000000);
         verify(segment.color.a < 0.5);
+        verify(bar.opacity < 0.5);
         tryVerify(() => segment.color.a === 1, 2000);
+        tryCompare(bar, "opacity", 0.9);
     }
 
     WindowScript {
