@@ -91,9 +91,10 @@ Setting boolean(const char* key, bool (SettingsStore::*read)() const,
                 void (SettingsStore::*write)(bool)) {
     return {key, [read](const SettingsStore& settings) { return Json((settings.*read)()); },
             [write](SettingsStore& settings, const std::string& value) -> Written {
-                if (value != "true" && value != "false")
+                if (value != "true" && value != "false") {
                     return noSuchValue(
                         fmt::format("„{}“ ist weder true noch false.", displayText(value)));
+                }
                 (settings.*write)(value == "true");
                 return {};
             }};
@@ -106,9 +107,10 @@ Setting kind() {
             },
             [](SettingsStore& settings, const std::string& value) -> Written {
                 const auto wanted = destinationKind(value);
-                if (!wanted)
+                if (!wanted) {
                     return noSuchValue(
                         fmt::format("„{}“ ist weder folder noch sftp.", displayText(value)));
+                }
                 settings.setDestinationKind(*wanted);
                 return {};
             }};
