@@ -33,9 +33,7 @@ private:
 class SftpImportTest : public SftpServerTest {
 protected:
     std::shared_ptr<SFTPFileStore> storeThatLists(const std::string& beginning) {
-        return std::make_shared<SFTPFileStore>(
-            std::make_shared<OddListingRunner>(beginning), "/usr/bin/sftp",
-            [this] { return server->login(); }, local.url("root"));
+        return storeOver(std::make_shared<OddListingRunner>(beginning));
     }
 
     const Tree card{{"IMG_0001.JPG", "one"},

@@ -32,14 +32,12 @@ public:
 TEST_F(SftpServerTest, KnowsUmlautsWhereTheClientCannotPrintThem) {
     const auto client = local.write("client", "#!/bin/sh\nLC_ALL=C exec /usr/bin/sftp \"$@\"\n");
     fs::permissions(client, fs::perms::owner_all);
-    SFTPFileStore plainStore(
-        std::make_shared<ProcessCommandRunner>(), client, [this] { return server->login(); },
-        local.url("root"));
-    ASSERT_TRUE(plainStore.createDirectory(server->url("Übung")));
-    const auto moved = plainStore.moveItem(Url::file(local.write("staged", "picture")),
-                                           server->url("Übung/ä.jpg"));
+    const auto plainStore = storeOver(std::make_shared<ProcessCommandRunner>(), client);
+    ASSERT_TRUE(plainStore->createDirectory(server->url("Übung")));
+    const auto moved = plainStore->moveItem(Url::file(local.write("staged", "picture")),
+                                            server->url("Übung/ä.jpg"));
     ASSERT_TRUE(moved) << moved.error().message;
-    EXPECT_EQ(plainStore.existingFileKeys(server->root()),
+    EXPECT_EQ(plainStore->existingFileKeys(server->root()),
               (FileKeys{"ä.jpg|7", "\\303\\244.jpg|7"}));
     EXPECT_EQ(serversTree(), (Tree{{"Übung/", ""}, {"Übung/ä.jpg", "picture"}}));
 }
@@ -181,10 +179,8 @@ TEST_F(SftpServerTest, ProbesFromSeveralThreads) {
 }
 
 TEST_F(SftpServerTest, FindsAFolderWritableWhoeverRemovesTheProbe) {
-    SFTPFileStore hasty(
-        std::make_shared<HastyRunner>(), "/usr/bin/sftp", [this] { return server->login(); },
-        local.url("root"));
-    EXPECT_TRUE(hasty.isWritableDirectory(server->root()));
+    const auto hasty = storeOver(std::make_shared<HastyRunner>());
+    EXPECT_TRUE(hasty->isWritableDirectory(server->root()));
     EXPECT_EQ(serversTree(), Tree{});
 }
 

@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace bildkurier {
 
@@ -50,11 +51,17 @@ protected:
     }
     static constexpr auto patience = std::chrono::seconds(1);
 
+    /// A store that reaches the server in this way.
+    std::shared_ptr<SFTPFileStore> storeOver(std::shared_ptr<CommandRunner> runner,
+                                             std::string client = "/usr/bin/sftp") {
+        return std::make_shared<SFTPFileStore>(
+            std::move(runner), std::move(client), [this] { return server->login(); },
+            local.url("root"));
+    }
+
     std::unique_ptr<SshServer> server;
     TemporaryFolder local;
-    std::shared_ptr<SFTPFileStore> store = std::make_shared<SFTPFileStore>(
-        std::make_shared<ProcessCommandRunner>(), "/usr/bin/sftp",
-        [this] { return server->login(); }, local.url("root"));
+    std::shared_ptr<SFTPFileStore> store = storeOver(std::make_shared<ProcessCommandRunner>());
 };
 
 }  // namespace bildkurier

@@ -19,9 +19,7 @@ protected:
     void SetUp() override {
         SftpServerTest::SetUp();
         if (IsSkipped()) return;
-        store = std::make_shared<SFTPFileStore>(
-            std::make_shared<ProcessCommandRunner>(), impatientClient(),
-            [this] { return server->login(); }, local.url("root"));
+        store = storeOver(std::make_shared<ProcessCommandRunner>(), impatientClient());
         server->connection().slowDown(std::chrono::milliseconds(15), [this] { look(); });
     }
 

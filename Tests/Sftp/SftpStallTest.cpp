@@ -13,24 +13,19 @@ namespace fs = std::filesystem;
 /// A server that stops answering.
 class SftpStallTest : public SftpServerTest {
 protected:
-    std::unique_ptr<SFTPFileStore> storeWith(const std::string& client) {
-        return std::make_unique<SFTPFileStore>(
-            programs, client, [this] { return server->login(); }, local.url("root"));
-    }
-
     std::shared_ptr<ProcessCommandRunner> programs = std::make_shared<ProcessCommandRunner>();
 };
 
 TEST_F(SftpStallTest, IsGivenUpWhenNoConnectionComesAbout) {
     server->connection().stallAll({0, 0});
-    const auto made = storeWith(impatientClient())->createDirectory(server->url("x"));
+    const auto made = storeOver(programs, impatientClient())->createDirectory(server->url("x"));
     ASSERT_FALSE(made);
     EXPECT_TRUE(made.error().message.contains("timed out")) << made.error().message;
 }
 
 TEST_F(SftpStallTest, IsLeftWhenTheProgramEnds) {
     server->connection().stallAll({200'000, LoopbackServer::unlimited});
-    const auto leaving = storeWith("/usr/bin/sftp");
+    const auto leaving = storeOver(programs);
     std::string complaint;
     std::jthread uploading([&] {
         const auto moved =
