@@ -66,11 +66,11 @@ void PortalDialog::askForVersion() {
     send(call, [this](const QDBusMessage& reply) {
         const uint version = reply.arguments().value(0).value<QDBusVariant>().variant().toUInt();
         if (version < (question_.forFolder ? firstWithFolders : 1)) return done(noPortal);
-        open();
+        openFile();
     });
 }
 
-void PortalDialog::open() {
+void PortalDialog::openFile() {
     const QString sender = bus_.baseService().mid(1).replace(u'.', u'_');
     bus_.connect(service, path + "/request/" + sender + "/" + token_,
                  QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"), this,

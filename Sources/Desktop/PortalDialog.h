@@ -33,12 +33,10 @@ public:
     /// Blocks; none when the user has cancelled.
     std::expected<std::optional<Url>, NoPortal> ask();
 
-private slots:
-    void answered(uint response, const QVariantMap& results);
-
 private:
     void askForVersion();
-    void open();
+    void openFile();
+    Q_SLOT void answered(uint response, const QVariantMap& results);
     QVariantMap options() const;
     /// Calls `then` with the answer to `call`; without one there is no portal.
     void send(const QDBusMessage& call, const std::function<void(const QDBusMessage&)>& then);
