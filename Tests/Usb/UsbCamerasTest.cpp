@@ -221,6 +221,7 @@ TEST_F(UsbCamerasTest, AnswersEachDownloadOnceWhenTheCameraIsPulled) {
 }
 
 TEST_F(UsbCamerasTest, AnswersEachDownloadOnceAtTheEnd) {
+    timing.ending = UsbTiming().ending;
     usb.plugIn("1-1", device);
     start();
     const auto found = files();
@@ -230,6 +231,7 @@ TEST_F(UsbCamerasTest, AnswersEachDownloadOnceAtTheEnd) {
 }
 
 TEST_F(UsbCamerasTest, EndsInTimeWhileACameraIsPulled) {
+    timing.ending = UsbTiming().ending;
     usb.plugIn("1-1", device);
     start();
     const auto found = files();
