@@ -36,8 +36,8 @@ TEST(ImageCaptureFile, PrefersTheCaptureTimeToThatOfTheFileSystem) {
 
 TEST(ImageCaptureFile, TellsThePlannerAllAtOnce) {
     const ImageCaptureFile file(std::make_shared<FakeNativeFile>(
-        FileFacts{.name = "IMG_1.JPG", .size = 7, .created = taken, .fileCreated = made}));
-    EXPECT_EQ(file.candidate(), (ImportCandidate{"IMG_1.JPG", 7, taken}));
+        FileFacts{.name = "IMG_1.JPG", .size = 7, .created = shotAt, .fileCreated = made}));
+    EXPECT_EQ(file.candidate(), (ImportCandidate{"IMG_1.JPG", 7, shotAt}));
 }
 
 TEST(ImageCaptureFile, KnowsWhatKeepsItFromBeingLoaded) {
