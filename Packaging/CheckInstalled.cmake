@@ -11,9 +11,10 @@ foreach(file
         lib/systemd/user/bildkurier-watch.service
         ${DATA}/bash-completion/completions/bildkurier-cli
         ${DATA}/fish/vendor_completions.d/bildkurier-cli.fish
-        ${DATA}/zsh/site-functions/_bildkurier-cli
+        ${DATA}/${ZSH}/_bildkurier-cli
         ${DATA}/man/de/man1/bildkurier.1.gz
         ${DATA}/man/man1/bildkurier-cli.1.gz
+        ${DATA}/doc/bildkurier/copyright
         ${DATA}/applications/${ID}.desktop
         ${DATA}/metainfo/${ID}.metainfo.xml
         ${DATA}/icons/hicolor/scalable/apps/${ID}.svg
