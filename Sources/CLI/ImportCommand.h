@@ -4,6 +4,7 @@
 
 #include "Background.h"
 #include "Camera.h"
+#include "CardProof.h"
 #include "CommandLine.h"
 #include "FileKey.h"
 #include "ModelCommand.h"
@@ -23,14 +24,16 @@ namespace bildkurier {
 class ImportCommand final : public ModelCommand {
 public:
     ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
-                  std::shared_ptr<FileStore> fileStore, std::shared_ptr<SSHKeyring> keyring,
-                  MainQueue& main, Background& background, Report& report, Done done);
+                  std::shared_ptr<CardProof> proof, std::shared_ptr<FileStore> fileStore,
+                  std::shared_ptr<SSHKeyring> keyring, MainQueue& main, Background& background,
+                  Report& report, Done done);
 
 private:
     enum class Stage : std::uint8_t {
         beginning,
         reading,   ///< a camera is being opened and read
         running,   ///< its import
+        proving,   ///< that what was loaded is there
         returning  ///< its import was interrupted; it has to come back
     };
 
@@ -46,7 +49,6 @@ private:
 
     void start() override;
     void look() override;
-    bool wants(const Camera& camera) const;
     void reachServer();
     void nextCamera();
     void lookWhileReading();
@@ -63,9 +65,12 @@ private:
     /// Tells which files are not on the card that has returned, though they were never loaded.
     Vanished tellOfVanished();
     void finished(const ImportRunner::Progress& progress);
+    void prove();
+    void proved(const Result<CardProof::Outcome>& outcome);
     bool isAttached() const;
 
     CommandLine commandLine_;
+    std::shared_ptr<CardProof> proof_;
     std::shared_ptr<FileStore> fileStore_;
     std::shared_ptr<SSHKeyring> keyring_;
     MainQueue& main_;
@@ -76,6 +81,7 @@ private:
     Report::Plan plan_;               ///< of the import that runs or was interrupted
     std::vector<PlannedFile> files_;  ///< the same, in the order in which they are loaded
     ImportRunner::Progress lost_;     ///< of the import that was interrupted
+    FileKeys toProve_;                ///< of the files that were to be loaded from this camera
     bool severalCameras_ = false;
     Guard answers_;
 };

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Date.h"
+#include "PlacedFile.h"
 #include "Result.h"
 #include "Url.h"
 
@@ -33,6 +34,9 @@ public:
     /// Why it cannot be loaded, where that is known beforehand. A folder that could not be read
     /// stands in the catalogue like this.
     virtual std::optional<Error> obstacle() const { return std::nullopt; }
+
+    /// Where it can be read on this computer without a download, if it can.
+    virtual std::optional<PlacedFile> place() const { return std::nullopt; }
 
     /// Copies the file as `name` into the local folder `folder`, over a file of that name if
     /// there is one. The partial file stands there under its name and grows. `done` is called
