@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "Comparison.h"
 #include "Fixture.h"
+#include "MockedCamera.h"
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
@@ -34,18 +35,7 @@ public:
         write("bus/1-1/idVendor", "1209");
         write("bus/1-1/idProduct", "0001");
         write("bus/1-1/virtual-camera", "store1=" + fs::absolute(card).string());
-        write("usb.umockdev", R"(P: /devices/pci0000:00/usb1/1-1
-N: bus/usb/001/001
-E: DEVTYPE=usb_device
-E: SUBSYSTEM=usb
-E: ID_GPHOTO2=1
-A: busnum=1\n
-A: devnum=1\n
-A: idVendor=1209\n
-A: idProduct=0001\n
-A: product=Testkamera\n
-A: serial=S1001\n
-)");
+        write("usb.umockdev", MockedCamera().description());
         prepare();
     }
 

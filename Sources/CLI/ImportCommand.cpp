@@ -4,6 +4,7 @@
 
 #include "ByteSum.h"
 #include "CameraChoice.h"
+#include "FileName.h"
 #include "ProofReport.h"
 #include "RunThen.h"
 #include "ServerVisit.h"
@@ -141,14 +142,29 @@ Report::Plan ImportCommand::chosenPlan() {
 void ImportCommand::startImport() {
     plan_ = chosenPlan();
     announceImport(plan_);
-    if (plan_.files == 0) {
-        report().finished({}, false);
-        return nextCamera();
-    }
+    const auto unreadable = tellOfUnreadable();
+    if (plan_.files == 0) return finished(unreadable);
+    if (unreadable.failed > 0) setStatus(ExitStatus::filesFailed);
     model().startImport();
     if (!isImporting()) return stop(ExitStatus::destinationUnusable, model().status());
     stage_ = Stage::running;
     noteFiles();
+}
+
+ImportRunner::Progress ImportCommand::tellOfUnreadable() {
+    ImportRunner::Progress unreadable;
+    if (!commandLine_.since) return unreadable;
+    const auto day = model().fromDaySelected();
+    for (const auto& file : model().camera()->files()) {
+        const auto obstacle = file->obstacle();
+        const bool isLoaded = plan_.files > 0 && file->shotDate() >= day;
+        if (!obstacle || isLoaded) continue;
+        ++unreadable.total;
+        ++unreadable.failed;
+        report().log(
+            fmt::format("✗ {}: {}", displayText(file->name().value_or("")), obstacle->message));
+    }
+    return unreadable;
 }
 
 void ImportCommand::noteFiles() {
@@ -234,7 +250,7 @@ void ImportCommand::finished(const ImportRunner::Progress& progress) {
     report().finished(progress, isInterrupted());
     if (isInterrupted()) return end();
     if (progress.failed > 0) setStatus(ExitStatus::filesFailed);
-    if (commandLine_.verify) return prove();
+    if (!toProve_.empty()) return prove();
     nextCamera();
 }
 

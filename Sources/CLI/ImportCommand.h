@@ -60,6 +60,9 @@ private:
     bool chooseDay();
     Report::Plan chosenPlan();
     void startImport();
+    /// Tells of the folders that cannot be read and are left out for their date, though pictures
+    /// since the day may be in there. They count as failed.
+    ImportRunner::Progress tellOfUnreadable();
     /// Remembers what the import is to load.
     void noteFiles();
     /// Tells which files are not on the card that has returned, though they were never loaded.

@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "DialogFolderPicker.h"
 
+#include "PortalDialog.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -16,7 +18,12 @@ QString decoded(const std::string& path) {
     return QFile::decodeName(QByteArray::fromStdString(path));
 }
 
-std::optional<Url> choice(QFileDialog& dialog, const Url& start, const QString& prompt) {
+std::optional<Url> askHere(bool folder, const Url& start, const QString& prompt) {
+    QFileDialog dialog(QApplication::activeWindow());
+    dialog.setFileMode(folder ? QFileDialog::Directory : QFileDialog::ExistingFile);
+    dialog.setOption(QFileDialog::ShowDirsOnly, folder);
+    if (!folder)
+        dialog.setFilter(QDir::AllDirs | QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot);
     dialog.setDirectory(decoded(start.path));
     dialog.setLabelText(QFileDialog::Accept, prompt);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
@@ -26,17 +33,18 @@ std::optional<Url> choice(QFileDialog& dialog, const Url& start, const QString& 
 }  // namespace
 
 std::optional<Url> DialogFolderPicker::chooseFolder(const Url& start) {
-    QFileDialog dialog(QApplication::activeWindow());
-    dialog.setFileMode(QFileDialog::Directory);
-    dialog.setOption(QFileDialog::ShowDirsOnly);
-    return choice(dialog, start, QObject::tr("Auswählen"));
+    return choose(true, start, QObject::tr("Auswählen"));
 }
 
 std::optional<Url> DialogFolderPicker::chooseFile(const Url& start, const std::string& prompt) {
-    QFileDialog dialog(QApplication::activeWindow());
-    dialog.setFileMode(QFileDialog::ExistingFile);
-    dialog.setFilter(QDir::AllDirs | QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot);
-    return choice(dialog, start, QString::fromStdString(prompt));
+    return choose(false, start, QString::fromStdString(prompt));
+}
+
+std::optional<Url> DialogFolderPicker::choose(bool folder, const Url& start,
+                                              const QString& prompt) const {
+    PortalDialog portal(bus_, {.start = start, .accept = prompt, .forFolder = folder});
+    if (const auto answer = portal.ask()) return *answer;
+    return askHere(folder, start, prompt);
 }
 
 }  // namespace bildkurier

@@ -2,7 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "QtMainQueue.h"
 
-#include <QMetaObject>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QTimer>
 #include <chrono>
 #include <memory>
@@ -10,8 +11,29 @@
 
 namespace bildkurier {
 
+namespace {
+
+class TaskEvent final : public QEvent {
+public:
+    explicit TaskEvent(Task task) : QEvent(User), task_(std::move(task)) {}
+
+    void run() const { task_(); }
+
+private:
+    Task task_;
+};
+
+class TaskRunner final : public QObject {
+protected:
+    void customEvent(QEvent* event) override { static_cast<TaskEvent*>(event)->run(); }
+};
+
+}  // namespace
+
+QtMainQueue::QtMainQueue() : runner_(std::make_unique<TaskRunner>()) {}
+
 void QtMainQueue::post(Task task) {
-    QMetaObject::invokeMethod(&context_, std::move(task), Qt::QueuedConnection);
+    QCoreApplication::postEvent(runner_.get(), new TaskEvent(std::move(task)));
 }
 
 Handle QtMainQueue::after(Duration delay, Task task) {

@@ -5,6 +5,7 @@
 #include "MainQueue.h"
 
 #include <QObject>
+#include <memory>
 
 class QTimer;
 
@@ -14,6 +15,7 @@ namespace bildkurier {
 /// is still posted when it is destroyed is dropped.
 class QtMainQueue final : public MainQueue {
 public:
+    QtMainQueue();
     void post(Task task) override;
     Handle after(Duration delay, Task task) override;
     Handle every(Duration interval, Task task) override;
@@ -23,7 +25,7 @@ public:
 private:
     static Handle schedule(Duration delay, bool once, Task task);
 
-    QObject context_;
+    std::unique_ptr<QObject> runner_;
 };
 
 }  // namespace bildkurier

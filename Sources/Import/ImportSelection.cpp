@@ -25,7 +25,7 @@ CameraFiles sortedByShotDate(CameraFiles files) {
 std::vector<ImportCandidate> candidates(std::span<const std::shared_ptr<CameraFile>> files) {
     std::vector<ImportCandidate> found;
     found.reserve(files.size());
-    for (const auto& file : files) found.push_back({file->name(), file->size(), file->shotDate()});
+    for (const auto& file : files) found.push_back(file->candidate());
     return found;
 }
 

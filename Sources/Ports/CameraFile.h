@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Date.h"
+#include "ImportCandidate.h"
 #include "PlacedFile.h"
 #include "Result.h"
 #include "Url.h"
@@ -30,6 +31,9 @@ public:
 
     /// When it was taken, else when the camera's file system says it was made.
     virtual std::optional<Date> shotDate() const = 0;
+
+    /// The three above at once, as the planner sees them.
+    virtual ImportCandidate candidate() const { return {name(), size(), shotDate()}; }
 
     /// Why it cannot be loaded, where that is known beforehand. A folder that could not be read
     /// stands in the catalogue like this.

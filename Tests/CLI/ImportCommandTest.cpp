@@ -82,6 +82,12 @@ protected:
         return server;
     }
 
+    void addUnreadableFolder(FakeCamera& card, Date shot) {
+        const auto folder = file(card, "101BILDK", "", shot);
+        folder->knownObstacle = Error{"Ordner 101BILDK ist nicht lesbar"};
+    }
+
+    static constexpr auto unreadableFolder = "✗ 101BILDK: Ordner 101BILDK ist nicht lesbar";
     CommandLine options{.command = Command::import};
     std::shared_ptr<CardProof> proof;
     std::shared_ptr<ImportCommand> command;
@@ -221,6 +227,41 @@ TEST_F(ImportCommandTest, LoadsNothingWhenAllWasShotBeforeTheDay) {
     run(*camera);
     EXPECT_EQ(reported(), (Lines{"importing: 0/1 files, 0 bytes", "finished: 0/0 done, 0 failed"}));
     expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, TellsOfAnUnreadableFolderWhenAllWasShotBeforeTheDay) {
+    options.since = startOfLocalDay("2024-05-09");
+    const auto camera = attach("A");
+    file(*camera, "OLD.JPG", "a")->shot = *options.since - std::chrono::days(1);
+    addUnreadableFolder(*camera, *options.since);
+    begin();
+    deliver(*camera);
+    EXPECT_EQ(reported(), (Lines{"importing: 0/2 files, 0 bytes", unreadableFolder,
+                                 "finished: 0/1 done, 1 failed"}));
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(ImportCommandTest, TellsOfAnUnreadableFolderOnce) {
+    options.since = startOfLocalDay("2024-05-09");
+    const auto camera = attach("A");
+    file(*camera, "NEW.JPG", "b")->shot = *options.since;
+    addUnreadableFolder(*camera, *options.since);
+    begin();
+    deliver(*camera);
+    EXPECT_EQ(std::ranges::count(report.lines, unreadableFolder), 1);
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(ImportCommandTest, TellsOfAnUnreadableFolderBesidePicturesOfLaterDays) {
+    options.since = startOfLocalDay("2024-05-09");
+    const auto camera = attach("A");
+    file(*camera, "NEW.JPG", "b")->shot = *options.since + std::chrono::days(2);
+    addUnreadableFolder(*camera, *options.since + std::chrono::days(1));
+    begin();
+    deliver(*camera);
+    EXPECT_EQ(std::ranges::count(report.lines, unreadableFolder), 1);
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"NEW.JPG", "b"}}));
+    expectEnd(ExitStatus::filesFailed);
 }
 
 TEST_F(ImportCommandTest, SucceedsWhenThereIsNothingToDo) {
@@ -687,6 +728,16 @@ TEST_F(ImportCommandTest, ProvesWhatItHasLoaded) {
     const Lines lines = reported();
     EXPECT_EQ(lines.back(), "✓ Die eine Datei (4 Byte) ist am Ziel, Byte für Byte gleich.");
     EXPECT_FALSE(lock->held);
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, ProvesNothingWhereNothingWasLoaded) {
+    options.verify = true;
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    store->files["/bilder/A.JPG"] = "aaAA";
+    run(*camera);
+    EXPECT_EQ(reported().back(), "finished: 0/0 done, 0 failed");
     expectEnd(ExitStatus::success);
 }
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDBusConnection>
 #include <QDir>
 #include <QFileDialog>
 #include <QTimer>
@@ -33,7 +34,8 @@ protected:
     }
 
     TemporaryFolder folder;
-    DialogFolderPicker picker;
+    /// Where there is no portal.
+    DialogFolderPicker picker{QDBusConnection("none")};
 };
 
 TEST_F(DialogFolderPickerTest, ChoosesAFolder) {

@@ -34,6 +34,12 @@ TEST(ImageCaptureFile, PrefersTheCaptureTimeToThatOfTheFileSystem) {
     }
 }
 
+TEST(ImageCaptureFile, TellsThePlannerAllAtOnce) {
+    const ImageCaptureFile file(std::make_shared<FakeNativeFile>(
+        FileFacts{.name = "IMG_1.JPG", .size = 7, .created = shotAt, .fileCreated = made}));
+    EXPECT_EQ(file.candidate(), (ImportCandidate{"IMG_1.JPG", 7, shotAt}));
+}
+
 TEST(ImageCaptureFile, KnowsWhatKeepsItFromBeingLoaded) {
     const Error obstacle{"Ordner DCIM ist nicht lesbar"};
     EXPECT_EQ(ImageCaptureFile(

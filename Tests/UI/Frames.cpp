@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "ScriptedWindow.h"
 #include "UserAtTheWindow.h"
 #include "WindowScript.h"
 
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <QApplication>
-#include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTextStream>
@@ -111,15 +111,6 @@ int main(int argc, char** argv) {
     const QApplication app(argc, argv);
     WindowScript script;
     script.begin();
-    QQmlApplicationEngine engine;
-    engine.addImportPath(QStringLiteral("qrc:/qml"));
-    engine.setInitialProperties({{"model", QVariant::fromValue(script.model())},
-                                 {"keys", QVariant::fromValue(script.keys())},
-                                 {"support", QUrl()},
-                                 {"privacy", QUrl()},
-                                 {"height", 1100}});
-    engine.loadData("import Bildkurier\nMainWindow {}");
-    if (engine.rootObjects().isEmpty()) return 1;
-    auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
+    const ScriptedWindow window(script, 1100);
     return isFast(*window, script) ? 0 : 1;
 }

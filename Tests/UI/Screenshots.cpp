@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "ScriptedWindow.h"
 #include "SystemAppearance.h"
 #include "UserAtTheWindow.h"
 #include "WindowScript.h"
@@ -10,7 +11,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QImage>
-#include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QTextStream>
 #include <functional>
@@ -177,16 +177,7 @@ bool take(const State& state, const QString& path) {
     WindowScript script;
     state.before(script);
     script.begin();
-    QQmlApplicationEngine engine;
-    engine.addImportPath(QStringLiteral("qrc:/qml"));
-    engine.setInitialProperties({{"model", QVariant::fromValue(script.model())},
-                                 {"keys", QVariant::fromValue(script.keys())},
-                                 {"support", QUrl()},
-                                 {"privacy", QUrl()},
-                                 {"height", 1000}});
-    engine.loadData("import Bildkurier\nMainWindow {}");
-    if (engine.rootObjects().isEmpty()) return false;
-    auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
+    const ScriptedWindow window(script, 1000);
     state.after(script);
     if (state.showsLog) window->setProperty("showsLog", true);
     settle(*window);

@@ -209,4 +209,8 @@ SpeedGauge WindowScript::gauge(double current, double average, double peak) cons
     return SpeedGauge({.current = current, .average = average, .peak = peak});
 }
 
+TypeTile WindowScript::tile(const QString& extension) const {
+    return TypeTile({.ext = extension.toStdString(), .count = 2, .bytes = 1'000'000});
+}
+
 }  // namespace bildkurier

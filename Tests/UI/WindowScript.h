@@ -94,6 +94,8 @@ public:
     Q_INVOKABLE QString stored(const QString& key) const;
     /// Bytes per second.
     Q_INVOKABLE bildkurier::SpeedGauge gauge(double current, double average, double peak) const;
+    /// Of two files of 1 MB.
+    Q_INVOKABLE bildkurier::TypeTile tile(const QString& extension) const;
 
 signals:
     void begun();

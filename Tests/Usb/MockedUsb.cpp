@@ -2,7 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "MockedUsb.h"
 
-#include <fmt/format.h>
+#include "MockedCamera.h"
+
 #include <unistd.h>
 
 namespace bildkurier {
@@ -15,20 +16,11 @@ constexpr auto mocker = "/usr/bin/umockdev-run";
 
 MockedUsb::MockedUsb(const VirtualBus::Device& device) {
     usb_.plugIn("1-1", device);
-    description_ = user_.write(
-        "usb.umockdev", fmt::format(R"(P: /devices/pci0000:00/usb1/1-1
-N: bus/usb/001/001
-E: DEVTYPE=usb_device
-E: SUBSYSTEM=usb
-E: ID_GPHOTO2=1
-A: busnum=1\n
-A: devnum=1\n
-A: idVendor={}\n
-A: idProduct={}\n
-A: product={}\n
-A: serial={}\n
-)",
-                                    device.vendor, device.product, device.name, device.serial));
+    const MockedCamera camera{.vendor = device.vendor,
+                              .product = device.product,
+                              .name = device.name,
+                              .serial = device.serial};
+    description_ = user_.write("usb.umockdev", camera.description());
 }
 
 bool MockedUsb::isPossible() {

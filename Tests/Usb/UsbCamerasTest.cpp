@@ -42,7 +42,6 @@ TEST_F(UsbCamerasTest, HasReportedWhatIsPluggedInBeforeItSaysSo) {
 
 TEST_F(UsbCamerasTest, ShowsACameraThatDoesNotSayInTimeWhoItIs) {
     timing.identifying = Milliseconds(30);
-    timing.ending = Milliseconds(1);
     device.serial = "";
     device.settings["serial"] = "P1001";
     device.settings["rate"] = "1000";
@@ -59,11 +58,10 @@ TEST_F(UsbCamerasTest, ShowsACameraThatDoesNotSayInTimeWhoItIs) {
 
 TEST_F(UsbCamerasTest, ShowsAHangingCameraThatIsPluggedInLater) {
     timing.identifying = Milliseconds(30);
-    timing.ending = Milliseconds(1);
     start();
     runUntil([this] { return !sink->events.empty(); });
     device.serial = "";
-    device.settings["rate"] = "100";
+    device.settings["rate"] = "1000";
     usb.plugIn("1-1", device);
     runUntil([this] { return sink->events.size() == 2; });
     EXPECT_EQ(sink->events, (Events{"reported", "+Testkamera"}));
@@ -221,6 +219,7 @@ TEST_F(UsbCamerasTest, AnswersEachDownloadOnceWhenTheCameraIsPulled) {
 }
 
 TEST_F(UsbCamerasTest, AnswersEachDownloadOnceAtTheEnd) {
+    timing.ending = UsbTiming().ending;
     usb.plugIn("1-1", device);
     start();
     const auto found = files();
@@ -230,6 +229,7 @@ TEST_F(UsbCamerasTest, AnswersEachDownloadOnceAtTheEnd) {
 }
 
 TEST_F(UsbCamerasTest, EndsInTimeWhileACameraIsPulled) {
+    timing.ending = UsbTiming().ending;
     usb.plugIn("1-1", device);
     start();
     const auto found = files();

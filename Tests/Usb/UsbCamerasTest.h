@@ -27,11 +27,15 @@ protected:
     using Events = std::vector<std::string>;
     using Milliseconds = UsbTiming::Milliseconds;
 
+    /// A thread left behind would read the environment while the next test changes it.
+    static constexpr Milliseconds threadsEnd{60'000};
+
     UsbCamerasTest() {
         timing.scan = Milliseconds(2);
         timing.vanishing = Milliseconds(50);
         timing.busy.fill(Milliseconds(1));
         timing.events = Milliseconds(10);
+        timing.ending = threadsEnd;
         folder.write("card/DCIM/100TEST/IMG_0001.JPG", std::string(2'500'000, 'a'));
         folder.write("card/DCIM/100TEST/IMG_0002.JPG", "klein");
         device.settings = {{"store1", folder.path("card")}};

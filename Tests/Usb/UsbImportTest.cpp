@@ -24,6 +24,8 @@ UsbImportTest::UsbImportTest() {
     timing.busy.fill(Milliseconds(1));
     timing.telling = Milliseconds(1);
     timing.events = Milliseconds(10);
+    // A thread left behind would read the environment while the next test changes it.
+    timing.ending = Milliseconds(60'000);
     settings->storedDestination = Url::file(destination);
     settings->storedByType = false;
 }

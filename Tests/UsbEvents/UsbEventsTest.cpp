@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "EventLoop.h"
+#include "MockedCamera.h"
 #include "ProgramCall.h"
 #include "RecordingBrowserSink.h"
 #include "RecordingDeviceSink.h"
@@ -24,19 +25,7 @@ namespace {
 namespace fs = std::filesystem;
 using Events = std::vector<std::string>;
 
-constexpr auto path = "/sys/devices/pci0000:00/0000:00:14.0/usb1/1-1";
-constexpr auto anyCamera = R"(P: /devices/pci0000:00/0000:00:14.0/usb1/1-1
-N: bus/usb/001/007
-E: DEVTYPE=usb_device
-E: SUBSYSTEM=usb
-E: ID_GPHOTO2=1
-A: busnum=1\n
-A: devnum=7\n
-A: idVendor=1209\n
-A: idProduct=0001\n
-A: product=Testkamera\n
-A: serial=S1001\n
-)";
+constexpr auto path = "/devices/pci0000:00/0000:00:14.0/usb1/1-1";
 
 /// Cameras as udev tells of them; nobody looks in between.
 class UsbEventsTest : public testing::Test {
@@ -68,7 +57,7 @@ protected:
 TEST_F(UsbEventsTest, TellOfACameraThatComesAndGoes) {
     start();
     EXPECT_EQ(sink->events, Events{"reported"});
-    udev.plugIn(anyCamera, path);
+    udev.plugIn(MockedCamera{.path = path, .number = 7}.description(), std::string("/sys") + path);
     runUntil([this] { return sink->added.size() == 1; });
     EXPECT_EQ(sink->added.front()->facts().serial, "S1001");
     udev.pull();

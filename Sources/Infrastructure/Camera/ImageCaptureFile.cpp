@@ -12,9 +12,13 @@ std::optional<std::string> ImageCaptureFile::name() const { return file_->facts(
 
 std::int64_t ImageCaptureFile::size() const { return file_->facts().size; }
 
-std::optional<Date> ImageCaptureFile::shotDate() const {
-    const FileFacts facts = file_->facts();
-    return facts.created ? facts.created : facts.fileCreated;
+std::optional<Date> ImageCaptureFile::shotDate() const { return candidate().shotDate; }
+
+ImportCandidate ImageCaptureFile::candidate() const {
+    FileFacts facts = file_->facts();
+    return {.name = std::move(facts.name),
+            .size = facts.size,
+            .shotDate = facts.created ? facts.created : facts.fileCreated};
 }
 
 std::optional<Error> ImageCaptureFile::obstacle() const { return file_->facts().obstacle; }

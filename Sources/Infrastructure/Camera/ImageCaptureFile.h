@@ -17,6 +17,7 @@ public:
     std::optional<std::string> name() const override;
     std::int64_t size() const override;
     std::optional<Date> shotDate() const override;
+    ImportCandidate candidate() const override;
     std::optional<Error> obstacle() const override;
     std::optional<PlacedFile> place() const override;
     void download(const Url& folder, const std::string& name, DownloadCompletion done) override;

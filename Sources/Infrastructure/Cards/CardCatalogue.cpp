@@ -98,12 +98,24 @@ bool isCompanion(const CardEntry& file) {
     return file.type == VideoProxy || file.type == VoiceNote || file.type == Sidecar;
 }
 
+/// Those that count, by name.
+std::vector<CardEntry> sorted(std::vector<CardEntry> files) {
+    // Entries are large: each is moved once.
+    std::vector<CardEntry*> order;
+    order.reserve(files.size());
+    for (CardEntry& file : files)
+        if (file.type != Other || file.error != 0) order.push_back(&file);
+    std::ranges::sort(order, {}, [](const CardEntry* file) -> auto& { return file->name; });
+    std::vector<CardEntry> found;
+    found.reserve(order.size());
+    for (CardEntry* file : order) found.push_back(std::move(*file));
+    return found;
+}
+
 /// The files of one folder, in order.
-void appendFolder(std::vector<CardEntry> files, std::uint32_t folder,
+void appendFolder(std::vector<CardEntry> unsorted, std::uint32_t folder,
                   std::vector<CardEntry>& entries) {
-    std::erase_if(files,
-                  [](const CardEntry& file) { return file.type == Other && file.error == 0; });
-    std::ranges::sort(files, {}, &CardEntry::name);
+    auto files = sorted(std::move(unsorted));
     for (CardEntry& file : files) file.folder = folder;
     if (std::ranges::none_of(files, isCompanion)) {
         std::ranges::move(files, std::back_inserter(entries));
@@ -131,6 +143,9 @@ std::string CardCatalogue::path(const CardEntry& entry) const {
 
 CardCatalogue arrangeCatalogue(CardListing listing) {
     CardCatalogue catalogue;
+    std::size_t count = 0;
+    for (const auto& [folder, files] : listing) count += files.size();
+    catalogue.entries.reserve(count);
     for (auto& [folder, files] : listing) {
         appendFolder(std::move(files), static_cast<std::uint32_t>(catalogue.folders.size()),
                      catalogue.entries);

@@ -90,6 +90,8 @@ private:
     CardListing joined() {
         CardListing all;
         for (CardListing& listing : listings_) {
+            all.merge(listing);
+            // What is left lies in folders that another worker was in as well.
             for (auto& [folder, files] : listing)
                 std::ranges::move(files, std::back_inserter(filesIn(all, folder)));
         }

@@ -50,6 +50,14 @@ WindowTest {
         compare(back.length, folder.length + layout.length + 3);
     }
 
+    function test_reachesTheChoiceOfCamerasFirst() {
+        openWith([["A.JPG", 1e6, "2024-05-08"]]);
+        connect([["B.JPG", 1e6, "2024-05-08"]], "X100", "x100");
+        has("ComboBox", "Kamera");
+        view.forceActiveFocus();
+        compare(tabOrder(Qt.Key_Tab).slice(0, 2), ["ComboBox: Kamera", "RadioButton: Ordner"]);
+    }
+
     function test_reachesTheServersControls() {
         script.startsWithServer = true;
         script.publicKey = "ssh-ed25519 AAAA bildkurier";

@@ -114,6 +114,12 @@ WindowTest {
         compare(named("tileSymbol").name, row.symbol);
     }
 
+    function test_knowsExtensionsInCapitalsOnly() {
+        for (const [extension, symbol] of [["MOV", "film"], ["JPEG", "doc"], ["mov", "doc"], ["MO", "doc"], ["", "doc"]])
+            compare(script.tile(extension).symbol, symbol, extension);
+        compare(script.tile("").name, "Sonstige");
+    }
+
     function test_namesFilesWithoutAnExtension() {
         openWith([["LIESMICH", 1e6, "2024-05-09"]]);
         tryVerify(() => tiles().length === 1);
