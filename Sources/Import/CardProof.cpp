@@ -110,7 +110,8 @@ void CardProof::start(Task task) {
     task_ = std::move(task);
     outcome_ = {.files = std::ssize(task_.files), .content = task_.content};
     for (const auto& file : task_.files) outcome_.bytes = byteSum(outcome_.bytes, file->size());
-    progress_ = {.total = outcome_.files};
+    progress_ = {};
+    progress_.total = outcome_.files;
     waiting_.clear();
     underWay_ = 0;
     isLoading_ = false;
@@ -187,7 +188,9 @@ void CardProof::planned(Result<Plan> plan) {
             return store->createDirectory(staging);
         },
         run_([this](const Result<>& made) {
-            if (!made) return finish(std::unexpected(made.error()));
+            if (!made)
+                return finish(failure("Der Ordner für Kopien lässt sich nicht anlegen: " +
+                                      made.error().message));
             takeNext();
         }));
 }
