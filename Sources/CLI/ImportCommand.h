@@ -49,13 +49,18 @@ private:
 
     void start() override;
     void look() override;
+    bool isUnderWay() const override;
     void reachServer();
     void nextCamera();
     void lookWhileReading();
     void lookWhileRunning();
     void lookForReturn();
-    /// The camera is back, but cannot be opened, or is empty.
-    void lookForHindrance();
+    /// The camera has to be back and read before its import can go on.
+    void lookWhileAwaiting();
+    /// The import goes on.
+    void goOn();
+    /// The camera is back, but nothing of its import is left to load.
+    void endAfterReturn();
     /// Chooses the first day that the user wants; false when nothing was shot since then.
     bool chooseDay();
     Report::Plan chosenPlan();
@@ -65,8 +70,12 @@ private:
     ImportRunner::Progress tellOfUnreadable();
     /// Remembers what the import is to load.
     void noteFiles();
-    /// Tells which files are not on the card that has returned, though they were never loaded.
+    /// Remembers how far the import came that was interrupted.
+    void noteLoss();
+    /// Tells how many files are not on the card that has returned, though they were never loaded.
+    /// Those that had failed before are not among the ones it answers.
     Vanished tellOfVanished();
+    /// The import is over, and summed up.
     void finished(const ImportRunner::Progress& progress);
     void prove();
     void proved(const Result<CardProof::Outcome>& outcome);
@@ -81,10 +90,11 @@ private:
     std::deque<std::shared_ptr<Camera>> waiting_;
     std::shared_ptr<Camera> camera_;
     Stage stage_ = Stage::beginning;
-    Report::Plan plan_;               ///< of the import that runs or was interrupted
-    std::vector<PlannedFile> files_;  ///< the same, in the order in which they are loaded
-    ImportRunner::Progress lost_;     ///< of the import that was interrupted
-    FileKeys toProve_;                ///< of the files that were to be loaded from this camera
+    Report::Plan plan_;                      ///< of the import that runs or was interrupted
+    std::vector<PlannedFile> files_;         ///< the same, in the order in which they are loaded
+    ImportRunner::Progress lost_;            ///< of the import that was interrupted
+    std::vector<PlannedFile> lostFailures_;  ///< those that had failed in it
+    FileKeys toProve_;  ///< of the files that were to be loaded from this camera
     bool severalCameras_ = false;
     Guard answers_;
 };
