@@ -6,6 +6,7 @@
 #include "AutoImport.h"
 #include "BookmarkFileAccess.h"
 #include "BookmarkFolderAccess.h"
+#include "DestinationReader.h"
 #include "Fassung.h"
 #include "FileStoreRouter.h"
 #include "ImageCaptureBrowser.h"
@@ -65,8 +66,18 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
                                    .fileAccess = std::make_shared<BookmarkFileAccess>(bookmarks),
                                    .homeFolder = homeFolder()},
         sandboxed, main, background);
+    const auto proof = std::make_shared<CardProof>(
+        CardProof::Collaborators{
+            .reader = std::make_shared<DestinationReader>(sftpStore),
+            .fileStore = router,
+            .keyring = keyring,
+            .runLock = lock,
+            .staging = Fassung::zwischenOrdner(cachesFolder()).appending("verify")},
+        main, background);
     return {.model = model,
             .keys = keys,
+            .proof = proof,
+            .browser = browser,
             .fileStore = router,
             .keyring = keyring,
             .runLock = lock,
@@ -74,8 +85,12 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
 }
 
 void AppContainer::end(Parts parts, std::optional<ThreadPool>& background) {
-    const auto staged = parts.model->stagingDirectories();
+    auto staged = parts.model->stagingDirectories();
+    parts.proof->cancel();
+    if (const auto copies = parts.proof->stagingToClear()) staged.push_back(*copies);
+    parts.proof.reset();
     parts.model.reset();
+    parts.browser.reset();
     parts.keys.reset();
     parts.programs->endAll();
     background.reset();

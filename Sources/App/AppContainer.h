@@ -3,6 +3,8 @@
 #pragma once
 
 #include "Background.h"
+#include "CameraBrowser.h"
+#include "CardProof.h"
 #include "FileStore.h"
 #include "FolderPicker.h"
 #include "ImportModel.h"
@@ -36,7 +38,7 @@ struct AppContainer {
         std::optional<std::string> trusted;
         /// Called once the cameras attached at the start have been reported.
         std::function<void()> onAttachedCamerasReported = [] {};
-        /// Whether to look for cameras at all.
+        /// Whether to look for cameras, and to have the model use them.
         bool discovers = true;
     };
 
@@ -44,6 +46,8 @@ struct AppContainer {
     struct Parts {
         std::shared_ptr<ImportModel> model;
         std::shared_ptr<SSHKeyModel> keys;
+        std::shared_ptr<CardProof> proof;
+        std::shared_ptr<CameraBrowser> browser;  ///< started where cameras are looked for
         std::shared_ptr<FileStore> fileStore;
         std::shared_ptr<SSHKeyring> keyring;
         std::shared_ptr<RunLock> runLock;

@@ -108,8 +108,8 @@ std::string endOfHelp() {
     return "„bildkurier-cli BEFEHL --help“ erklärt einen Befehl.\n"
            "\n"
            "Rückgabewert:\n"
-           "  0    alles geladen, oder es gab nichts zu tun\n"
-           "  1    mindestens eine Datei ließ sich nicht laden\n"
+           "  0    alles geladen, alles am Ziel, oder es gab nichts zu tun\n"
+           "  1    mindestens eine Datei ließ sich nicht laden, oder ist nicht erwiesen am Ziel\n"
            "  2    falscher Aufruf\n"
            "  3    keine Kamera, oder nicht diese\n"
            "  4    Ziel nicht brauchbar, oder es läuft schon ein Import\n"
@@ -127,7 +127,10 @@ public:
             ->group("Angaben");
         addCameras();
         addImport("plan", "Zeigt, was ein Import laden würde", Command::plan);
-        addImport("import", "Lädt, was am Ziel noch fehlt", Command::import);
+        addImport("import", "Lädt, was am Ziel noch fehlt", Command::import)
+            ->add_flag("--verify", result_.verify,
+                       "Danach prüfen, ob jede geladene Datei Byte für Byte am Ziel ist");
+        addVerify();
         addWatch();
         addSettings();
         addKey();
@@ -208,17 +211,30 @@ private:
                          Command::cameras);
     }
 
-    void addImport(const std::string& name, const std::string& purpose, Command command) {
+    CLI::App* addChoosingCommand(const std::string& name, const std::string& purpose,
+                                 Command command) {
         CLI::App* added = addCameraCommand(name, purpose, command);
         added->add_option("--camera", result_.camera, "Kamera mit diesem Namen oder dieser Kennung")
             ->option_text("NAME|KENNUNG");
         addDestination(*added);
+        return added;
+    }
+
+    void addVerify() {
+        addChoosingCommand("verify", "Prüft, ob alles von der Karte am Ziel ist", Command::verify)
+            ->add_flag("--content", result_.content,
+                       "Byte für Byte vergleichen, nicht nur Namen und Größen");
+    }
+
+    CLI::App* addImport(const std::string& name, const std::string& purpose, Command command) {
+        CLI::App* added = addChoosingCommand(name, purpose, command);
         added
             ->add_option_function<std::string>(
                 "--since", [this](const std::string& day) { result_.since = startOfLocalDay(day); },
                 "Nur Aufnahmen ab diesem Tag")
             ->option_text("JJJJ-MM-TT")
             ->check(day());
+        return added;
     }
 
     void addWatch() {

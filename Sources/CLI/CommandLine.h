@@ -21,6 +21,7 @@ struct CommandLine {
         cameras,
         plan,
         import,
+        verify,
         watch,
         settings,
         keyShow,
@@ -43,6 +44,8 @@ struct CommandLine {
     std::optional<std::string> key;    ///< of the setting to show, or to change
     std::optional<std::string> value;
     std::optional<std::string> file;  ///< the private key to take over; absolute path
+    bool content = false;             ///< whether `verify` compares contents
+    bool verify = false;              ///< whether `import` proves what it has loaded
     bool replace = false;             ///< whether the old key may be lost
     bool json = false;
 };

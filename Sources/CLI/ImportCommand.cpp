@@ -3,15 +3,15 @@
 #include "ImportCommand.h"
 
 #include "ByteSum.h"
-#include "CameraName.h"
+#include "CameraChoice.h"
 #include "FileName.h"
+#include "ProofReport.h"
 #include "RunThen.h"
 #include "ServerVisit.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <iterator>
 #include <ranges>
 #include <utility>
 
@@ -22,44 +22,37 @@ namespace {
 using Command = CommandLine::Command;
 using Phase = ImportModel::Phase;
 
-std::string noSuchCard(const std::vector<std::string>& cards) {
-    if (cards.size() > 1) return "Nicht jede angegebene Karte ist ein lesbarer Ordner.";
-    return fmt::format("Die Karte „{}“ ist kein lesbarer Ordner.", displayText(cards.front()));
-}
-
 }  // namespace
 
 ImportCommand::ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
-                             std::shared_ptr<FileStore> fileStore,
+                             std::shared_ptr<CardProof> proof, std::shared_ptr<FileStore> fileStore,
                              std::shared_ptr<SSHKeyring> keyring, MainQueue& main,
                              Background& background, Report& report, Done done)
     : ModelCommand(std::move(model), main, report, std::move(done)),
       commandLine_(std::move(commandLine)),
+      proof_(std::move(proof)),
       fileStore_(std::move(fileStore)),
       keyring_(std::move(keyring)),
       main_(main),
-      background_(background) {}
+      background_(background) {
+    if (!commandLine_.verify) return;
+    tellOf(*proof_, this->report());
+    proof_->onFinish =
+        answers_([this](const Result<CardProof::Outcome>& outcome) { proved(outcome); });
+}
 
 void ImportCommand::start() {
     const auto& cameras = model().cameras();
     const bool listing = commandLine_.command == Command::cameras;
     if (listing) report().cameras(cameras);
-    if (cameras.size() < commandLine_.cards.size()) {
-        return stop(ExitStatus::noCamera, noSuchCard(commandLine_.cards));
+    if (listing) {
+        const auto attached = checkAttached(commandLine_, cameras);
+        return attached ? end() : stop(ExitStatus::noCamera, attached.error().message);
     }
-    if (cameras.empty()) return stop(ExitStatus::noCamera, "Keine Kamera gefunden.");
-    if (listing) return end();
-    std::ranges::copy_if(cameras, std::back_inserter(waiting_),
-                         [this](const auto& camera) { return wants(*camera); });
-    if (waiting_.empty()) {
-        return stop(ExitStatus::noCamera,
-                    fmt::format("Kamera „{}“ nicht gefunden.", commandLine_.camera.value_or("")));
-    }
+    auto chosen = chooseCameras(commandLine_, cameras);
+    if (!chosen) return stop(ExitStatus::noCamera, chosen.error().message);
+    waiting_ = *std::move(chosen);
     severalCameras_ = waiting_.size() > 1;
-    if (severalCameras_ && commandLine_.cards.empty()) {
-        return stop(ExitStatus::noCamera,
-                    "Mehrere Kameras gefunden; bitte mit --camera eine wählen.");
-    }
     const Url& destination = model().dest();
     if (!destination.isFile()) return reachServer();
     if (fileStore_->fileSize(destination))
@@ -79,14 +72,10 @@ void ImportCommand::reachServer() {
         },
         answers_([this](const ServerVisit& visit) {
             if (isInterrupted()) return;
-            if (visit.fingerprint && visit.isFirst) reportNewServer(*visit.fingerprint);
+            if (visit.fingerprint && visit.isFirst) report().newServer(*visit.fingerprint);
             if (visit.error) return stop(ExitStatus::destinationUnusable, visit.error->message);
             nextCamera();
         }));
-}
-
-bool ImportCommand::wants(const Camera& camera) const {
-    return !commandLine_.camera || answersTo(camera, *commandLine_.camera);
 }
 
 void ImportCommand::nextCamera() {
@@ -108,6 +97,9 @@ void ImportCommand::look() {
             return lookWhileRunning();
         case Stage::returning:
             return lookForReturn();
+        case Stage::proving:
+            if (!isAttached()) stop(ExitStatus::filesFailed, "Die Kamera wurde getrennt.");
+            return;
     }
 }
 
@@ -176,6 +168,7 @@ void ImportCommand::noteFiles() {
     files_.clear();
     for (const auto& file : model().newFiles()) {
         files_.push_back({fileKey(file->name().value_or(""), file->size()), file->size()});
+        if (commandLine_.verify) toProve_.insert(files_.back().key);
     }
 }
 
@@ -283,6 +276,34 @@ void ImportCommand::finished(const ImportRunner::Progress& progress) {
     report().finished(progress, isInterrupted());
     if (isInterrupted()) return end();
     if (progress.failed > 0) setStatus(ExitStatus::filesFailed);
+    if (!toProve_.empty()) return prove();
+    nextCamera();
+}
+
+void ImportCommand::prove() {
+    if (!isAttached()) {
+        setStatus(ExitStatus::filesFailed);
+        report().log("✗ Nicht geprüft: Die Kamera wurde getrennt.");
+        return nextCamera();
+    }
+    stage_ = Stage::proving;
+    auto files = camera_->files();
+    // A twin of a file that was loaded counts as loaded, too.
+    std::erase_if(files, [this](const auto& file) {
+        return !toProve_.contains(fileKey(file->name().value_or(""), file->size()));
+    });
+    toProve_.clear();
+    proof_->start({.files = sortedByShotDate(std::move(files)),
+                   .overlaps = camera_->overlapTest(),
+                   .destination = model().dest(),
+                   .content = true});
+}
+
+void ImportCommand::proved(const Result<CardProof::Outcome>& outcome) {
+    if (isInterrupted() || stage_ != Stage::proving) return;
+    if (!outcome) return stop(ExitStatus::destinationUnusable, outcome.error().message);
+    report().verified(*outcome);
+    if (!outcome->isComplete()) setStatus(ExitStatus::filesFailed);
     nextCamera();
 }
 

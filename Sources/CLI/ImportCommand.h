@@ -4,6 +4,7 @@
 
 #include "Background.h"
 #include "Camera.h"
+#include "CardProof.h"
 #include "CommandLine.h"
 #include "FileKey.h"
 #include "ModelCommand.h"
@@ -23,14 +24,16 @@ namespace bildkurier {
 class ImportCommand final : public ModelCommand {
 public:
     ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
-                  std::shared_ptr<FileStore> fileStore, std::shared_ptr<SSHKeyring> keyring,
-                  MainQueue& main, Background& background, Report& report, Done done);
+                  std::shared_ptr<CardProof> proof, std::shared_ptr<FileStore> fileStore,
+                  std::shared_ptr<SSHKeyring> keyring, MainQueue& main, Background& background,
+                  Report& report, Done done);
 
 private:
     enum class Stage : std::uint8_t {
         beginning,
         reading,   ///< a camera is being opened and read
         running,   ///< its import
+        proving,   ///< that what was loaded is there
         returning  ///< its import was interrupted; it has to come back
     };
 
@@ -47,7 +50,6 @@ private:
     void start() override;
     void look() override;
     bool isUnderWay() const override;
-    bool wants(const Camera& camera) const;
     void reachServer();
     void nextCamera();
     void lookWhileReading();
@@ -75,9 +77,12 @@ private:
     Vanished tellOfVanished();
     /// The import is over, and summed up.
     void finished(const ImportRunner::Progress& progress);
+    void prove();
+    void proved(const Result<CardProof::Outcome>& outcome);
     bool isAttached() const;
 
     CommandLine commandLine_;
+    std::shared_ptr<CardProof> proof_;
     std::shared_ptr<FileStore> fileStore_;
     std::shared_ptr<SSHKeyring> keyring_;
     MainQueue& main_;
@@ -89,6 +94,7 @@ private:
     std::vector<PlannedFile> files_;         ///< the same, in the order in which they are loaded
     ImportRunner::Progress lost_;            ///< of the import that was interrupted
     std::vector<PlannedFile> lostFailures_;  ///< those that had failed in it
+    FileKeys toProve_;  ///< of the files that were to be loaded from this camera
     bool severalCameras_ = false;
     Guard answers_;
 };

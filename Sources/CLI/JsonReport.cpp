@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "JsonReport.h"
 
+#include "ProofSummary.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
@@ -16,6 +18,11 @@ void print(const Json& event) {
     const std::string line = event.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
     std::fputs(line.c_str(), stdout);
     std::fflush(stdout);
+}
+
+std::string kindOf(const Proof& proof) {
+    if (proof.kind == Proof::Kind::twin) return "twin";
+    return proof.kind == Proof::Kind::notReadable ? "unproved" : "missing";
 }
 
 }  // namespace
@@ -67,6 +74,31 @@ void JsonReport::finished(const ImportRunner::Progress& progress, bool cancelled
            {"failed", progress.failed},
            {"bytes", progress.bytesDone},
            {"cancelled", cancelled}});
+}
+
+void JsonReport::comparing(const CardProof::Outcome& all) {
+    print({{"event", "comparing"}, {"files", all.files}, {"bytes", all.bytes}});
+}
+
+void JsonReport::finding(const CardProof::Finding& finding) {
+    print({{"event", "finding"},
+           {"kind", kindOf(finding.proof)},
+           {"name", finding.name},
+           {"size", finding.size},
+           {"line", findingLine(finding)}});
+}
+
+void JsonReport::verified(const CardProof::Outcome& outcome) {
+    print({{"event", "verified"},
+           {"files", outcome.files},
+           {"bytes", outcome.bytes},
+           {"present", outcome.present},
+           {"missing", outcome.missing},
+           {"twins", outcome.twins},
+           {"unproved", outcome.unproved},
+           {"content", outcome.content},
+           {"complete", outcome.isComplete()},
+           {"line", proofSummary(outcome)}});
 }
 
 void JsonReport::error(const std::string& message) {

@@ -17,6 +17,9 @@ public:
     void progress(const ImportRunner::Progress& progress) override;
     void speed(const SpeedMeter::Reading& speed) override;
     void finished(const ImportRunner::Progress& progress, bool cancelled) override;
+    void comparing(const CardProof::Outcome& all) override;
+    void finding(const CardProof::Finding& finding) override;
+    void verified(const CardProof::Outcome& outcome) override;
     void error(const std::string& message) override;
 };
 

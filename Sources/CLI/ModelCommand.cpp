@@ -63,13 +63,6 @@ void ModelCommand::showStatus() {
     if (log.empty() || !log.back().contains(shownStatus_)) report_.status(shownStatus_);
 }
 
-void ModelCommand::reportNewServer(const std::string& fingerprint) {
-    report_.status(
-        fmt::format("Erste Verbindung: Server-Schlüssel {} gespeichert. Mit dem Fingerabdruck auf "
-                    "dem Server vergleichen.",
-                    fingerprint));
-}
-
 void ModelCommand::lookLater() {
     if (std::exchange(willLook_, true)) return;
     main_.post(alive_([this] {

@@ -55,9 +55,6 @@ protected:
     /// Tells what the model says, unless it was told already.
     void showStatus();
 
-    /// A server's key, which this is the fingerprint of, was stored at the first connection.
-    void reportNewServer(const std::string& fingerprint);
-
     /// Looks as soon as the model has come to rest.
     void lookLater();
     /// Without effect once the user has interrupted the command.

@@ -19,6 +19,7 @@
 #include "TextReport.h"
 #include "ThreadPool.h"
 #include "UserDefaultsSettings.h"
+#include "VerifyCommand.h"
 #include "WatchCommand.h"
 
 #include <memory>
@@ -107,8 +108,9 @@ std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
                                                parts.model, parts.keyring, main, report,
                                                std::move(done));
     }
-    return std::make_shared<ImportCommand>(commandLine, parts.model, parts.fileStore, parts.keyring,
-                                           main, background, report, std::move(done));
+    return std::make_shared<ImportCommand>(commandLine, parts.model, parts.proof, parts.fileStore,
+                                           parts.keyring, main, background, report,
+                                           std::move(done));
 }
 
 ExitStatus runSettings(const CommandLine& commandLine) {
@@ -154,6 +156,38 @@ ExitStatus runModel(const CommandLine& commandLine) {
     return status;
 }
 
+ExitStatus runVerify(const CommandLine& commandLine) {
+    EventLoop loop;
+    const auto report = makeReport(commandLine.json);
+    std::shared_ptr<VerifyCommand> command;
+    std::optional<InterruptSignals> signals(std::in_place, loop, [&] { command->interrupt(); });
+    std::optional<ThreadPool> pool(std::in_place);
+    // The model is left alone with the destination: it would try whether it can write there.
+    AppContainer::Parts parts = AppContainer::make(
+        loop, *pool,
+        {.cards = commandLine.cards,
+         .defaults = defaultsFor(commandLine, std::make_shared<IniUserDefaults>()),
+         .folderPicker = nullptr,
+         .trusted = {},
+         .onAttachedCamerasReported = [&] { command->begin(); },
+         .discovers = false});
+    ExitStatus status = ExitStatus::success;
+    command = std::make_shared<VerifyCommand>(commandLine, parts.model->dest(), parts.proof, loop,
+                                              *report, [&](ExitStatus ended) {
+                                                  status = ended;
+                                                  loop.stop();
+                                              });
+    parts.browser->start(command);
+    loop.run();
+
+    // From here on the signals end the program again, should a file system hang.
+    signals.reset();
+    parts.proof->cancel();
+    command.reset();
+    AppContainer::end(std::move(parts), pool);
+    return status;
+}
+
 ExitStatus runKeys(const CommandLine& commandLine) {
     EventLoop loop;
     const auto report = makeReport(commandLine.json);
@@ -179,6 +213,7 @@ ExitStatus runKeys(const CommandLine& commandLine) {
 
 ExitStatus runProgram(const CommandLine& commandLine) {
     if (commandLine.command == Command::settings) return runSettings(commandLine);
+    if (commandLine.command == Command::verify) return runVerify(commandLine);
     return isAboutKey(commandLine) ? runKeys(commandLine) : runModel(commandLine);
 }
 

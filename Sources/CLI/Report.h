@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Camera.h"
+#include "CardProof.h"
 #include "ImportRunner.h"
 #include "SpeedMeter.h"
 #include "TypeSummary.h"
@@ -43,8 +44,20 @@ public:
     virtual void speed(const SpeedMeter::Reading& speed) = 0;
     /// What an import came to; its closing line is in the log.
     virtual void finished(const ImportRunner::Progress& progress, bool cancelled) = 0;
+    /// A proof that compares contents begins.
+    virtual void comparing(const CardProof::Outcome& all) = 0;
+    /// A file that is not proved to be at the destination.
+    virtual void finding(const CardProof::Finding& finding) = 0;
+    /// What a proof came to.
+    virtual void verified(const CardProof::Outcome& outcome) = 0;
     /// Something that keeps the command from being carried out.
     virtual void error(const std::string& message) = 0;
+
+    /// A server's key, which this is the fingerprint of, was stored at the first connection.
+    void newServer(const std::string& fingerprint) {
+        status("Erste Verbindung: Server-Schlüssel " + fingerprint +
+               " gespeichert. Mit dem Fingerabdruck auf dem Server vergleichen.");
+    }
 };
 
 }  // namespace bildkurier

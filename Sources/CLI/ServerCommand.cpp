@@ -51,7 +51,7 @@ void ServerCommand::look() {
     const bool isNew = model().sftpHostIsNew();
     const bool isConnected = model().sftpConnected();
     if (isConnected) report().status(status);
-    if (fingerprint && isNew) reportNewServer(*fingerprint);
+    if (fingerprint && isNew) report().newServer(*fingerprint);
     if (!isConnected) return stop(ExitStatus::destinationUnusable, status);
     if (fingerprint && !isNew) report().status(fmt::format("Server-Schlüssel: {}", *fingerprint));
     end();

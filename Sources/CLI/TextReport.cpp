@@ -5,6 +5,7 @@
 #include "CameraName.h"
 #include "FileName.h"
 #include "Formatting.h"
+#include "ProofSummary.h"
 
 #include <fmt/format.h>
 
@@ -43,6 +44,12 @@ void TextReport::speed(const SpeedMeter::Reading& speed) { bar_.draw(speed); }
 void TextReport::finished(const ImportRunner::Progress& /*progress*/, bool /*cancelled*/) {
     bar_.erase();
 }
+
+void TextReport::comparing(const CardProof::Outcome& all) { bar_.begin(all.bytes); }
+
+void TextReport::finding(const CardProof::Finding& finding) { print(findingLine(finding)); }
+
+void TextReport::verified(const CardProof::Outcome& outcome) { print(proofSummary(outcome)); }
 
 void TextReport::error(const std::string& message) {
     bar_.erase();

@@ -4,6 +4,7 @@
 
 #include "Date.h"
 #include "ImportCandidate.h"
+#include "PlacedFile.h"
 #include "Result.h"
 #include "Url.h"
 
@@ -34,6 +35,9 @@ public:
     /// Why it cannot be loaded, where that is known beforehand. A folder that could not be read
     /// stands in the catalogue like this.
     virtual std::optional<Error> obstacle() const { return std::nullopt; }
+
+    /// Where it can be read on this computer without a download, if it can.
+    virtual std::optional<PlacedFile> place() const { return std::nullopt; }
 
     /// All of this at once, as the planner sees it.
     virtual ImportCandidate candidate() const {

@@ -49,6 +49,18 @@ TEST(CommandLine, TakesEveryOption) {
     EXPECT_TRUE(parsed->json);
 }
 
+TEST(CommandLine, TakesTheOptionsOfAProof) {
+    const auto byKey = parse({"verify", "--card", "/a", "--camera", "serial:7", "--to", "/c"});
+    ASSERT_TRUE(byKey);
+    EXPECT_EQ(byKey->command, Command::verify);
+    EXPECT_EQ(byKey->camera, "serial:7");
+    EXPECT_EQ(byKey->destination, "/c");
+    EXPECT_FALSE(byKey->content);
+    EXPECT_TRUE(parse({"verify", "--content"})->content);
+    EXPECT_TRUE(parse({"import", "--verify"})->verify);
+    EXPECT_FALSE(parse({"import"})->verify);
+}
+
 TEST(CommandLine, MakesPathsAbsolute) {
     const auto parsed = parse({"import", "--card", "karte", "--to", "link/../bilder"});
     ASSERT_TRUE(parsed);
@@ -117,7 +129,7 @@ TEST(CommandLine, ExplainsInGermanWhatIsOff) {
         std::vector<std::string> arguments;
         std::string message;
     } cases[] = {
-        {{}, "Es fehlt ein Befehl: cameras, plan, import, watch, settings, key oder sftp."},
+        {{}, "Es fehlt ein Befehl: cameras, plan, import, verify, watch, settings, key oder sftp."},
         {{"import", "--to"}, "Der Angabe --to fehlt ein Wert, oder sie steht doppelt."},
         {{"import", "--to", "/a", "--to", "/b"},
          "Der Angabe --to fehlt ein Wert, oder sie steht doppelt."},

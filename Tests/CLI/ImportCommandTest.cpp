@@ -5,6 +5,7 @@
 #include "Formatting.h"
 #include "ImportCommand.h"
 #include "LocalDay.h"
+#include "MemoryContentReader.h"
 #include "ModelCommandTest.h"
 
 #include <algorithm>
@@ -21,7 +22,14 @@ protected:
     void makeCommand() {
         if (options.since) settings->storedUseFromDate = true;
         make();
-        command = std::make_shared<ImportCommand>(options, model, files, keyring, loop, loop,
+        proof = std::make_shared<CardProof>(
+            CardProof::Collaborators{.reader = std::make_shared<MemoryContentReader>(store),
+                                     .fileStore = files,
+                                     .keyring = keyring,
+                                     .runLock = lock,
+                                     .staging = Url::file("/cache")},
+            loop, loop);
+        command = std::make_shared<ImportCommand>(options, model, proof, files, keyring, loop, loop,
                                                   report, done());
     }
 
@@ -118,6 +126,7 @@ protected:
 
     static constexpr auto unreadableFolder = "✗ 101BILDK: Ordner 101BILDK ist nicht lesbar";
     CommandLine options{.command = Command::import};
+    std::shared_ptr<CardProof> proof;
     std::shared_ptr<ImportCommand> command;
 };
 
@@ -864,6 +873,62 @@ TEST_F(ImportCommandTest, ReportsTheSpeedAsItChanges) {
     EXPECT_GE(report.speedReports, 1);
     EXPECT_EQ(lines[lines.size() - 2],
               "Fertig: 1 geladen (" + formatBytes(4'000'000) + "), Ø " + formatSpeed(2'000'000));
+}
+
+TEST_F(ImportCommandTest, ProvesWhatItHasLoaded) {
+    options.verify = true;
+    const auto camera = attach("A");
+    store->folders.insert("/bilder");
+    store->files["/bilder/A.JPG"] = "andere";
+    file(*camera, "A.JPG", "aaaa");
+    file(*camera, "B.JPG", "bb");
+    store->files["/bilder/B.JPG"] = "BB";
+    run(*camera);
+    const Lines lines = reported();
+    EXPECT_EQ(lines.back(), "✓ Die eine Datei (4 Byte) ist am Ziel, Byte für Byte gleich.");
+    EXPECT_FALSE(lock->held);
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, ProvesNothingWhereNothingWasLoaded) {
+    options.verify = true;
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    store->files["/bilder/A.JPG"] = "aaAA";
+    run(*camera);
+    EXPECT_EQ(reported().back(), "finished: 0/0 done, 0 failed");
+    expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, FailsWhereWhatItHasLoadedIsNotProved) {
+    options.verify = true;
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    const auto again = file(*camera, "A.JPG", "aaAA");
+    run(*camera);
+    EXPECT_EQ(again->downloads, 1);
+    const Lines lines = reported();
+    EXPECT_EQ(lines[lines.size() - 2],
+              "✗ A.JPG  (4 Byte): Zwilling: Was am Ziel so heißt und so groß ist, hat anderen "
+              "Inhalt");
+    EXPECT_EQ(lines.back(),
+              "✗ Nicht löschen: 1 von 2 Dateien (8 Byte) sind am Ziel, 1 mit anderem Inhalt.");
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(ImportCommandTest, StopsAProofWhoseCameraIsLost) {
+    options.verify = true;
+    const auto camera = attach("A");
+    const auto held = file(*camera, "A.JPG", "aaaa");
+    held->holdsBack = true;
+    run(*camera);
+    held->deliver();
+    loop.settle();
+    EXPECT_EQ(held->downloads, 2);  // loaded, and read once more
+    EXPECT_TRUE(ends.empty());
+    lose(camera);
+    EXPECT_EQ(reported().back(), "error: Die Kamera wurde getrennt.");
+    expectEnd(ExitStatus::filesFailed);
 }
 
 }  // namespace

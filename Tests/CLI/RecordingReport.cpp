@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "RecordingReport.h"
 
+#include "ProofSummary.h"
+
 #include <fmt/format.h>
 
 namespace bildkurier {
@@ -31,6 +33,18 @@ void RecordingReport::importing(const Plan& plan) {
 void RecordingReport::finished(const ImportRunner::Progress& progress, bool cancelled) {
     lines.push_back(fmt::format("finished: {}/{} done, {} failed{}", progress.done, progress.total,
                                 progress.failed, cancelled ? ", cancelled" : ""));
+}
+
+void RecordingReport::comparing(const CardProof::Outcome& all) {
+    lines.push_back(fmt::format("comparing: {} files, {} bytes", all.files, all.bytes));
+}
+
+void RecordingReport::finding(const CardProof::Finding& finding) {
+    lines.push_back(findingLine(finding));
+}
+
+void RecordingReport::verified(const CardProof::Outcome& outcome) {
+    lines.push_back(proofSummary(outcome));
 }
 
 }  // namespace bildkurier

@@ -29,6 +29,9 @@ public:
     }
     void speed(const SpeedMeter::Reading& /*speed*/) override { ++speedReports; }
     void finished(const ImportRunner::Progress& progress, bool cancelled) override;
+    void comparing(const CardProof::Outcome& all) override;
+    void finding(const CardProof::Finding& finding) override;
+    void verified(const CardProof::Outcome& outcome) override;
     void error(const std::string& message) override { lines.push_back("error: " + message); }
 };
 

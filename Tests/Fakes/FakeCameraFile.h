@@ -24,6 +24,7 @@ public:
 
     std::optional<Error> error;  ///< what a download fails with
     std::optional<Error> knownObstacle;
+    std::optional<PlacedFile> knownPlace;
     std::optional<std::string> savedAs;  ///< another name than the one asked for
     bool holdsBack = false;              ///< downloads wait for `deliver`
 
@@ -39,6 +40,7 @@ public:
     std::int64_t size() const override { return cameraSize; }
     std::optional<Date> shotDate() const override { return shot; }
     std::optional<Error> obstacle() const override { return knownObstacle; }
+    std::optional<PlacedFile> place() const override { return knownPlace; }
     void download(const Url& to, const std::string& saveAs, DownloadCompletion done) override;
 
 private:

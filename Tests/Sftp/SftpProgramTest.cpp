@@ -8,6 +8,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 
 namespace bildkurier {
 namespace {
@@ -204,6 +205,40 @@ TEST_F(SftpProgramTest, LeavesAServerThatNeverAnswersAtTheFirstInterrupt) {
     EXPECT_FALSE(result.hung);
     EXPECT_EQ(result.exitStatus, 130) << result.err;
     server->connection().finished();
+}
+
+TEST_F(SftpProgramTest, ProvesThatACardIsOnTheServer) {
+    const Strings verify{"verify", "--card", user.path("card"), "--to", address(), "--content"};
+    ASSERT_EQ(run(import()).exitStatus, 0);
+    const Tree there = tree(server->path(""));
+    const auto equal = run(verify);
+    EXPECT_EQ(equal.exitStatus, 0) << equal.out << equal.err;
+    EXPECT_EQ(equal.out, "✓ Alle 3 Dateien (100 KB) sind am Ziel, Byte für Byte gleich.\n");
+    EXPECT_EQ(tree(server->path("")), there);
+
+    std::ofstream(server->path("fotos/IMG_0002.JPG")) << "the seconD";
+    fs::remove(server->path("fotos/IMG_0001.JPG"));
+    const auto different = run(verify);
+    EXPECT_EQ(different.exitStatus, 1) << different.err;
+    EXPECT_EQ(different.out,
+              "✗ IMG_0001.JPG  (3 Byte): fehlt am Ziel\n"
+              "✗ IMG_0002.JPG  (10 Byte): Zwilling: Was am Ziel so heißt und so groß ist, hat "
+              "anderen Inhalt\n"
+              "✗ Nicht löschen: 1 von 3 Dateien (100 KB) sind am Ziel, 1 fehlt, 1 mit anderem "
+              "Inhalt.\n");
+    for (const auto& file : filesIn("cache")) EXPECT_FALSE(file.contains("verify")) << file;
+
+    auto words = import();
+    words.emplace_back("--verify");
+    const auto loaded = run(words);
+    EXPECT_EQ(loaded.exitStatus, 0) << loaded.out << loaded.err;
+    EXPECT_TRUE(
+        loaded.out.ends_with("✓ Die eine Datei (3 Byte) ist am Ziel, Byte für Byte "
+                             "gleich.\n"))
+        << loaded.out;
+
+    server->changeHostKey();
+    EXPECT_EQ(run(verify).exitStatus, 4);
 }
 
 }  // namespace

@@ -42,6 +42,23 @@ TEST_F(UsbProgramTest, ImportsTheWholeCard) {
     EXPECT_TRUE(second.out.find("✓") == std::string::npos) << second.out;
 }
 
+TEST_F(UsbProgramTest, ProvesThatTheCardIsAtTheDestination) {
+    const MockedUsb usb(device);
+    const std::string destination = folder.path("destination");
+    const std::vector<std::string> verify{"verify", "--to", destination, "--content"};
+    ASSERT_EQ(usb.call({"import", "--to", destination, "--no-by-type"}).run().exitStatus, 0);
+    const auto equal = usb.call(verify).run();
+    EXPECT_EQ(equal.exitStatus, 0) << equal.out << equal.err;
+    EXPECT_EQ(equal.out, "✓ Alle 2 Dateien (3 MB) sind am Ziel, Byte für Byte gleich.\n");
+
+    folder.write("destination/IMG_0001.JPG", "ein BilD");
+    const Tree there = tree(destination);
+    const auto different = usb.call(verify).run();
+    EXPECT_EQ(different.exitStatus, 1) << different.err;
+    EXPECT_TRUE(different.out.starts_with("✗ IMG_0001.JPG  (8 Byte): Zwilling")) << different.out;
+    EXPECT_EQ(tree(destination), there);
+}
+
 TEST_F(UsbProgramTest, LeavesTheUsbAloneWhereACardIsGiven) {
     const auto shown = MockedUsb(device).call({"cameras", "--card", folder.path("card")}).run();
     EXPECT_EQ(shown.exitStatus, 0) << shown.err;

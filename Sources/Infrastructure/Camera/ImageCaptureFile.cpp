@@ -24,6 +24,8 @@ ImportCandidate ImageCaptureFile::candidate() const {
 
 std::optional<Error> ImageCaptureFile::obstacle() const { return file_->facts().obstacle; }
 
+std::optional<PlacedFile> ImageCaptureFile::place() const { return file_->place(); }
+
 void ImageCaptureFile::download(const Url& folder, const std::string& name,
                                 DownloadCompletion done) {
     file_->download({.directory = folder.path, .saveAs = name, .overwrite = true}, std::move(done));

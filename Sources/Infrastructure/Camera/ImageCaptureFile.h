@@ -19,6 +19,7 @@ public:
     std::optional<Date> shotDate() const override;
     ImportCandidate candidate() const override;
     std::optional<Error> obstacle() const override;
+    std::optional<PlacedFile> place() const override;
     void download(const Url& folder, const std::string& name, DownloadCompletion done) override;
 
 private:

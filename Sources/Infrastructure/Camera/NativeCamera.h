@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Date.h"
+#include "PlacedFile.h"
 #include "Result.h"
 
 #include <cstddef>
@@ -54,6 +55,9 @@ public:
 
     /// In the device's order.
     virtual std::vector<std::shared_ptr<NativeFile>> sidecars() const = 0;
+
+    /// Where it can be read on this computer without a download, if it can.
+    virtual std::optional<PlacedFile> place() const { return std::nullopt; }
 
     /// `done` is called exactly once, on any thread.
     virtual void download(const DownloadRequest& request, NativeDownloadDone done) = 0;

@@ -54,6 +54,10 @@ std::optional<Error> CardContents::obstacle(const CardEntry& entry) const {
                              systemError(entry.error).message)};
 }
 
+std::optional<PlacedFile> CardContents::place(const CardEntry& entry) const {
+    return PlacedFile{.folder = Url::file(session_->place().root), .path = catalogue().path(entry)};
+}
+
 void CardContents::load(const CardEntry& entry, const DownloadRequest& request,
                         NativeDownloadDone done) const {
     background_.run([self = std::static_pointer_cast<const CardContents>(shared_from_this()),

@@ -18,6 +18,7 @@ public:
                  Background& background);
 
     std::optional<Error> obstacle(const CardEntry& entry) const override;
+    std::optional<PlacedFile> place(const CardEntry& entry) const override;
     void load(const CardEntry& entry, const DownloadRequest& request,
               NativeDownloadDone done) const override;
 

@@ -17,6 +17,7 @@ public:
 
     FileFacts facts() const override;
     std::vector<std::shared_ptr<NativeFile>> sidecars() const override;
+    std::optional<PlacedFile> place() const override { return contents_->place(entry()); }
 
     /// Fails once the session has ended.
     void download(const DownloadRequest& request, NativeDownloadDone done) override;

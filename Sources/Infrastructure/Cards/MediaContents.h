@@ -25,6 +25,11 @@ public:
     /// Why an entry of the catalogue cannot be loaded, where that is known.
     virtual std::optional<Error> obstacle(const CardEntry& entry) const = 0;
 
+    /// Where an entry of the catalogue can be read on this computer without a download, if it can.
+    virtual std::optional<PlacedFile> place(const CardEntry& /*entry*/) const {
+        return std::nullopt;
+    }
+
     /// `entry` is of the catalogue. `done` is called exactly once, on any thread.
     virtual void load(const CardEntry& entry, const DownloadRequest& request,
                       NativeDownloadDone done) const = 0;

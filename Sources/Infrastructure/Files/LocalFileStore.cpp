@@ -15,9 +15,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
+#include <cerrno>
 #include <filesystem>
+#include <functional>
+#include <iterator>
 #include <limits>
 #include <numeric>
+#include <string_view>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -65,9 +70,32 @@ void removeTree(const std::filesystem::path& path) {
 }
 
 /// What one worker of a scan has found, apart from what the others write.
-struct alignas(64) FoundKeys {
-    std::vector<std::string> keys;
+template <class Item>
+struct alignas(64) FoundItems {
+    std::vector<Item> items;
 };
+
+/// What `make` makes of every regular file below `folder`, by worker.
+template <class Item, class Make>
+std::vector<FoundItems<Item>> scanned(
+    const Url& folder, bool isOnNetwork, Make make,
+    std::function<void(std::size_t, std::string_view, int)> unreadable = {}) {
+    // A disk is soon busy; a server answers many questions while one waits.
+    const std::size_t workers =
+        isOnNetwork ? 24 : std::clamp(std::thread::hardware_concurrency(), 1U, 4U);
+    std::vector<FoundItems<Item>> found(workers);
+    walkFiles(localPath(folder), {.workers = workers, .cancelled = {}},
+              {.file = [&](std::size_t worker,
+                           const WalkedFile& file) { found[worker].items.push_back(make(file)); },
+               .unreadable = std::move(unreadable)});
+    return found;
+}
+
+template <class Item>
+std::size_t count(const std::vector<FoundItems<Item>>& found) {
+    return std::transform_reduce(found.begin(), found.end(), std::size_t{0}, std::plus(),
+                                 [](const auto& part) { return part.items.size(); });
+}
 
 }  // namespace
 
@@ -76,22 +104,36 @@ Url LocalFileStore::stagingDirectory(const Url& destination) {
 }
 
 FileKeys LocalFileStore::existingFileKeys(const Url& folder) {
-    // A disk is soon busy; a server answers many questions while one waits.
-    const std::size_t workers =
-        isNetworkVolume(folder) ? 24 : std::clamp(std::thread::hardware_concurrency(), 1U, 4U);
-    std::vector<FoundKeys> found(workers);
-    walkFiles(localPath(folder), {.workers = workers, .cancelled = {}},
-              {.file =
-                   [&](std::size_t worker, const WalkedFile& file) {
-                       found[worker].keys.push_back(fileKey(file.name, file.size));
-                   },
-               .unreadable = {}});
+    auto found = scanned<std::string>(folder, isNetworkVolume(folder), [](const WalkedFile& file) {
+        return fileKey(file.name, file.size);
+    });
     FileKeys keys;
-    keys.reserve(std::transform_reduce(found.begin(), found.end(), std::size_t{0}, std::plus(),
-                                       [](const FoundKeys& part) { return part.keys.size(); }));
+    keys.reserve(count(found));
     for (auto& part : found)
-        for (auto& key : part.keys) keys.insert(std::move(key));
+        for (auto& key : part.items) keys.insert(std::move(key));
     return keys;
+}
+
+Result<std::vector<ContentReader::File>> LocalFileStore::files(const Url& folder) {
+    using File = ContentReader::File;
+    std::atomic<int> rootError = 0;
+    const Url root = Url::file(localPath(folder));
+    auto found = scanned<File>(
+        folder, isNetworkVolume(folder),
+        [&root](const WalkedFile& file) {
+            std::string path(file.folder);
+            if (!path.empty()) path += '/';
+            return File{.place = {.folder = root, .path = path.append(file.name)},
+                        .size = file.size};
+        },
+        [&rootError](std::size_t, std::string_view path, int error) {
+            if (path.empty()) rootError = error;
+        });
+    if (rootError != 0 && rootError != ENOENT) return std::unexpected(systemError(rootError));
+    std::vector<File> files;
+    files.reserve(count(found));
+    for (auto& part : found) std::ranges::move(part.items, std::back_inserter(files));
+    return files;
 }
 
 bool LocalFileStore::fileExists(const Url& url) { return factsOf(url).has_value(); }

@@ -2,7 +2,10 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
+#include "ContentReader.h"
 #include "FileStore.h"
+
+#include <vector>
 
 namespace bildkurier {
 
@@ -20,6 +23,10 @@ public:
     Result<> createDirectory(const Url& url) override;
     Result<> moveItem(const Url& source, const Url& target) override;
     void removeItem(const Url& url) override;
+
+    /// The files whose keys `existingFileKeys` answers. One that is missing has none; fails where
+    /// the folder itself cannot be read.
+    Result<std::vector<ContentReader::File>> files(const Url& folder);
 };
 
 }  // namespace bildkurier

@@ -123,14 +123,61 @@ Url SFTPFileStore::stagingDirectory(const Url& /*destination*/) {
     return stagingRoot_.appending("staging");
 }
 
-FileKeys SFTPFileStore::existingFileKeys(const Url& folder) {
-    SftpKeyWalk walk(folder.path);
+Result<> SFTPFileStore::walk(const Url& folder, SftpKeyWalk& walk) {
     while (walk.goesOn()) {
         const auto [status, output] = batch(folder, walk.commands());
-        if (status != 0) break;
+        if (status != 0) return failure(shown(output));
         walk.read(output);
     }
-    return walk.keys();
+    return {};
+}
+
+FileKeys SFTPFileStore::existingFileKeys(const Url& folder) {
+    SftpKeyWalk keyWalk(folder.path);
+    (void)walk(folder, keyWalk);
+    return keyWalk.keys();
+}
+
+Result<std::vector<ContentReader::File>> SFTPFileStore::files(const Url& folder) {
+    SftpKeyWalk fileWalk(folder.path);
+    if (auto walked = walk(folder, fileWalk); !walked) return std::unexpected(walked.error());
+    const auto above = Url{.path = folder.path}.appending("x").path.size() - 1;
+    std::vector<ContentReader::File> files;
+    files.reserve(fileWalk.files().size());
+    for (const auto& [path, size] : fileWalk.files())
+        files.push_back({.place = {.folder = folder, .path = path.substr(above)}, .size = size});
+    return files;
+}
+
+std::vector<Result<PlacedFile>> SFTPFileStore::download(std::span<const ContentReader::File> files,
+                                                        const Url& staging,
+                                                        const std::string& prefix) {
+    std::vector<Result<PlacedFile>> copies;
+    copies.reserve(files.size());
+    SftpCommands commands;
+    for (std::size_t n = 0; n < files.size(); ++n) {
+        const PlacedFile copy{.folder = staging, .path = fmt::format("{}{}", prefix, n)};
+        // Where one fails the client goes on with the next.
+        auto line = command("-get", files[n].place.folder.appending(files[n].place.path).path,
+                            staging.appending(copy.path).path);
+        if (const auto reason = objection({line})) {
+            copies.emplace_back(failure(*reason));
+        } else {
+            copies.emplace_back(copy);
+            commands.push_back(std::move(line));
+        }
+    }
+    if (commands.empty()) return copies;
+    const auto [status, output] = batch(files.front().place.folder, commands);
+    for (std::size_t n = 0; n < files.size(); ++n) {
+        if (!copies[n]) continue;
+        const Url copy = staging.appending(copies[n]->path);
+        if (localStore_.fileSize(copy) == files[n].size) continue;
+        localStore_.removeItem(copy);
+        copies[n] = failure("am Ziel nicht vollständig lesbar" +
+                            (status == 0 ? std::string() : ": " + shown(output)));
+    }
+    return copies;
 }
 
 Result<bool> SFTPFileStore::look(const Url& url) {

@@ -3,16 +3,19 @@
 #pragma once
 
 #include "CommandRunner.h"
+#include "ContentReader.h"
 #include "FileStore.h"
 #include "LocalFileStore.h"
 #include "SSHLogin.h"
 #include "SftpBatch.h"
+#include "SftpKeyWalk.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -62,6 +65,13 @@ public:
     Result<> moveItem(const Url& source, const Url& target) override;
     void removeItem(const Url& url) override;
 
+    /// The files whose keys `existingFileKeys` answers; fails where the server does not answer.
+    Result<std::vector<ContentReader::File>> files(const Url& folder);
+    /// Copies of `files`, which are of one server, in the local folder `staging`, which exists:
+    /// named `prefix` and a number, and of the size that they should have. In their order.
+    std::vector<Result<PlacedFile>> download(std::span<const ContentReader::File> files,
+                                             const Url& staging, const std::string& prefix);
+
     /// "user@host", or the host alone; absent without a host.
     static std::optional<std::string> account(const Url& url);
     /// The client's arguments.
@@ -81,6 +91,7 @@ public:
 
 private:
     CommandResult batch(const Url& server, const SftpCommands& commands);
+    Result<> walk(const Url& folder, SftpKeyWalk& walk);
     /// Whether there is anything; an error where the server did not say.
     Result<bool> look(const Url& url);
     /// Makes sure that `target` is free if that was asked in vain before.

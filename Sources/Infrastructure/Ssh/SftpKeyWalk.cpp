@@ -65,6 +65,12 @@ SftpCommands SftpKeyWalk::commands() const {
     return commands;
 }
 
+FileKeys SftpKeyWalk::keys() const {
+    FileKeys keys;
+    for (const auto& [path, size] : files_) keys.insert(fileKey(lastPathComponent(path), size));
+    return keys;
+}
+
 void SftpKeyWalk::read(std::string_view output) {
     const EchoedFolders folders(level_);
     std::vector<std::string> nextLevel;
@@ -79,7 +85,7 @@ void SftpKeyWalk::read(std::string_view output) {
         if (!folder || !entry) continue;
         for (const auto& name : visibleNames(entry->path, *folder)) {
             if (!entry->isDirectory) {
-                keys_.insert(fileKey(name, entry->size));
+                files_.insert_or_assign(join(*folder, name), entry->size);
             } else if (auto deeper = join(*folder, name);
                        !objection({listNamesCommand(deeper)}) && known.insert(deeper).second) {
                 nextLevel.push_back(std::move(deeper));

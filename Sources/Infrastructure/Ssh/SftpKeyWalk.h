@@ -5,6 +5,8 @@
 #include "FileKey.h"
 #include "SftpBatch.h"
 
+#include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,8 +14,8 @@
 
 namespace bildkurier {
 
-/// A walk over the folders of a server, one level after the other, which gathers the keys of
-/// the files there. It asks nothing itself: it says what to ask, and reads the answers.
+/// A walk over the folders of a server, one level after the other, which gathers the files
+/// there. It asks nothing itself: it says what to ask, and reads the answers.
 class SftpKeyWalk {
 public:
     explicit SftpKeyWalk(std::string folder) : level_{std::move(folder)} {}
@@ -25,12 +27,16 @@ public:
     /// Reads the client's answer and goes to the next level.
     void read(std::string_view output);
 
-    const FileKeys& keys() const { return keys_; }
+    /// Of the files so far, each once.
+    FileKeys keys() const;
+    /// Absolute paths and sizes in bytes. A file whose name can be read in two ways is there
+    /// under both.
+    const std::map<std::string, std::int64_t>& files() const { return files_; }
 
 private:
     int levelsLeft_ = 8;
     std::vector<std::string> level_;
-    FileKeys keys_;
+    std::map<std::string, std::int64_t> files_;
 };
 
 }  // namespace bildkurier

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "CameraChoice.h"
+
+#include "CameraName.h"
+#include "FileName.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace bildkurier {
+
+namespace {
+
+std::string noSuchCard(const std::vector<std::string>& cards) {
+    if (cards.size() > 1) return "Nicht jede angegebene Karte ist ein lesbarer Ordner.";
+    return fmt::format("Die Karte „{}“ ist kein lesbarer Ordner.", displayText(cards.front()));
+}
+
+}  // namespace
+
+Result<> checkAttached(const CommandLine& commandLine,
+                       const std::vector<std::shared_ptr<Camera>>& cameras) {
+    if (cameras.size() < commandLine.cards.size()) return failure(noSuchCard(commandLine.cards));
+    if (cameras.empty()) return failure("Keine Kamera gefunden.");
+    return {};
+}
+
+Result<std::deque<std::shared_ptr<Camera>>> chooseCameras(
+    const CommandLine& commandLine, const std::vector<std::shared_ptr<Camera>>& cameras) {
+    if (auto attached = checkAttached(commandLine, cameras); !attached)
+        return std::unexpected(attached.error());
+    std::deque<std::shared_ptr<Camera>> chosen;
+    std::ranges::copy_if(cameras, std::back_inserter(chosen), [&](const auto& camera) {
+        return !commandLine.camera || answersTo(*camera, *commandLine.camera);
+    });
+    if (chosen.empty())
+        return failure(fmt::format("Kamera „{}“ nicht gefunden.", commandLine.camera.value_or("")));
+    if (chosen.size() > 1 && commandLine.cards.empty())
+        return failure("Mehrere Kameras gefunden; bitte mit --camera eine wählen.");
+    return chosen;
+}
+
+}  // namespace bildkurier

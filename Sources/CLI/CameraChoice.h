@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Camera.h"
+#include "CommandLine.h"
+#include "Result.h"
+
+#include <deque>
+#include <memory>
+#include <vector>
+
+namespace bildkurier {
+
+/// Of the cameras that are attached those that the user means, at least one; or why none.
+Result<std::deque<std::shared_ptr<Camera>>> chooseCameras(
+    const CommandLine& commandLine, const std::vector<std::shared_ptr<Camera>>& cameras);
+
+/// Fails where a folder that the user means is no card, or no camera is attached.
+Result<> checkAttached(const CommandLine& commandLine,
+                       const std::vector<std::shared_ptr<Camera>>& cameras);
+
+}  // namespace bildkurier

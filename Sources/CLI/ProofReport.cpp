@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ProofReport.h"
+
+namespace bildkurier {
+
+void tellOf(CardProof& proof, Report& report) {
+    proof.onNewServer = [&report](const std::string& fingerprint) {
+        report.newServer(fingerprint);
+    };
+    proof.onComparing = [&report](const CardProof::Outcome& all) { report.comparing(all); };
+    proof.onProgress = [&report](const ImportRunner::Progress& progress,
+                                 const SpeedMeter::Reading& speed) {
+        report.progress(progress);
+        report.speed(speed);
+    };
+    proof.onFinding = [&report](const CardProof::Finding& finding) { report.finding(finding); };
+}
+
+}  // namespace bildkurier

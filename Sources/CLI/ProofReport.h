@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "CardProof.h"
+#include "Report.h"
+
+namespace bildkurier {
+
+/// Has `report`, which must outlive the proof, tell what `proof` finds.
+void tellOf(CardProof& proof, Report& report);
+
+}  // namespace bildkurier

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "VerifyCommand.h"
+
+#include "CameraChoice.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace bildkurier {
+
+VerifyCommand::VerifyCommand(CommandLine commandLine, Url destination,
+                             std::shared_ptr<CardProof> proof, MainQueue& main, Report& report,
+                             Done done)
+    : commandLine_(std::move(commandLine)),
+      destination_(std::move(destination)),
+      proof_(std::move(proof)),
+      main_(main),
+      report_(report),
+      done_(std::move(done)) {
+    tellOf(*proof_, report_);
+    proof_->onFinish =
+        alive_([this](const Result<CardProof::Outcome>& outcome) { proved(outcome); });
+}
+
+void VerifyCommand::begin() {
+    if (ended_) return;
+    auto chosen = chooseCameras(commandLine_, cameras_);
+    if (!chosen) return stop(ExitStatus::noCamera, chosen.error().message);
+    waiting_ = *std::move(chosen);
+    severalCameras_ = waiting_.size() > 1;
+    nextCamera();
+}
+
+void VerifyCommand::nextCamera() {
+    if (camera_) camera_->closeSession();
+    camera_.reset();
+    if (waiting_.empty()) return end();
+    camera_ = std::move(waiting_.front());
+    waiting_.pop_front();
+    if (severalCameras_) report_.cameras({&camera_, 1});
+    camera_->setDelegate(weak_from_this());
+    camera_->openSession();
+}
+
+void VerifyCommand::cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) {
+    cameras_.push_back(camera);
+}
+
+void VerifyCommand::cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) {
+    std::erase(cameras_, camera);
+    if (camera == camera_ || std::ranges::find(waiting_, camera) != waiting_.end())
+        stop(ExitStatus::noCamera, "Die Kamera wurde getrennt.");
+}
+
+void VerifyCommand::cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) {
+    if (&camera != camera_.get() || !error) return;
+    stop(ExitStatus::noCamera, "Verbindung fehlgeschlagen: " + error->message);
+}
+
+void VerifyCommand::cameraCatalogGrows(Camera& /*camera*/, std::size_t /*filesSoFar*/) {}
+
+void VerifyCommand::cameraCatalogReady(Camera& camera) {
+    if (ended_ || &camera != camera_.get() || proof_->isRunning()) return;
+    proof_->start({.files = sortedByShotDate(camera.files()),
+                   .overlaps = camera.overlapTest(),
+                   .destination = destination_,
+                   .content = commandLine_.content});
+}
+
+void VerifyCommand::cameraCatalogChanged(Camera& camera) {
+    if (&camera != camera_.get()) return;
+    stop(ExitStatus::filesFailed,
+         "Auf der Karte hat sich während der Prüfung etwas geändert; bitte noch einmal prüfen.");
+}
+
+void VerifyCommand::proved(const Result<CardProof::Outcome>& outcome) {
+    if (!outcome) return stop(ExitStatus::destinationUnusable, outcome.error().message);
+    report_.verified(*outcome);
+    if (!outcome->isComplete()) status_ = ExitStatus::filesFailed;
+    main_.post(alive_([this] {
+        if (!ended_) nextCamera();
+    }));
+}
+
+void VerifyCommand::interrupt() {
+    status_ = ExitStatus::interrupted;
+    end();
+}
+
+void VerifyCommand::stop(ExitStatus status, const std::string& message) {
+    if (ended_) return;
+    report_.error(message);
+    status_ = status;
+    end();
+}
+
+void VerifyCommand::end() {
+    if (std::exchange(ended_, true)) return;
+    proof_->cancel();
+    done_(status_);
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,334 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "CardProof.h"
+
+#include "ByteSum.h"
+#include "ImportModel.h"
+#include "RunThen.h"
+#include "ServerVisit.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <utility>
+
+namespace bildkurier {
+
+namespace {
+
+using Kind = Proof::Kind;
+using File = ContentReader::File;
+
+constexpr std::size_t mostUnderWay = 4;
+constexpr std::int64_t batchBytes = 32 << 20;
+constexpr std::size_t batchFiles = 64;
+
+}  // namespace
+
+/// What has to be compared.
+struct CardProof::Plan {
+    std::optional<std::string> newServer;
+    std::vector<File> destination;
+    std::vector<ProofGroup> groups;
+};
+
+/// Some groups that are proved in one go.
+struct CardProof::Batch {
+    std::size_t number = 0;
+    std::vector<ProofGroup> groups;
+    std::int64_t bytes = 0;  ///< of the card's files
+    std::deque<std::size_t> toLoad;
+    std::map<std::size_t, Result<PlacedFile>> card;  ///< by position; of files with candidates
+    std::vector<std::vector<Proof>> proofs;
+};
+
+namespace {
+
+/// Reads the destination's files when they are needed, and as many of them at once as will be
+/// needed anyhow.
+class DestinationFiles {
+public:
+    DestinationFiles(ContentReader& reader, const std::vector<File>& files, Url staging,
+                     std::size_t batch)
+        : reader_(reader), files_(files), staging_(std::move(staging)), batch_(batch) {}
+
+    void fetch(const std::vector<std::size_t>& positions) {
+        std::vector<File> wanted;
+        wanted.reserve(positions.size());
+        for (const std::size_t n : positions) wanted.push_back(files_[n]);
+        const auto found =
+            reader_.fetch(wanted, staging_, fmt::format("ziel-{}-{}-", batch_, ++fetches_));
+        for (std::size_t n = 0; n < positions.size(); ++n)
+            places_.insert_or_assign(positions[n], found[n]);
+    }
+
+    const Result<PlacedFile>& place(std::size_t position) {
+        if (!places_.contains(position)) fetch({position});
+        return places_.at(position);
+    }
+
+    std::int64_t size(std::size_t position) const { return files_[position].size; }
+
+    /// Of the places, those of copies.
+    std::vector<Url> copies() const {
+        std::vector<Url> urls;
+        for (const auto& [position, place] : places_)
+            if (place && place->folder == staging_) urls.push_back(staging_.appending(place->path));
+        return urls;
+    }
+
+private:
+    ContentReader& reader_;
+    const std::vector<File>& files_;
+    Url staging_;
+    std::size_t batch_;
+    std::size_t fetches_ = 0;
+    std::map<std::size_t, Result<PlacedFile>> places_;
+};
+
+}  // namespace
+
+CardProof::CardProof(Collaborators collaborators, MainQueue& main, Background& background)
+    : reader_(std::move(collaborators.reader)),
+      fileStore_(std::move(collaborators.fileStore)),
+      keyring_(std::move(collaborators.keyring)),
+      runLock_(std::move(collaborators.runLock)),
+      staging_(std::move(collaborators.staging)),
+      main_(main),
+      background_(background) {}
+
+CardProof::~CardProof() { cancel(); }
+
+std::optional<Url> CardProof::stagingToClear() const {
+    return mayHaveStaged_ ? std::optional(staging_) : std::nullopt;
+}
+
+void CardProof::start(Task task) {
+    isRunning_ = true;
+    task_ = std::move(task);
+    outcome_ = {.files = std::ssize(task_.files), .content = task_.content};
+    for (const auto& file : task_.files) outcome_.bytes = byteSum(outcome_.bytes, file->size());
+    progress_ = {};
+    progress_.total = outcome_.files;
+    waiting_.clear();
+    underWay_ = 0;
+    isLoading_ = false;
+    speedMeter_ = {};
+    shared_ = std::make_shared<Shared>();
+    if (const auto locked = runLock_->acquire(); !locked) {
+        return main_.post(run_([this, error = locked.error()] { finish(std::unexpected(error)); }));
+    }
+    auto card = candidates(task_.files);
+    for (std::size_t n = 0; n < card.size(); ++n)
+        if (task_.files[n]->obstacle()) card[n].name.reset();
+    runThen(
+        background_, main_,
+        [reader = reader_, keyring = keyring_, overlaps = task_.overlaps,
+         destination = task_.destination, card = std::move(card)]() -> Result<Plan> {
+            if (overlaps(destination)) return failure(ImportModel::overlapStatus);
+            Plan plan;
+            const auto list = [&]() -> Result<> {
+                auto files = reader->files(destination);
+                if (!files) return std::unexpected(files.error());
+                plan.destination = *std::move(files);
+                return {};
+            };
+            if (destination.isFile()) {
+                if (const auto listed = list(); !listed)
+                    return failure("Der Zielordner ist nicht lesbar: " + listed.error().message);
+            } else {
+                const auto visit = ServerVisit::pay(destination, keyring.get(), list);
+                if (visit.error) return std::unexpected(*visit.error);
+                if (visit.isFirst) plan.newServer = visit.fingerprint;
+            }
+            plan.groups = proofGroups(card, plan.destination);
+            return plan;
+        },
+        run_([this](Result<Plan> plan) { planned(std::move(plan)); }));
+}
+
+void CardProof::cancel() {
+    if (!isRunning_) return;
+    run_.renew();
+    shared_->isCancelled = true;
+    reports_.reset();
+    isRunning_ = false;
+    // The lock is kept: work under way may still read copies.
+}
+
+void CardProof::planned(Result<Plan> plan) {
+    if (!plan) return finish(std::unexpected(plan.error()));
+    if (plan->newServer) onNewServer(*plan->newServer);
+    for (std::size_t n = 0; n < task_.files.size(); ++n) {
+        if (const auto obstacle = task_.files[n]->obstacle()) {
+            tell(n, {.kind = Kind::notReadable, .why = obstacle->message});
+        } else if (!task_.files[n]->name()) {
+            tell(n, {.kind = Kind::notReadable, .why = "Datei ohne Namen"});
+        }
+    }
+    destination_ = std::make_shared<const std::vector<File>>(std::move(plan->destination));
+    for (ProofGroup& group : plan->groups) {
+        if (!task_.content) {
+            tell(group, provedByKey(group));
+        } else {
+            waiting_.push_back(std::move(group));
+        }
+    }
+    if (!task_.content) return finish(outcome_);
+    onComparing(outcome_);
+    reports_ = main_.every(reportInterval, [this] { report(); });
+    mayHaveStaged_ = true;
+    // What an earlier run may have left because the computer went off.
+    runThen(
+        background_, main_,
+        [store = fileStore_, staging = staging_] {
+            store->removeItem(staging);
+            return store->createDirectory(staging);
+        },
+        run_([this](const Result<>& made) {
+            if (!made)
+                return finish(failure("Der Ordner für Kopien lässt sich nicht anlegen: " +
+                                      made.error().message));
+            takeNext();
+        }));
+}
+
+void CardProof::takeNext() {
+    while (!waiting_.empty() && underWay_ < mostUnderWay && !isLoading_) {
+        const auto batch = std::make_shared<Batch>();
+        batch->number = ++batches_;
+        std::size_t files = 0;
+        while (!waiting_.empty() && batch->bytes < batchBytes && files < batchFiles) {
+            for (const auto& member : waiting_.front().members) {
+                const auto& file = *task_.files[member.position];
+                batch->bytes = byteSum(batch->bytes, file.size());
+                ++files;
+                if (member.candidates.empty()) continue;
+                if (auto place = file.place()) {
+                    batch->card.emplace(member.position, *std::move(place));
+                } else {
+                    batch->toLoad.push_back(member.position);
+                }
+            }
+            batch->groups.push_back(std::move(waiting_.front()));
+            waiting_.pop_front();
+        }
+        ++underWay_;
+        load(batch);
+    }
+    if (waiting_.empty() && underWay_ == 0) finish(outcome_);
+}
+
+void CardProof::load(const std::shared_ptr<Batch>& batch) {
+    isLoading_ = !batch->toLoad.empty();
+    if (!isLoading_) return compare(batch);
+    const std::size_t position = batch->toLoad.front();
+    batch->toLoad.pop_front();
+    const std::string name = fmt::format("karte-{}", position);
+    using Downloaded = Result<std::optional<std::string>>;
+    auto loaded = run_([this, batch, position, name](const Downloaded& result) {
+        const PlacedFile copy{.folder = staging_, .path = name};
+        if (!result) {
+            batch->card.emplace(position, std::unexpected(result.error()));
+        } else if (result->value_or(name) != name) {
+            batch->card.emplace(position, failure("unter anderem Namen geladen"));
+        } else {
+            batch->card.emplace(position, copy);
+        }
+        load(batch);
+        if (!isLoading_) takeNext();
+    });
+    task_.files[position]->download(staging_, name, [&main = main_, loaded](Downloaded result) {
+        main.post([loaded, result = std::move(result)]() mutable { loaded(std::move(result)); });
+    });
+}
+
+void CardProof::compare(const std::shared_ptr<Batch>& batch) {
+    runThen(
+        background_, main_,
+        [batch, shared = shared_, reader = reader_, store = fileStore_, files = destination_,
+         staging = staging_] {
+            DestinationFiles destination(*reader, *files, staging, batch->number);
+            std::vector<std::size_t> first;
+            for (const auto& group : batch->groups) {
+                for (const auto& member : group.members) {
+                    if (member.candidates.empty()) continue;
+                    const std::size_t likely = member.candidates.front().position;
+                    if (std::ranges::find(first, likely) == first.end()) first.push_back(likely);
+                }
+            }
+            if (!first.empty() && !shared->isCancelled) destination.fetch(first);
+            std::int64_t read = 0;
+            const auto step = [&](std::int64_t bytes) {
+                read += bytes;
+                shared->bytes += bytes;
+                return !shared->isCancelled;
+            };
+            const ProofTest isSame = [&](std::size_t card, std::size_t candidate) -> Result<bool> {
+                if (shared->isCancelled) return failure("Die Prüfung wurde abgebrochen");
+                const auto& ours = batch->card.at(card);
+                if (!ours) return std::unexpected(ours.error());
+                const auto& theirs = destination.place(candidate);
+                if (!theirs) return std::unexpected(theirs.error());
+                return reader->haveSameContent(*ours, *theirs, destination.size(candidate), step);
+            };
+            for (const auto& group : batch->groups) batch->proofs.push_back(proved(group, isSame));
+            for (const Url& copy : destination.copies()) store->removeItem(copy);
+            for (const auto& [position, place] : batch->card)
+                if (place && place->folder == staging)
+                    store->removeItem(staging.appending(place->path));
+            return read;
+        },
+        run_([this, batch](std::int64_t read) {
+            shared_->bytes -= read;
+            compared(*batch);
+        }));
+}
+
+void CardProof::compared(const Batch& batch) {
+    for (std::size_t n = 0; n < batch.groups.size(); ++n) tell(batch.groups[n], batch.proofs[n]);
+    --underWay_;
+    takeNext();
+}
+
+void CardProof::tell(const ProofGroup& group, const std::vector<Proof>& proofs) {
+    for (std::size_t n = 0; n < proofs.size(); ++n) tell(group.members[n].position, proofs[n]);
+}
+
+void CardProof::tell(std::size_t position, const Proof& proof) {
+    const auto& file = *task_.files[position];
+    progress_.bytesDone = byteSum(progress_.bytesDone, file.size());
+    if (proof.kind == Kind::present) {
+        ++outcome_.present;
+        ++progress_.done;
+        return;
+    }
+    ++progress_.failed;
+    ++(proof.kind == Kind::twin          ? outcome_.twins
+       : proof.kind == Kind::notReadable ? outcome_.unproved
+                                         : outcome_.missing);
+    onFinding({.name = file.name().value_or(""), .size = file.size(), .proof = proof});
+}
+
+void CardProof::report() {
+    auto shown = progress_;
+    shown.currentBytes = shared_->bytes;
+    speedMeter_.sample(byteSum(shown.bytesDone, shown.currentBytes),
+                       main_.now().time_since_epoch().count());
+    onProgress(shown, speedMeter_.reading);
+}
+
+void CardProof::finish(const Result<Outcome>& outcome) {
+    run_.renew();
+    reports_.reset();
+    isRunning_ = false;
+    if (mayHaveStaged_) fileStore_->removeItem(staging_);
+    mayHaveStaged_ = false;
+    runLock_->release();
+    task_ = {};
+    onFinish(Result<Outcome>(outcome));
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Background.h"
+#include "Camera.h"
+#include "ContentReader.h"
+#include "FileStore.h"
+#include "Guard.h"
+#include "ImportRunner.h"
+#include "ImportSelection.h"
+#include "MainQueue.h"
+#include "ProofGroups.h"
+#include "RunLock.h"
+#include "SSHKeyring.h"
+#include "SpeedMeter.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+
+/// Proves that files of a card are at a destination, by name and size or byte for byte. It reads
+/// the destination afresh, and writes neither there nor on the card: what cannot be read in its
+/// place is copied to a folder of its own first. No import runs meanwhile. Main thread.
+class CardProof {
+public:
+    /// What was found of one file that is not proved to be there.
+    struct Finding {
+        std::string name;  ///< as the camera reports it: untrusted; empty when it reports none
+        std::int64_t size = 0;
+        Proof proof;
+
+        bool operator==(const Finding&) const = default;
+    };
+
+    struct Outcome {
+        std::int64_t files = 0;    ///< of the card
+        std::int64_t bytes = 0;    ///< their sizes
+        std::int64_t present = 0;  ///< of these, proved to be there
+        std::int64_t missing = 0;
+        std::int64_t twins = 0;
+        std::int64_t unproved = 0;  ///< of which nothing could be found out
+        bool content = false;       ///< whether contents were compared
+
+        bool isComplete() const { return present == files; }
+        bool operator==(const Outcome&) const = default;
+    };
+
+    struct Collaborators {
+        std::shared_ptr<ContentReader> reader;
+        std::shared_ptr<FileStore> fileStore;
+        std::shared_ptr<SSHKeyring> keyring;  ///< without it, nothing about servers' keys
+        std::shared_ptr<RunLock> runLock;
+        Url staging;  ///< a folder of this computer that is this object's alone
+    };
+
+    struct Task {
+        CameraFiles files;
+        Camera::OverlapTest overlaps;
+        Url destination;
+        bool content = false;
+    };
+
+    static constexpr Duration reportInterval{0.25};
+
+    /// `main` must outlive this, and `background` end before `main`.
+    CardProof(Collaborators collaborators, MainQueue& main, Background& background);
+    CardProof(const CardProof&) = delete;
+    CardProof& operator=(const CardProof&) = delete;
+    /// Has work under way stop soon.
+    ~CardProof();
+
+    /// The destination is a server that was never met before, with a key of this fingerprint.
+    std::function<void(const std::string&)> onNewServer = [](const std::string&) {};
+    /// Contents are about to be compared.
+    std::function<void(const Outcome&)> onComparing = [](const Outcome&) {};
+    std::function<void(const ImportRunner::Progress&, const SpeedMeter::Reading&)> onProgress =
+        [](const ImportRunner::Progress&, const SpeedMeter::Reading&) {};
+    std::function<void(const Finding&)> onFinding = [](const Finding&) {};
+    /// What it came to, or why the destination cannot be read: a finished sentence. Once for
+    /// each start, unless that was cancelled.
+    std::function<void(const Result<Outcome>&)> onFinish = [](const Result<Outcome>&) {};
+
+    /// None may be under way.
+    void start(Task task);
+    /// Stops without finishing; work under way ends soon.
+    void cancel();
+
+    bool isRunning() const { return isRunning_; }
+    /// Where copies are made, if any may be left: to be cleared once the background has ended.
+    std::optional<Url> stagingToClear() const;
+
+private:
+    struct Plan;
+    struct Batch;
+
+    /// What jobs in the background share.
+    struct Shared {
+        std::atomic<bool> isCancelled = false;
+        std::atomic<std::int64_t> bytes = 0;  ///< compared by jobs under way
+    };
+
+    void planned(Result<Plan> plan);
+    void takeNext();
+    void load(const std::shared_ptr<Batch>& batch);
+    void compare(const std::shared_ptr<Batch>& batch);
+    void compared(const Batch& batch);
+    void tell(const ProofGroup& group, const std::vector<Proof>& proofs);
+    void tell(std::size_t position, const Proof& proof);
+    void report();
+    void finish(const Result<Outcome>& outcome);
+
+    std::shared_ptr<ContentReader> reader_;
+    std::shared_ptr<FileStore> fileStore_;
+    std::shared_ptr<SSHKeyring> keyring_;
+    std::shared_ptr<RunLock> runLock_;
+    Url staging_;
+    MainQueue& main_;
+    Background& background_;
+
+    bool isRunning_ = false;
+    bool mayHaveStaged_ = false;
+    Task task_;
+    std::shared_ptr<const std::vector<ContentReader::File>> destination_;
+    std::deque<ProofGroup> waiting_;
+    std::size_t underWay_ = 0;
+    std::size_t batches_ = 0;
+    bool isLoading_ = false;  ///< from the card
+    std::shared_ptr<Shared> shared_;
+    Outcome outcome_;
+    ImportRunner::Progress progress_;
+    SpeedMeter speedMeter_;
+    Handle reports_;
+    Guard run_;
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ProofSummary.h"
+
+#include "FileName.h"
+#include "Formatting.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <vector>
+
+namespace bildkurier {
+
+namespace {
+
+using Kind = Proof::Kind;
+
+std::string reason(const Proof& proof) {
+    switch (proof.kind) {
+        case Kind::present:
+            return "ist am Ziel";
+        case Kind::missing:
+            return "fehlt am Ziel";
+        case Kind::otherName:
+            return "fehlt am Ziel; ob sie dort mit angehängter Nummer liegt, prüft --content";
+        case Kind::tooFew:
+            return "ist auf der Karte öfter als am Ziel";
+        case Kind::twin:
+            return "Zwilling: Was am Ziel so heißt und so groß ist, hat anderen Inhalt";
+        case Kind::notReadable:
+            return "nicht prüfbar: " + proof.why;
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string findingLine(const CardProof::Finding& finding) {
+    const std::string name = finding.name.empty() ? "(ohne Namen)" : displayText(finding.name);
+    return fmt::format("✗ {}  ({}): {}", name, formatBytes(finding.size), reason(finding.proof));
+}
+
+std::string proofSummary(const CardProof::Outcome& outcome) {
+    if (outcome.files == 0) return "Auf der Karte ist keine Datei, die zu prüfen wäre.";
+    const std::string size = formatBytes(outcome.bytes);
+    if (outcome.isComplete()) {
+        const auto all = outcome.files == 1
+                             ? fmt::format("Die eine Datei ({}) ist", size)
+                             : fmt::format("Alle {} Dateien ({}) sind", outcome.files, size);
+        return outcome.content
+                   ? fmt::format("✓ {} am Ziel, Byte für Byte gleich.", all)
+                   : fmt::format(
+                         "✓ {} dem Namen und der Größe nach am Ziel. Den Inhalt vergleicht "
+                         "--content.",
+                         all);
+    }
+    std::vector<std::string> lacks;
+    if (outcome.missing > 0)
+        lacks.push_back(
+            fmt::format("{} {}", outcome.missing, outcome.missing == 1 ? "fehlt" : "fehlen"));
+    if (outcome.twins > 0) lacks.push_back(fmt::format("{} mit anderem Inhalt", outcome.twins));
+    if (outcome.unproved > 0) lacks.push_back(fmt::format("{} nicht prüfbar", outcome.unproved));
+    return fmt::format("✗ Nicht löschen: {} von {} Dateien ({}) sind am Ziel, {}.", outcome.present,
+                       outcome.files, size, fmt::join(lacks, ", "));
+}
+
+}  // namespace bildkurier

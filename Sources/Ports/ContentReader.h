@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "PlacedFile.h"
+#include "Result.h"
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <vector>
+
+namespace bildkurier {
+
+/// Reads what lies in a destination, on this computer or on an SFTP server, and writes nothing
+/// there.
+///
+/// Threads  Any, several at once; every call blocks, for long where there is much to read.
+/// Sizes    Bytes.
+/// Errors   A clause for people.
+class ContentReader {
+public:
+    struct File {
+        PlacedFile place;
+        std::int64_t size = 0;
+
+        bool operator==(const File&) const = default;
+    };
+
+    /// Told how many bytes more have been compared; false stops the comparison.
+    using Step = std::function<bool(std::int64_t)>;
+
+    virtual ~ContentReader() = default;
+
+    /// Every regular file below `folder`, at any depth that an import looks into, hidden ones
+    /// left out. A folder that is missing has none; fails where a server does not answer.
+    virtual Result<std::vector<File>> files(const Url& folder) = 0;
+
+    /// Where each of `files`, which are of one destination, can be read on this computer: in its
+    /// place, or a copy of the size that it should have, named `prefix` and a number, in
+    /// `staging`, which exists. In their order.
+    virtual std::vector<Result<PlacedFile>> fetch(std::span<const File> files, const Url& staging,
+                                                  const std::string& prefix) = 0;
+
+    /// Whether both files of this computer have `size` bytes and all of them are equal, as the
+    /// media hold them and no cache. Fails where one cannot be read, or when stopped.
+    virtual Result<bool> haveSameContent(const PlacedFile& one, const PlacedFile& other,
+                                         std::int64_t size, const Step& step) = 0;
+};
+
+}  // namespace bildkurier

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "FakeCamera.h"
+#include "FakeCameraFile.h"
+#include "FakeRunLock.h"
+#include "ManualRunLoop.h"
+#include "MemoryContentReader.h"
+#include "RecordingReport.h"
+#include "VerifyCommand.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+/// The command amid fakes.
+class VerifyCommandTest : public testing::Test {
+protected:
+    void make() {
+        command =
+            std::make_shared<VerifyCommand>(options, Url::file("/bilder"), proof, loop, report,
+                                            [this](ExitStatus ended) { ends.push_back(ended); });
+    }
+
+    std::shared_ptr<FakeCamera> attach(const std::string& id) {
+        if (!command) make();
+        const auto camera = std::make_shared<FakeCamera>(id);
+        camera->deviceName = "Kamera " + id;
+        command->cameraBrowserDidAdd(camera);
+        return camera;
+    }
+
+    std::shared_ptr<FakeCameraFile> file(FakeCamera& on, const std::string& name,
+                                         const std::string& contents) {
+        const auto made = std::make_shared<FakeCameraFile>(store, name, contents);
+        on.catalogue.push_back(made);
+        return made;
+    }
+
+    void deliver(FakeCamera& from) {
+        from.sessionOpened();
+        from.catalogReady();
+        loop.settle();
+    }
+
+    void expectEnd(ExitStatus status) { EXPECT_EQ(ends, std::vector{status}); }
+
+    ManualRunLoop loop;
+    std::shared_ptr<MemoryFileStore> store = std::make_shared<MemoryFileStore>();
+    std::shared_ptr<CardProof> proof = std::make_shared<CardProof>(
+        CardProof::Collaborators{.reader = std::make_shared<MemoryContentReader>(store),
+                                 .fileStore = store,
+                                 .keyring = nullptr,
+                                 .runLock = std::make_shared<FakeRunLock>(),
+                                 .staging = Url::file("/cache")},
+        loop, loop);
+    CommandLine options{.command = CommandLine::Command::verify, .content = true};
+    RecordingReport report;
+    std::vector<ExitStatus> ends;
+    std::shared_ptr<VerifyCommand> command;
+};
+
+TEST_F(VerifyCommandTest, ProvesTheGivenCardsOneAfterTheOther) {
+    options.cards = {"/a", "/b"};
+    const auto first = attach("A");
+    const auto second = attach("B");
+    file(*first, "A.JPG", "aaaa");
+    file(*second, "B.JPG", "bb");
+    store->files["/bilder/A.JPG"] = "aaaa";
+    command->begin();
+    deliver(*first);
+    EXPECT_EQ(first->closed, 1);
+    deliver(*second);
+    EXPECT_EQ(report.lines,
+              (Lines{"camera: A", "comparing: 1 files, 4 bytes",
+                     "✓ Die eine Datei (4 Byte) ist am Ziel, Byte für Byte gleich.", "camera: B",
+                     "comparing: 1 files, 2 bytes", "✗ B.JPG  (2 Byte): fehlt am Ziel",
+                     "✗ Nicht löschen: 0 von 1 Dateien (2 Byte) sind am Ziel, 1 fehlt."}));
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(VerifyCommandTest, SaysWhenThereIsNoCameraToOpen) {
+    make();
+    command->begin();
+    EXPECT_EQ(report.lines, (Lines{"error: Keine Kamera gefunden."}));
+    expectEnd(ExitStatus::noCamera);
+}
+
+TEST_F(VerifyCommandTest, SaysWhyACameraCannotBeOpened) {
+    const auto camera = attach("A");
+    command->begin();
+    camera->sessionOpened(Error{"belegt"});
+    EXPECT_EQ(report.lines, (Lines{"error: Verbindung fehlgeschlagen: belegt"}));
+    expectEnd(ExitStatus::noCamera);
+}
+
+TEST_F(VerifyCommandTest, EndsWhenTheCameraIsLost) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
+    store->files["/bilder/A.JPG"] = "aaaa";
+    command->begin();
+    deliver(*camera);
+    command->cameraBrowserDidRemove(camera);
+    EXPECT_EQ(report.lines.back(), "error: Die Kamera wurde getrennt.");
+    EXPECT_FALSE(proof->isRunning());
+    expectEnd(ExitStatus::noCamera);
+}
+
+TEST_F(VerifyCommandTest, ProvesNoCardThatChangesMeanwhile) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
+    store->files["/bilder/A.JPG"] = "aaaa";
+    command->begin();
+    deliver(*camera);
+    camera->catalogChanged();
+    EXPECT_TRUE(report.lines.back().starts_with("error: Auf der Karte hat sich"));
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(VerifyCommandTest, StopsAtOnceWhenInterrupted) {
+    const auto camera = attach("A");
+    const auto held = file(*camera, "A.JPG", "aaaa");
+    held->holdsBack = true;
+    store->files["/bilder/A.JPG"] = "aaaa";
+    command->begin();
+    deliver(*camera);
+    command->interrupt();
+    expectEnd(ExitStatus::interrupted);
+    held->deliver();
+    loop.settle();
+    EXPECT_EQ(report.lines, (Lines{"comparing: 1 files, 4 bytes"}));
+    expectEnd(ExitStatus::interrupted);
+}
+
+}  // namespace
+}  // namespace bildkurier

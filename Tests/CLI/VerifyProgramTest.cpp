@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "ProgramTest.h"
+#include "RunningProgram.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <set>
+#include <sstream>
+
+namespace bildkurier {
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+
+/// Proves a card with the real command line.
+class VerifyProgramTest : public ProgramTest {
+protected:
+    ProgramResult verify(const Strings& options = {}) const {
+        Strings words{"verify", "--card", card, "--to", destination};
+        words.insert(words.end(), options.begin(), options.end());
+        return run(words);
+    }
+    ProgramResult verifyContent() const { return verify({"--content"}); }
+
+    /// Everything that could tell of a change on either side but the bytes, by path.
+    std::map<std::string, std::string> traces() const {
+        std::map<std::string, std::string> found;
+        for (const auto& side : {card, destination}) {
+            note(side, found);
+            if (!fs::exists(side)) continue;
+            for (const auto& entry : fs::recursive_directory_iterator(side))
+                note(entry.path(), found);
+        }
+        return found;
+    }
+
+    static Json lastLine(const ProgramResult& result) {
+        const auto end = result.out.find_last_not_of('\n');
+        const auto begin = result.out.rfind('\n', end);
+        return Json::parse(result.out.substr(begin == std::string::npos ? 0 : begin + 1));
+    }
+
+    static void change(const std::string& path, std::size_t at) {
+        std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+        file.seekg(static_cast<std::streamoff>(at));
+        const char old = static_cast<char>(file.get());
+        file.seekp(static_cast<std::streamoff>(at));
+        file.put(static_cast<char>(old ^ 1));
+    }
+
+private:
+    static void note(const std::string& path, std::map<std::string, std::string>& found) {
+        struct stat facts{};
+        if (::lstat(path.c_str(), &facts) != 0) return;
+        found[path] = fmt::format("{} {} {} {}.{} {}.{}", facts.st_ino, facts.st_mode,
+                                  facts.st_size, facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec,
+                                  facts.st_ctim.tv_sec, facts.st_ctim.tv_nsec);
+    }
+};
+
+TEST_F(VerifyProgramTest, FindsEveryDifferenceInALargeTreeAndNoOther) {
+    std::minstd_rand random(20240701);
+    std::vector<std::string> names;
+    for (int n = 0; n < 2'000; ++n) {
+        names.push_back(fmt::format("IMG_{:04}.JPG", n));
+        addLarge(names.back(), 1'000 + random() % 9'000);
+    }
+    fs::create_directory(destination);
+    fs::copy(fs::path(picture("x")).parent_path(), destination + "/JPG");
+    auto before = traces();
+    const auto equal = verifyContent();
+    EXPECT_EQ(equal.exitStatus, 0) << equal.out << equal.err;
+    EXPECT_TRUE(equal.out.starts_with("✓ Alle 2000 Dateien (")) << equal.out;
+    EXPECT_TRUE(equal.out.ends_with(") sind am Ziel, Byte für Byte gleich.\n")) << equal.out;
+    EXPECT_EQ(traces(), before);
+
+    std::ranges::shuffle(names, random);
+    std::set<std::string> twins;
+    std::set<std::string> missing;
+    for (std::size_t n = 0; n < 200; ++n) {
+        const std::string path = destination + "/JPG/" + names[n];
+        const auto size = fs::file_size(path);
+        switch (n % 4) {
+            case 0:  // one byte
+            case 1:
+                change(path, random() % size);
+                twins.insert(names[n]);
+                break;
+            case 2:
+                fs::resize_file(path, random() % size);
+                missing.insert(names[n]);
+                break;
+            default:
+                if (n % 8 == 3) {
+                    fs::remove(path);
+                    missing.insert(names[n]);
+                } else {  // another picture of the same name and size
+                    std::ofstream(path, std::ios::binary) << std::string(size, 'z');
+                    twins.insert(names[n]);
+                }
+        }
+    }
+    before = traces();
+    const auto result = verify({"--content", "--json"});
+    EXPECT_EQ(result.exitStatus, 1) << result.err;
+    std::map<std::string, std::set<std::string>> found;
+    std::istringstream lines(result.out);
+    for (std::string line; std::getline(lines, line);) {
+        const auto event = Json::parse(line);
+        if (event["event"] == "finding") found[event["kind"]].insert(event["name"]);
+    }
+    EXPECT_EQ(found["twin"], twins);
+    EXPECT_EQ(found["missing"], missing);
+    EXPECT_EQ(found["unproved"], std::set<std::string>{});
+    EXPECT_EQ(lastLine(result)["present"], 1'800);
+    EXPECT_EQ(lastLine(result)["complete"], false);
+    EXPECT_EQ(traces(), before);
+
+    // By names and sizes alone, twins count as present.
+    const auto byKey = verify({"--json"});
+    EXPECT_EQ(byKey.exitStatus, 1);
+    EXPECT_EQ(lastLine(byKey)["missing"], missing.size());
+    EXPECT_EQ(lastLine(byKey)["twins"], 0);
+}
+
+TEST_F(VerifyProgramTest, TellsOfEachFileAndClosesInOneSentence) {
+    for (const std::string name : {"IMG_1.JPG", "IMG_2.JPG", "IMG_3.JPG"}) addLarge(name, 2'000);
+    ASSERT_EQ(import().exitStatus, 0);
+    change(destination + "/JPG/IMG_1.JPG", 1'234);
+    fs::remove(destination + "/JPG/IMG_2.JPG");
+    const auto result = verifyContent();
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.out,
+              "✗ IMG_1.JPG  (2 KB): Zwilling: Was am Ziel so heißt und so groß ist, hat anderen "
+              "Inhalt\n"
+              "✗ IMG_2.JPG  (2 KB): fehlt am Ziel\n"
+              "✗ Nicht löschen: 1 von 3 Dateien (6 KB) sind am Ziel, 1 fehlt, 1 mit anderem "
+              "Inhalt.\n");
+}
+
+TEST_F(VerifyProgramTest, FindsWhatWasLoadedUnderAFreeName) {
+    addLarge("IMG_1.JPG", 2'000);
+    fs::create_directories(destination + "/JPG");
+    std::ofstream(destination + "/JPG/IMG_1.JPG") << "ein anderes";
+    ASSERT_EQ(import({"--verify"}).exitStatus, 0);
+    ASSERT_TRUE(fs::exists(destination + "/JPG/IMG_1_1.JPG"));
+    EXPECT_EQ(verifyContent().exitStatus, 0);
+    const auto byKey = verify();
+    EXPECT_EQ(byKey.exitStatus, 1);
+    EXPECT_TRUE(
+        byKey.out.starts_with("✗ IMG_1.JPG  (2 KB): fehlt am Ziel; ob sie dort mit "
+                              "angehängter Nummer liegt, prüft --content\n"))
+        << byKey.out;
+}
+
+TEST_F(VerifyProgramTest, TakesAFolderThatCannotBeReadForNotProved) {
+    if (::geteuid() == 0) GTEST_SKIP() << "root may read everything";
+    addLarge("IMG_1.JPG", 2'000);
+    addLarge("geheim/IMG_2.JPG", 2'000);
+    ASSERT_EQ(import().exitStatus, 0);
+    fs::permissions(picture("geheim"), fs::perms::none);
+    const auto result = verifyContent();
+    fs::permissions(picture("geheim"), fs::perms::owner_all);
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_TRUE(result.out.contains("nicht prüfbar: Ordner ")) << result.out;
+}
+
+TEST_F(VerifyProgramTest, MakesNoDestination) {
+    addLarge("IMG_1.JPG", 2'000);
+    for (const Strings& options : {Strings{}, Strings{"--content"}}) {
+        const auto before = traces();
+        EXPECT_EQ(verify(options).exitStatus, 1);
+        EXPECT_EQ(traces(), before);
+        EXPECT_FALSE(fs::exists(destination));
+    }
+}
+
+TEST_F(VerifyProgramTest, RefusesWhatMakesNoSense) {
+    addLarge("IMG_1.JPG", 2'000);
+    const auto inside = run({"verify", "--card", card, "--to", card + "/DCIM"});
+    EXPECT_EQ(inside.exitStatus, 4);
+    EXPECT_EQ(inside.err,
+              "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.\n");
+    EXPECT_EQ(run({"verify", "--card", card + "/nichts", "--to", destination}).exitStatus, 3);
+    EXPECT_EQ(run({"verify", "--card", card, "--camera", "X", "--to", destination}).exitStatus, 3);
+    EXPECT_EQ(verify({"--verify"}).exitStatus, 2);
+    std::ofstream(folder.path("datei")) << "x";
+    EXPECT_EQ(run({"verify", "--card", card, "--to", folder.path("datei")}).exitStatus, 4);
+}
+
+TEST_F(VerifyProgramTest, TakesSeveralCards) {
+    addLarge("IMG_1.JPG", 2'000);
+    const std::string other = folder.makeFolder("other");
+    std::ofstream(other + "/IMG_9.JPG") << "neun";
+    ASSERT_EQ(import().exitStatus, 0);
+    const auto result = verify({"--card", other});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_TRUE(result.out.contains("✓ Die eine Datei (2 KB) ist dem Namen")) << result.out;
+    EXPECT_TRUE(result.out.contains("✗ IMG_9.JPG  (4 Byte): fehlt am Ziel\n")) << result.out;
+}
+
+TEST_F(VerifyProgramTest, ProvesWhatAnImportHasLoaded) {
+    addLarge("IMG_1.JPG", 2'000);
+    addLarge("IMG_2.JPG", 3'000);
+    const auto first = import({"--verify"});
+    EXPECT_EQ(first.exitStatus, 0);
+    EXPECT_TRUE(
+        first.out.ends_with("✓ Alle 2 Dateien (5 KB) sind am Ziel, Byte für Byte "
+                            "gleich.\n"))
+        << first.out;
+    addLarge("IMG_3.JPG", 4'000);
+    // What was loaded earlier is not asked for.
+    change(destination + "/JPG/IMG_1.JPG", 100);
+    const auto second = import({"--verify", "--json"});
+    EXPECT_EQ(second.exitStatus, 0) << second.out;
+    EXPECT_EQ(lastLine(second)["event"], "verified");
+    EXPECT_EQ(lastLine(second)["files"], 1);
+    // A twin of a file that was loaded was not loaded itself.
+    addLarge("IMG_4.JPG", 3'500);
+    addLarge("sub/IMG_4.JPG", 3'500);
+    const auto third = import({"--verify"});
+    EXPECT_EQ(third.exitStatus, 1) << third.out;
+    EXPECT_TRUE(third.out.contains("✗ IMG_4.JPG  (4 KB): Zwilling")) << third.out;
+}
+
+TEST_F(VerifyProgramTest, EndsWithCtrlCAndLeavesNothing) {
+    constexpr std::size_t size = 3'000'000'000U;
+    fs::create_directory(destination);
+    for (int n = 0; n < 8; ++n) {
+        const auto name = fmt::format("IMG_{}.MP4", n);
+        addLarge(name, 5'000);
+        fs::copy_file(picture(name), destination + "/" + name);
+        addHollow(name, size);
+        fs::resize_file(destination + "/" + name, size);
+    }
+    const TemporaryFolder user;
+    const auto before = traces();
+    RunningProgram running(
+        call({"verify", "--card", card, "--to", destination, "--content", "--json"}, {}, user));
+    ASSERT_TRUE(running.waitUntilItSays("\"progress\""));
+    running.send(SIGINT);
+    const auto result = running.finish();
+    EXPECT_EQ(result.exitStatus, 130) << result.err;
+    EXPECT_FALSE(result.out.contains("verified"));
+    EXPECT_EQ(traces(), before);
+    for (const auto& [path, contents] : tree(user.path()))
+        EXPECT_FALSE(path.contains("verify")) << path;
+}
+
+}  // namespace
+}  // namespace bildkurier

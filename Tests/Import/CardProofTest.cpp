@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "CardProof.h"
+#include "FakeCameraFile.h"
+#include "FakeRunLock.h"
+#include "FakeSSHKeyring.h"
+#include "ManualRunLoop.h"
+#include "MemoryContentReader.h"
+#include "ProofSummary.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+namespace {
+
+using Lines = std::vector<std::string>;
+using Outcome = CardProof::Outcome;
+
+class CardProofTest : public testing::Test {
+protected:
+    CardProofTest() {
+        store->folders.insert({"/card", "/dest", "/cache"});
+        proof->onFinding = [this](const auto& finding) { found.push_back(findingLine(finding)); };
+        proof->onNewServer = [this](const auto& fingerprint) { servers.push_back(fingerprint); };
+        proof->onProgress = [this](const auto& progress, const auto&) {
+            reports.push_back(progress);
+        };
+        proof->onFinish = [this](const auto& outcome) { outcomes.push_back(outcome); };
+    }
+
+    std::shared_ptr<FakeCameraFile> file(std::optional<std::string> name, std::string contents) {
+        return files.emplace_back(
+            std::make_shared<FakeCameraFile>(store, std::move(name), std::move(contents)));
+    }
+
+    /// One that can be read where it is.
+    std::shared_ptr<FakeCameraFile> cardFile(const std::string& name, const std::string& contents) {
+        auto made = file(name, contents);
+        const std::string path = std::to_string(files.size()) + name;
+        store->files["/card/" + path] = contents;
+        made->knownPlace = PlacedFile{.folder = Url::file("/card"), .path = path};
+        return made;
+    }
+
+    void start(bool content = true) {
+        proof->start({.files = {files.begin(), files.end()},
+                      .overlaps = [this](const Url&) { return isOverlapping; },
+                      .destination = destination,
+                      .content = content});
+    }
+
+    /// What it came to when all is done; nothing may be left behind.
+    Result<Outcome> run(bool content = true) {
+        const Tree card = store->tree(Url::file("/card"));
+        const Tree there = store->tree(Url::file("/dest"));
+        outcomes.clear();
+        start(content);
+        EXPECT_TRUE(outcomes.empty());
+        loop.settle();
+        EXPECT_EQ(outcomes.size(), 1U);
+        EXPECT_FALSE(proof->isRunning());
+        EXPECT_FALSE(lock->held);
+        EXPECT_EQ(store->tree(Url::file("/cache")), Tree{});
+        EXPECT_EQ(store->tree(Url::file("/card")), card);
+        EXPECT_EQ(store->tree(Url::file("/dest")), there);
+        EXPECT_EQ(loop.timers(), 0U);
+        return outcomes.empty() ? Result<Outcome>(failure("never finished")) : outcomes.front();
+    }
+
+    std::shared_ptr<MemoryFileStore> store = std::make_shared<MemoryFileStore>();
+    std::shared_ptr<MemoryContentReader> reader = std::make_shared<MemoryContentReader>(store);
+    std::shared_ptr<FakeRunLock> lock = std::make_shared<FakeRunLock>();
+    ManualRunLoop loop;
+    std::unique_ptr<CardProof> proof =
+        std::make_unique<CardProof>(CardProof::Collaborators{.reader = reader,
+                                                             .fileStore = store,
+                                                             .keyring = nullptr,
+                                                             .runLock = lock,
+                                                             .staging = Url::file("/cache/verify")},
+                                    loop, loop);
+    std::vector<std::shared_ptr<FakeCameraFile>> files;
+    Url destination = Url::file("/dest");
+    bool isOverlapping = false;
+    Lines found;
+    Lines servers;
+    std::vector<ImportRunner::Progress> reports;
+    std::vector<Result<Outcome>> outcomes;
+};
+
+TEST_F(CardProofTest, FindsThatAllIsThere) {
+    cardFile("A.JPG", "aa");
+    cardFile("B.JPG", "bbb");
+    store->files["/dest/JPG/a.jpg"] = "aa";
+    store->files["/dest/B.JPG"] = "bbb";
+    EXPECT_EQ(run(), (Outcome{.files = 2, .bytes = 5, .present = 2, .content = true}));
+    EXPECT_EQ(reader->comparisons, 2);
+    EXPECT_EQ(run(false), (Outcome{.files = 2, .bytes = 5, .present = 2}));
+    EXPECT_EQ(reader->comparisons, 2);
+    EXPECT_EQ(found, Lines{});
+}
+
+TEST_F(CardProofTest, TellsOfEachFileThatIsNotThere) {
+    cardFile("A.JPG", "aa");
+    cardFile("B.JPG", "bbb");
+    cardFile("C.JPG", "c");
+    store->files["/dest/A.JPG"] = "AA";
+    store->files["/dest/C.JPG"] = "c";
+    EXPECT_EQ(
+        run(),
+        (Outcome{.files = 3, .bytes = 6, .present = 1, .missing = 1, .twins = 1, .content = true}));
+    EXPECT_EQ(found, (Lines{"✗ A.JPG  (2 Byte): Zwilling: Was am Ziel so heißt und so groß ist, "
+                            "hat anderen Inhalt",
+                            "✗ B.JPG  (3 Byte): fehlt am Ziel"}));
+}
+
+TEST_F(CardProofTest, TakesWhatItCannotReadForNotProved) {
+    cardFile("A.JPG", "aa");
+    file("DCIM", "")->knownObstacle = Error{"Ordner DCIM ist nicht lesbar"};
+    file(std::nullopt, "cc");
+    file("D.JPG", "dd")->error = Error{"Kabel ab"};
+    for (const std::string path : {"/dest/A.JPG", "/dest/DCIM", "/dest/D.JPG"})
+        store->files[path] = path == "/dest/D.JPG" ? "dd" : path == "/dest/DCIM" ? "" : "aa";
+    reader->unreadable = {"/dest/A.JPG"};
+    EXPECT_EQ(run(), (Outcome{.files = 4, .bytes = 6, .unproved = 4, .content = true}));
+    EXPECT_EQ(found, (Lines{"✗ DCIM  (0 KB): nicht prüfbar: Ordner DCIM ist nicht lesbar",
+                            "✗ (ohne Namen)  (2 Byte): nicht prüfbar: Datei ohne Namen",
+                            "✗ A.JPG  (2 Byte): nicht prüfbar: A.JPG nicht lesbar",
+                            "✗ D.JPG  (2 Byte): nicht prüfbar: Kabel ab"}));
+}
+
+TEST_F(CardProofTest, LoadsWhatTheCameraDoesNotShow) {
+    for (const std::string name : {"A.JPG", "B.JPG", "C.JPG"}) {
+        file(name, name);
+        store->files["/dest/" + name] = name;
+    }
+    const auto absent = file("D.JPG", "dd");
+    const auto truncated = file("E.JPG", "ee");
+    truncated->cameraSize = 3;
+    store->files["/dest/E.JPG"] = "eee";
+    const auto outcome = run();
+    EXPECT_EQ(
+        outcome,
+        (Outcome{
+            .files = 5, .bytes = 20, .present = 3, .missing = 1, .twins = 1, .content = true}));
+    EXPECT_EQ(absent->downloads, 0);
+    EXPECT_EQ(files.front()->downloads, 1);
+}
+
+TEST_F(CardProofTest, DoesNotTakeAnotherFileForTheOneThatWasToBeLoaded) {
+    file("A.JPG", "aa")->savedAs = "sonst.JPG";
+    store->files["/dest/A.JPG"] = "aa";
+    EXPECT_EQ(run(), (Outcome{.files = 1, .bytes = 2, .unproved = 1, .content = true}));
+}
+
+TEST_F(CardProofTest, DownloadsInBatchesFromAServer) {
+    destination = {.scheme = "sftp", .host = "nas", .path = "/dest"};
+    for (int n = 0; n < 200; ++n) {
+        const std::string name = "IMG_" + std::to_string(1000 + n) + ".JPG";
+        cardFile(name, name);
+        store->files["/dest/" + name] = name;
+    }
+    store->files["/dest/IMG_1007.JPG"] = "andersBildhi";
+    reader->unreadable = {"/dest/IMG_1009.JPG"};
+    EXPECT_EQ(run(), (Outcome{.files = 200,
+                              .bytes = 2400,
+                              .present = 198,
+                              .twins = 1,
+                              .unproved = 1,
+                              .content = true}));
+    EXPECT_EQ(reader->fetches, 4);
+    EXPECT_EQ(reader->copied, 199U);
+    EXPECT_LE(reader->mostCopies, 64U);
+}
+
+TEST_F(CardProofTest, SaysWhyTheDestinationCannotBeRead) {
+    cardFile("A.JPG", "aa");
+    reader->refusal = Error{"Keine Berechtigung"};
+    EXPECT_EQ(run().error().message, "Der Zielordner ist nicht lesbar: Keine Berechtigung");
+    destination = {.scheme = "sftp", .host = "nas", .path = "/dest"};
+    EXPECT_EQ(run().error().message, "Keine Berechtigung");
+}
+
+TEST_F(CardProofTest, DoesNotTakeTheCardItselfForTheDestination) {
+    cardFile("A.JPG", "aa");
+    store->files["/dest/A.JPG"] = "aa";
+    isOverlapping = true;
+    EXPECT_EQ(run().error().message,
+              "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.");
+}
+
+TEST_F(CardProofTest, LetsNoImportRunMeanwhile) {
+    cardFile("A.JPG", "aa");
+    start();
+    EXPECT_TRUE(lock->held);
+    loop.settle();
+    lock->takenByAnother = true;
+    EXPECT_EQ(run().error().message, "Es läuft schon ein Import.");
+}
+
+TEST_F(CardProofTest, ClearsWhatAnEarlierRunHasLeft) {
+    cardFile("A.JPG", "aa");
+    store->folders.insert("/cache/verify");
+    store->files["/cache/verify/alt"] = "x";
+    EXPECT_EQ(run(), (Outcome{.files = 1, .bytes = 2, .missing = 1, .content = true}));
+}
+
+TEST_F(CardProofTest, TellsHowFarItIs) {
+    file("A.JPG", "aa")->holdsBack = true;
+    file("B.JPG", "bbbb");
+    store->files["/dest/A.JPG"] = "aa";
+    start();
+    loop.advance(CardProof::reportInterval);
+    ASSERT_EQ(reports.size(), 1U);
+    EXPECT_EQ(reports.back(), ImportRunner::Progress{.total = 2});
+    files.front()->deliver();
+    loop.settle();
+    EXPECT_EQ(outcomes.size(), 1U);
+}
+
+TEST_F(CardProofTest, SaysNothingMoreOnceItWasCancelled) {
+    file("A.JPG", "aa")->holdsBack = true;
+    cardFile("B.JPG", "bb");
+    store->files["/dest/A.JPG"] = "aa";
+    start();
+    loop.settle();
+    EXPECT_EQ(proof->stagingToClear(), Url::file("/cache/verify"));
+    proof->cancel();
+    files.front()->deliver();
+    loop.settle();
+    EXPECT_EQ(outcomes.size(), 0U);
+    EXPECT_EQ(loop.timers(), 0U);
+    EXPECT_FALSE(proof->isRunning());
+    EXPECT_EQ(proof->stagingToClear(), Url::file("/cache/verify"));
+}
+
+TEST_F(CardProofTest, StopsWorkUnderWayWhenItGoes) {
+    for (const std::string name : {"A.JPG", "B.JPG"}) {
+        cardFile(name, name);
+        store->files["/dest/" + name] = name;
+    }
+    start();
+    while (!proof->stagingToClear()) {
+        const bool stepped = loop.stepMain() || loop.stepBackground();
+        ASSERT_TRUE(stepped);
+    }
+    ASSERT_TRUE(loop.stepBackground());
+    ASSERT_TRUE(loop.stepMain());
+    EXPECT_EQ(loop.backgroundTasks(), 1U);
+    proof.reset();
+    loop.settle();
+    EXPECT_EQ(reader->comparisons, 0);
+}
+
+TEST(ProofSummary, ClosesAProofInOneSentence) {
+    const struct {
+        Outcome outcome;
+        std::string line;
+    } cases[] = {
+        {{}, "Auf der Karte ist keine Datei, die zu prüfen wäre."},
+        {{.files = 1, .bytes = 2'000'000, .present = 1, .content = true},
+         "✓ Die eine Datei (2 MB) ist am Ziel, Byte für Byte gleich."},
+        {{.files = 20, .bytes = 2'000'000, .present = 20, .content = true},
+         "✓ Alle 20 Dateien (2 MB) sind am Ziel, Byte für Byte gleich."},
+        {{.files = 20, .bytes = 2'000'000, .present = 20},
+         "✓ Alle 20 Dateien (2 MB) sind dem Namen und der Größe nach am Ziel. Den Inhalt "
+         "vergleicht --content."},
+        {{.files = 20, .bytes = 2'000'000, .present = 19, .missing = 1},
+         "✗ Nicht löschen: 19 von 20 Dateien (2 MB) sind am Ziel, 1 fehlt."},
+        {{.files = 20,
+          .bytes = 2'000'000,
+          .present = 14,
+          .missing = 3,
+          .twins = 2,
+          .unproved = 1,
+          .content = true},
+         "✗ Nicht löschen: 14 von 20 Dateien (2 MB) sind am Ziel, 3 fehlen, 2 mit anderem Inhalt, "
+         "1 nicht prüfbar."},
+    };
+    for (const auto& [outcome, line] : cases) EXPECT_EQ(proofSummary(outcome), line);
+}
+
+}  // namespace
+}  // namespace bildkurier
