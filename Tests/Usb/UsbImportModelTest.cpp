@@ -136,6 +136,26 @@ TEST_F(UsbImportTest, SaysWhichFileTheCameraDoesNotHandOut) {
     EXPECT_TRUE(hasLogged("Die Kamera gibt diese Datei nicht heraus"));
 }
 
+TEST_F(UsbImportTest, NamesWhatIsUnreadableWhateverTheFirstDay) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "nie lesbar", 1);
+    add("card/DCIM/100TEST/IMG_0002.JPG", "nur anfangs lesbar", 1);
+    add("card/DCIM/101TEST/IMG_0003.JPG", "lesbar", 3);
+    auto device = camera();
+    device.settings.insert({{"fault_of IMG_0001.JPG", "8201"},
+                            {"fault_of IMG_0002.JPG", "8201"},
+                            {"faults_after IMG_0002.JPG", "3"}});
+    usb.plugIn("1-1", device);
+    settings->storedUseFromDate = true;
+    settings->storedFromDay = "2024-07-03";
+    start();
+    importAll();
+    EXPECT_EQ(imported(), (Tree{{"IMG_0003.JPG", "lesbar"}})) << testing::PrintToString(log());
+    for (const char* name : {"100TEST", "100TEST/IMG_0002.JPG"})
+        EXPECT_TRUE(
+            hasLogged(std::string("Auf der Kamera nicht lesbar: ") + "store_00010001/DCIM/" + name))
+            << testing::PrintToString(log());
+}
+
 TEST_F(UsbImportTest, CountsWhileItListsThousands) {
     constexpr int folders = 20;
     constexpr int filesInEach = 200;

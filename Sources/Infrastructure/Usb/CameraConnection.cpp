@@ -38,11 +38,13 @@ CameraFault CameraConnection::fault(int code) {
     return CameraFault::Gone;
 }
 
-CameraFault CameraConnection::openOnce() {
-    answer_ = camera_.open();
+CameraFault CameraConnection::opened(int answer) {
+    answer_ = answer;
     isInStep_ = true;
-    return fault(answer_);
+    return fault(answer);
 }
+
+CameraFault CameraConnection::openOnce() { return opened(camera_.open()); }
 
 Result<> CameraConnection::open(std::shared_ptr<const UsbSession> session) {
     session_ = std::move(session);
@@ -61,7 +63,7 @@ Result<> CameraConnection::open(std::shared_ptr<const UsbSession> session) {
     return std::unexpected(openError(fault, answer_));
 }
 
-bool CameraConnection::openIfFree() { return openOnce() == CameraFault::None; }
+bool CameraConnection::openIfFree() { return opened(camera_.openToAsk()) == CameraFault::None; }
 
 void CameraConnection::close() {
     camera_.close();

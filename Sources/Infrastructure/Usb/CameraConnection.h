@@ -38,7 +38,8 @@ public:
     /// Opens the camera for `session`; has other programs let go of it. Fails with a reason for
     /// the user, also when the session ends first.
     Result<> open(std::shared_ptr<const UsbSession> session);
-    /// Opens the camera, unless another program uses it: that one is left alone.
+    /// Opens the camera to ask it something, but not to list it, unless another program uses it:
+    /// that one is left alone.
     bool openIfFree();
     void close();
 
@@ -48,6 +49,7 @@ public:
 
 private:
     CameraFault openOnce();
+    CameraFault opened(int answer);
     Error openError(CameraFault fault, int code) const;
 
     UsbPlace place_;

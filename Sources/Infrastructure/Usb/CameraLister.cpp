@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CameraLister.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <limits>
 #include <string_view>
@@ -17,8 +18,8 @@ constexpr int deepest = 16;
 /// So often it is opened anew to be asked the same once more.
 constexpr int mostReopenings = 2;
 
-/// A camera with so many unreadable folders in a row does not come round any more.
-constexpr int mostUnreadableInARow = 3;
+/// A camera that falls silent in so many folders in a row does not come round any more.
+constexpr int mostSilentInARow = 3;
 
 std::string below(const std::string& folder, const std::string& name) {
     return folder.empty() ? name : folder + "/" + name;
@@ -30,6 +31,14 @@ bool isOneName(std::string_view name) { return !name.empty() && !name.contains('
 std::int64_t signedSize(std::uint64_t size) {
     constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
     return std::in_range<std::int64_t>(size) ? static_cast<std::int64_t>(size) : most;
+}
+
+/// A file or a folder, which may be of any day up to now.
+CardEntry unreadableEntry(const std::string& name, CardFileType type = CardFileType::Other) {
+    return {.name = name,
+            .modified = std::chrono::floor<Date::duration>(std::chrono::system_clock::now()),
+            .type = type,
+            .error = EIO};
 }
 
 }  // namespace
@@ -51,9 +60,12 @@ std::optional<CardListing> CameraLister::list() {
 
 CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
     while (!session_.hasEnded()) {
-        if (reopenings_ > mostReopenings || unreadableInARow_ >= mostUnreadableInARow)
+        if (reopenings_ > mostReopenings || silentInARow_ >= mostSilentInARow)
             return Answer::Failed;
-        switch (connection_.fault(call())) {
+        const int code = call();
+        const CameraFault fault = connection_.fault(code);
+        isSilent_ = fault == CameraFault::Transfer && code != GphotoCamera::incomplete;
+        switch (fault) {
             case CameraFault::None:
                 return Answer::Good;
             case CameraFault::Gone:
@@ -74,9 +86,12 @@ CameraLister::Answer CameraLister::listFolder(const std::string& folder, int dep
     const Answer answer = listInside(folder, names);
     if (answer == Answer::Over) return answer;
     if (answer == Answer::Failed) addUnreadable(folder);
-    unreadableInARow_ = answer == Answer::Failed ? unreadableInARow_ + 1 : 0;
+    silentInARow_ = answer == Answer::Failed && isSilent_ ? silentInARow_ + 1 : 0;
     for (const std::string& name : names) {
-        if (!isOneName(name)) continue;
+        if (!isOneName(name)) {
+            addUnreadable(folder);
+            continue;
+        }
         const std::string inner = below(folder, name);
         if (depth == deepest) {
             addUnreadable(inner);
@@ -116,45 +131,41 @@ CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
     listed_ += names.size();
     progress_(listed_);
     for (const std::string& name : names) {
-        CardEntry entry{.name = name, .type = cardFileType(name)};
-        if (entry.type == CardFileType::Other || !isOneName(name)) continue;
-        const Answer described = describe(folder, name, entry);
-        if (described == Answer::Over) return Answer::Over;
-        if (described == Answer::Failed) entry.error = EIO;
-        listing_[folder].push_back(std::move(entry));
+        if (cardFileType(name) == CardFileType::Other) continue;
+        if (!isOneName(name)) {
+            addUnreadable(folder);
+            continue;
+        }
+        auto found = entry(folder, name);
+        if (!found) return Answer::Over;
+        listing_[folder].push_back(*std::move(found));
     }
     return answer;
-}
-
-CameraLister::Answer CameraLister::describe(const std::string& folder, const std::string& name,
-                                            CardEntry& entry) {
-    return ask([&] {
-        const auto [code, info] = connection_.cameraInStep().info("/" + folder, name);
-        entry.size = signedSize(info.size);
-        entry.modified = info.modified;
-        return code;
-    });
 }
 
 std::optional<CardEntry> CameraLister::entry(const std::string& folder, const std::string& name) {
     CardEntry entry{.name = name, .type = cardFileType(name)};
     if (entry.type == CardFileType::Other || !isOneName(name)) return std::nullopt;
-    const Answer described = describe(folder, name, entry);
+    const Answer described = ask([&] {
+        const auto [code, info] = connection_.cameraInStep().info("/" + folder, name);
+        entry.size = signedSize(info.size);
+        entry.modified = info.modified;
+        return code;
+    });
     if (described == Answer::Over) return std::nullopt;
-    if (described == Answer::Failed) entry.error = EIO;
-    return entry;
+    return described == Answer::Good ? entry : unreadableEntry(name, entry.type);
 }
 
 void CameraLister::addUnreadable(const std::string& unreadable) {
     const std::string folder = unreadable.empty() ? "Speicherkarte" : unreadable;
     const std::size_t slash = folder.rfind('/');
     const bool isTop = slash == std::string::npos;
-    const std::string parent = isTop ? "" : folder.substr(0, slash);
-    // What is in it may be of any day up to now.
-    listing_[parent].push_back(
-        {.name = isTop ? folder : folder.substr(slash + 1),
-         .modified = std::chrono::floor<Date::duration>(std::chrono::system_clock::now()),
-         .error = EIO});
+    auto& beside = listing_[isTop ? "" : folder.substr(0, slash)];
+    CardEntry entry = unreadableEntry(isTop ? folder : folder.substr(slash + 1));
+    const bool isKnown = std::ranges::any_of(beside, [&entry](const CardEntry& known) {
+        return known.error != 0 && known.name == entry.name;
+    });
+    if (!isKnown) beside.push_back(std::move(entry));
 }
 
 }  // namespace bildkurier

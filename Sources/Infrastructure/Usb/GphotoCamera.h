@@ -36,11 +36,16 @@ public:
     const std::string& model() const { return model_; }
 
     int open();
+    /// The same to ask it something, but not to list it; waits for no other camera.
+    int openToAsk();
     /// What is asked of a closed camera fails as if the cable were disturbed.
     void close();
 
     /// The camera's own serial number; empty where it has none.
     std::pair<int, std::string> serial();
+
+    /// An answer to listings: they may lack something, but the camera does answer.
+    static const int incomplete;
 
     using Listing = std::pair<int, std::vector<std::string>>;
     /// Names in a folder; "/" is the root, which holds a folder for each card. An error is also
@@ -79,6 +84,7 @@ private:
     struct Transfer;
 
     bool isOpen() const;
+    int open(ListingLog* log);
     template <class NamesCall>
     Listing list(NamesCall call, const std::string& folder, ListingLog& log);
 

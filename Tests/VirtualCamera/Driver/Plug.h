@@ -33,8 +33,10 @@ namespace bildkurier {
 ///                                    what was asked for comes too late
 ///     fault_of contents of NAME=CODE the same, asked for the file itself
 ///     faults_of=N                    so many times for each; none: again and again
+///     faults_after NAME=N            not the first N times, but those after them
 ///     event_fault=CODE,              asked what is new, it answers with this error
 ///     event_faults=N                 so many times
+///     other_events=N                 before it tells of files, it tells so often of other things
 class Plug {
 public:
     /// Those below the folder that the environment names, by their places on the bus.
@@ -57,7 +59,8 @@ public:
     /// Unplugs it: it comes to the folder "drawer" beside the bus.
     void pull() const;
     /// How often something has happened, which a file beside the settings says: "openings",
-    /// "faults", "faults-of NAME", "event-faults" and "unknown" requests.
+    /// "faults", "faults-of NAME", "asked NAME", "event-faults", "other-events" and "unknown"
+    /// requests.
     std::int64_t counted(const std::string& what) const;
     void count(const std::string& what) const;
 

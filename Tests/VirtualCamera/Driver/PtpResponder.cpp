@@ -42,6 +42,7 @@ constexpr std::uint16_t noThumbnail = 0x2010;
 
 constexpr std::uint16_t objectAdded = 0x4002;
 constexpr std::uint16_t objectRemoved = 0x4003;
+constexpr std::uint16_t storeFull = 0x400A;
 
 constexpr std::uint16_t folderFormat = 0x3001;
 constexpr std::uint16_t otherFormat = 0x3000;
@@ -88,6 +89,12 @@ std::int64_t sizeOf(const fs::path& path) {
 std::uint32_t counted(std::int64_t size) {
     constexpr auto most = std::numeric_limits<std::uint32_t>::max();
     return size > most ? most : static_cast<std::uint32_t>(size);
+}
+
+std::vector<std::uint8_t> event(std::uint16_t code, std::uint32_t parameter) {
+    PtpPacket packet;
+    packet.u32(headerBytes + 4).u16(eventContainer).u16(code).u32(everything).u32(parameter);
+    return packet.bytes();
 }
 
 }  // namespace
@@ -237,12 +244,21 @@ std::vector<std::string> PtpResponder::askedAbout(const Request& request) const 
     return names;
 }
 
+/// Whether it is answered still, before the faults begin.
+bool PtpResponder::isTooEarly(const std::string& name) const {
+    const std::int64_t after = plug_.number("faults_after " + name);
+    if (after < 0) return false;
+    plug_.count("asked " + name);
+    return plug_.counted("asked " + name) <= after;
+}
+
 int PtpResponder::faultOf(const Request& request) const {
     for (const std::string& name : askedAbout(request)) {
         const std::string fault = plug_.text("fault_of " + name);
         const std::string counter = "faults-of " + name;
         const std::int64_t most = plug_.number("faults_of");
-        if (fault.empty() || (most >= 0 && plug_.counted(counter) >= most)) continue;
+        if (fault.empty() || isTooEarly(name) || (most >= 0 && plug_.counted(counter) >= most))
+            continue;
         plug_.count(counter);
         return std::stoi(fault);
     }
@@ -272,20 +288,19 @@ PtpPacket PtpResponder::objectInfo(const PtpObjects::Object& object) const {
     return packet.text(time).text(time).text("");
 }
 
-void PtpResponder::noteEvent(std::uint16_t code, std::uint32_t handle) {
-    PtpPacket packet;
-    packet.u32(headerBytes + 4).u16(eventContainer).u16(code).u32(everything).u32(handle);
-    events_.push_back(packet.bytes());
-}
-
 std::vector<std::uint8_t> PtpResponder::nextEvent() {
     objects_.scan(
-        stores_, [this](const auto& object) { noteEvent(objectAdded, object.handle); },
-        [this](const auto& object) { noteEvent(objectRemoved, object.handle); });
+        stores_,
+        [this](const auto& object) { events_.push_back(event(objectAdded, object.handle)); },
+        [this](const auto& object) { events_.push_back(event(objectRemoved, object.handle)); });
+    if (plug_.counted("other-events") < plug_.number("other_events")) {
+        plug_.count("other-events");
+        events_.push_front(event(storeFull, PtpObjects::storeNumber(0)));
+    }
     if (events_.empty()) return {};
-    auto event = std::move(events_.front());
+    auto next = std::move(events_.front());
     events_.pop_front();
-    return event;
+    return next;
 }
 
 }  // namespace bildkurier

@@ -41,7 +41,6 @@ private:
                 const std::vector<std::uint32_t>& parameters = {});
     void answerWith(const Request& request, const PtpPacket& data);
     void answerWithFile(const Request& request, std::uint64_t offset, std::uint64_t most);
-    void noteEvent(std::uint16_t code, std::uint32_t handle);
 
     PtpPacket deviceInfo() const;
     PtpPacket storageIds() const;
@@ -50,6 +49,7 @@ private:
     std::vector<std::uint32_t> selected(const Request& request) const;
     std::vector<std::string> askedAbout(const Request& request) const;
     int faultOf(const Request& request) const;
+    bool isTooEarly(const std::string& name) const;
     std::int64_t announcedSize(const PtpObjects::Object& object) const;
 
     Plug plug_;
