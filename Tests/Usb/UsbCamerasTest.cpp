@@ -228,6 +228,19 @@ TEST_F(UsbCamerasTest, AnswersEachDownloadOnceAtTheEnd) {
     EXPECT_EQ(answered().size(), 20U);
 }
 
+TEST_F(UsbCamerasTest, KeepsNothingOfADownloadAskedForAtTheEnd) {
+    usb.plugIn("1-1", device);
+    start();
+    auto found = files();
+    cameras.reset();
+    const auto token = std::make_shared<int>();
+    found.at(0)->download({.directory = target, .saveAs = "copy"}, [token](const auto&) {});
+    found.clear();
+    camera.reset();
+    sink->added.clear();
+    EXPECT_EQ(token.use_count(), 1);
+}
+
 TEST_F(UsbCamerasTest, EndsInTimeWhileACameraIsPulled) {
     timing.ending = UsbTiming().ending;
     usb.plugIn("1-1", device);
@@ -257,10 +270,31 @@ TEST_F(UsbCamerasTest, NoticesNewShotsAfterACameraFailedToTellOfThem) {
     usb.plugIn("1-1", device);
     start();
     EXPECT_EQ(files().size(), 2U);
-    runUntil([&] { return usb.count("1-1", "openings") == 2; });
-    // It is open again once this is done; only what comes after that is new to it.
-    download(*camera->mediaFiles().at(1).file, target);
-    runUntil([this] { return answered().size() == 1; });
+    runUntil([&] { return usb.count("1-1", "event-faults") == 2; });
+    folder.write("card/DCIM/100TEST/IMG_0003.JPG", "neu");
+    runUntil([this] { return camera->mediaFiles().size() == 3; });
+}
+
+TEST_F(UsbCamerasTest, NoticesNewShotsThatWereTakenBeforeAFaultOfADownload) {
+    timing.events = Milliseconds(300);
+    device.settings.insert({{"fault_at", "1000000"}, {"fault", "-7"}, {"faults", "1"}});
+    usb.plugIn("1-1", device);
+    start();
+    const auto found = files();
+    folder.write("card/DCIM/100TEST/IMG_0003.JPG", "neu");
+    download(*found.at(0), target);
+    runUntil([this] { return camera->mediaFiles().size() == 3; });
+    EXPECT_EQ(answered(), Events{"done"});
+    EXPECT_EQ(events->events.back(), "added");
+    EXPECT_EQ(usb.count("1-1", "openings"), 2U);
+}
+
+TEST_F(UsbCamerasTest, NoticesNewShotsBehindWhatElseTheCameraTells) {
+    timing.events = Milliseconds(1'000);
+    device.settings["other_events"] = "200";
+    usb.plugIn("1-1", device);
+    start();
+    EXPECT_EQ(files().size(), 2U);
     folder.write("card/DCIM/100TEST/IMG_0003.JPG", "neu");
     runUntil([this] { return camera->mediaFiles().size() == 3; });
 }

@@ -39,6 +39,7 @@ CameraFault CameraConnection::fault(int code) {
 }
 
 CameraFault CameraConnection::opened(int answer) {
+    ++openings_;
     answer_ = answer;
     isInStep_ = true;
     return fault(answer);

@@ -32,6 +32,9 @@ public:
     /// asked does too.
     GphotoCamera& cameraInStep();
 
+    /// How often it was opened; whoever opens it anew does not hear what it had to tell.
+    int openings() const { return openings_; }
+
     /// For people.
     std::string name() const;
 
@@ -59,6 +62,7 @@ private:
     std::shared_ptr<const UsbSession> session_;  ///< null while closed
     GphotoCamera camera_;
     bool isInStep_ = true;
+    int openings_ = 0;
     int answer_ = 0;  ///< of the last attempt to open
 };
 

@@ -43,9 +43,9 @@ CardEntry unreadableEntry(const std::string& name, CardFileType type = CardFileT
 
 }  // namespace
 
-CameraLister::CameraLister(CameraConnection& connection, const UsbSession& session,
+CameraLister::CameraLister(CameraConnection& connection, std::function<bool()> isStopped,
                            std::function<void(std::size_t)> progress)
-    : connection_(connection), session_(session), progress_(std::move(progress)) {
+    : connection_(connection), isStopped_(std::move(isStopped)), progress_(std::move(progress)) {
     connection_.camera().onObjectListed = [this] { progress_(listed_ + ++seen_); };
 }
 
@@ -59,7 +59,7 @@ std::optional<CardListing> CameraLister::list() {
 }
 
 CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
-    while (!session_.hasEnded()) {
+    while (!isStopped_()) {
         if (reopenings_ > mostReopenings || silentInARow_ >= mostSilentInARow)
             return Answer::Failed;
         const int code = call();

@@ -17,8 +17,9 @@ namespace bildkurier {
 /// Lists all media files of an open camera, on all its cards. The camera's own thread.
 class CameraLister {
 public:
-    /// `progress` hears how many files have been seen so far.
-    CameraLister(CameraConnection& connection, const UsbSession& session,
+    /// `isStopped` is asked before every question, `progress` hears how many files have been seen
+    /// so far.
+    CameraLister(CameraConnection& connection, std::function<bool()> isStopped,
                  std::function<void(std::size_t)> progress);
     CameraLister(const CameraLister&) = delete;
     CameraLister& operator=(const CameraLister&) = delete;
@@ -27,8 +28,8 @@ public:
     /// What fails and is there still is tried again with the camera opened anew, twice at most
     /// for what is in a folder; one of which something may be missing stands in the listing
     /// itself, as unreadable. After three folders in a row for which there was no answer the camera
-    /// is asked no more, and the others stand there likewise. Absent when the camera is gone or the
-    /// session has ended.
+    /// is asked no more, and the others stand there likewise. Absent when the camera is gone or
+    /// this was stopped.
     std::optional<CardListing> list();
 
     /// A file that came later, `folder` below the camera's root. Absent for what is not media,
@@ -46,7 +47,7 @@ private:
     void addUnreadable(const std::string& unreadable);
 
     CameraConnection& connection_;
-    const UsbSession& session_;
+    std::function<bool()> isStopped_;
     std::function<void(std::size_t)> progress_;
     CardListing listing_;
     std::size_t listed_ = 0;  ///< in the folders so far

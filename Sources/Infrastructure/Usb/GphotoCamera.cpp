@@ -8,6 +8,7 @@
 #include <gphoto2/gphoto2.h>
 
 #include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <cstdlib>
 #include <mutex>
@@ -363,16 +364,23 @@ int GphotoCamera::loadInPieces(const std::string& folder, const std::string& nam
 
 std::pair<int, std::optional<GphotoCamera::NewFile>> GphotoCamera::newFile(
     std::chrono::milliseconds time) {
+    using Clock = std::chrono::steady_clock;
     if (!isOpen()) return {notOpen, {}};
     const Call call(*this);
-    CameraEventType event{};
-    void* found = nullptr;
-    const int code = gp_camera_wait_for_event(handles_->camera, static_cast<int>(time.count()),
-                                              &event, &found, handles_->context.get());
-    const std::unique_ptr<void, Destroy<std::free>> data(found);
-    if (code < GP_OK || event != GP_EVENT_FILE_ADDED || data == nullptr) return {code, {}};
-    const auto& path = *static_cast<const CameraFilePath*>(data.get());
-    return {code, NewFile{.folder = path.folder, .name = path.name}};
+    const auto deadline = Clock::now() + time;
+    for (auto left = time; left > left.zero();
+         left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now())) {
+        CameraEventType event{};
+        void* found = nullptr;
+        const int code = gp_camera_wait_for_event(handles_->camera, static_cast<int>(left.count()),
+                                                  &event, &found, handles_->context.get());
+        const std::unique_ptr<void, Destroy<std::free>> data(found);
+        if (code < GP_OK || event == GP_EVENT_TIMEOUT) return {code, {}};
+        if (event != GP_EVENT_FILE_ADDED || data == nullptr) continue;
+        const auto& path = *static_cast<const CameraFilePath*>(data.get());
+        return {code, NewFile{.folder = path.folder, .name = path.name}};
+    }
+    return {GP_OK, {}};
 }
 
 }  // namespace bildkurier
