@@ -52,8 +52,10 @@ TEST_F(UsbCamerasTest, ShowsACameraThatDoesNotSayInTimeWhoItIs) {
     camera = sink->added.front();
     EXPECT_EQ(camera->facts().serial, "");
     EXPECT_EQ(camera->facts().persistentId, "usb:1209:0001:1-1");
+    EXPECT_FALSE(camera->facts().isComplete);
     runUntil([this] { return camera->facts().serial == "P1001"; });
-    EXPECT_EQ(sink->events.size(), 2U);
+    EXPECT_TRUE(camera->facts().isComplete);
+    EXPECT_EQ(sink->events, (Events{"+Testkamera", "reported", "=Testkamera"}));
 }
 
 TEST_F(UsbCamerasTest, ShowsAHangingCameraThatIsPluggedInLater) {

@@ -199,6 +199,31 @@ TEST_F(UsbImportTest, ImportsOnlyFromTheTrustedOfTwoCameras) {
     EXPECT_EQ(imported(), filesOf(folder.path("trusted")));
 }
 
+TEST_F(UsbImportTest, ImportsFromATrustedCameraThatWasHeldWhenItWasPluggedIn) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "von der anderen");
+    add("trusted/DCIM/100TEST/IMG_0002.JPG", "von dieser");
+    settings->storedAutoImport = true;
+    settings->storedIdentity = "serial:P1001";
+    auto trusted = camera("");
+    trusted.settings.insert_or_assign("store1", folder.path("trusted"));
+    trusted.settings.insert({{"serial", "P1001"}, {"busy", "1"}});
+    usb.plugIn("1-1", trusted);
+    start();
+    runUntil([this] { return hasLogged("Fertig: ") && model->phase() == Phase::ready; });
+    EXPECT_EQ(imported(), filesOf(folder.path("trusted")));
+}
+
+TEST_F(UsbImportTest, TrustsACameraOnceItsIdentityIsFinal) {
+    auto device = camera("");
+    device.settings.insert({{"serial", "P1001"}, {"busy", "1"}});
+    usb.plugIn("1-1", device);
+    start();
+    model->trustWhenConnected("Testkamera");
+    runUntil([this] { return model->autoImportEnabled(); });
+    EXPECT_EQ(settings->storedIdentity, "serial:P1001");
+    EXPECT_FALSE(hasLogged("✗")) << testing::PrintToString(log());
+}
+
 TEST_F(UsbImportTest, KeepsWhatIsCompleteWhenTheDiskIsFull) {
     const TemporaryVolume volume(std::uint64_t{210} << 20);
     if (!volume.isMounted()) GTEST_SKIP() << "mounting a volume takes root";

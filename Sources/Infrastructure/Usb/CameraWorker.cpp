@@ -18,8 +18,6 @@ namespace bildkurier {
 
 namespace {
 
-constexpr auto canon = "04a9";
-
 /// So often a camera may fail to say whether there are new shots; then it is asked no more.
 constexpr int mostFailedQuestions = 3;
 
@@ -128,20 +126,17 @@ void CameraWorker::identify() {
     connection_->camera().identify();
     facts_ = factsAtUsb(place_);
     facts_.name = connection_->name();
-    if (lacksSerial() && connection_->openIfFree()) readSerial();
+    if (!facts_.isComplete && connection_->openIfFree()) readSerial();
     connection_->close();
     tellFacts();
 }
 
-bool CameraWorker::lacksSerial() const {
-    // Reading it would set a Canon to being controlled from here.
-    return facts_.serial->empty() && place_.vendor != canon;
-}
-
 void CameraWorker::readSerial() {
     const auto [code, serial] = connection_->camera().serial();
-    connection_->fault(code);
+    const CameraFault fault = connection_->fault(code);
     facts_.serial = actualSerial(serial);
+    facts_.isComplete = fault != CameraFault::Transfer && fault != CameraFault::Busy &&
+                        fault != CameraFault::Gone && fault != CameraFault::Cancelled;
 }
 
 void CameraWorker::tellFacts() {
@@ -156,7 +151,7 @@ void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, Sessi
     if (error) return connection_->close();
     opened_.reset(new Opened{.session = session, .events = std::move(events)});
     // Another program held the camera when it was identified.
-    if (lacksSerial()) {
+    if (!facts_.isComplete) {
         readSerial();
         tellFacts();
     }
@@ -226,9 +221,8 @@ void CameraWorker::deliver(UsbSession& session, const std::shared_ptr<UsbLoad>& 
 }
 
 bool CameraWorker::tellsOfNewShots() const {
-    // Asking a Canon would set it to being controlled from here.
     return opened_ && !opened_->session->hasEnded() &&
-           opened_->failedQuestions < mostFailedQuestions && place_.vendor != canon;
+           opened_->failedQuestions < mostFailedQuestions && !isControlledByAsking(place_);
 }
 
 std::optional<GphotoCamera::NewFile> CameraWorker::newShot() {

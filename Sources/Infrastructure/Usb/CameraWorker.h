@@ -68,7 +68,6 @@ private:
     void work();
     Task next();
     void identify();
-    bool lacksSerial() const;
     void readSerial();
     void tellFacts();
     void openSession(const std::shared_ptr<UsbSession>& session, SessionEvents events);
