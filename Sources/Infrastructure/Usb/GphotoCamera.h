@@ -20,7 +20,8 @@ namespace bildkurier {
 class ListingLog;
 
 /// One camera through libgphoto2, whose answers it passes on: a negative `int` is the
-/// library's error. Nothing here changes the camera's own state. One thread.
+/// library's error. Nothing here is meant to change the camera's own state; but of some Canons the
+/// library clears the mark that a file is new once it has read it. One thread.
 class GphotoCamera {
 public:
     /// `cancelled` is asked often while something runs that takes long.
