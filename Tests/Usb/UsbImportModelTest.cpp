@@ -158,7 +158,7 @@ TEST_F(UsbImportTest, NamesWhatIsUnreadableWhateverTheFirstDay) {
 
 TEST_F(UsbImportTest, CountsWhileItListsThousands) {
     constexpr int folders = 20;
-    constexpr int filesInEach = 200;
+    constexpr int filesInEach = 1'000;
     for (int number = 100; number < 100 + folders; ++number) {
         for (int file = 1'000; file < 1'000 + filesInEach; ++file)
             add(fmt::format("card/DCIM/{}TEST/{}_{}.JPG", number, number, file), "x");
@@ -171,6 +171,52 @@ TEST_F(UsbImportTest, CountsWhileItListsThousands) {
         return status.starts_with("Lese Dateiliste der Karte(n) … bisher ");
     });
     EXPECT_GT(counts, 0) << testing::PrintToString(statuses);
+}
+
+TEST_F(UsbImportTest, NeverCountsBackWhileItLists) {
+    for (int file = 1'000; file < 1'300; ++file)
+        add(fmt::format("card/DCIM/100TEST/IMG_{}.JPG", file), "x");
+    auto device = camera();
+    device.settings.insert({{"fault_of IMG_1290.JPG", "-7"}, {"faults_of", "2"}});
+    usb.plugIn("1-1", device);
+    start();
+    runUntilReady();
+    const std::string before = "Lese Dateiliste der Karte(n) … bisher ";
+    std::vector<int> counts;
+    for (const auto& status : statuses)
+        if (status.starts_with(before)) counts.push_back(std::stoi(status.substr(before.size())));
+    EXPECT_GT(counts.size(), 1U);
+    EXPECT_TRUE(std::ranges::is_sorted(counts)) << testing::PrintToString(counts);
+    EXPECT_EQ(model->cameraFileCount(), 300);
+}
+
+TEST_F(UsbImportTest, ShowsHowAFileGrows) {
+    addLarge("card/DCIM/100TEST/IMG_0001.JPG", 3'000'000);
+    auto device = camera();
+    device.settings["rate"] = "1500000";
+    usb.plugIn("1-1", device);
+    start();
+    runUntilReady();
+    model->startImport();
+    runUntil([this] {
+        const auto& progress = model->progress();
+        return progress.currentBytes > 0 && progress.currentBytes < progress.currentTotal;
+    });
+    runUntil([this] { return model->phase() == Phase::ready; });
+    EXPECT_EQ(imported(), filesOf(card));
+}
+
+TEST_F(UsbImportTest, SaysWhichFileWasDeletedOnTheCamera) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "bleibt");
+    add("card/DCIM/100TEST/IMG_0002.JPG", "geht");
+    usb.plugIn("1-1", camera());
+    start();
+    runUntilReady();
+    fs::remove(card + "/DCIM/100TEST/IMG_0002.JPG");
+    importAll();
+    EXPECT_EQ(imported(), (Tree{{"IMG_0001.JPG", "bleibt"}}));
+    EXPECT_TRUE(hasLogged("✗ IMG_0002.JPG: Die Kamera kennt diese Datei nicht mehr"))
+        << testing::PrintToString(log());
 }
 
 TEST_F(UsbImportTest, LoadsAShotThatIsTakenWhileItIsConnected) {

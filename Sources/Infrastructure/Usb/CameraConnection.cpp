@@ -29,13 +29,20 @@ GphotoCamera& CameraConnection::cameraInStep() {
 
 CameraFault CameraConnection::fault(int code) {
     const CameraFault fault = cameraFault(code);
-    if (fault == CameraFault::Transfer || fault == CameraFault::Other) isInStep_ = false;
+    if (fault == CameraFault::Transfer || fault == CameraFault::Missing ||
+        fault == CameraFault::Other) {
+        isInStep_ = false;
+    }
     if (fault != CameraFault::Transfer) return fault;
     constexpr UsbTiming::Milliseconds step{20};
     for (UsbTiming::Milliseconds waited{}; bus_.isThere(place_); waited += step) {
         if (waited >= timing_.vanishing || !session_ || session_->endsWithin(step)) return fault;
     }
     return CameraFault::Gone;
+}
+
+bool CameraConnection::waitWhileBusy(std::size_t tries) const {
+    return tries < timing_.busy.size() && session_ && !session_->endsWithin(timing_.busy[tries]);
 }
 
 CameraFault CameraConnection::opened(int answer) {

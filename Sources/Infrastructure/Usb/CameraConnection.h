@@ -10,6 +10,7 @@
 #include "UsbSession.h"
 #include "UsbTiming.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -49,6 +50,9 @@ public:
     /// What an answer of the camera's means, once it is clear whether it was unplugged. Every
     /// answer comes here.
     CameraFault fault(int code);
+    /// Leaves a camera that was busy some time, more of it after more `tries`. Whether it is worth
+    /// another; not once the session has ended.
+    bool waitWhileBusy(std::size_t tries) const;
 
 private:
     CameraFault openOnce();

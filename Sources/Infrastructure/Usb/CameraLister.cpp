@@ -46,11 +46,17 @@ CardEntry unreadableEntry(const std::string& name, CardFileType type = CardFileT
 CameraLister::CameraLister(CameraConnection& connection, std::function<bool()> isStopped,
                            std::function<void(std::size_t)> progress)
     : connection_(connection), isStopped_(std::move(isStopped)), progress_(std::move(progress)) {
-    connection_.camera().onObjectListed = [this] { progress_(listed_ + ++seen_); };
+    connection_.camera().onObjectListed = [this] { tell(listed_ + ++seen_); };
 }
 
 CameraLister::~CameraLister() {
     connection_.camera().onObjectListed = [] {};
+}
+
+/// What is listed once more does not count back.
+void CameraLister::tell(std::size_t files) {
+    told_ = std::max(told_, files);
+    progress_(told_);
 }
 
 std::optional<CardListing> CameraLister::list() {
@@ -59,6 +65,7 @@ std::optional<CardListing> CameraLister::list() {
 }
 
 CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
+    std::size_t busy = 0;
     while (!isStopped_()) {
         if (reopenings_ > mostReopenings || silentInARow_ >= mostSilentInARow)
             return Answer::Failed;
@@ -73,6 +80,9 @@ CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
                 return Answer::Over;
             case CameraFault::Transfer:
                 ++reopenings_;
+                break;
+            case CameraFault::Busy:
+                if (!connection_.waitWhileBusy(busy++)) return Answer::Failed;
                 break;
             default:
                 return Answer::Failed;
@@ -121,6 +131,7 @@ CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
     std::vector<std::string> names;
     reopenings_ = 0;
     const Answer answer = ask([&] {
+        seen_ = 0;
         auto [code, found] = connection_.cameraInStep().files("/" + folder);
         names = std::move(found);
         return code;
@@ -129,7 +140,7 @@ CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
     reopenings_ = 0;
     seen_ = 0;
     listed_ += names.size();
-    progress_(listed_);
+    tell(listed_);
     for (const std::string& name : names) {
         if (cardFileType(name) == CardFileType::Other) continue;
         if (!isOneName(name)) {

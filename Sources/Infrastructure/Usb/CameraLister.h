@@ -44,6 +44,7 @@ private:
     Answer listFolder(const std::string& folder, int depth);
     Answer listInside(const std::string& folder, std::vector<std::string>& folders);
     Answer listFiles(const std::string& folder);
+    void tell(std::size_t files);
     void addUnreadable(const std::string& unreadable);
 
     CameraConnection& connection_;
@@ -52,9 +53,10 @@ private:
     CardListing listing_;
     std::size_t listed_ = 0;  ///< in the folders so far
     std::size_t seen_ = 0;    ///< in the present one
-    int reopenings_ = 0;      ///< for the present question
-    bool isSilent_ = false;   ///< the last answer was none
-    int silentInARow_ = 0;    ///< folders that ended so
+    std::size_t told_ = 0;
+    int reopenings_ = 0;     ///< for the present question
+    bool isSilent_ = false;  ///< the last answer was none
+    int silentInARow_ = 0;   ///< folders that ended so
 };
 
 }  // namespace bildkurier

@@ -31,7 +31,7 @@ namespace bildkurier {
 ///                                    card in the folder NAME, it answers with this code of the
 ///                                    protocol; or with this error of libgphoto2, after which
 ///                                    what was asked for comes too late
-///     fault_of contents of NAME=CODE the same, asked for the file itself
+///     fault_of contents of NAME=CODE the same, asked for the file itself or a piece of it
 ///     faults_of=N                    so many times for each; none: again and again
 ///     faults_after NAME=N            not the first N times, but those after them
 ///     event_fault=CODE,              asked what is new, it answers with this error

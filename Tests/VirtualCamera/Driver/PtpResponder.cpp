@@ -233,7 +233,8 @@ std::vector<std::string> PtpResponder::askedAbout(const Request& request) const 
     const auto* object = objects_.find(request.parameters[0]);
     if (request.code == getObjectInfo && object != nullptr)
         names.push_back(object->path.filename());
-    if (request.code == getObject && object != nullptr)
+    const bool asksForContents = request.code == getObject || request.code == getPartialObject;
+    if (asksForContents && object != nullptr)
         names.push_back("contents of " + object->path.filename().string());
     if (request.code != getObjectHandles || request.parameters[2] != everything) return names;
     for (std::size_t i = 0; i < stores_.size(); ++i) {
