@@ -12,6 +12,12 @@
 
 namespace bildkurier {
 
+namespace {
+
+bool limitsKept = true;
+
+}  // namespace
+
 Measurement whole(Action action) {
     return [action = std::move(action)] {
         const auto begin = std::chrono::steady_clock::now();
@@ -27,8 +33,12 @@ double median(std::vector<double> values) {
 
 void judge(benchmark::State& state, double figure, double limit, const std::string& unit) {
     state.counters[unit] = figure;
-    state.SetLabel(fmt::format("{} {}", figure <= limit ? "within" : "OVER", limit));
+    const bool isWithin = figure <= limit;
+    if (!isWithin) limitsKept = false;
+    state.SetLabel(fmt::format("{} {}", isWithin ? "within" : "OVER", limit));
 }
+
+bool keptAllLimits() { return limitsKept; }
 
 void compare(benchmark::State& state, const Comparison& comparison) {
     std::vector<double> ours;

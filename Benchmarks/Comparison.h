@@ -29,6 +29,9 @@ struct Comparison {
 /// Puts a figure and whether it is within its limit at the end of the row.
 void judge(benchmark::State& state, double figure, double limit, const std::string& unit);
 
+/// Whether every figure that was judged was within its limit.
+bool keptAllLimits();
+
 /// Measures both in turn, once per iteration, and reports the medians' ratio.
 void compare(benchmark::State& state, const Comparison& comparison);
 

@@ -257,4 +257,5 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
+    return bildkurier::keptAllLimits() ? 0 : 1;
 }

@@ -7,6 +7,14 @@ execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${INTO}
     OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 foreach(file
         bin/bildkurier
+        bin/bildkurier-cli
+        lib/systemd/user/bildkurier-watch.service
+        ${DATA}/bash-completion/completions/bildkurier-cli
+        ${DATA}/fish/vendor_completions.d/bildkurier-cli.fish
+        ${DATA}/${ZSH}/_bildkurier-cli
+        ${DATA}/man/de/man1/bildkurier.1.gz
+        ${DATA}/man/man1/bildkurier-cli.1.gz
+        ${DATA}/doc/bildkurier/copyright
         ${DATA}/applications/${ID}.desktop
         ${DATA}/metainfo/${ID}.metainfo.xml
         ${DATA}/icons/hicolor/scalable/apps/${ID}.svg

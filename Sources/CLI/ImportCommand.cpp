@@ -132,9 +132,6 @@ bool ImportCommand::chooseDay() {
     const auto& days = model().cameraDays();
     const auto day = std::ranges::lower_bound(days, *commandLine_.since);
     if (day == days.end()) return false;
-    // The model keeps a day only when it is another than before; this one must still be chosen
-    // when the camera returns with more days.
-    model().setFromDayIndex(-1);
     model().setFromDayIndex(static_cast<double>(day - days.begin()));
     return true;
 }
@@ -182,78 +179,107 @@ void ImportCommand::noteFiles() {
     }
 }
 
+void ImportCommand::noteLoss() {
+    lost_ = model().progress();
+    lostFailures_.clear();
+    for (const std::size_t position : model().failedFiles())
+        lostFailures_.push_back(files_.at(position));
+}
+
 void ImportCommand::lookWhileRunning() {
     if (isImporting()) return;
     const auto& progress = model().progress();
     if (!isAttached() && progress.done + progress.failed == progress.total) {
         // Lost when there was nothing left to load.
         if (model().awaitsCamera()) model().cancelImport();
+        sumUp(progress);
         return finished(progress);
     }
     if (model().awaitsCamera()) {
         stage_ = Stage::returning;
-        lost_ = progress;
+        noteLoss();
         return showStatus();
     }
-    if (isAttached()) return finished(model().progress());
-    report().finished(model().progress(), isInterrupted());
+    if (isAttached()) return finished(progress);
     if (isInterrupted()) return end();
     stop(ExitStatus::filesFailed, model().status());
 }
 
 void ImportCommand::lookForReturn() {
-    if (isImporting()) {
-        const auto& cameras = model().cameras();
-        camera_ = *std::ranges::find(cameras, model().selectedID(), &Camera::id);
-        stage_ = Stage::running;
-        plan_ = planned();
-        announceImport(plan_);
-        tellOfVanished();
-        return noteFiles();
-    }
+    if (isImporting()) return goOn();
     showStatus();
-    if (model().awaitsCamera()) return lookForHindrance();
+    if (model().awaitsCamera()) return lookWhileAwaiting();
     if (!model().camera()) return stop(ExitStatus::filesFailed, model().status());
     if (!model().newFiles().empty()) return stop(ExitStatus::destinationUnusable, model().status());
+    endAfterReturn();
+}
+
+void ImportCommand::goOn() {
+    const auto& cameras = model().cameras();
+    camera_ = *std::ranges::find(cameras, model().selectedID(), &Camera::id);
+    stage_ = Stage::running;
+    plan_ = planned();
+    announceImport(plan_);
+    tellOfVanished();
+    noteFiles();
+}
+
+void ImportCommand::lookWhileAwaiting() {
+    const auto& cameras = model().cameras();
+    const auto selected = std::ranges::find(cameras, model().selectedID(), &Camera::id);
+    if (selected == cameras.end() || (*selected)->identity() != camera_->identity()) return;
+    if (model().phase() == Phase::noCamera) return stop(ExitStatus::noCamera, model().status());
+    const bool isEmpty = model().cameraFileCount() == 0;
+    // The day must be chosen before the model knows what is missing, for then the import goes on.
+    if (model().phase() == Phase::checking && !isEmpty && !chooseDay()) {
+        model().cancelImport();
+        plan_.files = 0;
+        return endAfterReturn();
+    }
+    // Any other camera that is ready has files to load, and waits for another process's import.
+    if (model().phase() == Phase::ready && isEmpty) stop(ExitStatus::filesFailed, model().status());
+}
+
+void ImportCommand::endAfterReturn() {
     auto progress = lost_;
     const Vanished vanished = tellOfVanished();
+    if (plan_.files == 0) progress.failed += tellOfUnreadable().failed;
     // Of the others, whatever was not heard of any more has arrived all the same.
-    progress.done = progress.total - progress.failed - vanished.files;
+    progress.done = std::max(progress.done, progress.total - progress.failed - vanished.files);
     progress.bytesDone = plan_.bytes - vanished.bytes;
+    sumUp(progress);
     finished(progress);
 }
 
 ImportCommand::Vanished ImportCommand::tellOfVanished() {
     FileKeys onCard;
     for (const auto& file : model().camera()->files()) {
-        onCard.insert(fileKey(file->name().value_or(""), file->size()));
+        if (file->shotDate() >= commandLine_.since)
+            onCard.insert(fileKey(file->name().value_or(""), file->size()));
     }
+    const auto isGone = [&](const PlannedFile& file) { return !onCard.contains(file.key); };
     Vanished vanished;
-    for (const auto& [key, bytes] : files_ | std::views::drop(lost_.done + lost_.failed)) {
-        if (onCard.contains(key)) continue;
+    for (const auto& file : files_ | std::views::drop(lost_.done + lost_.failed)) {
+        if (!isGone(file)) continue;
         ++vanished.files;
-        vanished.bytes = byteSum(vanished.bytes, bytes);
+        vanished.bytes = byteSum(vanished.bytes, file.bytes);
     }
-    if (vanished.files == 0) return vanished;
+    const auto count = vanished.files + std::ranges::count_if(lostFailures_, isGone);
+    if (count == 0) return vanished;
     setStatus(ExitStatus::filesFailed);
     report().log(
         fmt::format("✗ {} Dateien sind seit der Trennung nicht mehr auf der Karte und "
                     "wurden nicht geladen.",
-                    vanished.files));
+                    count));
     return vanished;
 }
 
-void ImportCommand::lookForHindrance() {
-    const auto& cameras = model().cameras();
-    const auto selected = std::ranges::find(cameras, model().selectedID(), &Camera::id);
-    if (selected == cameras.end() || (*selected)->identity() != camera_->identity()) return;
-    if (model().phase() == Phase::noCamera) return stop(ExitStatus::noCamera, model().status());
-    // With files to load, it is another process's import that is waited for.
-    const bool isEmpty = model().phase() == Phase::ready && model().newFiles().empty();
-    if (isEmpty) stop(ExitStatus::filesFailed, model().status());
+bool ImportCommand::isUnderWay() const {
+    return stage_ == Stage::running || stage_ == Stage::returning;
 }
 
 void ImportCommand::finished(const ImportRunner::Progress& progress) {
+    stage_ = Stage::beginning;
     report().finished(progress, isInterrupted());
     if (isInterrupted()) return end();
     if (progress.failed > 0) setStatus(ExitStatus::filesFailed);

@@ -46,14 +46,19 @@ private:
 
     void start() override;
     void look() override;
+    bool isUnderWay() const override;
     bool wants(const Camera& camera) const;
     void reachServer();
     void nextCamera();
     void lookWhileReading();
     void lookWhileRunning();
     void lookForReturn();
-    /// The camera is back, but cannot be opened, or is empty.
-    void lookForHindrance();
+    /// The camera has to be back and read before its import can go on.
+    void lookWhileAwaiting();
+    /// The import goes on.
+    void goOn();
+    /// The camera is back, but nothing of its import is left to load.
+    void endAfterReturn();
     /// Chooses the first day that the user wants; false when nothing was shot since then.
     bool chooseDay();
     Report::Plan chosenPlan();
@@ -63,8 +68,12 @@ private:
     ImportRunner::Progress tellOfUnreadable();
     /// Remembers what the import is to load.
     void noteFiles();
-    /// Tells which files are not on the card that has returned, though they were never loaded.
+    /// Remembers how far the import came that was interrupted.
+    void noteLoss();
+    /// Tells how many files are not on the card that has returned, though they were never loaded.
+    /// Those that had failed before are not among the ones it answers.
     Vanished tellOfVanished();
+    /// The import is over, and summed up.
     void finished(const ImportRunner::Progress& progress);
     bool isAttached() const;
 
@@ -76,9 +85,10 @@ private:
     std::deque<std::shared_ptr<Camera>> waiting_;
     std::shared_ptr<Camera> camera_;
     Stage stage_ = Stage::beginning;
-    Report::Plan plan_;               ///< of the import that runs or was interrupted
-    std::vector<PlannedFile> files_;  ///< the same, in the order in which they are loaded
-    ImportRunner::Progress lost_;     ///< of the import that was interrupted
+    Report::Plan plan_;                      ///< of the import that runs or was interrupted
+    std::vector<PlannedFile> files_;         ///< the same, in the order in which they are loaded
+    ImportRunner::Progress lost_;            ///< of the import that was interrupted
+    std::vector<PlannedFile> lostFailures_;  ///< those that had failed in it
     bool severalCameras_ = false;
     Guard answers_;
 };

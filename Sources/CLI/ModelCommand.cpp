@@ -86,23 +86,38 @@ void ModelCommand::interrupt() {
         model_->cancelImport();
         return showStatus();
     }
-    if (isImporting()) {
-        const ImportRunner::Progress& progress = model_->latestProgress();
-        report_.log(importSummary(progress, model_->speed().average, true));
-        report_.finished(progress, true);
-    }
     end();
+}
+
+void ModelCommand::sumUp(const ImportRunner::Progress& progress) {
+    report_.log(importSummary(progress, model_->speed().average, isInterrupted()));
+}
+
+void ModelCommand::concludeImport() {
+    if (!isUnderWay()) return;
+    const ImportRunner::Progress& progress = model_->latestProgress();
+    const std::string summary = importSummary(progress, model_->speed().average, false);
+    const auto& log = model_->log();
+    if (log.empty() || !log.back().starts_with(summary)) sumUp(progress);
+    report_.finished(progress, isInterrupted());
 }
 
 void ModelCommand::stop(ExitStatus status, const std::string& message) {
     if (ended_) return;
+    concludeImport();
     report_.error(message);
-    status_ = status;
-    end();
+    setStatus(status);
+    leave();
 }
 
 void ModelCommand::end() {
-    if (std::exchange(ended_, true)) return;
+    if (ended_) return;
+    concludeImport();
+    leave();
+}
+
+void ModelCommand::leave() {
+    ended_ = true;
     observation_.reset();
     done_(status_);
 }

@@ -40,6 +40,9 @@ protected:
     /// The model shows something else. Not called from within the model, nor after the end.
     virtual void look() = 0;
 
+    /// Whether an import has begun whose end has not been told.
+    virtual bool isUnderWay() const { return isImporting(); }
+
     ImportModel& model() const { return *model_; }
     Report& report() const { return report_; }
     bool isImporting() const { return model_->phase() == ImportModel::Phase::importing; }
@@ -57,13 +60,21 @@ protected:
 
     /// Looks as soon as the model has come to rest.
     void lookLater();
-    void setStatus(ExitStatus status) { status_ = status; }
+    /// Without effect once the user has interrupted the command.
+    void setStatus(ExitStatus status) {
+        if (!isInterrupted()) status_ = status;
+    }
+    /// Tells the summary of an import that the model does not sum up itself.
+    void sumUp(const ImportRunner::Progress& progress);
+    /// Both sum up an import that is under way, for it ends with the command.
     void stop(ExitStatus status, const std::string& message);
     void end();
 
 private:
     void modelChanged();
     void showProgress();
+    void concludeImport();
+    void leave();
 
     std::shared_ptr<ImportModel> model_;
     MainQueue& main_;

@@ -23,6 +23,7 @@ public:
 private:
     void start() override;
     void look() override;
+    bool isUnderWay() const override { return running_ || isImporting(); }
     /// The user of a window would see at once that it is not in the list.
     void tellOfMissingCamera();
     void tellOfSuspension();

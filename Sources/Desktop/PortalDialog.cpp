@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "PortalDialog.h"
 
+#include "DesktopPortal.h"
+
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
@@ -16,9 +18,7 @@ namespace bildkurier {
 
 namespace {
 
-const auto service = QStringLiteral("org.freedesktop.portal.Desktop");
-const auto path = QStringLiteral("/org/freedesktop/portal/desktop");
-const auto interface = QStringLiteral("org.freedesktop.portal.FileChooser");
+const auto fileChooser = QStringLiteral("org.freedesktop.portal.FileChooser");
 
 constexpr int patience = 5000;  // milliseconds
 constexpr uint firstWithFolders = 3;
@@ -47,8 +47,8 @@ PortalDialog::PortalDialog(QDBusConnection bus, Question question)
       token_("bildkurier" + QUuid::createUuid().toString(QUuid::Id128)) {
     setAttribute(Qt::WA_DontShowOnScreen);
     setWindowModality(Qt::ApplicationModal);
-    auto* presence =
-        new QDBusServiceWatcher(service, bus_, QDBusServiceWatcher::WatchForUnregistration, this);
+    auto* presence = new QDBusServiceWatcher(portalService, bus_,
+                                             QDBusServiceWatcher::WatchForUnregistration, this);
     connect(presence, &QDBusServiceWatcher::serviceUnregistered, this, [this] { done(noPortal); });
 }
 
@@ -60,9 +60,9 @@ std::expected<std::optional<Url>, PortalDialog::NoPortal> PortalDialog::ask() {
 }
 
 void PortalDialog::askForVersion() {
-    auto call = QDBusMessage::createMethodCall(service, path, "org.freedesktop.DBus.Properties",
-                                               QStringLiteral("Get"));
-    call << interface << QStringLiteral("version");
+    auto call = QDBusMessage::createMethodCall(
+        portalService, portalPath, "org.freedesktop.DBus.Properties", QStringLiteral("Get"));
+    call << fileChooser << QStringLiteral("version");
     send(call, [this](const QDBusMessage& reply) {
         const uint version = reply.arguments().value(0).value<QDBusVariant>().variant().toUInt();
         if (version < (question_.forFolder ? firstWithFolders : 1)) return done(noPortal);
@@ -72,11 +72,11 @@ void PortalDialog::askForVersion() {
 
 void PortalDialog::openFile() {
     const QString sender = bus_.baseService().mid(1).replace(u'.', u'_');
-    bus_.connect(service, path + "/request/" + sender + "/" + token_,
+    bus_.connect(portalService, portalPath + "/request/" + sender + "/" + token_,
                  QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"), this,
                  SLOT(answered(uint, QVariantMap)));
-    auto call =
-        QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("OpenFile"));
+    auto call = QDBusMessage::createMethodCall(portalService, portalPath, fileChooser,
+                                               QStringLiteral("OpenFile"));
     call << parentWindow() << question_.accept << options();
     send(call, [](const QDBusMessage&) {});
 }

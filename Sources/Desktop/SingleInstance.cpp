@@ -10,7 +10,7 @@ namespace bildkurier {
 
 namespace {
 
-constexpr int patience = 2000;  // milliseconds
+constexpr int connectTimeout = 2000;  // milliseconds
 
 }  // namespace
 
@@ -37,7 +37,7 @@ void SingleInstance::listen() {
 void SingleInstance::tellFirst() const {
     QLocalSocket first;
     first.connectToServer(name_);
-    first.waitForConnected(patience);
+    first.waitForConnected(connectTimeout);
 }
 
 }  // namespace bildkurier

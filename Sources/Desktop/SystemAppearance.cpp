@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "SystemAppearance.h"
 
+#include "DesktopPortal.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusMetaType>
@@ -14,9 +16,7 @@ namespace bildkurier {
 
 namespace {
 
-const auto service = QStringLiteral("org.freedesktop.portal.Desktop");
-const auto path = QStringLiteral("/org/freedesktop/portal/desktop");
-const auto interface = QStringLiteral("org.freedesktop.portal.Settings");
+const auto portalSettings = QStringLiteral("org.freedesktop.portal.Settings");
 const auto group = QStringLiteral("org.freedesktop.appearance");
 const auto key = QStringLiteral("color-scheme");
 
@@ -62,14 +62,15 @@ QPalette lightPalette() {
 SystemAppearance::SystemAppearance() {
     // Slots with variants can be connected only after this.
     qDBusRegisterMetaType<QDBusVariant>();
-    QDBusConnection::sessionBus().connect(service, path, interface,
+    QDBusConnection::sessionBus().connect(portalService, portalPath, portalSettings,
                                           QStringLiteral("SettingChanged"), this,
                                           SLOT(settingChanged(QString, QString, QDBusVariant)));
     ask();
 }
 
 void SystemAppearance::ask() {
-    auto question = QDBusMessage::createMethodCall(service, path, interface, "Read");
+    auto question =
+        QDBusMessage::createMethodCall(portalService, portalPath, portalSettings, "Read");
     question << group << key;
     auto* answer =
         new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);

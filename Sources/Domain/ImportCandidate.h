@@ -15,6 +15,7 @@ struct ImportCandidate {
     std::optional<std::string> name;
     std::int64_t size = 0;  ///< bytes
     std::optional<Date> shotDate;
+    bool isObstructed = false;  ///< cannot be loaded: neither imported before, nor another's copy
 
     bool operator==(const ImportCandidate&) const = default;
 };

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ImportPlanner.h"
 
+#include <algorithm>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -12,14 +13,17 @@ ImportPlanner::ImportPlanner(std::span<const ImportCandidate> candidates,
                              const FileKeys& existing) {
     std::unordered_map<std::string, std::size_t> numbers;
     for (std::size_t i = 0; i < candidates.size(); ++i) {
-        const auto& [name, size, shotDate] = candidates[i];
+        const auto& [name, size, shotDate, isObstructed] = candidates[i];
         if (!name) continue;
-        std::string key = fileKey(*name, size);
-        if (existing.contains(key)) continue;
-        const auto number = numbers.try_emplace(std::move(key), numbers.size()).first->second;
+        std::size_t number = keys_;
+        if (!isObstructed) {
+            std::string key = fileKey(*name, size);
+            if (existing.contains(key)) continue;
+            number = numbers.try_emplace(std::move(key), keys_).first->second;
+        }
+        keys_ = std::max(keys_, number + 1);
         rows_.push_back({.position = i, .key = number, .shot = shotDate.value_or(Date::min())});
     }
-    keys_ = numbers.size();
 }
 
 std::vector<std::size_t> ImportPlanner::missing(std::optional<Date> since) const {

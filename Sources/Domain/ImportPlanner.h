@@ -14,8 +14,8 @@
 namespace bildkurier {
 
 /// Knows which candidates still have to be imported: those with a name whose key is neither in
-/// `existing` nor borne by an earlier candidate. To make one takes long where there are many
-/// files; to ask it takes little.
+/// `existing` nor borne by an earlier candidate, and those that are obstructed. To make one takes
+/// long where there are many files; to ask it takes little.
 class ImportPlanner {
 public:
     /// Of no candidates.
@@ -29,7 +29,7 @@ public:
 private:
     struct Row {
         std::size_t position;
-        std::size_t key;  ///< equal for candidates of one key, below `keys_`
+        std::size_t key;  ///< equal for copies of one file, below `keys_`
         Date shot;
     };
 

@@ -137,6 +137,8 @@ public:
     const ImportRunner::Progress& progress() const { return progress_; }
     /// Of the run, every file counted whose line is in the log.
     const ImportRunner::Progress& latestProgress() const { return runner_->progress(); }
+    /// Positions, ascending, of those `newFiles` with which the last run began that have failed.
+    const std::vector<std::size_t>& failedFiles() const { return runner_->failedFiles(); }
     const SpeedMeter::Reading& speed() const { return speed_; }
     bool destOnNetwork() const { return destOnNetwork_; }
     /// Oldest first, at most 500 lines.

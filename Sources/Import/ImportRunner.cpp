@@ -71,6 +71,7 @@ Result<> ImportRunner::start(std::vector<std::shared_ptr<CameraFile>> files, con
     destination_ = destination;
     layout_ = layout;
     progress_ = {.total = std::ssize(files)};
+    failedFiles_.clear();
     queue_.assign(std::make_move_iterator(files.begin()), std::make_move_iterator(files.end()));
     cancelRequested_ = false;
     watcher_.reset();
@@ -134,7 +135,7 @@ void ImportRunner::downloadNext() {
         runID_([this, file, item](Prepared prepared) mutable {
             if (!prepared.folder) {
                 queue_.clear();
-                ++progress_.failed;
+                countFailure();
                 if (log(fmt::format("Kann Ordner nicht anlegen: {}: {}",
                                     displayText(item.folder.path),
                                     prepared.folder.error().message))) {
@@ -208,8 +209,12 @@ std::string ImportRunner::loadedLine(const Item& item) {
 }
 
 void ImportRunner::finishFile(const Item& item, const Result<>& outcome) {
-    if (outcome) tellIfRenamed(item, destination_);
-    ++(outcome ? progress_.done : progress_.failed);
+    if (outcome) {
+        tellIfRenamed(item, destination_);
+        ++progress_.done;
+    } else {
+        countFailure();
+    }
     progress_.bytesDone = byteSum(progress_.bytesDone, item.size);
     if (!log(outcome
                  ? loadedLine(item)
@@ -218,6 +223,11 @@ void ImportRunner::finishFile(const Item& item, const Result<>& outcome) {
     }
     // Posted, for a row of files that fail at once must not pile up on the stack.
     main_.post(runID_([this] { downloadNext(); }));
+}
+
+void ImportRunner::countFailure() {
+    failedFiles_.push_back(static_cast<std::size_t>(progress_.done + progress_.failed));
+    ++progress_.failed;
 }
 
 void ImportRunner::finish() {

@@ -11,6 +11,7 @@
 #include "Result.h"
 #include "Url.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -91,6 +92,8 @@ public:
     /// Whether the run, or the last one, was asked to end early.
     bool isCancelled() const { return cancelRequested_; }
     const Progress& progress() const { return progress_; }
+    /// Positions, ascending, of those files handed to `start` that have failed so far.
+    const std::vector<std::size_t>& failedFiles() const { return failedFiles_; }
 
 private:
     struct Item;
@@ -99,6 +102,7 @@ private:
     void load(CameraFile& file, const Item& item);
     void moveIntoPlace(const Item& item, const Url& staged);
     void finishFile(const Item& item, const Result<>& outcome);
+    void countFailure();
     void finish();
     static std::string loadedLine(const Item& item);
     void tellIfRenamed(const Item& item, const Url& destination) const;
@@ -115,6 +119,7 @@ private:
     Background& background_;
 
     Progress progress_;
+    std::vector<std::size_t> failedFiles_;
     bool isRunning_ = false;
     bool isMoving_ = false;       ///< the run's file in hand is on its way into place
     std::vector<Url> windingUp_;  ///< destinations of abandoned runs that have not come to rest

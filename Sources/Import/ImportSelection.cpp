@@ -37,10 +37,10 @@ ImportSelection selectFiles(std::span<const std::shared_ptr<CameraFile>> catalog
     selection.files.reserve(positions.size());
     rows.reserve(positions.size());
     for (const std::size_t position : positions) {
-        const auto& [name, size, shotDate] = candidates[position];
+        const ImportCandidate& candidate = candidates[position];
         selection.files.push_back(catalogue[position]);
-        selection.bytes = byteSum(selection.bytes, size);
-        rows.push_back({name, size});
+        selection.bytes = byteSum(selection.bytes, candidate.size);
+        rows.push_back({candidate.name, candidate.size});
     }
     selection.byType = TypeSummary::summarize(rows);
     return selection;

@@ -31,12 +31,14 @@ public:
     /// When it was taken, else when the camera's file system says it was made.
     virtual std::optional<Date> shotDate() const = 0;
 
-    /// The three above at once, as the planner sees them.
-    virtual ImportCandidate candidate() const { return {name(), size(), shotDate()}; }
-
     /// Why it cannot be loaded, where that is known beforehand. A folder that could not be read
     /// stands in the catalogue like this.
     virtual std::optional<Error> obstacle() const { return std::nullopt; }
+
+    /// All of this at once, as the planner sees it.
+    virtual ImportCandidate candidate() const {
+        return {name(), size(), shotDate(), obstacle().has_value()};
+    }
 
     /// Copies the file as `name` into the local folder `folder`, over a file of that name if
     /// there is one. The partial file stands there under its name and grows. `done` is called

@@ -55,9 +55,9 @@ protected:
     }
 
     /// A camera that was lost while its only file was being loaded.
-    std::shared_ptr<FakeCamera> lost() {
+    std::shared_ptr<FakeCamera> lost(std::optional<Date> shot = std::nullopt) {
         auto camera = attach("A");
-        file(*camera, "A.JPG", "aaaa")->holdsBack = true;
+        file(*camera, "A.JPG", "aaaa", shot)->holdsBack = true;
         run(*camera);
         lose(camera);
         return camera;
@@ -77,6 +77,43 @@ protected:
     void addUnreadableFolder(FakeCamera& card, Date shot) {
         const auto folder = file(card, "101BILDK", "", shot);
         folder->knownObstacle = Error{"Ordner 101BILDK ist nicht lesbar"};
+    }
+
+    /// As if nothing had been attached, loaded or reported yet.
+    void again() {
+        command.reset();
+        cameras.clear();
+        ends.clear();
+        reported();
+        store->removeItem(Url::file("/bilder"));
+    }
+
+    static std::string vanishedLine(int files) {
+        return "✗ " + std::to_string(files) +
+               " Dateien sind seit der Trennung nicht mehr auf der Karte und wurden nicht geladen.";
+    }
+
+    /// Of the only file, four bytes long.
+    static Lines summedUp(bool isLoaded, bool cancelled = false) {
+        const std::string end = cancelled ? ", abgebrochen" : "";
+        return {isLoaded ? "Fertig: 1 geladen (" + formatBytes(4) + ")" + end
+                         : "Fertig: 0 geladen (" + formatBytes(0) + ")" + end,
+                std::string("finished: ") + (isLoaded ? "1" : "0") + "/1 done, 0 failed" +
+                    (cancelled ? ", cancelled" : "")};
+    }
+
+    /// The latest lines that were reported, as many as that.
+    Lines latest(std::ptrdiff_t count) const {
+        return {report.lines.end() - std::min(count, std::ssize(report.lines)), report.lines.end()};
+    }
+
+    /// An import that has begun ended with its summary, and the command after it with an error.
+    void expectSummaryAndError() const {
+        Lines lines = latest(3);
+        ASSERT_EQ(lines.size(), 3U);
+        EXPECT_TRUE(lines.back().starts_with("error: ")) << lines.back();
+        lines.pop_back();
+        EXPECT_EQ(lines, summedUp(false));
     }
 
     static constexpr auto unreadableFolder = "✗ 101BILDK: Ordner 101BILDK ist nicht lesbar";
@@ -252,6 +289,17 @@ TEST_F(ImportCommandTest, TellsOfAnUnreadableFolderBesidePicturesOfLaterDays) {
     deliver(*camera);
     EXPECT_EQ(std::ranges::count(report.lines, unreadableFolder), 1);
     EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"NEW.JPG", "b"}}));
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(ImportCommandTest, FailsForEveryUnreadableFolderWhateverTheDestinationHolds) {
+    store->files["/bilder/101bildk"] = "";
+    const auto camera = attach("A");
+    addUnreadableFolder(*camera, Date());
+    addUnreadableFolder(*camera, Date());
+    run(*camera);
+    EXPECT_EQ(std::ranges::count(report.lines, unreadableFolder), 2);
+    EXPECT_EQ(report.lines.back(), "finished: 0/2 done, 2 failed");
     expectEnd(ExitStatus::filesFailed);
 }
 
@@ -459,11 +507,8 @@ TEST_F(ImportCommandTest, IsDoneWhenNothingIsMissingAfterTheReturn) {
     store->files["/bilder/A.JPG"] = "aaaa";
     reported();
     deliver(*returned(*camera));
-    const Lines lines = reported();
-    ASSERT_GE(lines.size(), 2U);
-    EXPECT_EQ(lines[lines.size() - 2],
-              "status: Nach der Trennung fehlt nichts mehr im Zielordner.");
-    EXPECT_EQ(lines.back(), "finished: 1/1 done, 0 failed");
+    EXPECT_EQ(latest(3).front(), "status: Nach der Trennung fehlt nichts mehr im Zielordner.");
+    EXPECT_EQ(latest(2), summedUp(true));
     expectEnd(ExitStatus::success);
 }
 
@@ -476,6 +521,7 @@ TEST_F(ImportCommandTest, ClaimsNothingWhenTheReturnedCameraIsGoneAtOnce) {
     while (model->awaitsCamera()) ASSERT_TRUE(loop.stepBackground() || loop.stepMain());
     lose(back);
     EXPECT_EQ(report.lines.back(), std::string("error: ") + ImportModel::searchingStatus);
+    expectSummaryAndError();
     expectEnd(ExitStatus::filesFailed);
 }
 
@@ -490,16 +536,23 @@ TEST_F(ImportCommandTest, EndsWhenTheReturnedCameraCannotBeOpened) {
     EXPECT_TRUE(
         report.lines.back().starts_with("error: Verbindung fehlgeschlagen: Zugriff verweigert."))
         << report.lines.back();
+    expectSummaryAndError();
     expectEnd(ExitStatus::noCamera);
 }
 
 TEST_F(ImportCommandTest, EndsWhenTheReturnedCameraIsEmpty) {
-    const auto camera = lost();
-    const auto back = returned(*camera);
-    back->catalogue.clear();
-    deliver(*back);
-    EXPECT_EQ(report.lines.back(), "error: Die Kamera meldet keine Dateien.");
-    expectEnd(ExitStatus::filesFailed);
+    for (const auto& since :
+         {std::optional<Date>(), std::optional(startOfLocalDay("2024-05-09"))}) {
+        again();
+        options.since = since;
+        const auto camera = lost(since);
+        const auto back = returned(*camera);
+        back->catalogue.clear();
+        deliver(*back);
+        EXPECT_EQ(report.lines.back(), "error: Die Kamera meldet keine Dateien.");
+        expectSummaryAndError();
+        expectEnd(ExitStatus::filesFailed);
+    }
 }
 
 TEST_F(ImportCommandTest, WaitsOnWhenAnotherCameraCannotBeOpened) {
@@ -528,6 +581,85 @@ TEST_F(ImportCommandTest, KeepsTheDayAskedForWhenTheCameraReturnsWithMoreDays) {
     expectEnd(ExitStatus::success);
 }
 
+TEST_F(ImportCommandTest, LoadsAllSinceTheDayThoughTheCameraReturnsWithoutIt) {
+    for (const bool lastIsLoaded : {false, true}) {
+        SCOPED_TRACE(lastIsLoaded);
+        again();
+        options.since = startOfLocalDay("2024-05-01");
+        const auto camera = attach("A");
+        file(*camera, "A.JPG", "aaaa", options.since);
+        const auto second = file(*camera, "B.JPG", "bb", *options.since + std::chrono::days(1));
+        second->holdsBack = true;
+        file(*camera, "C.JPG", "c", *options.since + std::chrono::days(2));
+        run(*camera);
+        lose(camera);
+        second->holdsBack = false;
+        if (lastIsLoaded) store->files["/bilder/C.JPG"] = "c";
+        const auto back = returned(*camera);
+        back->catalogue.erase(back->catalogue.begin());
+        deliver(*back);
+        EXPECT_EQ(store->tree(Url::file("/bilder")),
+                  (Tree{{"A.JPG", "aaaa"}, {"B.JPG", "bb"}, {"C.JPG", "c"}}));
+        expectEnd(ExitStatus::success);
+    }
+}
+
+TEST_F(ImportCommandTest, LoadsNothingShotBeforeTheDayWhenTheCameraReturnsWithNothingLater) {
+    for (const bool unreadable : {false, true}) {
+        SCOPED_TRACE(unreadable);
+        again();
+        options.since = startOfLocalDay("2024-05-09");
+        const auto camera = attach("A");
+        file(*camera, "OLD.JPG", "o", *options.since - std::chrono::days(1));
+        file(*camera, "A.JPG", "aaaa", options.since)->holdsBack = true;
+        if (unreadable) addUnreadableFolder(*camera, *options.since + std::chrono::days(1));
+        run(*camera);
+        lose(camera);
+        reported();
+        const auto back = returned(*camera);
+        back->catalogue.erase(back->catalogue.begin() + 1);
+        deliver(*back);
+        EXPECT_EQ(store->tree(Url::file("/bilder")), Tree());
+        const Lines lines = reported();
+        EXPECT_EQ(std::ranges::count(lines, vanishedLine(1)), 1);
+        EXPECT_EQ(std::ranges::count(lines, unreadableFolder), unreadable ? 1 : 0);
+        EXPECT_EQ(lines.back(),
+                  unreadable ? "finished: 0/2 done, 1 failed" : "finished: 0/1 done, 0 failed");
+        expectEnd(ExitStatus::filesFailed);
+    }
+}
+
+TEST_F(ImportCommandTest, DoesNotForgetAFileThatFailedAndIsGoneWhenTheCameraReturns) {
+    const struct {
+        bool firstFails, isGone;
+        ExitStatus end;
+    } cases[] = {
+        {true, true, ExitStatus::filesFailed},
+        {true, false, ExitStatus::success},  // loaded now
+        {false, true, ExitStatus::success},  // loaded before
+    };
+    for (const auto& [firstFails, isGone, end] : cases) {
+        SCOPED_TRACE(std::to_string(firstFails) + std::to_string(isGone));
+        again();
+        const auto camera = attach("A");
+        const auto first = file(*camera, "A.JPG", "aaaa");
+        if (firstFails) first->error = Error{"Lesefehler"};
+        const auto second = file(*camera, "B.JPG", "bb");
+        second->holdsBack = true;
+        run(*camera);
+        lose(camera);
+        first->error.reset();
+        second->holdsBack = false;
+        const auto back = returned(*camera);
+        if (isGone) back->catalogue.erase(back->catalogue.begin());
+        reported();
+        deliver(*back);
+        EXPECT_EQ(std::ranges::count(reported(), vanishedLine(1)), firstFails && isGone ? 1 : 0);
+        EXPECT_EQ(store->files["/bilder/B.JPG"], "bb");
+        expectEnd(end);
+    }
+}
+
 TEST_F(ImportCommandTest, GoesOnAfterTheReturnOnceTheOtherImportHasEnded) {
     const auto camera = lost();
     lock->takenByAnother = true;
@@ -545,16 +677,14 @@ TEST_F(ImportCommandTest, SaysWhyTheImportCannotGoOnAfterTheReturn) {
     store->capacity = 0;
     deliver(*returned(*camera));
     EXPECT_TRUE(report.lines.back().starts_with("error: Kann Zielordner nicht beschreiben: "));
+    expectSummaryAndError();
     expectEnd(ExitStatus::destinationUnusable);
 }
 
 TEST_F(ImportCommandTest, TellsOfFilesThatVanishedWhileTheCameraWasAway) {
     for (const bool allGone : {true, false}) {
         SCOPED_TRACE(allGone);
-        command.reset();
-        cameras.clear();
-        ends.clear();
-        store->removeItem(Url::file("/bilder"));
+        again();
         const auto camera = attach("A");
         file(*camera, "A.JPG", "aaaa");
         const auto second = file(*camera, "B.JPG", "bb");
@@ -569,11 +699,7 @@ TEST_F(ImportCommandTest, TellsOfFilesThatVanishedWhileTheCameraWasAway) {
         back->catalogue.erase(back->catalogue.begin() + 1, back->catalogue.end() - !allGone);
         deliver(*back);
         const Lines lines = reported();
-        const auto vanished = std::to_string(allGone ? 3 : 2);
-        EXPECT_EQ(std::ranges::count(lines, "✗ " + vanished +
-                                                " Dateien sind seit der Trennung nicht mehr auf "
-                                                "der Karte und wurden nicht geladen."),
-                  1);
+        EXPECT_EQ(std::ranges::count(lines, vanishedLine(allGone ? 3 : 2)), 1);
         EXPECT_EQ(lines.back(),
                   allGone ? "finished: 1/4 done, 0 failed" : "finished: 1/1 done, 0 failed");
         expectEnd(ExitStatus::filesFailed);
@@ -583,10 +709,7 @@ TEST_F(ImportCommandTest, TellsOfFilesThatVanishedWhileTheCameraWasAway) {
 TEST_F(ImportCommandTest, IsDoneWhenTheCameraIsLostAfterTheLastFile) {
     for (const bool recognisable : {true, false}) {
         SCOPED_TRACE(recognisable);
-        command.reset();
-        cameras.clear();
-        ends.clear();
-        store->removeItem(Url::file("/bilder"));
+        again();
         const auto camera = attach("A");
         if (!recognisable) camera->deviceIdentity.reset();
         const auto only = file(*camera, "A.JPG", "aaaa");
@@ -599,7 +722,7 @@ TEST_F(ImportCommandTest, IsDoneWhenTheCameraIsLostAfterTheLastFile) {
         loop.stepMain();
         ASSERT_EQ(model->log().back(), "✓ bilder/A.JPG  (" + formatBytes(4) + ")");
         lose(camera);
-        EXPECT_EQ(report.lines.back(), "finished: 1/1 done, 0 failed");
+        EXPECT_EQ(latest(2), summedUp(true));
         EXPECT_FALSE(model->awaitsCamera());
         expectEnd(ExitStatus::success);
     }
@@ -626,6 +749,7 @@ TEST_F(ImportCommandTest, EndsWhenTheModelDoesNotWaitForTheCamera) {
     run(*camera);
     lose(camera);
     EXPECT_TRUE(report.lines.back().starts_with("error: Import gestoppt: ")) << report.lines.back();
+    expectSummaryAndError();
     expectEnd(ExitStatus::filesFailed);
 }
 
@@ -654,6 +778,41 @@ TEST_F(ImportCommandTest, StopsAtOnceWhileNothingIsBeingLoaded) {
 TEST_F(ImportCommandTest, StopsAtOnceWhileItWaitsForTheCamera) {
     const auto camera = lost();
     command->interrupt();
+    EXPECT_EQ(latest(2), summedUp(false, true));
+    expectEnd(ExitStatus::interrupted);
+}
+
+TEST_F(ImportCommandTest, SumsUpOnceWhatIsOverWhenItIsInterrupted) {
+    const auto camera = attach("A");
+    const auto only = file(*camera, "A.JPG", "aaaa");
+    only->holdsBack = true;
+    run(*camera);
+    only->deliver();
+    while (model->phase() == ImportModel::Phase::importing)
+        ASSERT_TRUE(loop.stepMain() || loop.stepBackground());
+    command->interrupt();
+    const auto isSummary = [](const std::string& line) { return line.starts_with("Fertig: "); };
+    EXPECT_EQ(std::ranges::count_if(report.lines, isSummary), 1);
+    EXPECT_EQ(report.lines.back(), "finished: 1/1 done, 0 failed, cancelled");
+    expectEnd(ExitStatus::interrupted);
+}
+
+TEST_F(ImportCommandTest, StaysInterruptedThoughFilesHaveVanished) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa")->holdsBack = true;
+    file(*camera, "B.JPG", "bb");
+    run(*camera);
+    lose(camera);
+    const auto back = returned(*camera);
+    back->catalogue.pop_back();
+    back->sessionOpened();
+    back->catalogReady();
+    while (model->phase() != ImportModel::Phase::importing)
+        ASSERT_TRUE(loop.stepMain() || loop.stepBackground());
+    command->interrupt();
+    loop.settle();
+    EXPECT_EQ(std::ranges::count(report.lines, vanishedLine(1)), 1);
+    EXPECT_EQ(latest(2), summedUp(false, true));
     expectEnd(ExitStatus::interrupted);
 }
 

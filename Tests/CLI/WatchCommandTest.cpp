@@ -196,6 +196,33 @@ TEST_F(WatchCommandTest, EndsAfterTheFileInFlight) {
     expectEnd(ExitStatus::interrupted);
 }
 
+TEST_F(WatchCommandTest, TellsTheEndOfAnImportThatIsOverWhenItIsInterrupted) {
+    for (const bool cameraIsLost : {false, true}) {
+        SCOPED_TRACE(cameraIsLost);
+        trust("serial:A");
+        begin();
+        ends.clear();
+        const auto camera = attach("A");
+        const auto only = file(*camera, cameraIsLost ? "A.JPG" : "B.JPG", "aaaa");
+        only->holdsBack = true;
+        deliver(*camera);
+        reported();
+        if (cameraIsLost) {
+            model->cameraBrowserDidRemove(camera);
+        } else {
+            only->deliver();
+        }
+        while (model->phase() == ImportModel::Phase::importing)
+            ASSERT_TRUE(loop.stepMain() || loop.stepBackground());
+        command->interrupt();
+        const auto isSummary = [](const std::string& line) { return line.starts_with("Fertig: "); };
+        EXPECT_EQ(std::ranges::count_if(report.lines, isSummary), 1);
+        EXPECT_EQ(report.lines.back(), cameraIsLost ? "finished: 0/1 done, 0 failed, cancelled"
+                                                    : "finished: 1/1 done, 0 failed, cancelled");
+        expectEnd(ExitStatus::interrupted);
+    }
+}
+
 TEST_F(WatchCommandTest, SaysThatAnotherImportRuns) {
     trust("serial:A");
     lock->takenByAnother = true;

@@ -173,6 +173,7 @@ TEST_F(WatchedVolumeTest, IsImportedFromThenOnWheneverItIsMounted) {
 
 TEST_F(WatchedVolumeTest, GoesOnWhenItIsBackAfterBeingPulledInTheMiddleOfAFile) {
     needFaults();
+    if (IsSkipped()) return;
     fillCard();
     RunningProgram program(stoppingWatch(options));
     ASSERT_TRUE(program.waitUntilStopped()) << program.out();

@@ -12,6 +12,7 @@ namespace bildkurier {
 /// Lets RapidCheck print a counterexample.
 void showValue(const ImportCandidate& candidate, std::ostream& out) {
     out << candidate.name.value_or("(none)") << " " << candidate.size;
+    if (candidate.isObstructed) out << " obstructed";
     if (candidate.shotDate) out << " @" << candidate.shotDate->time_since_epoch().count();
 }
 
@@ -66,12 +67,24 @@ TEST(MissingIndices, AreNotTakenByADuplicateThatIsTooOld) {
     EXPECT_EQ(missing({{"A.JPG", 1, at(1)}, {"A.JPG", 1, at(20)}}, {}, at(10)), Indices{1});
 }
 
+TEST(MissingIndices, HaveEveryObstructedCandidate) {
+    const std::vector<ImportCandidate> candidates = {{"CLIP", 0, at(1), true},
+                                                     {"A.JPG", 1, at(1)},
+                                                     {"CLIP", 0, at(2), true},
+                                                     {"CLIP", 0, at(3)},
+                                                     {"CLIP", 0, at(3)}};
+    EXPECT_EQ(missing(candidates), (Indices{0, 1, 2, 3}));
+    EXPECT_EQ(missing(candidates, {"clip|0"}), (Indices{0, 1, 2}));
+    EXPECT_EQ(missing(candidates, {}, at(2)), (Indices{2, 3}));
+}
+
 TEST(ImportCandidate, EqualsOneWithTheSameFields) {
     const ImportCandidate candidate{"A.JPG", 1, at(1)};
     EXPECT_EQ(candidate, (ImportCandidate{"A.JPG", 1, at(1)}));
     EXPECT_NE(candidate, (ImportCandidate{std::nullopt, 1, at(1)}));
     EXPECT_NE(candidate, (ImportCandidate{"A.JPG", 2, at(1)}));
     EXPECT_NE(candidate, (ImportCandidate{"A.JPG", 1, std::nullopt}));
+    EXPECT_NE(candidate, (ImportCandidate{"A.JPG", 1, at(1), true}));
 }
 
 /// The same by way of a working copy of everything that exists.
@@ -82,7 +95,9 @@ Indices naiveMissing(const std::vector<ImportCandidate>& candidates, FileKeys ex
         const ImportCandidate& candidate = candidates[i];
         const bool tooOld = since && (!candidate.shotDate || *candidate.shotDate < *since);
         if (!candidate.name || tooOld) continue;
-        if (existing.insert(fileKey(*candidate.name, candidate.size)).second) result.push_back(i);
+        if (candidate.isObstructed ||
+            existing.insert(fileKey(*candidate.name, candidate.size)).second)
+            result.push_back(i);
     }
     return result;
 }
@@ -101,15 +116,16 @@ rc::Gen<std::string> someName() {
     return rc::gen::element<std::string>("a", "A", "b", "B", "ä", "Ä", "c.jpg", "C.JPG");
 }
 
-rc::Gen<std::vector<ImportCandidate>> someCandidates() {
+rc::Gen<std::vector<ImportCandidate>> someCandidates(const rc::Gen<bool>& obstructed) {
     return rc::gen::container<std::vector<ImportCandidate>>(rc::gen::build<ImportCandidate>(
         rc::gen::set(&ImportCandidate::name, perhaps(someName())),
         rc::gen::set(&ImportCandidate::size, rc::gen::inRange<std::int64_t>(0, 4)),
-        rc::gen::set(&ImportCandidate::shotDate, perhaps(someDate()))));
+        rc::gen::set(&ImportCandidate::shotDate, perhaps(someDate())),
+        rc::gen::set(&ImportCandidate::isObstructed, obstructed)));
 }
 
 RC_GTEST_PROP(MissingIndices, AreThoseOfTheNaiveModel, ()) {
-    const auto candidates = *someCandidates();
+    const auto candidates = *someCandidates(rc::gen::arbitrary<bool>());
     const auto existing = *rc::gen::container<FileKeys>(rc::gen::apply(
         fileKey, rc::gen::cast<std::string_view>(rc::gen::element("a", "b", "ä", "c.jpg")),
         rc::gen::inRange<std::int64_t>(0, 4)));
@@ -118,7 +134,7 @@ RC_GTEST_PROP(MissingIndices, AreThoseOfTheNaiveModel, ()) {
 }
 
 RC_GTEST_PROP(MissingIndices, AreNoneOnceImported, ()) {
-    const auto candidates = *someCandidates();
+    const auto candidates = *someCandidates(rc::gen::just(false));
     FileKeys existing;
     for (const std::size_t i : missing(candidates)) {
         existing.insert(fileKey(candidates[i].name.value_or(""), candidates[i].size));

@@ -102,6 +102,17 @@ TEST_F(ImportModelScanTest, LeavesNoFileOutThatOnlySeemsToHaveArrivedSince) {
     EXPECT_EQ(model->log().back(), "Fertig: 1 geladen (" + formatBytes(4) + ")");
 }
 
+TEST_F(ImportModelScanTest, TakesNoFolderThatCouldNotBeReadForImportedOrForAnother) {
+    make();
+    store->files["/bilder/clip"] = "";
+    for (const char* name : {"CLIP", "CLIP", "CLIP.JPG", "CLIP.JPG"})
+        file(*attached, name, "")->knownObstacle = Error{"Nicht lesbar"};
+    file(*attached, "CLIP", "");
+    file(*attached, "CLIP.JPG", "");
+    connect(attached);
+    EXPECT_EQ(newNames(), (Names{"CLIP", "CLIP", "CLIP.JPG", "CLIP.JPG", "CLIP.JPG"}));
+}
+
 TEST_F(ImportModelScanTest, DropsAnOlderScan) {
     store->isNetwork = true;
     store->files["/voll/A.JPG"] = "aaaa";

@@ -359,6 +359,7 @@ TEST_F(ImportRunnerTest, EndsTheRunWhenAFolderCannotBeMade) {
     EXPECT_TRUE(log[1].starts_with("Kann Ordner nicht anlegen: /bilder/CR3: ")) << log[1];
     EXPECT_GT(log[1].size(), std::string("Kann Ordner nicht anlegen: /bilder/CR3: ").size());
     EXPECT_EQ(finished[0].first, (Progress{.total = 3, .done = 1, .failed = 1, .bytesDone = 4}));
+    EXPECT_EQ(runner->failedFiles(), std::vector<std::size_t>{1});
     EXPECT_EQ(files[2]->downloads, 0);
 }
 
@@ -403,6 +404,7 @@ TEST_F(ImportRunnerTest, MakesNoFolderForAFileThatIsKnownToBeLost) {
     runAll({.byDate = true, .byType = true});
     EXPECT_EQ(files[0]->downloads, 0);
     EXPECT_EQ(finished[0].first, (Progress{.total = 2, .done = 1, .failed = 1, .bytesDone = 2}));
+    EXPECT_EQ(runner->failedFiles(), std::vector<std::size_t>{0});
     EXPECT_EQ(log.front(), "✗ 100CANON: Ordner DCIM/100CANON ist nicht lesbar");
     const std::string today = dayFormatter().text(loop.wallClock);
     EXPECT_EQ(store->tree(destination),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CardCatalogue.h"
+#include "LetterCase.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
@@ -80,6 +81,10 @@ TEST(CardCatalogue, PutsSidecarsBehindTheFileTheyBelongTo) {
         {{"A.LRV", "A.THM", "A.WAV"}, {"A.LRV", "+A.THM", "+A.WAV"}},
         {{"A.JPG", "A.LRV", "A.MP4"}, {"A.JPG", "A.MP4", "+A.LRV"}},
         {{"A.JPG", "A.LRV"}, {"A.JPG", "A.LRV"}},
+        // sidecars of what belongs to another file itself
+        {{"A.JPG", "A.WAV", "A.WAV.XMP"}, {"A.JPG", "+A.WAV", "+A.WAV.XMP"}},
+        {{"A.LRV", "A.LRV.XMP", "A.MP4"}, {"A.MP4", "+A.LRV", "+A.LRV.XMP"}},
+        {{"A.WAV", "A.WAV.XMP"}, {"A.WAV", "+A.WAV.XMP"}},
         // clips
         {{"C0001.MP4", "C0001M01.XML"}, {"C0001.MP4", "+C0001M01.XML"}},
         {{"c0001.mp4", "C0001m02.xml"}, {"c0001.mp4", "+C0001m02.xml"}},
@@ -129,12 +134,13 @@ TEST(CardCatalogue, KeepsAFolderThatCouldNotBeReadApart) {
 
 TEST(CardCatalogue, NeitherLosesNorDoublesAMediaFile) {
     const bool holds = rc::check([] {
-        const auto name =
-            rc::gen::apply([](const std::string& base,
-                              const std::string& extension) { return base + "." + extension; },
-                           rc::gen::element<std::string>("A", "a", "B", "A.JPG", "AM01", "C"),
-                           rc::gen::element<std::string>("JPG", "CR3", "MP4", "LRV", "WAV", "MP3",
-                                                         "XMP", "XML", "THM", "CTG"));
+        const auto name = rc::gen::apply(
+            [](const std::string& base, const std::string& extension) {
+                return base + "." + extension;
+            },
+            rc::gen::element<std::string>("A", "a", "B", "A.JPG", "A.WAV", "AM01", "C"),
+            rc::gen::element<std::string>("JPG", "CR3", "MP4", "LRV", "WAV", "MP3", "XMP", "XML",
+                                          "THM", "CTG"));
         const auto found = *rc::gen::container<std::set<std::string>>(name);
         const Names all = arranged(Names(found.begin(), found.end()));
         std::set<std::string> listed;
@@ -145,6 +151,13 @@ TEST(CardCatalogue, NeitherLosesNorDoublesAMediaFile) {
             if (type == CardFileType::Other) RC_ASSERT(!listed.contains(each));
             if (type != CardFileType::Other && type != CardFileType::Sidecar)
                 RC_ASSERT(listed.contains(each));
+            const std::string named = lowerCased(each.substr(0, each.rfind('.')));
+            const bool namesAFile = std::ranges::any_of(found, [&](const std::string& other) {
+                const CardFileType of = cardFileType(other);
+                return of != CardFileType::Other && of != CardFileType::Sidecar &&
+                       lowerCased(other) == named;
+            });
+            if (type == CardFileType::Sidecar && namesAFile) RC_ASSERT(listed.contains(each));
         }
     });
     EXPECT_TRUE(holds);

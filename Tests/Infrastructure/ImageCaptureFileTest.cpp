@@ -46,6 +46,10 @@ TEST(ImageCaptureFile, KnowsWhatKeepsItFromBeingLoaded) {
                   std::make_shared<FakeNativeFile>(FileFacts{.name = {}, .obstacle = obstacle}))
                   .obstacle(),
               obstacle);
+    EXPECT_TRUE(ImageCaptureFile(
+                    std::make_shared<FakeNativeFile>(FileFacts{.name = {}, .obstacle = obstacle}))
+                    .candidate()
+                    .isObstructed);
     EXPECT_EQ(ImageCaptureFile(std::make_shared<FakeNativeFile>()).obstacle(), std::nullopt);
 }
 

@@ -48,12 +48,12 @@ protected:
         return {"plan", "--card", user.path("card"), "--to", address(), "--no-by-type"};
     }
 
-    /// The files of the user's, at any depth.
-    Strings filesIn(const std::string& folder) const {
+    /// Besides the lock on imports.
+    void expectNothingStaged() const {
         Strings files;
-        for (const auto& [path, contents] : tree(user.path(folder)))
+        for (const auto& [path, contents] : tree(user.path("cache")))
             if (!path.ends_with('/')) files.push_back(path);
-        return files;
+        EXPECT_EQ(files, Strings{"local.quarzfeld.bildkurier/import.lock"});
     }
 
     unsigned permissions(const std::string& file) const {
@@ -82,7 +82,7 @@ TEST_F(SftpProgramTest, LoadsACardAndThenNothing) {
     EXPECT_FALSE(second.out.contains("✓")) << second.out;
     EXPECT_FALSE(second.out.contains("Server-Schlüssel")) << second.out;
     EXPECT_EQ(tree(server->path("fotos")), card);
-    EXPECT_EQ(filesIn("cache"), Strings{});
+    expectNothingStaged();
 }
 
 TEST_F(SftpProgramTest, LoadsOntoTheServerThatWasChecked) {
@@ -187,7 +187,7 @@ TEST_F(SftpProgramTest, LeavesAServerThatStoppedAnsweringAtTheSecondInterrupt) {
     EXPECT_EQ(result.exitStatus, 130) << result.err;
     // No client is left that would keep its connection.
     server->connection().finished();
-    EXPECT_EQ(filesIn("cache"), Strings{});
+    expectNothingStaged();
 
     server->connection().behave();
     EXPECT_EQ(run(import()).exitStatus, 0);

@@ -82,12 +82,14 @@ void importing(WindowScript& script) {
     }
 }
 
-const QStringList log{"↻ 14:02:11 Fortsetzung nach Trennung: noch 3 Dateien.",
-                      "✓ 2024-05-09/CR3/IMG_0412.CR3  (29,6 MB)",
-                      "✓ 2024-05-09/JPG/IMG_0412.JPG  (8,3 MB)",
-                      "ℹ︎ IMG_0413.MP4 wartet auf den Rest der Datei …",
-                      "✗ 2024-05-09/MP4/IMG_0413.MP4  Größe stimmt nicht (750 MB statt 752 MB)",
-                      "Fertig: 2 geladen (38 MB), 1 Fehler, Ø 34,1 MB/s"};
+const QStringList log{
+    "✗ 14:01:38 Kamera getrennt, 2 von 5 geladen.",
+    "↻ 14:02:11 Fortsetzung nach Trennung: noch 3 Dateien.",
+    "✓ CR3/IMG_0412.CR3  (29,6 MB)",
+    "ℹ︎ IMG_0412.JPG existiert schon mit anderem Inhalt → gespeichert als IMG_0412_1.JPG",
+    "✓ JPG/IMG_0412_1.JPG  (8,3 MB)",
+    "✗ IMG_0413.MP4: Größe stimmt nicht (750000000 statt 752000000 Bytes)",
+    "Fertig: 2 geladen (38 MB), Ø 34,1 MB/s, 1 fehlgeschlagen"};
 
 void server(WindowScript& script) {
     script.setProperty("startsWithServer", true);
@@ -158,7 +160,7 @@ std::vector<State> states() {
          }},
         {"protokoll", [](auto& script) { script.setProperty("onNetwork", true); },
          [](auto& script) {
-             ready(script, camera(script));
+             script.connectCamera(camera(script));
              script.log(log);
          },
          true},

@@ -91,12 +91,12 @@ protected:
 /// The library's errors that mean a disturbed cable, and the protocol's codes for an invalid
 /// object handle, a busy device, a store that is not available and a general error.
 constexpr const char* faults[] = {"-7", "-34", "-10", "8201", "8217", "8211", "8194"};
-constexpr auto always = "-1";
+constexpr auto everyTime = "-1";
 
 TEST_F(ShortListingTest, ListsEverythingOrTellsWhatIsMissing) {
     for (const char* name : {"IMG_11.JPG", "IMG_63.JPG", "101TEST", "DCIM", "first", "second"}) {
         for (const char* fault : faults) {
-            for (const char* times : {"1", "2", always}) {
+            for (const char* times : {"1", "2", everyTime}) {
                 SCOPED_TRACE(fmt::format("{} of {}, {} times", fault, name, times));
                 const auto settings = device.settings;
                 setFaults(name, fault, times);
@@ -123,7 +123,7 @@ TEST_F(ShortListingTest, ListsWhatIsAnsweredInTheEnd) {
 }
 
 TEST_F(ShortListingTest, TellsOfAFolderWithAFileThatIsNeverDescribed) {
-    setFaults("IMG_11.JPG", "-7", always);
+    setFaults("IMG_11.JPG", "-7", everyTime);
     list();
     for (int file = 0; file < 4; ++file) whole.erase(fmt::format("IMG_1{}.JPG", file));
     EXPECT_EQ(listed, whole);
@@ -132,14 +132,14 @@ TEST_F(ShortListingTest, TellsOfAFolderWithAFileThatIsNeverDescribed) {
 
 TEST_F(ShortListingTest, TellsOfACardThatIsNeverListed) {
     device.settings["extension"] = "17";  // Sony's are not asked for all cards at once.
-    setFaults("second", "8211", always);
+    setFaults("second", "8211", everyTime);
     list();
     EXPECT_EQ(listed.size(), whole.size() / 2);
     EXPECT_EQ(unreadable, Events{"Speicherkarte"});
 }
 
 TEST_F(ShortListingTest, ListsWhatStandsBesideAnInvalidFile) {
-    setFaults("IMG_11.JPG", "8201", always);
+    setFaults("IMG_11.JPG", "8201", everyTime);
     list();
     EXPECT_EQ(listed, without("IMG_11.JPG"));
     EXPECT_EQ(unreadable, Events{"101TEST"});
@@ -190,7 +190,7 @@ TEST_F(ShortListingTest, IsNeverSilentWhileAnotherCameraIsBusy) {
         return std::filesystem::exists(target + "/copy") &&
                std::filesystem::file_size(target + "/copy") > 0;
     });
-    setFaults("IMG_11.JPG", "8201", always);
+    setFaults("IMG_11.JPG", "8201", everyTime);
     usb.plugIn("1-1", device);
     runUntil([this] { return sink->added.size() == 2; });
     sortFiles();

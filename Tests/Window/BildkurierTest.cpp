@@ -108,7 +108,7 @@ TEST_F(BildkurierTest, TellsOfEveryControlByRoleAndName) {
 
 TEST_F(BildkurierTest, ImportsACardByKeyboardAlone) {
     ASSERT_TRUE(window.has("push button", "35 importieren"));
-    EXPECT_TRUE(window.hears("35 neue Dateien (6.8 MB) bereit zum Import."));
+    EXPECT_TRUE(window.hears("35 neue Dateien (6,8 MB) bereit zum Import."));
     ASSERT_TRUE(window.goTo("check box", "Nach Dateityp trennen"));
     OpenWindow::press("space");
     OpenWindow::press("Return");

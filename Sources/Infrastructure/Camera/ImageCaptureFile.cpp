@@ -18,7 +18,8 @@ ImportCandidate ImageCaptureFile::candidate() const {
     FileFacts facts = file_->facts();
     return {.name = std::move(facts.name),
             .size = facts.size,
-            .shotDate = facts.created ? facts.created : facts.fileCreated};
+            .shotDate = facts.created ? facts.created : facts.fileCreated,
+            .isObstructed = facts.obstacle.has_value()};
 }
 
 std::optional<Error> ImageCaptureFile::obstacle() const { return file_->facts().obstacle; }

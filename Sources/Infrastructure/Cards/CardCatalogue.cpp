@@ -82,10 +82,14 @@ private:
     std::size_t firstOwner(std::string_view name, CardFileType companion) const {
         const auto found = named_.find(std::string(name));
         if (found == named_.end()) return none;
-        const auto owner = std::ranges::find_if(found->second, [&](std::size_t i) {
-            return owners_[i] == i && canBelong(companion, files_[i].type);
-        });
-        return owner == found->second.end() ? none : *owner;
+        const auto fits = [&](std::size_t i) { return canBelong(companion, files_[i].type); };
+        const auto owner = std::ranges::find_if(
+            found->second, [&](std::size_t i) { return owners_[i] == i && fits(i); });
+        if (owner != found->second.end()) return *owner;
+        if (companion != Sidecar) return none;
+        // What it describes belongs to another file, and takes it along.
+        const auto described = std::ranges::find_if(found->second, fits);
+        return described == found->second.end() ? none : owners_[*described];
     }
 
     std::span<const CardEntry> files_;

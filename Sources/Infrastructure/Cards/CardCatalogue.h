@@ -43,8 +43,9 @@ struct CardCatalogue {
 };
 
 /// Orders what was found: sidecars go behind the first file of their folder and base name that
-/// they can belong to ("IMG_1.XMP", "IMG_1.CR3.xmp", "C0001M01.XML"); those that belong to
-/// none, and all that is neither media nor sidecar, are left out.
+/// they can belong to ("IMG_1.XMP", "IMG_1.CR3.xmp", "C0001M01.XML"), or behind the one to which
+/// that belongs itself ("IMG_1.WAV.xmp"); those that belong to none, and all that is neither
+/// media nor sidecar, are left out.
 CardCatalogue arrangeCatalogue(CardListing listing);
 
 /// Gives sidecars the date of their main file, so that they go to the same day.

@@ -1,0 +1,28 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# SPDX-FileCopyrightText: The Bildkurier authors
+
+# The handbook as pages for a browser, with pictures that are taken of the window.
+find_program(CMARK cmark-gfm)
+set(book ${PROJECT_BINARY_DIR}/Handbuch)
+if(CMARK AND TARGET UIScreenshots)
+    add_custom_target(handbook
+        COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8
+            ${CMAKE_CURRENT_SOURCE_DIR}/make-handbook ${PROJECT_SOURCE_DIR}/Docs/Handbuch.md ${book}
+            $<TARGET_FILE:UIScreenshots>
+        DEPENDS UIScreenshots VERBATIM)
+    # Slow with a sanitizer, and the same.
+    if(CMAKE_BUILD_TYPE STREQUAL "Release")
+        add_test(NAME Packaging.HandbookHasItsPictures
+            COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/make-handbook
+                ${PROJECT_SOURCE_DIR}/Docs/Handbuch.md ${CMAKE_CURRENT_BINARY_DIR}/handbook
+                $<TARGET_FILE:UIScreenshots>)
+        set_tests_properties(Packaging.HandbookHasItsPictures PROPERTIES
+            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8" TIMEOUT 120)
+    endif()
+endif()
+if(BUILD_TESTING)
+    add_test(NAME Packaging.HandbookQuotesWhatTheProgramsSay
+        COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/check-handbook ${PROJECT_SOURCE_DIR}/Docs/Handbuch.md
+            ${PROJECT_SOURCE_DIR}/Sources)
+endif()
+install(DIRECTORY ${book} DESTINATION ${CMAKE_INSTALL_DOCDIR} OPTIONAL)

@@ -1,0 +1,7 @@
+#compdef bildkurier
+# SPDX-License-Identifier: GPL-3.0-or-later
+# SPDX-FileCopyrightText: The Bildkurier authors
+_arguments \
+    '*--card[Nimmt den Ordner als Kamera]:ORDNER:_directories' \
+    '--help[Zeigt die Hilfe]' \
+    '--help-all[Zeigt die Hilfe mit den Angaben von Qt]'
