@@ -12,7 +12,7 @@
 namespace {
 
 /// Threads that have made or destroyed something of libgphoto2's.
-struct Threads {
+struct LibraryThreads {
     std::mutex mutex;
     std::set<std::thread::id> ids;
 
@@ -26,15 +26,15 @@ struct Threads {
     }
 };
 
-Threads& threads() {
-    static Threads& all = *new Threads;
+LibraryThreads& libraryThreads() {
+    static LibraryThreads& all = *new LibraryThreads;
     return all;
 }
 
 /// The library's own function, in front of which this program's stands.
 template <class Function>
 Function* inLibrary(const char* name) {
-    threads().note();
+    libraryThreads().note();
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
@@ -76,8 +76,8 @@ TEST_F(UsbCamerasTest, CallsTheLibraryOnTheCamerasOwnThreadOnly) {
     camera.reset();
     sink->added.clear();
     sink->removed.clear();
-    EXPECT_FALSE(threads().noted().empty());
-    EXPECT_FALSE(threads().noted().contains(std::this_thread::get_id()));
+    EXPECT_FALSE(libraryThreads().noted().empty());
+    EXPECT_FALSE(libraryThreads().noted().contains(std::this_thread::get_id()));
 }
 
 }  // namespace
