@@ -92,6 +92,21 @@ TEST_F(UsbImportTest, LeavesTheCameraAsItIs) {
     }
 }
 
+TEST_F(UsbImportTest, TakesNoMarkFromACameraButThatAFileIsNew) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "ein Bild");
+    add("card/DCIM/100TEST/IMG_0002.JPG", "noch ein Bild");
+    auto device = camera();
+    device.vendor = "04a9";
+    device.settings.insert({{"extension", "11"}, {"marks_new", "1"}});
+    usb.plugIn("1-1", device);
+    start();
+    importAll();
+    EXPECT_EQ(imported(), filesOf(card));
+    // The library does that whenever it has read a file.
+    EXPECT_EQ(usb.count("1-1", "unmarked"), 2U);
+    EXPECT_EQ(usb.count("1-1", "unknown"), 0U);
+}
+
 TEST_F(UsbImportTest, ReadsBothCards) {
     add("card/DCIM/100TEST/IMG_0001.JPG", "auf der ersten");
     add("second/DCIM/100TEST/IMG_0001.JPG", "auf der zweiten Karte", 2);

@@ -17,6 +17,8 @@ namespace bildkurier {
 ///     manufacturer=, model=, version=, serial=
 ///     extension=N                    vendor extension, 11 is Canon's
 ///     partial=1                      files can be read in pieces
+///     marks_new=1                    as a Canon, it marks all files as new until it is told that
+///                                    they are not
 ///     rate=N                         bytes a second; none: as fast as can be
 ///     announce NAME=N                the size that it says the file NAME has
 ///     called NAME=OTHER              what it calls the file NAME
@@ -59,8 +61,8 @@ public:
     /// Unplugs it: it comes to the folder "drawer" beside the bus.
     void pull() const;
     /// How often something has happened, which a file beside the settings says: "openings",
-    /// "faults", "faults-of NAME", "asked NAME", "event-faults", "other-events" and "unknown"
-    /// requests.
+    /// "faults", "faults-of NAME", "asked NAME", "event-faults", "other-events", "unmarked" and
+    /// "unknown" requests.
     std::int64_t counted(const std::string& what) const;
     void count(const std::string& what) const;
 

@@ -35,6 +35,9 @@ constexpr std::uint16_t getObject = 0x1009;
 constexpr std::uint16_t getThumb = 0x100A;
 constexpr std::uint16_t getPartialObject = 0x101B;
 
+constexpr std::uint16_t canonSetObjectArchive = 0x9002;
+constexpr std::uint16_t canonGetObjectInfo = 0x9021;
+
 constexpr std::uint16_t good = 0x2001;
 constexpr std::uint16_t notSupported = 0x2005;
 constexpr std::uint16_t noSuchObject = 0x2009;
@@ -114,12 +117,13 @@ void PtpResponder::answer(const Request& request, std::uint16_t code,
     outbox_.add(packet);
 }
 
-void PtpResponder::answerWith(const Request& request, const PtpPacket& data) {
+void PtpResponder::answerWith(const Request& request, const PtpPacket& data,
+                              const std::vector<std::uint32_t>& parameters) {
     PtpPacket packet;
     packet.u32(static_cast<std::uint32_t>(headerBytes + data.size()));
     packet.u16(dataContainer).u16(request.code).u32(request.transaction).append(data);
     outbox_.add(packet);
-    answer(request, good);
+    answer(request, good, parameters);
 }
 
 void PtpResponder::answerWithFile(const Request& request, std::uint64_t offset,
@@ -176,6 +180,14 @@ void PtpResponder::request(std::span<const std::uint8_t> bytes) {
             return answerWithFile(request, request.parameters[1], request.parameters[2]);
         case getThumb:
             return answer(request, noThumbnail);
+        case canonGetObjectInfo: {
+            const auto* asked = objects_.find(request.parameters[3]);
+            return asked == nullptr ? answer(request, noSuchObject)
+                                    : answerWith(request, canonEntry(*asked), {1});
+        }
+        case canonSetObjectArchive:
+            plug_.count("unmarked");
+            return answer(request, good);
         default:
             plug_.count("unknown");
             return answer(request, notSupported);
@@ -188,6 +200,10 @@ PtpPacket PtpResponder::deviceInfo() const {
         getDeviceInfo, openSession,      closeSession,  getStorageIds, getStorageInfo,
         getNumObjects, getObjectHandles, getObjectInfo, getObject,     getThumb};
     if (plug_.number("partial") == 1) operations.push_back(getPartialObject);
+    if (plug_.number("marks_new") == 1) {
+        operations.push_back(canonGetObjectInfo);
+        operations.push_back(canonSetObjectArchive);
+    }
     PtpPacket packet;
     packet.u16(version).u32(
         static_cast<std::uint32_t>(std::max<std::int64_t>(0, plug_.number("extension"))));
@@ -270,6 +286,16 @@ std::int64_t PtpResponder::announcedSize(const PtpObjects::Object& object) const
     if (object.isFolder) return 0;
     const std::int64_t announced = plug_.number("announce " + object.path.filename().string());
     return announced >= 0 ? announced : sizeOf(object.path);
+}
+
+PtpPacket PtpResponder::canonEntry(const PtpObjects::Object& object) const {
+    constexpr std::uint8_t isNew = 0x20;
+    constexpr std::size_t length = 28;
+    PtpPacket packet;
+    packet.u32(object.handle).u16(formatOf(object, true)).u8(isNew);
+    // Size, time and name, which nobody reads here.
+    while (packet.size() < length) packet.u8(0);
+    return packet;
 }
 
 PtpPacket PtpResponder::objectInfo(const PtpObjects::Object& object) const {
