@@ -91,7 +91,7 @@ void CameraWorker::run(Task task) {
 }
 
 void CameraWorker::work() {
-    connection_.emplace(place_, bus_, timing_, release_);
+    connection_ = std::make_unique<CameraConnection>(place_, bus_, timing_, release_);
     identify();
     while (const Task task = next()) task();
     opened_.reset();

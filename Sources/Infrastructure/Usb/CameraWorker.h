@@ -91,7 +91,7 @@ private:
     Events events_;
 
     /// The thread's own, which makes it and destroys it.
-    std::optional<CameraConnection> connection_;
+    std::unique_ptr<CameraConnection> connection_;
     DeviceFacts facts_;               ///< the thread's own
     std::unique_ptr<Opened> opened_;  ///< the thread's own; null while closed
 
