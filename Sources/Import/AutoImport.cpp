@@ -23,7 +23,7 @@ bool AutoImport::trustsCamera() const {
 
 bool AutoImport::enable(const Camera& camera) {
     const auto identity = camera.identity();
-    if (!identity) return false;
+    if (!identity || !camera.isIdentityFinal()) return false;
     settings_->setAutoImportEnabled(true);
     settings_->setAutoImportCameraIdentity(*identity);
     settings_->setAutoImportCameraName(displayName(camera));

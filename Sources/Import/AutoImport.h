@@ -26,7 +26,7 @@ public:
     bool trustsCamera() const;
 
     /// Trusts this camera, and no other any more. False, and nothing stored, when it has no
-    /// identity.
+    /// final identity.
     bool enable(const Camera& camera);
 
     /// A camera was connected: whether it is the trusted one, whose import is then pending.

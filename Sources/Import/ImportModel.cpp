@@ -345,19 +345,33 @@ void ImportModel::addLog(std::string line) {
 void ImportModel::cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) {
     cameras_.push_back(camera);
     observers_.notify();
+    if (!recognise(camera) && !selectedID_) setSelectedID(camera->id());
+}
+
+void ImportModel::cameraBrowserDidIdentify(const std::shared_ptr<Camera>& camera) {
+    observers_.notify();
+    recognise(camera);
+}
+
+bool ImportModel::recognise(const std::shared_ptr<Camera>& camera) {
     const auto identity = camera->identity();
     if (pendingResume_ && identity == pendingResume_->identity && phase_ != Phase::importing) {
         resumeReady_ = true;
         publish(status_, fmt::format("{} wieder verbunden. Import wird fortgesetzt …",
                                      displayName(*camera)));
-        return select(camera->id());
+        takeUp(*camera);
+        return true;
     }
-    if (expectedTrust_ && answersTo(*camera, *expectedTrust_)) trust(*camera);
-    if (autoImport_->cameraConnected(*camera)) {
-        if (phase_ != Phase::importing) select(camera->id());
-        return;
-    }
-    if (!selectedID_) setSelectedID(camera->id());
+    if (expectedTrust_ && camera->isIdentityFinal() && answersTo(*camera, *expectedTrust_))
+        trust(*camera);
+    if (!autoImport_->cameraConnected(*camera)) return false;
+    if (phase_ != Phase::importing) takeUp(*camera);
+    return true;
+}
+
+void ImportModel::takeUp(const Camera& camera) {
+    if (!holds(camera) || phase_ == Phase::noCamera) return select(camera.id());
+    if (isReadyOrDone()) recompute();
 }
 
 void ImportModel::cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) {

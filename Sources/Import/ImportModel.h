@@ -197,6 +197,7 @@ public:
     void addLog(std::string line);
 
     void cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) override;
+    void cameraBrowserDidIdentify(const std::shared_ptr<Camera>& camera) override;
     void cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) override;
     void cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) override;
     void cameraCatalogGrows(Camera& camera, std::size_t filesSoFar) override;
@@ -255,6 +256,10 @@ private:
     void startSpeedMeter();
     void sampleSpeed();
 
+    /// Whether an import waits for this camera.
+    bool recognise(const std::shared_ptr<Camera>& camera);
+    /// Reads the camera and the destination, unless that is under way.
+    void takeUp(const Camera& camera);
     /// What to tell, if anything.
     std::optional<std::string> noteInterruptedImport(const Camera& camera);
     /// Whether the camera held is the one that was lost, and is back.

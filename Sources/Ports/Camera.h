@@ -30,6 +30,10 @@ public:
     /// Absent when the device has nothing lasting.
     virtual std::optional<std::string> identity() const = 0;
 
+    /// Whether the identity stays as it is. Some cameras can tell theirs only once no other program
+    /// holds them; until then it may be that of several.
+    virtual bool isIdentityFinal() const { return true; }
+
     /// The complete catalogue, each media file directly followed by its sidecars.
     virtual std::vector<std::shared_ptr<CameraFile>> files() const = 0;
 

@@ -15,6 +15,9 @@ public:
 
     virtual void cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) = 0;
 
+    /// The identity of a camera that was added has changed, or is final now.
+    virtual void cameraBrowserDidIdentify(const std::shared_ptr<Camera>& camera) = 0;
+
     /// `camera` is the object that was added.
     virtual void cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) = 0;
 };

@@ -20,6 +20,7 @@ public:
     std::string deviceId;
     std::optional<std::string> deviceName;
     std::optional<std::string> deviceIdentity;
+    bool identityIsFinal = true;
     std::vector<std::shared_ptr<CameraFile>> catalogue;
     std::weak_ptr<CameraDelegate> delegate;
     std::optional<Url> folder;  ///< that it is; overlaps itself only
@@ -33,6 +34,7 @@ public:
     std::string id() const override { return deviceId; }
     std::optional<std::string> name() const override { return deviceName; }
     std::optional<std::string> identity() const override { return deviceIdentity; }
+    bool isIdentityFinal() const override { return identityIsFinal; }
     std::vector<std::shared_ptr<CameraFile>> files() const override { return catalogue; }
     void setDelegate(std::weak_ptr<CameraDelegate> to) override { delegate = std::move(to); }
     void openSession() override { ++opened; }

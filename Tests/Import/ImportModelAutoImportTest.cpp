@@ -349,6 +349,48 @@ TEST_F(ImportModelAutoImportTest, WaitsUntilTheCameraReportsFiles) {
               (Tree{{"A.JPG", contentsOf("A.JPG")}, {"JPG/B.JPG", contentsOf("B.JPG")}}));
 }
 
+TEST_F(ImportModelAutoImportTest, ImportsACameraThatTurnsOutToBeTheTrustedOne) {
+    startTrusting();
+    plugIn("1", "serial:2", {"C.JPG"});
+    const auto attached = holding("2", "persistent:usb", two);
+    attached->identityIsFinal = false;
+    model->cameraBrowserDidAdd(attached);
+    loop.settle();
+    EXPECT_EQ(attached->opened, 0);
+    attached->deviceIdentity = trusted;
+    model->cameraBrowserDidIdentify(attached);
+    deliver(*attached);
+    EXPECT_EQ(attached->opened, 1);
+    EXPECT_EQ(imported(), inTypeFolder(two));
+}
+
+TEST_F(ImportModelAutoImportTest, ImportsTheCameraInHandThatTurnsOutToBeTheTrustedOne) {
+    startTrusting();
+    const auto attached = plugIn("1", "persistent:usb", two);
+    EXPECT_EQ(model->phase(), Phase::ready);
+    attached->deviceIdentity = trusted;
+    model->cameraBrowserDidIdentify(attached);
+    loop.settle();
+    EXPECT_EQ(attached->opened, 1);
+    EXPECT_EQ(imported(), inTypeFolder(two));
+}
+
+TEST_F(ImportModelAutoImportTest, TrustsNoIdentityThatMayChange) {
+    start();
+    const auto attached = holding("1", "persistent:usb", two);
+    attached->deviceName = "EOS R5";
+    attached->identityIsFinal = false;
+    model->trustWhenConnected("EOS R5");
+    connect(attached);
+    model->setAutoImportEnabled(true);
+    EXPECT_FALSE(model->autoImportEnabled());
+    EXPECT_EQ(settings->storedIdentity, std::nullopt);
+    attached->deviceIdentity = trusted;
+    attached->identityIsFinal = true;
+    model->cameraBrowserDidIdentify(attached);
+    EXPECT_EQ(settings->storedIdentity, trusted);
+}
+
 TEST_F(ImportModelAutoImportTest, OnlySelectsACameraThatIsNotTrusted) {
     startTrusting();
     for (const auto& identity : {std::optional("serial:2"s), std::optional<std::string>()}) {

@@ -65,6 +65,18 @@ TEST_F(ImageCaptureBrowserTest, ReportsTheRemovalOfOneOfTwoOnceWithTheCameraItAd
     EXPECT_EQ(delegate->removed, (std::vector{delegate->added[1], delegate->added[0]}));
 }
 
+TEST_F(ImageCaptureBrowserTest, TellsOfMoreThatIsKnownOfACamera) {
+    start();
+    first->known.isComplete = false;
+    add(first);
+    EXPECT_FALSE(delegate->added[0]->isIdentityFinal());
+    first->known.isComplete = true;
+    sink.lock()->deviceIdentified(second);
+    sink.lock()->deviceIdentified(first);
+    EXPECT_EQ(delegate->identified, delegate->added);
+    EXPECT_TRUE(delegate->added[0]->isIdentityFinal());
+}
+
 TEST_F(ImageCaptureBrowserTest, IgnoresTheRemovalOfADeviceItDoesNotKnow) {
     start();
     add(first);

@@ -38,8 +38,9 @@ TEST_F(JoinedBrowsersTest, PassesOnTheDevicesOfAll) {
     const auto card = device("Karte");
     cards.lock()->deviceAdded(card);
     cameras.lock()->deviceAdded(device("Kamera"));
+    cards.lock()->deviceIdentified(card);
     cards.lock()->deviceRemoved(card);
-    EXPECT_EQ(sink->events, (Events{"+Karte", "+Kamera", "-Karte"}));
+    EXPECT_EQ(sink->events, (Events{"+Karte", "+Kamera", "=Karte", "-Karte"}));
 }
 
 TEST_F(JoinedBrowsersTest, HasReportedAllOnceEachHas) {

@@ -13,10 +13,14 @@ namespace bildkurier {
 class RecordingBrowserDelegate final : public CameraBrowserDelegate {
 public:
     std::vector<std::shared_ptr<Camera>> added;
+    std::vector<std::shared_ptr<Camera>> identified;
     std::vector<std::shared_ptr<Camera>> removed;
 
     void cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) override {
         added.push_back(camera);
+    }
+    void cameraBrowserDidIdentify(const std::shared_ptr<Camera>& camera) override {
+        identified.push_back(camera);
     }
     void cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) override {
         removed.push_back(camera);

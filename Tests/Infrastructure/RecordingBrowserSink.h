@@ -25,6 +25,9 @@ public:
         added.push_back(device);
         note("+" + device->facts().name.value_or(""));
     }
+    void deviceIdentified(const std::shared_ptr<NativeDevice>& device) override {
+        note("=" + device->facts().name.value_or(""));
+    }
     void deviceRemoved(const std::shared_ptr<NativeDevice>& device) override {
         removed.push_back(device);
         note("-" + device->facts().name.value_or(""));

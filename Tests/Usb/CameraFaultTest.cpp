@@ -20,7 +20,7 @@ TEST(CameraFault, IsWhatTheLibrarysAnswerMeans) {
         {-53, CameraFault::Busy},         {-60, CameraFault::Busy},
         {-110, CameraFault::Busy},        {-6, CameraFault::NotOffered},
         {-105, CameraFault::Unsupported}, {-5, CameraFault::Unsupported},
-        {-2, CameraFault::Other},         {-108, CameraFault::Other},
+        {-2, CameraFault::Other},         {-108, CameraFault::Missing},
     };
     for (const auto& [code, fault] : cases) EXPECT_EQ(cameraFault(code), fault) << code;
 }

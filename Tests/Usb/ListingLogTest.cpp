@@ -72,6 +72,24 @@ TEST(ListingLog, KnowsWhetherSomethingMayBeMissing) {
     }
 }
 
+TEST(ListingLog, KnowsAnAnswerFromNone) {
+    const struct {
+        std::string text;
+        bool isDisturbed;
+    } cases[] = {
+        {getsNoFolder.text, true},
+        {"PTP_OC 0x1008 sending req failed: I/O problem (-7)", true},
+        {"PTP_OC 0x1008 receiving resp failed: PTP Invalid Object Handle (0x2009)", false},
+        {"PTP_OC 0x1008 receiving resp failed: (0xa001)", false},
+        {"PTP_OC 0x9805 receiving resp failed: PTP I/O Error (0x02ff)", false},
+    };
+    for (const auto& [text, isDisturbed] : cases) {
+        ListingLog log([] {});
+        log.read("ptp_usb_getresp [usb.c:508]", text);
+        EXPECT_EQ(log.isDisturbed(), isDisturbed) << text;
+    }
+}
+
 TEST(ListingLog, TellsOfEachObjectThatIsDescribed) {
     int objects = 0;
     ListingLog log([&] { ++objects; });

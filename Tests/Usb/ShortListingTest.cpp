@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <random>
 
@@ -42,6 +43,14 @@ protected:
     void list() {
         usb.plugIn("1-1", device);
         start();
+        sortFiles();
+        cameras.reset();
+        sink->added.clear();
+        usb.unplugForGood("1-1");
+    }
+
+    /// Of the camera that was found last.
+    void sortFiles() {
         listed.clear();
         unreadable.clear();
         for (const auto& file : files()) {
@@ -52,9 +61,6 @@ protected:
                 unreadable.push_back(*facts.name);
             }
         }
-        cameras.reset();
-        sink->added.clear();
-        usb.unplugForGood("1-1");
     }
 
     void setFaults(const std::string& name, const std::string& code, const std::string& times) {
@@ -144,6 +150,53 @@ TEST_F(ShortListingTest, TellsOfFilesThatAreCalledTheSame) {
     list();
     EXPECT_EQ(listed.size(), whole.size() - 1);
     EXPECT_EQ(unreadable, Events{"101TEST"});
+}
+
+TEST_F(ShortListingTest, ListsFurtherFoldersAfterSomeThatAlwaysLackAFile) {
+    for (int number = 1; number <= 3; ++number)
+        device.settings[fmt::format("called IMG_{}1.JPG", number)] =
+            fmt::format("IMG_{}2.JPG", number);
+    list();
+    EXPECT_EQ(listed.size(), whole.size() - 3);
+    EXPECT_EQ(unreadable, (Events{"101TEST", "102TEST", "103TEST"}));
+}
+
+TEST_F(ShortListingTest, TellsOfNamesThatAreNone) {
+    const struct {
+        const char* name;
+        const char* called;
+        std::size_t lacks;
+    } cases[] = {{"IMG_11.JPG", "IMG/11.JPG", 1}, {"101TEST", "101/TEST", 4}};
+    for (const auto& [name, called, lacks] : cases) {
+        SCOPED_TRACE(called);
+        const auto settings = device.settings;
+        device.settings[std::string("called ") + name] = called;
+        list();
+        EXPECT_TRUE(isWholeOrTold());
+        EXPECT_GE(listed.size(), whole.size() - lacks);
+        device.settings = settings;
+    }
+}
+
+TEST_F(ShortListingTest, IsNeverSilentWhileAnotherCameraIsBusy) {
+    timing.answer = Milliseconds(100);
+    VirtualBus::Device other{.serial = "S2002",
+                             .settings = {{"store1", folder.path("card")}, {"rate", "100000"}}};
+    usb.plugIn("1-2", other);
+    start();
+    const auto found = files();
+    download(*found.at(0), target);
+    runUntil([this] {
+        return std::filesystem::exists(target + "/copy") &&
+               std::filesystem::file_size(target + "/copy") > 0;
+    });
+    setFaults("IMG_11.JPG", "8201", everyTime);
+    usb.plugIn("1-1", device);
+    runUntil([this] { return sink->added.size() == 2; });
+    sortFiles();
+    EXPECT_EQ(answered(), Events());
+    EXPECT_EQ(listed, without("IMG_11.JPG"));
+    EXPECT_TRUE(isWholeOrTold());
 }
 
 TEST_F(ShortListingTest, IsNeverSilentAboutRandomFaults) {

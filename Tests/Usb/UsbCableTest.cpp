@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "UsbImportTest.h"
 
+#include <fmt/format.h>
+
 #include <filesystem>
 #include <map>
 #include <random>
@@ -140,6 +142,61 @@ TEST_F(UsbCableTest, GoesOnAfterACameraCouldNotBeOpenedAnewAtOnce) {
         EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
         EXPECT_EQ(usb.count("1-1", "faults"), 1U);
         EXPECT_EQ(usb.count("1-1", "openings"), 3U);
+        endScenario();
+    }
+}
+
+TEST_F(UsbCableTest, GetsOverFaultsBetweenThePiecesOfAFile) {
+    timing.answer = UsbTiming::Milliseconds(30);
+    addLarge("card/DCIM/100TEST/IMG_0000.JPG", 3'000'000, 1);
+    for (const char* fault : {"pull", "-7", "-34", "hang"}) {
+        for (const std::size_t at : {600'000, 1'100'000, 2'900'000}) {
+            SCOPED_TRACE(fmt::format("{} at {}", fault, at));
+            auto device = camera();
+            device.settings.merge(faultAt(at, fault, 1));
+            device.settings["partial"] = "1";
+            usb.plugIn("1-1", device);
+            start();
+            importPluggingIn();
+            EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
+            EXPECT_EQ(usb.count("1-1", "faults"), 1U);
+            endScenario();
+        }
+    }
+}
+
+TEST_F(UsbCableTest, GetsOverFaultsOfWhatIsReadInPiecesOnly) {
+    addLarge("card/DCIM/100TEST/IMG_0001.XMP", 3'000'000, 1);
+    for (const char* fault : {"-7", "-34", "8217"}) {
+        SCOPED_TRACE(fault);
+        auto device = camera();
+        device.settings["partial"] = "1";
+        device.settings["fault_of contents of IMG_0001.XMP"] = fault;
+        device.settings["faults_of"] = "1";
+        device.settings["faults_after contents of IMG_0001.XMP"] = "1";
+        usb.plugIn("1-1", device);
+        start();
+        importAll();
+        EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
+        EXPECT_EQ(usb.count("1-1", "faults-of contents of IMG_0001.XMP"), 1U);
+        endScenario();
+    }
+}
+
+TEST_F(UsbCableTest, WaitsForACameraThatIsBusyWithAFile) {
+    for (const char* times : {"3", "-1"}) {
+        SCOPED_TRACE(times);
+        auto device = camera();
+        device.settings["fault_of contents of IMG_0001.JPG"] = "8217";
+        device.settings["faults_of"] = times;
+        usb.plugIn("1-1", device);
+        start();
+        importAll();
+        Tree expected = filesOf(card);
+        const bool isFreeInTheEnd = times == std::string("3");
+        if (!isFreeInTheEnd) expected.erase("IMG_0001.JPG");
+        EXPECT_EQ(imported(), expected) << testing::PrintToString(log());
+        EXPECT_EQ(hasLogged("Die Kamera ist mit anderem beschäftigt"), !isFreeInTheEnd);
         endScenario();
     }
 }

@@ -92,6 +92,21 @@ TEST_F(UsbImportTest, LeavesTheCameraAsItIs) {
     }
 }
 
+TEST_F(UsbImportTest, TakesNoMarkFromACameraButThatAFileIsNew) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "ein Bild");
+    add("card/DCIM/100TEST/IMG_0002.JPG", "noch ein Bild");
+    auto device = camera();
+    device.vendor = "04a9";
+    device.settings.insert({{"extension", "11"}, {"marks_new", "1"}});
+    usb.plugIn("1-1", device);
+    start();
+    importAll();
+    EXPECT_EQ(imported(), filesOf(card));
+    // The library does that whenever it has read a file.
+    EXPECT_EQ(usb.count("1-1", "unmarked"), 2U);
+    EXPECT_EQ(usb.count("1-1", "unknown"), 0U);
+}
+
 TEST_F(UsbImportTest, ReadsBothCards) {
     add("card/DCIM/100TEST/IMG_0001.JPG", "auf der ersten");
     add("second/DCIM/100TEST/IMG_0001.JPG", "auf der zweiten Karte", 2);
@@ -136,9 +151,29 @@ TEST_F(UsbImportTest, SaysWhichFileTheCameraDoesNotHandOut) {
     EXPECT_TRUE(hasLogged("Die Kamera gibt diese Datei nicht heraus"));
 }
 
+TEST_F(UsbImportTest, NamesWhatIsUnreadableWhateverTheFirstDay) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "nie lesbar", 1);
+    add("card/DCIM/100TEST/IMG_0002.JPG", "nur anfangs lesbar", 1);
+    add("card/DCIM/101TEST/IMG_0003.JPG", "lesbar", 3);
+    auto device = camera();
+    device.settings.insert({{"fault_of IMG_0001.JPG", "8201"},
+                            {"fault_of IMG_0002.JPG", "8201"},
+                            {"faults_after IMG_0002.JPG", "3"}});
+    usb.plugIn("1-1", device);
+    settings->storedUseFromDate = true;
+    settings->storedFromDay = "2024-07-03";
+    start();
+    importAll();
+    EXPECT_EQ(imported(), (Tree{{"IMG_0003.JPG", "lesbar"}})) << testing::PrintToString(log());
+    for (const char* name : {"100TEST", "100TEST/IMG_0002.JPG"})
+        EXPECT_TRUE(
+            hasLogged(std::string("Auf der Kamera nicht lesbar: ") + "store_00010001/DCIM/" + name))
+            << testing::PrintToString(log());
+}
+
 TEST_F(UsbImportTest, CountsWhileItListsThousands) {
     constexpr int folders = 20;
-    constexpr int filesInEach = 200;
+    constexpr int filesInEach = 1'000;
     for (int number = 100; number < 100 + folders; ++number) {
         for (int file = 1'000; file < 1'000 + filesInEach; ++file)
             add(fmt::format("card/DCIM/{}TEST/{}_{}.JPG", number, number, file), "x");
@@ -151,6 +186,52 @@ TEST_F(UsbImportTest, CountsWhileItListsThousands) {
         return status.starts_with("Lese Dateiliste der Karte(n) … bisher ");
     });
     EXPECT_GT(counts, 0) << testing::PrintToString(statuses);
+}
+
+TEST_F(UsbImportTest, NeverCountsBackWhileItLists) {
+    for (int file = 1'000; file < 1'300; ++file)
+        add(fmt::format("card/DCIM/100TEST/IMG_{}.JPG", file), "x");
+    auto device = camera();
+    device.settings.insert({{"fault_of IMG_1290.JPG", "-7"}, {"faults_of", "2"}});
+    usb.plugIn("1-1", device);
+    start();
+    runUntilReady();
+    const std::string before = "Lese Dateiliste der Karte(n) … bisher ";
+    std::vector<int> counts;
+    for (const auto& status : statuses)
+        if (status.starts_with(before)) counts.push_back(std::stoi(status.substr(before.size())));
+    EXPECT_GT(counts.size(), 1U);
+    EXPECT_TRUE(std::ranges::is_sorted(counts)) << testing::PrintToString(counts);
+    EXPECT_EQ(model->cameraFileCount(), 300);
+}
+
+TEST_F(UsbImportTest, ShowsHowAFileGrows) {
+    addLarge("card/DCIM/100TEST/IMG_0001.JPG", 3'000'000);
+    auto device = camera();
+    device.settings["rate"] = "1500000";
+    usb.plugIn("1-1", device);
+    start();
+    runUntilReady();
+    model->startImport();
+    runUntil([this] {
+        const auto& progress = model->progress();
+        return progress.currentBytes > 0 && progress.currentBytes < progress.currentTotal;
+    });
+    runUntil([this] { return model->phase() == Phase::ready; });
+    EXPECT_EQ(imported(), filesOf(card));
+}
+
+TEST_F(UsbImportTest, SaysWhichFileWasDeletedOnTheCamera) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "bleibt");
+    add("card/DCIM/100TEST/IMG_0002.JPG", "geht");
+    usb.plugIn("1-1", camera());
+    start();
+    runUntilReady();
+    fs::remove(card + "/DCIM/100TEST/IMG_0002.JPG");
+    importAll();
+    EXPECT_EQ(imported(), (Tree{{"IMG_0001.JPG", "bleibt"}}));
+    EXPECT_TRUE(hasLogged("✗ IMG_0002.JPG: Die Kamera kennt diese Datei nicht mehr"))
+        << testing::PrintToString(log());
 }
 
 TEST_F(UsbImportTest, LoadsAShotThatIsTakenWhileItIsConnected) {
@@ -177,6 +258,31 @@ TEST_F(UsbImportTest, ImportsOnlyFromTheTrustedOfTwoCameras) {
     runUntil([this] { return hasLogged("Fertig: ") && model->phase() == Phase::ready; });
     EXPECT_EQ(model->cameras().size(), 2U);
     EXPECT_EQ(imported(), filesOf(folder.path("trusted")));
+}
+
+TEST_F(UsbImportTest, ImportsFromATrustedCameraThatWasHeldWhenItWasPluggedIn) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "von der anderen");
+    add("trusted/DCIM/100TEST/IMG_0002.JPG", "von dieser");
+    settings->storedAutoImport = true;
+    settings->storedIdentity = "serial:P1001";
+    auto trusted = camera("");
+    trusted.settings.insert_or_assign("store1", folder.path("trusted"));
+    trusted.settings.insert({{"serial", "P1001"}, {"busy", "1"}});
+    usb.plugIn("1-1", trusted);
+    start();
+    runUntil([this] { return hasLogged("Fertig: ") && model->phase() == Phase::ready; });
+    EXPECT_EQ(imported(), filesOf(folder.path("trusted")));
+}
+
+TEST_F(UsbImportTest, TrustsACameraOnceItsIdentityIsFinal) {
+    auto device = camera("");
+    device.settings.insert({{"serial", "P1001"}, {"busy", "1"}});
+    usb.plugIn("1-1", device);
+    start();
+    model->trustWhenConnected("Testkamera");
+    runUntil([this] { return model->autoImportEnabled(); });
+    EXPECT_EQ(settings->storedIdentity, "serial:P1001");
+    EXPECT_FALSE(hasLogged("✗")) << testing::PrintToString(log());
 }
 
 TEST_F(UsbImportTest, KeepsWhatIsCompleteWhenTheDiskIsFull) {

@@ -25,6 +25,7 @@ public:
     std::function<void()> onAttachedCamerasReported = [] {};
 
     void deviceAdded(std::shared_ptr<NativeDevice> device) override;
+    void deviceIdentified(const std::shared_ptr<NativeDevice>& device) override;
     void deviceRemoved(const std::shared_ptr<NativeDevice>& device) override;
     void attachedDevicesReported() override;
 

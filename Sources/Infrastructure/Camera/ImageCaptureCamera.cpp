@@ -56,6 +56,8 @@ std::optional<std::string> ImageCaptureCamera::identity() const {
     return std::nullopt;
 }
 
+bool ImageCaptureCamera::isIdentityFinal() const { return device_->facts().isComplete; }
+
 std::vector<std::shared_ptr<CameraFile>> ImageCaptureCamera::files() const {
     const std::vector<NativeItem> items = device_->mediaFiles();
     std::vector<std::shared_ptr<CameraFile>> files;

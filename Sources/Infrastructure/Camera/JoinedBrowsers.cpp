@@ -16,6 +16,9 @@ public:
     void deviceAdded(std::shared_ptr<NativeDevice> device) override {
         if (const auto receiver = receiver_.lock()) receiver->deviceAdded(std::move(device));
     }
+    void deviceIdentified(const std::shared_ptr<NativeDevice>& device) override {
+        if (const auto receiver = receiver_.lock()) receiver->deviceIdentified(device);
+    }
     void deviceRemoved(const std::shared_ptr<NativeDevice>& device) override {
         if (const auto receiver = receiver_.lock()) receiver->deviceRemoved(device);
     }

@@ -27,6 +27,7 @@ struct DeviceFacts {
     std::optional<std::string> persistentId;  ///< survives unplugging and replugging
     std::optional<std::string> uuid;
     std::optional<std::string> folder;  ///< of this computer, for a device that is one
+    bool isComplete = true;             ///< else it may yet tell its serial number
 };
 
 /// What a system knows of a file on a device.
@@ -106,6 +107,8 @@ public:
     virtual ~BrowserSink() = default;
 
     virtual void deviceAdded(std::shared_ptr<NativeDevice> device) = 0;
+    /// More has become known of who a device is that was added.
+    virtual void deviceIdentified(const std::shared_ptr<NativeDevice>& device) = 0;
     /// The object that was added.
     virtual void deviceRemoved(const std::shared_ptr<NativeDevice>& device) = 0;
     /// The devices attached at the start have all been reported. Once.

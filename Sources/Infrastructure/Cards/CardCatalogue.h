@@ -15,16 +15,16 @@
 
 namespace bildkurier {
 
-/// A file found on a card, or a folder that could not be read.
+/// A file found on a card, or a file or folder that could not be read.
 struct CardEntry {
     std::string name;  ///< the bytes of the file system
     std::int64_t size = 0;
-    /// Wall clock of the camera, as local time; for a folder that could not be read the time of
-    /// the attempt, so that no choice by date leaves it out.
+    /// Wall clock of the camera, as local time; for what could not be read the time of the
+    /// attempt, so that no choice by date leaves it out.
     std::optional<Date> modified;
     std::optional<Date> taken;  ///< from the metadata, in the same clock
     CardFileType type = CardFileType::Other;
-    int error = 0;               ///< errno of a folder that could not be read, else 0
+    int error = 0;               ///< errno of what could not be read, else 0
     std::uint32_t folder = 0;    ///< index into `CardCatalogue::folders`
     std::uint32_t sidecars = 0;  ///< how many of the entries behind it are its sidecars
 };

@@ -29,7 +29,10 @@ GphotoCamera& CameraConnection::cameraInStep() {
 
 CameraFault CameraConnection::fault(int code) {
     const CameraFault fault = cameraFault(code);
-    if (fault == CameraFault::Transfer || fault == CameraFault::Other) isInStep_ = false;
+    if (fault == CameraFault::Transfer || fault == CameraFault::Missing ||
+        fault == CameraFault::Other) {
+        isInStep_ = false;
+    }
     if (fault != CameraFault::Transfer) return fault;
     constexpr UsbTiming::Milliseconds step{20};
     for (UsbTiming::Milliseconds waited{}; bus_.isThere(place_); waited += step) {
@@ -38,11 +41,18 @@ CameraFault CameraConnection::fault(int code) {
     return CameraFault::Gone;
 }
 
-CameraFault CameraConnection::openOnce() {
-    answer_ = camera_.open();
-    isInStep_ = true;
-    return fault(answer_);
+bool CameraConnection::waitWhileBusy(std::size_t tries) const {
+    return tries < timing_.busy.size() && session_ && !session_->endsWithin(timing_.busy[tries]);
 }
+
+CameraFault CameraConnection::opened(int answer) {
+    ++openings_;
+    answer_ = answer;
+    isInStep_ = true;
+    return fault(answer);
+}
+
+CameraFault CameraConnection::openOnce() { return opened(camera_.open()); }
 
 Result<> CameraConnection::open(std::shared_ptr<const UsbSession> session) {
     session_ = std::move(session);
@@ -61,7 +71,7 @@ Result<> CameraConnection::open(std::shared_ptr<const UsbSession> session) {
     return std::unexpected(openError(fault, answer_));
 }
 
-bool CameraConnection::openIfFree() { return openOnce() == CameraFault::None; }
+bool CameraConnection::openIfFree() { return opened(camera_.openToAsk()) == CameraFault::None; }
 
 void CameraConnection::close() {
     camera_.close();

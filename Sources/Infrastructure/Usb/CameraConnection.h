@@ -10,6 +10,7 @@
 #include "UsbSession.h"
 #include "UsbTiming.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -32,22 +33,30 @@ public:
     /// asked does too.
     GphotoCamera& cameraInStep();
 
+    /// How often it was opened; whoever opens it anew does not hear what it had to tell.
+    int openings() const { return openings_; }
+
     /// For people.
     std::string name() const;
 
     /// Opens the camera for `session`; has other programs let go of it. Fails with a reason for
     /// the user, also when the session ends first.
     Result<> open(std::shared_ptr<const UsbSession> session);
-    /// Opens the camera, unless another program uses it: that one is left alone.
+    /// Opens the camera to ask it something, but not to list it, unless another program uses it:
+    /// that one is left alone.
     bool openIfFree();
     void close();
 
     /// What an answer of the camera's means, once it is clear whether it was unplugged. Every
     /// answer comes here.
     CameraFault fault(int code);
+    /// Leaves a camera that was busy some time, more of it after more `tries`. Whether it is worth
+    /// another; not once the session has ended.
+    bool waitWhileBusy(std::size_t tries) const;
 
 private:
     CameraFault openOnce();
+    CameraFault opened(int answer);
     Error openError(CameraFault fault, int code) const;
 
     UsbPlace place_;
@@ -57,6 +66,7 @@ private:
     std::shared_ptr<const UsbSession> session_;  ///< null while closed
     GphotoCamera camera_;
     bool isInStep_ = true;
+    int openings_ = 0;
     int answer_ = 0;  ///< of the last attempt to open
 };
 

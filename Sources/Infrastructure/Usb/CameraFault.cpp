@@ -26,6 +26,8 @@ CameraFault cameraFault(int code) {
         case GP_ERROR_IO_LOCK:
         case GP_ERROR_CAMERA_BUSY:
             return CameraFault::Busy;
+        case GP_ERROR_FILE_NOT_FOUND:
+            return CameraFault::Missing;
         case GP_ERROR_NOT_SUPPORTED:
             return CameraFault::NotOffered;
         case GP_ERROR_MODEL_NOT_FOUND:

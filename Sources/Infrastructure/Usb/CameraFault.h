@@ -13,6 +13,7 @@ enum class CameraFault : std::uint8_t {
     Gone,         ///< unplugged
     Transfer,     ///< out of step or silent, maybe unplugged; may work again once opened anew
     Busy,         ///< another program holds the camera
+    Missing,      ///< there is no such file, or it was passed over
     NotOffered,   ///< the camera does not hand this out in this way
     Unsupported,  ///< not a camera that the library knows
     Other,

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CameraLister.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <limits>
 #include <string_view>
@@ -17,8 +18,8 @@ constexpr int deepest = 16;
 /// So often it is opened anew to be asked the same once more.
 constexpr int mostReopenings = 2;
 
-/// A camera with so many unreadable folders in a row does not come round any more.
-constexpr int mostUnreadableInARow = 3;
+/// A camera that falls silent in so many folders in a row does not come round any more.
+constexpr int mostSilentInARow = 3;
 
 std::string below(const std::string& folder, const std::string& name) {
     return folder.empty() ? name : folder + "/" + name;
@@ -32,16 +33,30 @@ std::int64_t signedSize(std::uint64_t size) {
     return std::in_range<std::int64_t>(size) ? static_cast<std::int64_t>(size) : most;
 }
 
+/// A file or a folder, which may be of any day up to now.
+CardEntry unreadableEntry(const std::string& name, CardFileType type = CardFileType::Other) {
+    return {.name = name,
+            .modified = std::chrono::floor<Date::duration>(std::chrono::system_clock::now()),
+            .type = type,
+            .error = EIO};
+}
+
 }  // namespace
 
-CameraLister::CameraLister(CameraConnection& connection, const UsbSession& session,
+CameraLister::CameraLister(CameraConnection& connection, std::function<bool()> isStopped,
                            std::function<void(std::size_t)> progress)
-    : connection_(connection), session_(session), progress_(std::move(progress)) {
-    connection_.camera().onObjectListed = [this] { progress_(listed_ + ++seen_); };
+    : connection_(connection), isStopped_(std::move(isStopped)), progress_(std::move(progress)) {
+    connection_.camera().onObjectListed = [this] { tell(listed_ + ++seen_); };
 }
 
 CameraLister::~CameraLister() {
     connection_.camera().onObjectListed = [] {};
+}
+
+/// What is listed once more does not count back.
+void CameraLister::tell(std::size_t files) {
+    told_ = std::max(told_, files);
+    progress_(told_);
 }
 
 std::optional<CardListing> CameraLister::list() {
@@ -50,10 +65,14 @@ std::optional<CardListing> CameraLister::list() {
 }
 
 CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
-    while (!session_.hasEnded()) {
-        if (reopenings_ > mostReopenings || unreadableInARow_ >= mostUnreadableInARow)
+    std::size_t busy = 0;
+    while (!isStopped_()) {
+        if (reopenings_ > mostReopenings || silentInARow_ >= mostSilentInARow)
             return Answer::Failed;
-        switch (connection_.fault(call())) {
+        const int code = call();
+        const CameraFault fault = connection_.fault(code);
+        isSilent_ = fault == CameraFault::Transfer && code != GphotoCamera::incomplete;
+        switch (fault) {
             case CameraFault::None:
                 return Answer::Good;
             case CameraFault::Gone:
@@ -61,6 +80,9 @@ CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
                 return Answer::Over;
             case CameraFault::Transfer:
                 ++reopenings_;
+                break;
+            case CameraFault::Busy:
+                if (!connection_.waitWhileBusy(busy++)) return Answer::Failed;
                 break;
             default:
                 return Answer::Failed;
@@ -74,9 +96,12 @@ CameraLister::Answer CameraLister::listFolder(const std::string& folder, int dep
     const Answer answer = listInside(folder, names);
     if (answer == Answer::Over) return answer;
     if (answer == Answer::Failed) addUnreadable(folder);
-    unreadableInARow_ = answer == Answer::Failed ? unreadableInARow_ + 1 : 0;
+    silentInARow_ = answer == Answer::Failed && isSilent_ ? silentInARow_ + 1 : 0;
     for (const std::string& name : names) {
-        if (!isOneName(name)) continue;
+        if (!isOneName(name)) {
+            addUnreadable(folder);
+            continue;
+        }
         const std::string inner = below(folder, name);
         if (depth == deepest) {
             addUnreadable(inner);
@@ -106,6 +131,7 @@ CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
     std::vector<std::string> names;
     reopenings_ = 0;
     const Answer answer = ask([&] {
+        seen_ = 0;
         auto [code, found] = connection_.cameraInStep().files("/" + folder);
         names = std::move(found);
         return code;
@@ -114,47 +140,43 @@ CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
     reopenings_ = 0;
     seen_ = 0;
     listed_ += names.size();
-    progress_(listed_);
+    tell(listed_);
     for (const std::string& name : names) {
-        CardEntry entry{.name = name, .type = cardFileType(name)};
-        if (entry.type == CardFileType::Other || !isOneName(name)) continue;
-        const Answer described = describe(folder, name, entry);
-        if (described == Answer::Over) return Answer::Over;
-        if (described == Answer::Failed) entry.error = EIO;
-        listing_[folder].push_back(std::move(entry));
+        if (cardFileType(name) == CardFileType::Other) continue;
+        if (!isOneName(name)) {
+            addUnreadable(folder);
+            continue;
+        }
+        auto found = entry(folder, name);
+        if (!found) return Answer::Over;
+        listing_[folder].push_back(*std::move(found));
     }
     return answer;
-}
-
-CameraLister::Answer CameraLister::describe(const std::string& folder, const std::string& name,
-                                            CardEntry& entry) {
-    return ask([&] {
-        const auto [code, info] = connection_.cameraInStep().info("/" + folder, name);
-        entry.size = signedSize(info.size);
-        entry.modified = info.modified;
-        return code;
-    });
 }
 
 std::optional<CardEntry> CameraLister::entry(const std::string& folder, const std::string& name) {
     CardEntry entry{.name = name, .type = cardFileType(name)};
     if (entry.type == CardFileType::Other || !isOneName(name)) return std::nullopt;
-    const Answer described = describe(folder, name, entry);
+    const Answer described = ask([&] {
+        const auto [code, info] = connection_.cameraInStep().info("/" + folder, name);
+        entry.size = signedSize(info.size);
+        entry.modified = info.modified;
+        return code;
+    });
     if (described == Answer::Over) return std::nullopt;
-    if (described == Answer::Failed) entry.error = EIO;
-    return entry;
+    return described == Answer::Good ? entry : unreadableEntry(name, entry.type);
 }
 
 void CameraLister::addUnreadable(const std::string& unreadable) {
     const std::string folder = unreadable.empty() ? "Speicherkarte" : unreadable;
     const std::size_t slash = folder.rfind('/');
     const bool isTop = slash == std::string::npos;
-    const std::string parent = isTop ? "" : folder.substr(0, slash);
-    // What is in it may be of any day up to now.
-    listing_[parent].push_back(
-        {.name = isTop ? folder : folder.substr(slash + 1),
-         .modified = std::chrono::floor<Date::duration>(std::chrono::system_clock::now()),
-         .error = EIO});
+    auto& beside = listing_[isTop ? "" : folder.substr(0, slash)];
+    CardEntry entry = unreadableEntry(isTop ? folder : folder.substr(slash + 1));
+    const bool isKnown = std::ranges::any_of(beside, [&entry](const CardEntry& known) {
+        return known.error != 0 && known.name == entry.name;
+    });
+    if (!isKnown) beside.push_back(std::move(entry));
 }
 
 }  // namespace bildkurier

@@ -17,8 +17,9 @@ namespace bildkurier {
 /// Lists all media files of an open camera, on all its cards. The camera's own thread.
 class CameraLister {
 public:
-    /// `progress` hears how many files have been seen so far.
-    CameraLister(CameraConnection& connection, const UsbSession& session,
+    /// `isStopped` is asked before every question, `progress` hears how many files have been seen
+    /// so far.
+    CameraLister(CameraConnection& connection, std::function<bool()> isStopped,
                  std::function<void(std::size_t)> progress);
     CameraLister(const CameraLister&) = delete;
     CameraLister& operator=(const CameraLister&) = delete;
@@ -26,8 +27,9 @@ public:
 
     /// What fails and is there still is tried again with the camera opened anew, twice at most
     /// for what is in a folder; one of which something may be missing stands in the listing
-    /// itself, as unreadable. After three such folders in a row the camera is asked no more, and
-    /// the others stand there likewise. Absent when the camera is gone or the session has ended.
+    /// itself, as unreadable. After three folders in a row for which there was no answer the camera
+    /// is asked no more, and the others stand there likewise. Absent when the camera is gone or
+    /// this was stopped.
     std::optional<CardListing> list();
 
     /// A file that came later, `folder` below the camera's root. Absent for what is not media,
@@ -42,17 +44,19 @@ private:
     Answer listFolder(const std::string& folder, int depth);
     Answer listInside(const std::string& folder, std::vector<std::string>& folders);
     Answer listFiles(const std::string& folder);
-    Answer describe(const std::string& folder, const std::string& name, CardEntry& entry);
+    void tell(std::size_t files);
     void addUnreadable(const std::string& unreadable);
 
     CameraConnection& connection_;
-    const UsbSession& session_;
+    std::function<bool()> isStopped_;
     std::function<void(std::size_t)> progress_;
     CardListing listing_;
-    std::size_t listed_ = 0;    ///< in the folders so far
-    std::size_t seen_ = 0;      ///< in the present one
-    int reopenings_ = 0;        ///< for the present question
-    int unreadableInARow_ = 0;  ///< folders
+    std::size_t listed_ = 0;  ///< in the folders so far
+    std::size_t seen_ = 0;    ///< in the present one
+    std::size_t told_ = 0;
+    int reopenings_ = 0;     ///< for the present question
+    bool isSilent_ = false;  ///< the last answer was none
+    int silentInARow_ = 0;   ///< folders that ended so
 };
 
 }  // namespace bildkurier

@@ -38,18 +38,30 @@ CameraLoader::Outcome CameraLoader::load() {
              "Kartenleser einlesen"});
     }
     constexpr int mostTries = 3;
+    std::size_t busy = 0;
     for (int tries = 1;; ++tries) {
-        const CameraFault fault = transfer();
+        CameraFault fault = transfer();
+        while (fault == CameraFault::Busy && connection_.waitWhileBusy(busy++)) fault = transfer();
         if (session_.hasEnded() || fault == CameraFault::Gone) return Outcome::Over;
         if (ownError_) return fail(*ownError_);
         if (fault == CameraFault::None) return Outcome::Loaded;
-        if (fault == CameraFault::NotOffered)
-            return fail({"Die Kamera gibt diese Datei nicht heraus"});
-        if (fault != CameraFault::Transfer || tries == mostTries) {
-            return fail({fmt::format(
+        const bool mayRecover = fault == CameraFault::Transfer || fault == CameraFault::Missing;
+        if (!mayRecover || tries == mostTries) return fail(reason(fault));
+    }
+}
+
+Error CameraLoader::reason(CameraFault fault) const {
+    switch (fault) {
+        case CameraFault::NotOffered:
+            return {"Die Kamera gibt diese Datei nicht heraus"};
+        case CameraFault::Missing:
+            return {"Die Kamera kennt diese Datei nicht mehr"};
+        case CameraFault::Busy:
+            return {"Die Kamera ist mit anderem beschäftigt"};
+        default:
+            return {fmt::format(
                 "Die Kamera antwortet nicht, oder die Übertragung ist gestört (Fehler {})",
-                answer_)});
-        }
+                answer_)};
     }
 }
 

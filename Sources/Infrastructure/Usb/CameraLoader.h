@@ -23,7 +23,8 @@ public:
 
     CameraLoader(CameraConnection& connection, const UsbSession& session, const UsbLoad& load);
 
-    /// Tries what fails again, with the camera opened anew, twice at most. Never takes a file
+    /// Tries what fails again, with the camera opened anew, twice at most, and what it is too busy
+    /// for a little later. Never takes a file
     /// for loaded that has not exactly the size that the camera announced.
     Outcome load();
 
@@ -34,6 +35,7 @@ public:
 
 private:
     Outcome fail(Error error);
+    Error reason(CameraFault fault) const;
     bool createFile();
     int receive();
     CameraFault transfer();

@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <thread>
 #include <utility>
@@ -16,8 +17,6 @@
 namespace bildkurier {
 
 namespace {
-
-constexpr auto canon = "04a9";
 
 /// So often a camera may fail to say whether there are new shots; then it is asked no more.
 constexpr int mostFailedQuestions = 3;
@@ -41,10 +40,12 @@ std::timespec modificationTime(const CardEntry& entry) {
 CameraWorker::CameraWorker(UsbPlace place, UsbBus bus, UsbTiming timing,
                            CameraConnection::Release release, std::shared_ptr<Mailbox> mailbox,
                            Events events)
-    : timing_(timing),
+    : place_(std::move(place)),
+      bus_(std::move(bus)),
+      timing_(timing),
+      release_(std::move(release)),
       mailbox_(std::move(mailbox)),
-      events_(std::move(events)),
-      connection_(std::move(place), std::move(bus), timing, std::move(release)) {}
+      events_(std::move(events)) {}
 
 void CameraWorker::start() {
     std::thread([self = shared_from_this()] { self->work(); }).detach();
@@ -65,7 +66,7 @@ void CameraWorker::close(std::shared_ptr<UsbSession> session) {
     run([this, session = std::move(session)] {
         if (!opened_ || opened_->session != session) return;
         opened_.reset();
-        connection_.close();
+        connection_->close();
     });
 }
 
@@ -83,17 +84,22 @@ void CameraWorker::waitUntilEnded(std::chrono::steady_clock::time_point deadline
 
 void CameraWorker::run(Task task) {
     const std::lock_guard lock(mutex_);
+    // Nobody would do it, or let go of what it holds.
+    if (ended_) return;
     tasks_.push_back(std::move(task));
     changed_.notify_all();
 }
 
 void CameraWorker::work() {
+    connection_ = std::make_unique<CameraConnection>(place_, bus_, timing_, release_);
     identify();
     while (const Task task = next()) task();
     opened_.reset();
-    connection_.close();
+    connection_.reset();
+    std::deque<Task> dropped;
     const std::lock_guard lock(mutex_);
     ended_ = true;
+    dropped.swap(tasks_);
     changed_.notify_all();
 }
 
@@ -117,23 +123,20 @@ Task CameraWorker::next() {
 }
 
 void CameraWorker::identify() {
-    connection_.camera().identify();
-    facts_ = factsAtUsb(connection_.place());
-    facts_.name = connection_.name();
-    if (lacksSerial() && connection_.openIfFree()) readSerial();
-    connection_.close();
+    connection_->camera().identify();
+    facts_ = factsAtUsb(place_);
+    facts_.name = connection_->name();
+    if (!facts_.isComplete && connection_->openIfFree()) readSerial();
+    connection_->close();
     tellFacts();
 }
 
-bool CameraWorker::lacksSerial() const {
-    // Reading it would set a Canon to being controlled from here.
-    return facts_.serial->empty() && connection_.place().vendor != canon;
-}
-
 void CameraWorker::readSerial() {
-    const auto [code, serial] = connection_.camera().serial();
-    connection_.fault(code);
+    const auto [code, serial] = connection_->camera().serial();
+    const CameraFault fault = connection_->fault(code);
     facts_.serial = actualSerial(serial);
+    facts_.isComplete = fault != CameraFault::Transfer && fault != CameraFault::Busy &&
+                        fault != CameraFault::Gone && fault != CameraFault::Cancelled;
 }
 
 void CameraWorker::tellFacts() {
@@ -142,13 +145,13 @@ void CameraWorker::tellFacts() {
 
 void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, SessionEvents events) {
     if (session->hasEnded()) return;
-    const auto opened = connection_.open(session);
+    const auto opened = connection_->open(session);
     const auto error = opened ? std::nullopt : std::optional(opened.error());
     mailbox_->post([tell = events.opened, error] { tell(error); });
-    if (error) return connection_.close();
+    if (error) return connection_->close();
     opened_.reset(new Opened{.session = session, .events = std::move(events)});
     // Another program held the camera when it was identified.
-    if (lacksSerial()) {
+    if (!facts_.isComplete) {
         readSerial();
         tellFacts();
     }
@@ -165,21 +168,24 @@ void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, Sessi
 bool CameraWorker::listSession(Opened& opened) {
     using Clock = std::chrono::steady_clock;
     Clock::time_point told = Clock::now();
-    CameraLister lister(connection_, *opened.session, [&](std::size_t files) {
-        if (Clock::now() - told < timing_.telling) return;
-        told = Clock::now();
-        mailbox_->post([tell = opened.events.filesSeen, files] { tell(files); });
-    });
+    CameraLister lister(
+        *connection_, [&] { return opened.session->hasEnded(); },
+        [&](std::size_t files) {
+            if (Clock::now() - told < timing_.telling) return;
+            told = Clock::now();
+            mailbox_->post([tell = opened.events.filesSeen, files] { tell(files); });
+        });
     auto listing = lister.list();
     if (!listing) return false;
     opened.listing = *std::move(listing);
+    opened.openings = connection_->openings();
     return true;
 }
 
 void CameraWorker::loadFile(const std::shared_ptr<UsbSession>& session,
                             const std::shared_ptr<UsbLoad>& load) {
     if (session->hasEnded()) return;
-    CameraLoader loader(connection_, *session, *load);
+    CameraLoader loader(*connection_, *session, *load);
     const auto outcome = loader.load();
     if (outcome != CameraLoader::Outcome::Over)
         return deliver(*session, load, loader, outcome == CameraLoader::Outcome::Loaded);
@@ -215,15 +221,14 @@ void CameraWorker::deliver(UsbSession& session, const std::shared_ptr<UsbLoad>& 
 }
 
 bool CameraWorker::tellsOfNewShots() const {
-    // Asking a Canon would set it to being controlled from here.
     return opened_ && !opened_->session->hasEnded() &&
-           opened_->failedQuestions < mostFailedQuestions && connection_.place().vendor != canon;
+           opened_->failedQuestions < mostFailedQuestions && !isControlledByAsking(place_);
 }
 
 std::optional<GphotoCamera::NewFile> CameraWorker::newShot() {
     constexpr UsbTiming::Milliseconds atMost{50};
-    auto [code, file] = connection_.cameraInStep().newFile(atMost);
-    switch (connection_.fault(code)) {
+    auto [code, file] = connection_->cameraInStep().newFile(atMost);
+    switch (connection_->fault(code)) {
         case CameraFault::None:
             opened_->failedQuestions = 0;
             return file;
@@ -246,11 +251,41 @@ bool CameraWorker::addShot(const GphotoCamera::NewFile& file) {
     const std::string folder = file.folder.substr(file.folder.starts_with('/') ? 1 : 0);
     auto& listed = opened_->listing[folder];
     if (std::ranges::find(listed, file.name, &CardEntry::name) != listed.end()) return false;
-    CameraLister lister(connection_, *opened_->session, [](std::size_t) {});
+    CameraLister lister(
+        *connection_, [this] { return opened_->session->hasEnded(); }, [](std::size_t) {});
     auto entry = lister.entry(folder, file.name);
     if (!entry) return false;
     listed.push_back(*std::move(entry));
     return true;
+}
+
+/// Lists all once more when the camera was opened anew: of what came before that, it never tells.
+/// Answers whether there was something. Begins again later when there is other work to do.
+bool CameraWorker::addUntoldShots() {
+    if (opened_->openings == connection_->openings()) return false;
+    CameraLister lister(
+        *connection_, [this] { return opened_->session->hasEnded() || hasTasks(); },
+        [](std::size_t) {});
+    const auto found = lister.list();
+    if (!found) return false;
+    opened_->openings = connection_->openings();
+    bool changed = false;
+    for (const auto& [folder, entries] : *found) {
+        auto& listed = opened_->listing[folder];
+        std::set<std::string> names;
+        for (const CardEntry& entry : listed) names.insert(entry.name);
+        for (const CardEntry& entry : entries) {
+            if (!names.insert(entry.name).second) continue;
+            listed.push_back(entry);
+            changed = true;
+        }
+    }
+    return changed;
+}
+
+bool CameraWorker::hasTasks() {
+    const std::lock_guard lock(mutex_);
+    return ending_ || !tasks_.empty();
 }
 
 void CameraWorker::askForNewShots() {
@@ -262,6 +297,7 @@ void CameraWorker::askForNewShots() {
         if (!file) break;
         changed = addShot(*file) || changed;
     }
+    if (tellsOfNewShots()) changed = addUntoldShots() || changed;
     if (!changed) return;
     mailbox_->post(
         [tell = opened_->events.changed, catalogue = catalogueOf(opened_->listing)]() mutable {

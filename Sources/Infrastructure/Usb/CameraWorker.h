@@ -59,6 +59,7 @@ private:
         std::shared_ptr<UsbSession> session;
         SessionEvents events;
         CardListing listing;  ///< to which new shots are added
+        int openings = 0;     ///< of the connection, when all of it was listed
         /// Questions for new shots that failed in a row.
         int failedQuestions = 0;
     };
@@ -67,7 +68,6 @@ private:
     void work();
     Task next();
     void identify();
-    bool lacksSerial() const;
     void readSerial();
     void tellFacts();
     void openSession(const std::shared_ptr<UsbSession>& session, SessionEvents events);
@@ -78,13 +78,20 @@ private:
     bool tellsOfNewShots() const;
     std::optional<GphotoCamera::NewFile> newShot();
     bool addShot(const GphotoCamera::NewFile& file);
+    bool addUntoldShots();
+    bool hasTasks();
     void askForNewShots();
     void reportLost();
 
+    UsbPlace place_;
+    UsbBus bus_;
     UsbTiming timing_;
+    CameraConnection::Release release_;
     std::shared_ptr<Mailbox> mailbox_;
     Events events_;
-    CameraConnection connection_;     ///< the thread's own
+
+    /// The thread's own, which makes it and destroys it.
+    std::unique_ptr<CameraConnection> connection_;
     DeviceFacts facts_;               ///< the thread's own
     std::unique_ptr<Opened> opened_;  ///< the thread's own; null while closed
 

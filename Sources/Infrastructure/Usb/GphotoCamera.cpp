@@ -8,6 +8,7 @@
 #include <gphoto2/gphoto2.h>
 
 #include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <cstdlib>
 #include <mutex>
@@ -22,11 +23,8 @@ using PortList = std::unique_ptr<GPPortInfoList, Destroy<gp_port_info_list_free>
 using Names = std::unique_ptr<CameraList, Destroy<gp_list_free>>;
 using File = std::unique_ptr<::CameraFile, Destroy<gp_file_unref>>;
 
-/// Answer of a camera that is closed: opened anew, it may answer again.
+/// Answer of a camera that is closed or disturbed: opened anew, it may answer again.
 constexpr int notOpen = GP_ERROR_IO;
-
-/// That of one that has left something out.
-constexpr int incomplete = GP_ERROR_CORRUPTED_DATA;
 
 /// Of what this thread opens or lists; null while it does neither.
 thread_local ListingLog* listing = nullptr;
@@ -52,6 +50,8 @@ std::vector<std::string> texts(CameraList* names) {
 
 }  // namespace
 
+const int GphotoCamera::incomplete = GP_ERROR_CORRUPTED_DATA;
+
 /// What the library loads once. Threads that hang in it may outlive everything, so this is
 /// never destroyed.
 struct GphotoCamera::Library {
@@ -74,12 +74,14 @@ struct GphotoCamera::Library {
         return models = loaded;
     }
 
-    void enter(bool lists) {
+    /// Answers whether there is a log.
+    bool enter(bool lists, const GphotoCamera& camera) {
         std::unique_lock lock(gate_);
         listings_ += lists ? 1 : 0;
-        waitForLog(lock);
+        waitForLog(lock, camera);
         if (calls_ == 0) setLogging();
         ++calls_;
+        return log_.has_value();
     }
     void leave(bool lists) {
         const std::lock_guard lock(gate_);
@@ -105,11 +107,17 @@ private:
     }
 
     /// What is listed without a log may lack something, so it waits for other cameras' calls to
-    /// end; not for long, and only once for one that hangs.
-    void waitForLog(std::unique_lock<std::mutex>& lock) {
-        constexpr std::chrono::seconds patience(5);
+    /// end: longer than one may be silent, so that what still runs then is a long download or
+    /// hangs, and only once for that.
+    void waitForLog(std::unique_lock<std::mutex>& lock, const GphotoCamera& camera) {
+        constexpr std::chrono::milliseconds step(50);
         const auto isReady = [this] { return log_ || listings_ == 0 || calls_ == 0; };
-        if (waitsForLog_) waitsForLog_ = idle_.wait_for(lock, patience, isReady);
+        auto patience = camera.answerTime_ + camera.answerTime_ / 4;
+        while (waitsForLog_ && !isReady() && !camera.cancelled_()) {
+            idle_.wait_for(lock, step, isReady);
+            patience -= step;
+            if (patience <= patience.zero()) waitsForLog_ = false;
+        }
     }
 
     std::mutex gate_;  ///< guards what follows
@@ -124,13 +132,19 @@ private:
 class GphotoCamera::Call {
 public:
     /// `log` reads along what is opened or listed; null for all else.
-    explicit Call(ListingLog* log = nullptr) {
-        Library::shared().enter(log != nullptr);
+    explicit Call(const GphotoCamera& camera, ListingLog* log = nullptr)
+        : isRead_(Library::shared().enter(log != nullptr, camera)) {
         listing = log;
     }
     Call(const Call&) = delete;
     Call& operator=(const Call&) = delete;
     ~Call() { Library::shared().leave(std::exchange(listing, nullptr) != nullptr); }
+
+    /// Whether the log reads along, which other cameras can prevent.
+    bool isRead() const { return isRead_; }
+
+private:
+    bool isRead_;
 };
 
 struct GphotoCamera::Handles {
@@ -160,7 +174,7 @@ GphotoCamera::~GphotoCamera() { close(); }
 
 int GphotoCamera::identify() {
     if (handles_->isIdentified) return GP_OK;
-    const Call call;
+    const Call call(*this);
     Library& library = Library::shared();
     const std::lock_guard lock(library.mutex);
     GPContext* context = handles_->context.get();
@@ -195,10 +209,16 @@ int GphotoCamera::identify() {
 }
 
 int GphotoCamera::open() {
+    ListingLog log([] {});
+    return open(&log);
+}
+
+int GphotoCamera::openToAsk() { return open(nullptr); }
+
+int GphotoCamera::open(ListingLog* log) {
     close();
     if (const int code = identify(); code < GP_OK) return code;
-    ListingLog log([] {});
-    const Call call(&log);
+    const Call call(*this, log);
     const std::lock_guard lock(Library::shared().mutex);
     if (const int code = gp_camera_new(&handles_->camera); code < GP_OK) return code;
     gp_camera_set_abilities(handles_->camera, handles_->abilities);
@@ -210,7 +230,7 @@ int GphotoCamera::open() {
         return code;
     }
     gp_port_set_timeout(handles_->camera->port, static_cast<int>(answerTime_.count()));
-    lacksCards_ = log.omits();
+    lacksCards_ = log == nullptr || log->omits() || !call.isRead();
     return code;
 }
 
@@ -218,7 +238,7 @@ bool GphotoCamera::isOpen() const { return handles_->camera != nullptr; }
 
 void GphotoCamera::close() {
     if (!isOpen()) return;
-    const Call call;
+    const Call call(*this);
     const std::lock_guard lock(Library::shared().mutex);
     gp_camera_exit(handles_->camera, handles_->context.get());
     gp_camera_unref(handles_->camera);
@@ -227,7 +247,7 @@ void GphotoCamera::close() {
 
 std::pair<int, std::string> GphotoCamera::serial() {
     if (!isOpen()) return {notOpen, {}};
-    const Call call;
+    const Call call(*this);
     CameraWidget* found = nullptr;
     const int code = gp_camera_get_single_config(handles_->camera, "serialnumber", &found,
                                                  handles_->context.get());
@@ -246,12 +266,13 @@ template <class NamesCall>
 GphotoCamera::Listing GphotoCamera::list(NamesCall call, const std::string& folder,
                                          ListingLog& log) {
     if (!isOpen()) return {notOpen, {}};
-    const Call entered(&log);
+    const Call entered(*this, &log);
     const Names names = newNames();
     const int code = call(handles_->camera, folder.c_str(), names.get(), handles_->context.get());
-    if (code < GP_OK) return {code, {}};
-    const bool lacks = log.omits() || (folder == "/" && lacksCards_);
-    return {lacks ? incomplete : code, texts(names.get())};
+    if (code < GP_OK && (!log.omits() || log.isDisturbed())) return {code, {}};
+    const bool lacks = log.omits() || !entered.isRead() || (folder == "/" && lacksCards_);
+    if (!lacks) return {code, texts(names.get())};
+    return {log.isDisturbed() ? notOpen : incomplete, texts(names.get())};
 }
 
 GphotoCamera::Listing GphotoCamera::folders(const std::string& folder) {
@@ -267,7 +288,7 @@ GphotoCamera::Listing GphotoCamera::files(const std::string& folder) {
 std::pair<int, GphotoCamera::Info> GphotoCamera::info(const std::string& folder,
                                                       const std::string& name) {
     if (!isOpen()) return {notOpen, {}};
-    const Call call;
+    const Call call(*this);
     CameraFileInfo found{};
     int code = gp_camera_file_get_info(handles_->camera, folder.c_str(), name.c_str(), &found,
                                        handles_->context.get());
@@ -309,7 +330,7 @@ int GphotoCamera::load(const std::string& folder, const std::string& name, const
                 return GP_OK;
             }};
     if (!isOpen()) return notOpen;
-    const Call call;
+    const Call call(*this);
     Transfer transfer{.camera = *this, .receive = receive};
     stopped_ = false;
     ::CameraFile* made = nullptr;
@@ -324,7 +345,7 @@ int GphotoCamera::load(const std::string& folder, const std::string& name, const
 int GphotoCamera::loadInPieces(const std::string& folder, const std::string& name,
                                std::uint64_t size, const Receive& receive) {
     if (!isOpen()) return notOpen;
-    const Call call;
+    const Call call(*this);
     constexpr std::uint64_t pieceBytes = 1 << 20;
     std::vector<char> piece(std::min(pieceBytes, size));
     for (std::uint64_t position = 0; position < size;) {
@@ -343,16 +364,23 @@ int GphotoCamera::loadInPieces(const std::string& folder, const std::string& nam
 
 std::pair<int, std::optional<GphotoCamera::NewFile>> GphotoCamera::newFile(
     std::chrono::milliseconds time) {
+    using Clock = std::chrono::steady_clock;
     if (!isOpen()) return {notOpen, {}};
-    const Call call;
-    CameraEventType event{};
-    void* found = nullptr;
-    const int code = gp_camera_wait_for_event(handles_->camera, static_cast<int>(time.count()),
-                                              &event, &found, handles_->context.get());
-    const std::unique_ptr<void, Destroy<std::free>> data(found);
-    if (code < GP_OK || event != GP_EVENT_FILE_ADDED || data == nullptr) return {code, {}};
-    const auto& path = *static_cast<const CameraFilePath*>(data.get());
-    return {code, NewFile{.folder = path.folder, .name = path.name}};
+    const Call call(*this);
+    const auto deadline = Clock::now() + time;
+    for (auto left = time; left > left.zero();
+         left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now())) {
+        CameraEventType event{};
+        void* found = nullptr;
+        const int code = gp_camera_wait_for_event(handles_->camera, static_cast<int>(left.count()),
+                                                  &event, &found, handles_->context.get());
+        const std::unique_ptr<void, Destroy<std::free>> data(found);
+        if (code < GP_OK || event == GP_EVENT_TIMEOUT) return {code, {}};
+        if (event != GP_EVENT_FILE_ADDED || data == nullptr) continue;
+        const auto& path = *static_cast<const CameraFilePath*>(data.get());
+        return {code, NewFile{.folder = path.folder, .name = path.name}};
+    }
+    return {GP_OK, {}};
 }
 
 }  // namespace bildkurier

@@ -20,7 +20,8 @@ namespace bildkurier {
 class ListingLog;
 
 /// One camera through libgphoto2, whose answers it passes on: a negative `int` is the
-/// library's error. Nothing here changes the camera's own state. One thread.
+/// library's error. Nothing here is meant to change the camera's own state; but of some Canons the
+/// library clears the mark that a file is new once it has read it. One thread.
 class GphotoCamera {
 public:
     /// `cancelled` is asked often while something runs that takes long.
@@ -36,11 +37,16 @@ public:
     const std::string& model() const { return model_; }
 
     int open();
+    /// The same to ask it something, but not to list it; waits for no other camera.
+    int openToAsk();
     /// What is asked of a closed camera fails as if the cable were disturbed.
     void close();
 
     /// The camera's own serial number; empty where it has none.
     std::pair<int, std::string> serial();
+
+    /// An answer to listings: they may lack something, but the camera does answer.
+    static const int incomplete;
 
     using Listing = std::pair<int, std::vector<std::string>>;
     /// Names in a folder; "/" is the root, which holds a folder for each card. An error is also
@@ -66,7 +72,8 @@ public:
         std::string folder;
         std::string name;
     };
-    /// Asks whether something was added meanwhile, for at most `time`.
+    /// Asks whether something was added meanwhile, for at most `time`. What else the camera tells
+    /// is dropped.
     std::pair<int, std::optional<NewFile>> newFile(std::chrono::milliseconds time);
 
     /// Called while files are listed, for each object that the camera is asked to describe.
@@ -79,6 +86,7 @@ private:
     struct Transfer;
 
     bool isOpen() const;
+    int open(ListingLog* log);
     template <class NamesCall>
     Listing list(NamesCall call, const std::string& folder, ListingLog& log);
 

@@ -26,7 +26,11 @@ void ListingLog::readFault(std::string_view message) {
     if (message.starts_with(handles) && asksAllCards_) return;
     // It then asks in another way.
     if (message.starts_with(handles) && message.ends_with("(0x2006)")) return;
-    if (message.starts_with(handles) || message.starts_with(description)) omits_ = true;
+    if (!message.starts_with(handles) && !message.starts_with(description)) return;
+    omits_ = true;
+    // The protocol's answers and those of the makers; all others are the library's own.
+    const std::string_view code = message.substr(message.rfind('(') + 1);
+    if (!code.starts_with("0x2") && !code.starts_with("0xa")) isDisturbed_ = true;
 }
 
 }  // namespace bildkurier

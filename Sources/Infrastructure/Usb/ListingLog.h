@@ -21,6 +21,8 @@ public:
 
     /// Whether something of the camera's may be missing.
     bool omits() const { return omits_; }
+    /// Whether that is so because no answer came, not because of the camera's answer.
+    bool isDisturbed() const { return isDisturbed_; }
 
 private:
     void readFault(std::string_view message);
@@ -28,6 +30,7 @@ private:
     std::function<void()> onObject_;
     bool asksAllCards_ = false;
     bool omits_ = false;
+    bool isDisturbed_ = false;
 };
 
 }  // namespace bildkurier

@@ -45,6 +45,7 @@ struct UsbCameras::Impl {
     void waitForFacts();
     void looked(const std::vector<UsbPlace>& places);
     void added(const UsbPlace& place);
+    void showAsSeen(const UsbPlace& place);
     void identified(const std::string& port, DeviceFacts facts);
     void removed(const std::string& port);
     void reportIfComplete();
@@ -70,13 +71,14 @@ void UsbCameras::Impl::start() {
 
 /// A camera that does not say in time who it is shows by what everybody can see of it.
 void UsbCameras::Impl::waitForFacts() {
-    patience = main.after(options.timing.identifying, events([this] {
-                              for (const auto& device : std::vector(devices)) {
-                                  if (!device->isIdentified())
-                                      identified(device->place().port, factsAtUsb(device->place()));
-                              }
-                              main.post(events([this] { report(); }));
-                          }));
+    patience = main.after(
+        options.timing.identifying, events([this] {
+            for (const auto& device : devices) {
+                if (device->isIdentified()) continue;
+                main.post(events([this, place = device->place()] { showAsSeen(place); }));
+            }
+            main.post(events([this] { report(); }));
+        }));
 }
 
 /// Each change is a task of its own on the main queue, so that any of them may destroy this.
@@ -119,17 +121,32 @@ void UsbCameras::Impl::added(const UsbPlace& place) {
     if (hasReported) waitForFacts();
 }
 
+/// Unless it has said meanwhile who it is.
+void UsbCameras::Impl::showAsSeen(const UsbPlace& place) {
+    const auto found = find(place.port);
+    if (found != devices.end() && !(*found)->isIdentified())
+        identified(place.port, factsAtUsb(place));
+}
+
 void UsbCameras::Impl::identified(const std::string& port, DeviceFacts facts) {
     const auto found = find(port);
     if (found == devices.end()) return;
     std::string& serial = serials[*facts.persistentId];
+    if (facts.isComplete) serial = *facts.serial;
     if (facts.serial->empty()) facts.serial = serial;
-    serial = *facts.serial;
-    const bool isNew = !(*found)->isIdentified();
-    (*found)->identified(std::move(facts));
-    if (!isNew) return;
-    main.post(events([this] { reportIfComplete(); }));
-    if (const auto receiver = sink.lock()) receiver->deviceAdded(*found);
+    const auto device = *found;
+    const bool isNew = !device->isIdentified();
+    const DeviceFacts before = device->facts();
+    device->identified(std::move(facts));
+    const DeviceFacts now = device->facts();
+    if (isNew) main.post(events([this] { reportIfComplete(); }));
+    const auto receiver = sink.lock();
+    if (!receiver) return;
+    if (isNew) {
+        receiver->deviceAdded(device);
+    } else if (now.serial != before.serial || now.isComplete != before.isComplete) {
+        receiver->deviceIdentified(device);
+    }
 }
 
 void UsbCameras::Impl::removed(const std::string& port) {

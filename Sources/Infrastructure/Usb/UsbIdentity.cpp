@@ -17,11 +17,18 @@ std::string actualSerial(const std::string& serial) {
     return isPlaceholder ? "" : serial;
 }
 
+bool isControlledByAsking(const UsbPlace& place) {
+    constexpr auto canon = "04a9";
+    return place.vendor == canon;
+}
+
 DeviceFacts factsAtUsb(const UsbPlace& place) {
+    const std::string serial = actualSerial(place.serial);
     return {.name = place.name.empty() ? "Kamera" : displayText(place.name),
-            .serial = actualSerial(place.serial),
+            .serial = serial,
             .persistentId = fmt::format("usb:{}:{}:{}", place.vendor, place.product,
-                                        std::filesystem::path(place.folder).filename().string())};
+                                        std::filesystem::path(place.folder).filename().string()),
+            .isComplete = !serial.empty() || isControlledByAsking(place)};
 }
 
 }  // namespace bildkurier

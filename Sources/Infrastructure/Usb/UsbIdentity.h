@@ -12,6 +12,9 @@ namespace bildkurier {
 /// Empty for what makers put where no number was given, which many cameras have in common.
 std::string actualSerial(const std::string& serial);
 
+/// Whether a camera that is asked about itself is from then on controlled from here.
+bool isControlledByAsking(const UsbPlace& place);
+
 /// What is known of a camera without talking to it. Its serial number at the USB goes before the
 /// one that it would tell itself: everybody can read it at any time, also while another program
 /// holds the camera, so that a camera does not come back as another one.

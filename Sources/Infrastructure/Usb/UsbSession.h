@@ -47,7 +47,7 @@ public:
     bool endsWithin(std::chrono::milliseconds time) const;
     /// Runs `action`, which makes or removes a file, unless the session has ended; one at a time
     /// for all sessions, so that what it does comes before what the next session does. It may
-    /// end meanwhile: nobody waits for the disk.
+    /// end meanwhile: nobody waits for the disk but other sessions.
     void ifOpen(const std::function<void()>& action) const;
 
 private:

@@ -28,7 +28,7 @@ public:
         constexpr int receiveBytes = 1 << 20;
         udev_monitor_filter_add_match_subsystem_devtype(monitor_.get(), "usb", "usb_device");
         udev_monitor_set_receive_buffer_size(monitor_.get(), receiveBytes);
-        udev_monitor_enable_receiving(monitor_.get());
+        if (udev_monitor_enable_receiving(monitor_.get()) < 0) monitor_.reset();
     }
 
     /// Invalid, which poll(2) passes over, where there is nothing to listen to.
@@ -66,14 +66,16 @@ void UsbWatch::watch() const {
     constexpr int never = -1;
     // What udev has told may still show, or not yet: it is looked at once more.
     constexpr int settling = 500;
-    const int usual = bus_.isWatched() ? never : static_cast<int>(interval_.count());
+    constexpr std::chrono::milliseconds pause(10);
+    const bool isTold = bus_.isWatched() && events.descriptor() >= 0;
+    const int usual = isTold ? never : static_cast<int>(interval_.count());
     std::array<pollfd, 2> watched{{{.fd = events.descriptor(), .events = POLLIN, .revents = 0},
                                    {.fd = end_.get(), .events = POLLIN, .revents = 0}}};
     while (watched[1].revents == 0) {
         look_(bus_.cameras());
         const int timeout = watched[0].revents != 0 ? settling : usual;
-        while (::poll(watched.data(), watched.size(), timeout) < 0) {
-        }
+        while (::poll(watched.data(), watched.size(), timeout) < 0)
+            std::this_thread::sleep_for(pause);
         if (watched[0].revents != 0) events.drain();
     }
 }

@@ -17,6 +17,8 @@ namespace bildkurier {
 ///     manufacturer=, model=, version=, serial=
 ///     extension=N                    vendor extension, 11 is Canon's
 ///     partial=1                      files can be read in pieces
+///     marks_new=1                    as a Canon, it marks all files as new until it is told that
+///                                    they are not
 ///     rate=N                         bytes a second; none: as fast as can be
 ///     announce NAME=N                the size that it says the file NAME has
 ///     called NAME=OTHER              what it calls the file NAME
@@ -31,10 +33,12 @@ namespace bildkurier {
 ///                                    card in the folder NAME, it answers with this code of the
 ///                                    protocol; or with this error of libgphoto2, after which
 ///                                    what was asked for comes too late
-///     fault_of contents of NAME=CODE the same, asked for the file itself
+///     fault_of contents of NAME=CODE the same, asked for the file itself or a piece of it
 ///     faults_of=N                    so many times for each; none: again and again
+///     faults_after NAME=N            not the first N times, but those after them
 ///     event_fault=CODE,              asked what is new, it answers with this error
 ///     event_faults=N                 so many times
+///     other_events=N                 before it tells of files, it tells so often of other things
 class Plug {
 public:
     /// Those below the folder that the environment names, by their places on the bus.
@@ -57,7 +61,8 @@ public:
     /// Unplugs it: it comes to the folder "drawer" beside the bus.
     void pull() const;
     /// How often something has happened, which a file beside the settings says: "openings",
-    /// "faults", "faults-of NAME", "event-faults" and "unknown" requests.
+    /// "faults", "faults-of NAME", "asked NAME", "event-faults", "other-events", "unmarked" and
+    /// "unknown" requests.
     std::int64_t counted(const std::string& what) const;
     void count(const std::string& what) const;
 

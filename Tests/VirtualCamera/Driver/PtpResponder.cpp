@@ -35,6 +35,9 @@ constexpr std::uint16_t getObject = 0x1009;
 constexpr std::uint16_t getThumb = 0x100A;
 constexpr std::uint16_t getPartialObject = 0x101B;
 
+constexpr std::uint16_t canonSetObjectArchive = 0x9002;
+constexpr std::uint16_t canonGetObjectInfo = 0x9021;
+
 constexpr std::uint16_t good = 0x2001;
 constexpr std::uint16_t notSupported = 0x2005;
 constexpr std::uint16_t noSuchObject = 0x2009;
@@ -42,6 +45,7 @@ constexpr std::uint16_t noThumbnail = 0x2010;
 
 constexpr std::uint16_t objectAdded = 0x4002;
 constexpr std::uint16_t objectRemoved = 0x4003;
+constexpr std::uint16_t storeFull = 0x400A;
 
 constexpr std::uint16_t folderFormat = 0x3001;
 constexpr std::uint16_t otherFormat = 0x3000;
@@ -90,6 +94,12 @@ std::uint32_t counted(std::int64_t size) {
     return size > most ? most : static_cast<std::uint32_t>(size);
 }
 
+std::vector<std::uint8_t> event(std::uint16_t code, std::uint32_t parameter) {
+    PtpPacket packet;
+    packet.u32(headerBytes + 4).u16(eventContainer).u16(code).u32(everything).u32(parameter);
+    return packet.bytes();
+}
+
 }  // namespace
 
 PtpResponder::PtpResponder(Plug plug) : plug_(std::move(plug)) {
@@ -107,12 +117,13 @@ void PtpResponder::answer(const Request& request, std::uint16_t code,
     outbox_.add(packet);
 }
 
-void PtpResponder::answerWith(const Request& request, const PtpPacket& data) {
+void PtpResponder::answerWith(const Request& request, const PtpPacket& data,
+                              const std::vector<std::uint32_t>& parameters) {
     PtpPacket packet;
     packet.u32(static_cast<std::uint32_t>(headerBytes + data.size()));
     packet.u16(dataContainer).u16(request.code).u32(request.transaction).append(data);
     outbox_.add(packet);
-    answer(request, good);
+    answer(request, good, parameters);
 }
 
 void PtpResponder::answerWithFile(const Request& request, std::uint64_t offset,
@@ -169,6 +180,14 @@ void PtpResponder::request(std::span<const std::uint8_t> bytes) {
             return answerWithFile(request, request.parameters[1], request.parameters[2]);
         case getThumb:
             return answer(request, noThumbnail);
+        case canonGetObjectInfo: {
+            const auto* asked = objects_.find(request.parameters[3]);
+            return asked == nullptr ? answer(request, noSuchObject)
+                                    : answerWith(request, canonEntry(*asked), {1});
+        }
+        case canonSetObjectArchive:
+            plug_.count("unmarked");
+            return answer(request, good);
         default:
             plug_.count("unknown");
             return answer(request, notSupported);
@@ -181,6 +200,10 @@ PtpPacket PtpResponder::deviceInfo() const {
         getDeviceInfo, openSession,      closeSession,  getStorageIds, getStorageInfo,
         getNumObjects, getObjectHandles, getObjectInfo, getObject,     getThumb};
     if (plug_.number("partial") == 1) operations.push_back(getPartialObject);
+    if (plug_.number("marks_new") == 1) {
+        operations.push_back(canonGetObjectInfo);
+        operations.push_back(canonSetObjectArchive);
+    }
     PtpPacket packet;
     packet.u16(version).u32(
         static_cast<std::uint32_t>(std::max<std::int64_t>(0, plug_.number("extension"))));
@@ -226,7 +249,8 @@ std::vector<std::string> PtpResponder::askedAbout(const Request& request) const 
     const auto* object = objects_.find(request.parameters[0]);
     if (request.code == getObjectInfo && object != nullptr)
         names.push_back(object->path.filename());
-    if (request.code == getObject && object != nullptr)
+    const bool asksForContents = request.code == getObject || request.code == getPartialObject;
+    if (asksForContents && object != nullptr)
         names.push_back("contents of " + object->path.filename().string());
     if (request.code != getObjectHandles || request.parameters[2] != everything) return names;
     for (std::size_t i = 0; i < stores_.size(); ++i) {
@@ -237,12 +261,21 @@ std::vector<std::string> PtpResponder::askedAbout(const Request& request) const 
     return names;
 }
 
+/// Whether it is answered still, before the faults begin.
+bool PtpResponder::isTooEarly(const std::string& name) const {
+    const std::int64_t after = plug_.number("faults_after " + name);
+    if (after < 0) return false;
+    plug_.count("asked " + name);
+    return plug_.counted("asked " + name) <= after;
+}
+
 int PtpResponder::faultOf(const Request& request) const {
     for (const std::string& name : askedAbout(request)) {
         const std::string fault = plug_.text("fault_of " + name);
         const std::string counter = "faults-of " + name;
         const std::int64_t most = plug_.number("faults_of");
-        if (fault.empty() || (most >= 0 && plug_.counted(counter) >= most)) continue;
+        if (fault.empty() || isTooEarly(name) || (most >= 0 && plug_.counted(counter) >= most))
+            continue;
         plug_.count(counter);
         return std::stoi(fault);
     }
@@ -253,6 +286,16 @@ std::int64_t PtpResponder::announcedSize(const PtpObjects::Object& object) const
     if (object.isFolder) return 0;
     const std::int64_t announced = plug_.number("announce " + object.path.filename().string());
     return announced >= 0 ? announced : sizeOf(object.path);
+}
+
+PtpPacket PtpResponder::canonEntry(const PtpObjects::Object& object) const {
+    constexpr std::uint8_t isNew = 0x20;
+    constexpr std::size_t length = 28;
+    PtpPacket packet;
+    packet.u32(object.handle).u16(formatOf(object, true)).u8(isNew);
+    // Size, time and name, which nobody reads here.
+    while (packet.size() < length) packet.u8(0);
+    return packet;
 }
 
 PtpPacket PtpResponder::objectInfo(const PtpObjects::Object& object) const {
@@ -272,20 +315,19 @@ PtpPacket PtpResponder::objectInfo(const PtpObjects::Object& object) const {
     return packet.text(time).text(time).text("");
 }
 
-void PtpResponder::noteEvent(std::uint16_t code, std::uint32_t handle) {
-    PtpPacket packet;
-    packet.u32(headerBytes + 4).u16(eventContainer).u16(code).u32(everything).u32(handle);
-    events_.push_back(packet.bytes());
-}
-
 std::vector<std::uint8_t> PtpResponder::nextEvent() {
     objects_.scan(
-        stores_, [this](const auto& object) { noteEvent(objectAdded, object.handle); },
-        [this](const auto& object) { noteEvent(objectRemoved, object.handle); });
+        stores_,
+        [this](const auto& object) { events_.push_back(event(objectAdded, object.handle)); },
+        [this](const auto& object) { events_.push_back(event(objectRemoved, object.handle)); });
+    if (plug_.counted("other-events") < plug_.number("other_events")) {
+        plug_.count("other-events");
+        events_.push_front(event(storeFull, PtpObjects::storeNumber(0)));
+    }
     if (events_.empty()) return {};
-    auto event = std::move(events_.front());
+    auto next = std::move(events_.front());
     events_.pop_front();
-    return event;
+    return next;
 }
 
 }  // namespace bildkurier

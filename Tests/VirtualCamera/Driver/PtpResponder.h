@@ -39,17 +39,19 @@ private:
 
     void answer(const Request& request, std::uint16_t code,
                 const std::vector<std::uint32_t>& parameters = {});
-    void answerWith(const Request& request, const PtpPacket& data);
+    void answerWith(const Request& request, const PtpPacket& data,
+                    const std::vector<std::uint32_t>& parameters = {});
     void answerWithFile(const Request& request, std::uint64_t offset, std::uint64_t most);
-    void noteEvent(std::uint16_t code, std::uint32_t handle);
 
     PtpPacket deviceInfo() const;
     PtpPacket storageIds() const;
     PtpPacket storageInfo() const;
+    PtpPacket canonEntry(const PtpObjects::Object& object) const;
     PtpPacket objectInfo(const PtpObjects::Object& object) const;
     std::vector<std::uint32_t> selected(const Request& request) const;
     std::vector<std::string> askedAbout(const Request& request) const;
     int faultOf(const Request& request) const;
+    bool isTooEarly(const std::string& name) const;
     std::int64_t announcedSize(const PtpObjects::Object& object) const;
 
     Plug plug_;
