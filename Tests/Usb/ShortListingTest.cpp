@@ -181,7 +181,7 @@ TEST_F(ShortListingTest, TellsOfNamesThatAreNone) {
 TEST_F(ShortListingTest, IsNeverSilentWhileAnotherCameraIsBusy) {
     timing.answer = Milliseconds(100);
     VirtualBus::Device other{.serial = "S2002",
-                             .settings = {{"store1", folder.path("card")}, {"rate", "100000"}}};
+                             .settings = {{"store1", folder.path("card")}, {"rate", "40000"}}};
     usb.plugIn("1-2", other);
     start();
     const auto found = files();

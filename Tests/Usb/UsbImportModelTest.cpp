@@ -223,15 +223,21 @@ TEST_F(UsbImportTest, ShowsHowAFileGrows) {
 
 TEST_F(UsbImportTest, SaysWhichFileWasDeletedOnTheCamera) {
     add("card/DCIM/100TEST/IMG_0001.JPG", "bleibt");
-    add("card/DCIM/100TEST/IMG_0002.JPG", "geht");
-    usb.plugIn("1-1", camera());
-    start();
-    runUntilReady();
-    fs::remove(card + "/DCIM/100TEST/IMG_0002.JPG");
-    importAll();
-    EXPECT_EQ(imported(), (Tree{{"IMG_0001.JPG", "bleibt"}}));
-    EXPECT_TRUE(hasLogged("✗ IMG_0002.JPG: Die Kamera kennt diese Datei nicht mehr"))
-        << testing::PrintToString(log());
+    // Before and after the camera was asked what is new.
+    for (const int events : {10'000, 1}) {
+        timing.events = UsbTiming::Milliseconds(events);
+        add("card/DCIM/100TEST/IMG_0002.JPG", "geht");
+        usb.plugIn("1-1", camera());
+        start();
+        runUntilReady();
+        fs::remove(card + "/DCIM/100TEST/IMG_0002.JPG");
+        importAll();
+        EXPECT_EQ(imported(), (Tree{{"IMG_0001.JPG", "bleibt"}}));
+        EXPECT_TRUE(hasLogged("✗ IMG_0002.JPG: Die Kamera hat diese Datei nicht mehr"))
+            << testing::PrintToString(log());
+        stop();
+        usb.unplugForGood("1-1");
+    }
 }
 
 TEST_F(UsbImportTest, LoadsAShotThatIsTakenWhileItIsConnected) {

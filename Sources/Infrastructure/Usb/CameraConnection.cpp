@@ -19,7 +19,7 @@ CameraConnection::CameraConnection(UsbPlace place, UsbBus bus, UsbTiming timing,
       camera_(place_.port, timing.answer, [this] { return session_ && session_->hasEnded(); }) {}
 
 std::string CameraConnection::name() const {
-    return camera_.model().empty() ? *factsAtUsb(place_).name : camera_.model();
+    return camera_.model().empty() ? factsAtUsb(place_).name.value_or("") : camera_.model();
 }
 
 GphotoCamera& CameraConnection::cameraInStep() {

@@ -55,7 +55,7 @@ Error CameraLoader::reason(CameraFault fault) const {
         case CameraFault::NotOffered:
             return {"Die Kamera gibt diese Datei nicht heraus"};
         case CameraFault::Missing:
-            return {"Die Kamera kennt diese Datei nicht mehr"};
+            return {"Die Kamera hat diese Datei nicht mehr, oder gibt nichts von ihr heraus"};
         case CameraFault::Busy:
             return {"Die Kamera ist mit anderem beschäftigt"};
         default:
@@ -92,6 +92,9 @@ int CameraLoader::receive() {
     const std::string folder = "/" + load_.folder;
     const auto take = [this](std::span<const char> bytes) { return append(bytes); };
     const int code = connection_.cameraInStep().load(folder, load_.entry.name, take);
+    // Of a file that it heard was deleted, the library answers that all is well.
+    const bool isVain = file_->size() == 0 && load_.entry.size > 0;
+    if (cameraFault(code) == CameraFault::None && isVain) return GphotoCamera::missing;
     if (cameraFault(code) != CameraFault::NotOffered || file_->size() != 0) return code;
     return connection_.cameraInStep().loadInPieces(
         folder, load_.entry.name, static_cast<std::uint64_t>(load_.entry.size), take);

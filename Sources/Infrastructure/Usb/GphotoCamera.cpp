@@ -51,6 +51,7 @@ std::vector<std::string> texts(CameraList* names) {
 }  // namespace
 
 const int GphotoCamera::incomplete = GP_ERROR_CORRUPTED_DATA;
+const int GphotoCamera::missing = GP_ERROR_FILE_NOT_FOUND;
 
 /// What the library loads once. Threads that hang in it may outlive everything, so this is
 /// never destroyed.

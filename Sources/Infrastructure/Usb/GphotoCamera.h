@@ -60,6 +60,9 @@ public:
     };
     std::pair<int, Info> info(const std::string& folder, const std::string& name);
 
+    /// The answer for a file that is not there.
+    static const int missing;
+
     /// Takes bytes in order; answers false to have no more.
     using Receive = std::function<bool(std::span<const char>)>;
     /// Reads a whole file.

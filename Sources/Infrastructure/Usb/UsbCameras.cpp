@@ -131,10 +131,11 @@ void UsbCameras::Impl::showAsSeen(const UsbPlace& place) {
 void UsbCameras::Impl::identified(const std::string& port, DeviceFacts facts) {
     const auto found = find(port);
     if (found == devices.end()) return;
-    std::string& serial = serials[*facts.persistentId];
-    if (facts.isComplete) serial = *facts.serial;
-    if (facts.serial->empty()) facts.serial = serial;
-    const auto device = *found;
+    const std::string told = facts.serial.value_or("");
+    std::string& known = serials[facts.persistentId.value_or("")];
+    if (facts.isComplete) known = told;
+    if (told.empty()) facts.serial = known;
+    const auto& device = *found;
     const bool isNew = !device->isIdentified();
     const DeviceFacts before = device->facts();
     device->identified(std::move(facts));
@@ -145,7 +146,7 @@ void UsbCameras::Impl::identified(const std::string& port, DeviceFacts facts) {
     if (isNew) {
         receiver->deviceAdded(device);
     } else if (now.serial != before.serial || now.isComplete != before.isComplete) {
-        receiver->deviceIdentified(device);
+        receiver->deviceIdentified(std::shared_ptr(device));
     }
 }
 
