@@ -38,6 +38,7 @@ public:
 
     void cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) override;
     void cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) override;
+    void cameraBrowserDidIdentify(const std::shared_ptr<Camera>& /*camera*/) override {}
     void cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) override;
     void cameraCatalogGrows(Camera& camera, std::size_t filesSoFar) override;
     void cameraCatalogReady(Camera& camera) override;

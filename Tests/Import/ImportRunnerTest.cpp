@@ -21,7 +21,7 @@
 namespace bildkurier {
 namespace {
 
-using Log = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 using Progress = ImportRunner::Progress;
 
 constexpr std::int64_t headroom = 209'715'200;
@@ -66,7 +66,7 @@ protected:
     Url destination = Url::file("/bilder");
     Url staging = Url::file("/bilder/.bildkurier-tmp");
     std::vector<std::shared_ptr<FakeCameraFile>> files;
-    Log log;
+    Lines log;
     std::vector<Progress> reports;
     std::vector<std::pair<Progress, bool>> finished;
 };
@@ -86,7 +86,7 @@ TEST_F(ImportRunnerTest, FinishesAtOnceWithoutFilesAndWithoutCheckingSpace) {
     EXPECT_EQ(finished, (std::vector{std::pair(Progress(), false)}));
     EXPECT_EQ(reports, (std::vector{Progress()}));
     EXPECT_FALSE(store->fileExists(staging));
-    EXPECT_EQ(log, Log());
+    EXPECT_EQ(log, Lines());
 }
 
 TEST_F(ImportRunnerTest, LoadsFilesInOrderAndReportsEachStep) {
@@ -94,8 +94,8 @@ TEST_F(ImportRunnerTest, LoadsFilesInOrderAndReportsEachStep) {
     file("B.CR3", "bbbbbbb");
     runAll();
     EXPECT_EQ(store->tree(destination), (Tree{{"A.JPG", "aaaa"}, {"B.CR3", "bbbbbbb"}}));
-    EXPECT_EQ(log, (Log{"✓ bilder/A.JPG  (" + formatBytes(4) + ")",
-                        "✓ bilder/B.CR3  (" + formatBytes(7) + ")"}));
+    EXPECT_EQ(log, (Lines{"✓ bilder/A.JPG  (" + formatBytes(4) + ")",
+                          "✓ bilder/B.CR3  (" + formatBytes(7) + ")"}));
     EXPECT_EQ(
         reports,
         (std::vector<Progress>{
@@ -128,7 +128,7 @@ TEST_F(ImportRunnerTest, SortsIntoDayAndTypeFolders) {
         file("A.jpeg", "a")->shot = noon;
         runAll(layout);
         EXPECT_EQ(store->files.count("/bilder/" + path), 1) << path;
-        EXPECT_EQ(log, (Log{"✓ " + lastFolder + "/A.jpeg  (" + formatBytes(1) + ")"}));
+        EXPECT_EQ(log, (Lines{"✓ " + lastFolder + "/A.jpeg  (" + formatBytes(1) + ")"}));
     }
 }
 
@@ -167,8 +167,8 @@ TEST_F(ImportRunnerTest, SavesUnderAFreeNameAndSaysSo) {
     EXPECT_EQ(store->files.at("/bilder/A.JPG"), "other");
     EXPECT_EQ(store->files.at("/bilder/A_1.JPG"), "another");
     EXPECT_EQ(store->files.at("/bilder/A_2.JPG"), "aaa");
-    EXPECT_EQ(log, (Log{"ℹ︎ A.JPG existiert schon mit anderem Inhalt → gespeichert als A_2.JPG",
-                        "✓ bilder/A_2.JPG  (" + formatBytes(3) + ")"}));
+    EXPECT_EQ(log, (Lines{"ℹ︎ A.JPG existiert schon mit anderem Inhalt → gespeichert als A_2.JPG",
+                          "✓ bilder/A_2.JPG  (" + formatBytes(3) + ")"}));
     EXPECT_EQ(reports[0].currentName, "A_2.JPG");
     EXPECT_EQ(files[0]->staged, staging.appending("A_2.JPG"));
 }
@@ -273,8 +273,8 @@ TEST_F(ImportRunnerTest, CountsAFailedDownloadAndGoesOn) {
     file("A.JPG", "aaaa")->error = Error{"Die Karte wurde entfernt."};
     file("B.JPG", "bb");
     runAll();
-    EXPECT_EQ(log, (Log{"✗ A.JPG: Die Karte wurde entfernt.",
-                        "✓ bilder/B.JPG  (" + formatBytes(2) + ")"}));
+    EXPECT_EQ(log, (Lines{"✗ A.JPG: Die Karte wurde entfernt.",
+                          "✓ bilder/B.JPG  (" + formatBytes(2) + ")"}));
     EXPECT_EQ(finished[0].first, (Progress{.total = 2, .done = 1, .failed = 1, .bytesDone = 6}));
     EXPECT_EQ(store->tree(destination), (Tree{{"B.JPG", "bb"}}));
 }
@@ -284,9 +284,9 @@ TEST_F(ImportRunnerTest, RefusesAStagedFileOfTheWrongSize) {
     file("LONG.JPG", "12345678901")->cameraSize = 10;
     file("B.JPG", "bb");
     runAll();
-    EXPECT_EQ(log, (Log{"✗ SHORT.JPG: Größe stimmt nicht (9 statt 10 Bytes)",
-                        "✗ LONG.JPG: Größe stimmt nicht (11 statt 10 Bytes)",
-                        "✓ bilder/B.JPG  (" + formatBytes(2) + ")"}));
+    EXPECT_EQ(log, (Lines{"✗ SHORT.JPG: Größe stimmt nicht (9 statt 10 Bytes)",
+                          "✗ LONG.JPG: Größe stimmt nicht (11 statt 10 Bytes)",
+                          "✓ bilder/B.JPG  (" + formatBytes(2) + ")"}));
     EXPECT_EQ(finished[0].first, (Progress{.total = 3, .done = 1, .failed = 2, .bytesDone = 22}));
     EXPECT_EQ(store->tree(destination), (Tree{{"B.JPG", "bb"}}));
 }
@@ -308,7 +308,7 @@ TEST_F(ImportRunnerTest, TakesAMissingStagedFileForMinusOneBytes) {
     held->deliver();
     store->files.erase(staging.path + "/A.JPG");
     loop.settle();
-    EXPECT_EQ(log, (Log{"✗ A.JPG: Größe stimmt nicht (-1 statt 4 Bytes)"}));
+    EXPECT_EQ(log, (Lines{"✗ A.JPG: Größe stimmt nicht (-1 statt 4 Bytes)"}));
 }
 
 TEST_F(ImportRunnerTest, FindsAFileSavedUnderAnotherName) {
@@ -329,7 +329,7 @@ TEST_F(ImportRunnerTest, NeverFollowsASavedNameOutOfStaging) {
         held->deliver();
         store->files["/card/secret"] = "aaaa";
         loop.settle();
-        EXPECT_EQ(log, (Log{"✗ A.JPG: Ungültiger Dateiname"})) << name;
+        EXPECT_EQ(log, (Lines{"✗ A.JPG: Ungültiger Dateiname"})) << name;
         EXPECT_EQ(store->files.at("/card/secret"), "aaaa") << name;
         EXPECT_EQ(store->tree(destination), Tree()) << name;
     }
@@ -343,8 +343,8 @@ TEST_F(ImportRunnerTest, CountsAFailedMoveAndGoesOn) {
     file("A.JPG", "aaaa");
     file("B.JPG", "bb");
     runAll();
-    EXPECT_EQ(log, (Log{"✗ A.JPG: " + failing->error.message,
-                        "✓ bilder/B.JPG  (" + formatBytes(2) + ")"}));
+    EXPECT_EQ(log, (Lines{"✗ A.JPG: " + failing->error.message,
+                          "✓ bilder/B.JPG  (" + formatBytes(2) + ")"}));
     EXPECT_EQ(finished[0].first, (Progress{.total = 2, .done = 1, .failed = 1, .bytesDone = 6}));
 }
 
@@ -445,8 +445,8 @@ TEST_F(ImportRunnerTest, RefusesAFreeNameThatIsTooLong) {
     file(name, "aaaa");
     file("B.JPG", "bb");
     runAll();
-    EXPECT_EQ(log, (Log{"✗ " + name + ": Ungültiger Dateiname",
-                        "✓ bilder/B.JPG  (" + formatBytes(2) + ")"}));
+    EXPECT_EQ(log, (Lines{"✗ " + name + ": Ungültiger Dateiname",
+                          "✓ bilder/B.JPG  (" + formatBytes(2) + ")"}));
     EXPECT_EQ(files[0]->downloads, 0);
 }
 
@@ -455,8 +455,8 @@ TEST_F(ImportRunnerTest, TakesATakenNameForAnotherFileWhateverItsSize) {
     store->files["/bilder/JPG/A.JPG"] = "bbbb";
     file("A.JPG", "aaaa");
     runAll({.byType = true});
-    EXPECT_EQ(log, (Log{"ℹ︎ A.JPG existiert schon mit anderem Inhalt → gespeichert als A_1.JPG",
-                        "✓ JPG/A_1.JPG  (" + formatBytes(4) + ")"}));
+    EXPECT_EQ(log, (Lines{"ℹ︎ A.JPG existiert schon mit anderem Inhalt → gespeichert als A_1.JPG",
+                          "✓ JPG/A_1.JPG  (" + formatBytes(4) + ")"}));
     EXPECT_EQ(finished[0].first, (Progress{.total = 1, .done = 1, .bytesDone = 4}));
     EXPECT_EQ(store->tree(destination),
               (Tree{{"JPG/", ""}, {"JPG/A.JPG", "bbbb"}, {"JPG/A_1.JPG", "aaaa"}}));
@@ -487,7 +487,7 @@ TEST_F(ImportRunnerTest, IgnoresACompletionOfAnEarlierRun) {
     loop.settle();
     old->deliver();
     loop.settle();
-    EXPECT_EQ(log, Log());
+    EXPECT_EQ(log, Lines());
     EXPECT_EQ(runner->progress().currentName, "B.JPG");
     fresh->deliver();
     loop.settle();
@@ -508,7 +508,7 @@ TEST_F(ImportRunnerTest, SaysNothingMoreOnceAbandoned) {
     loop.advance(Duration(10));
     EXPECT_EQ(reports.size(), before);
     EXPECT_TRUE(finished.empty());
-    EXPECT_EQ(log, Log());
+    EXPECT_EQ(log, Lines());
     EXPECT_EQ(files[1]->downloads, 0);
 }
 
@@ -664,7 +664,7 @@ TEST_F(ImportRunnerTest, LeavesPendingAnswersWithoutEffectWhenItIsGone) {
         loop.advance(Duration(2));
     }
     EXPECT_TRUE(finished.empty());
-    EXPECT_EQ(log, Log());
+    EXPECT_EQ(log, Lines());
 }
 
 TEST_F(ImportRunnerTest, LetsNoFalseNameReachAFileSystem) {
@@ -717,7 +717,7 @@ TEST_F(ImportRunnerTest, CopiesNamesThatAreNotUtf8AndShowsReplacements) {
     file("M\xFCll.JPG", "aaaa");
     runAll();
     EXPECT_EQ(store->tree(destination), (Tree{{"M\xFCll.JPG", "aaaa"}}));
-    EXPECT_EQ(log, (Log{"✓ bilder/M\uFFFDll.JPG  (" + formatBytes(4) + ")"}));
+    EXPECT_EQ(log, (Lines{"✓ bilder/M\uFFFDll.JPG  (" + formatBytes(4) + ")"}));
 }
 
 TEST_F(ImportRunnerTest, SurvivesALongRowOfFilesThatFailAtOnce) {

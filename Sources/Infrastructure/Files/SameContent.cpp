@@ -26,7 +26,7 @@ namespace bildkurier {
 
 namespace {
 
-constexpr std::size_t stepBytes = 1 << 20;
+constexpr std::size_t comparedBytes = 1 << 20;
 constexpr std::align_val_t blockBytes{4096};  ///< what reads past the cache have to begin at
 
 struct FreeBlock {
@@ -40,7 +40,7 @@ public:
 
 private:
     std::unique_ptr<char[], FreeBlock> bytes_{
-        static_cast<char*>(::operator new[](stepBytes, blockBytes))};
+        static_cast<char*>(::operator new[](comparedBytes, blockBytes))};
 };
 
 std::unexpected<Error> unreadable(std::string_view side, int code) {
@@ -78,7 +78,7 @@ public:
     /// The next bytes: as many as there are, a whole step at most.
     Result<std::span<const char>> next() {
         std::size_t filled = 0;
-        while (filled < stepBytes) {
+        while (filled < comparedBytes) {
             const auto count = readTo(filled);
             if (count < 0) return unreadable(side_, errno);
             if (count == 0) break;
@@ -93,7 +93,7 @@ public:
 private:
     ssize_t readTo(std::size_t filled) {
         const auto read = [&] {
-            return ::pread(file_.get(), buffer_.data() + filled, stepBytes - filled,
+            return ::pread(file_.get(), buffer_.data() + filled, comparedBytes - filled,
                            offset_ + static_cast<std::int64_t>(filled));
         };
         const auto count = retried(read);
