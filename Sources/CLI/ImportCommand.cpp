@@ -288,15 +288,24 @@ void ImportCommand::prove() {
     }
     stage_ = Stage::proving;
     auto files = camera_->files();
+    FileKeys gone = toProve_;
     // A twin of a file that was loaded counts as loaded, too.
-    std::erase_if(files, [this](const auto& file) {
-        return !toProve_.contains(fileKey(file->name().value_or(""), file->size()));
+    std::erase_if(files, [&](const auto& file) {
+        const std::string key = fileKey(file->name().value_or(""), file->size());
+        gone.erase(key);
+        return !toProve_.contains(key);
     });
     toProve_.clear();
+    if (!gone.empty()) {
+        setStatus(ExitStatus::filesFailed);
+        report().log("✗ Nicht alles geprüft: Auf der Karte fehlt, was geladen wurde.");
+    }
+    if (files.empty()) return nextCamera();
     proof_->start({.files = sortedByShotDate(std::move(files)),
                    .overlaps = camera_->overlapTest(),
                    .destination = model().dest(),
-                   .content = true});
+                   .content = true,
+                   .isWholeCard = false});
 }
 
 void ImportCommand::proved(const Result<CardProof::Outcome>& outcome) {

@@ -97,6 +97,7 @@ void JsonReport::verified(const CardProof::Outcome& outcome) {
            {"twins", outcome.twins},
            {"unproved", outcome.unproved},
            {"content", outcome.content},
+           {"wholeCard", outcome.isWholeCard},
            {"complete", outcome.isComplete()},
            {"line", proofSummary(outcome)}});
 }

@@ -108,7 +108,9 @@ std::optional<Url> CardProof::stagingToClear() const {
 void CardProof::start(Task task) {
     isRunning_ = true;
     task_ = std::move(task);
-    outcome_ = {.files = std::ssize(task_.files), .content = task_.content};
+    outcome_ = {.files = std::ssize(task_.files),
+                .content = task_.content,
+                .isWholeCard = task_.isWholeCard};
     for (const auto& file : task_.files) outcome_.bytes = byteSum(outcome_.bytes, file->size());
     progress_ = {};
     progress_.total = outcome_.files;

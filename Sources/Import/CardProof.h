@@ -49,8 +49,10 @@ public:
         std::int64_t twins = 0;
         std::int64_t unproved = 0;  ///< of which nothing could be found out
         bool content = false;       ///< whether contents were compared
+        bool isWholeCard = true;    ///< not only what was loaded just now
 
-        bool isComplete() const { return present == files; }
+        /// Never of no file at all: an empty card may be one that cannot be read.
+        bool isComplete() const { return files > 0 && present == files && unproved == 0; }
         bool operator==(const Outcome&) const = default;
     };
 
@@ -67,6 +69,7 @@ public:
         Camera::OverlapTest overlaps;
         Url destination;
         bool content = false;
+        bool isWholeCard = true;
     };
 
     static constexpr Duration reportInterval{0.25};

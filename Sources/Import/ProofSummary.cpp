@@ -44,6 +44,14 @@ std::string findingLine(const CardProof::Finding& finding) {
 std::string proofSummary(const CardProof::Outcome& outcome) {
     if (outcome.files == 0) return "Auf der Karte ist keine Datei, die zu prüfen wäre.";
     const std::string size = formatBytes(outcome.bytes);
+    if (outcome.isComplete() && !outcome.isWholeCard) {
+        const auto loaded =
+            outcome.files == 1
+                ? fmt::format("Die eine geladene Datei ({}) ist", size)
+                : fmt::format("Alle {} geladenen Dateien ({}) sind", outcome.files, size);
+        return fmt::format(
+            "✓ {} am Ziel, Byte für Byte gleich. Die ganze Karte prüft verify --content.", loaded);
+    }
     if (outcome.isComplete()) {
         const auto all = outcome.files == 1
                              ? fmt::format("Die eine Datei ({}) ist", size)

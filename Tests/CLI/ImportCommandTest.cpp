@@ -885,7 +885,10 @@ TEST_F(ImportCommandTest, ProvesWhatItHasLoaded) {
     store->files["/bilder/B.JPG"] = "BB";
     run(*camera);
     const Lines lines = reported();
-    EXPECT_EQ(lines.back(), "✓ Die eine Datei (4 Byte) ist am Ziel, Byte für Byte gleich.");
+    EXPECT_EQ(
+        lines.back(),
+        "✓ Die eine geladene Datei (4 Byte) ist am Ziel, Byte für Byte gleich. Die ganze Karte "
+        "prüft verify --content.");
     EXPECT_FALSE(lock->held);
     expectEnd(ExitStatus::success);
 }

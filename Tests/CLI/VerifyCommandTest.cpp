@@ -85,6 +85,14 @@ TEST_F(VerifyCommandTest, ProvesTheGivenCardsOneAfterTheOther) {
     expectEnd(ExitStatus::filesFailed);
 }
 
+TEST_F(VerifyCommandTest, ProvesNothingOfAnEmptyCard) {
+    const auto camera = attach("A");
+    command->begin();
+    deliver(*camera);
+    EXPECT_EQ(report.lines.back(), "Auf der Karte ist keine Datei, die zu prüfen wäre.");
+    expectEnd(ExitStatus::filesFailed);
+}
+
 TEST_F(VerifyCommandTest, SaysWhenThereIsNoCameraToOpen) {
     make();
     command->begin();

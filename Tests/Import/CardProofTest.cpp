@@ -255,6 +255,13 @@ TEST_F(CardProofTest, StopsWorkUnderWayWhenItGoes) {
     EXPECT_EQ(reader->comparisons, 0);
 }
 
+TEST(ProofOutcome, IsCompleteOnlyWhereEveryOneOfSomeFilesIsProved) {
+    EXPECT_FALSE(Outcome{}.isComplete());
+    EXPECT_TRUE((Outcome{.files = 2, .present = 2}).isComplete());
+    EXPECT_FALSE((Outcome{.files = 2, .present = 1, .missing = 1}).isComplete());
+    EXPECT_FALSE((Outcome{.files = 2, .present = 2, .unproved = 1}).isComplete());
+}
+
 TEST(ProofSummary, ClosesAProofInOneSentence) {
     const struct {
         Outcome outcome;
@@ -265,6 +272,12 @@ TEST(ProofSummary, ClosesAProofInOneSentence) {
          "✓ Die eine Datei (2 MB) ist am Ziel, Byte für Byte gleich."},
         {{.files = 20, .bytes = 2'000'000, .present = 20, .content = true},
          "✓ Alle 20 Dateien (2 MB) sind am Ziel, Byte für Byte gleich."},
+        {{.files = 1, .bytes = 2'000'000, .present = 1, .content = true, .isWholeCard = false},
+         "✓ Die eine geladene Datei (2 MB) ist am Ziel, Byte für Byte gleich. Die ganze Karte "
+         "prüft verify --content."},
+        {{.files = 20, .bytes = 2'000'000, .present = 20, .content = true, .isWholeCard = false},
+         "✓ Alle 20 geladenen Dateien (2 MB) sind am Ziel, Byte für Byte gleich. Die ganze Karte "
+         "prüft verify --content."},
         {{.files = 20, .bytes = 2'000'000, .present = 20},
          "✓ Alle 20 Dateien (2 MB) sind dem Namen und der Größe nach am Ziel. Den Inhalt "
          "vergleicht --content."},

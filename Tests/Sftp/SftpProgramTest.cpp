@@ -233,8 +233,8 @@ TEST_F(SftpProgramTest, ProvesThatACardIsOnTheServer) {
     const auto loaded = run(words);
     EXPECT_EQ(loaded.exitStatus, 0) << loaded.out << loaded.err;
     EXPECT_TRUE(
-        loaded.out.ends_with("✓ Die eine Datei (3 Byte) ist am Ziel, Byte für Byte "
-                             "gleich.\n"))
+        loaded.out.ends_with("✓ Die eine geladene Datei (3 Byte) ist am Ziel, Byte für Byte "
+                             "gleich. Die ganze Karte prüft verify --content.\n"))
         << loaded.out;
 
     server->changeHostKey();

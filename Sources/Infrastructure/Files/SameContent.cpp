@@ -55,7 +55,7 @@ public:
     FileOnMedium& operator=(const FileOnMedium&) = delete;
     ~FileOnMedium() {
         // What had to go through the cache is not to answer whoever asks next.
-        if (file_ && !isDirect_) forgetCache();
+        if (file_) forgetCache();
     }
 
     /// Answers how many bytes it has.
@@ -71,7 +71,8 @@ public:
         struct stat found{};
         if (!file_ || ::fstat(file_.get(), &found) != 0) return unreadable(side_, errno);
         if (!S_ISREG(found.st_mode)) return failure(std::string(side_) + " steht dort keine Datei");
-        if (!isDirect_) forgetCache();
+        // Some file systems answer direct reads from the cache, too.
+        forgetCache();
         return found.st_size;
     }
 
