@@ -217,8 +217,8 @@ TEST_F(VerifyProgramTest, ProvesWhatAnImportHasLoaded) {
     const auto first = import({"--verify"});
     EXPECT_EQ(first.exitStatus, 0);
     EXPECT_TRUE(
-        first.out.ends_with("✓ Alle 2 Dateien (5 KB) sind am Ziel, Byte für Byte "
-                            "gleich.\n"))
+        first.out.ends_with("✓ Alle 2 geladenen Dateien (5 KB) sind am Ziel, Byte für Byte "
+                            "gleich. Die ganze Karte prüft verify --content.\n"))
         << first.out;
     addLarge("IMG_3.JPG", 4'000);
     // What was loaded earlier is not asked for.
@@ -227,6 +227,7 @@ TEST_F(VerifyProgramTest, ProvesWhatAnImportHasLoaded) {
     EXPECT_EQ(second.exitStatus, 0) << second.out;
     EXPECT_EQ(lastLine(second)["event"], "verified");
     EXPECT_EQ(lastLine(second)["files"], 1);
+    EXPECT_EQ(lastLine(second)["wholeCard"], false);
     // A twin of a file that was loaded was not loaded itself.
     addLarge("IMG_4.JPG", 3'500);
     addLarge("sub/IMG_4.JPG", 3'500);
