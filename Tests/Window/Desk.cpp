@@ -46,6 +46,10 @@ std::string Desk::inFront() {
 }
 
 void Desk::bringToFront(const std::string& window) {
+    // xdotool first goes to the window's desktop, and to none at all while the window manager has
+    // not taken the window yet.
+    if (!soon([&] { return told({"get_desktop_for_window", window}) == told({"get_desktop"}); }))
+        throw std::runtime_error("the window manager does not take the window");
     told({"windowactivate", "--sync", window, "windowraise", window});
 }
 
