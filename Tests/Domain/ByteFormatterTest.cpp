@@ -15,7 +15,7 @@
 namespace bildkurier {
 namespace {
 
-constexpr auto most = std::numeric_limits<std::int64_t>::max();
+constexpr auto utmost = std::numeric_limits<std::int64_t>::max();
 
 struct Case {
     std::int64_t bytes;
@@ -43,7 +43,7 @@ TEST(ByteFormatter, WritesGermanSizes) {
         {2'340'000'000'000, "2,34 TB"},
         {5'670'000'000'000'000, "5,67 PB"},
         {1'000'000'000'000'000'000, "1 EB"},
-        {most, "9,22 EB"},
+        {utmost, "9,22 EB"},
     };
     for (const auto& [bytes, text] : cases) EXPECT_EQ(formatter.text(bytes), text) << bytes;
 }
@@ -87,13 +87,13 @@ TEST(ByteFormatter, FollowsTheLocale) {
         {"en_US", 1'000, "1 KB"},
         {"en_US", 38'500'000, "38.5 MB"},
         {"en_US", 14'200'000'000, "14.2 GB"},
-        {"en_US", most, "9.22 EB"},
+        {"en_US", utmost, "9.22 EB"},
         {"en_US_POSIX", 14'230'000'000, "14.23 GB"},
         {"fr_FR", 1, "1 octet"},
         {"fr_FR", 999, "999 octets"},
         {"fr_FR", 1'000, "1 Ko"},
         {"fr_FR", 38'500'000, "38,5 Mo"},
-        {"fr_FR", most, "9,22 Eo"},
+        {"fr_FR", utmost, "9,22 Eo"},
         {"ru_RU", 1'000, "1 КБ"},
         {"de_CH", 14'200'000'000, "14.2 GB"},
         {"ko_KR", 1'000, "1 KB"},
@@ -134,7 +134,7 @@ TEST(ByteFormatter, ServesSeveralThreadsAtOnce) {
     const ByteFormatter formatter("de_DE");
     const auto texts = [&] {
         std::vector<std::string> result;
-        for (std::int64_t bytes = 1; bytes < most / 3; bytes += bytes / 2 + 1) {
+        for (std::int64_t bytes = 1; bytes < utmost / 3; bytes += bytes / 2 + 1) {
             result.push_back(formatter.text(bytes));
         }
         return result;
@@ -150,7 +150,7 @@ RC_GTEST_PROP(ByteFormatter, IsNeverFartherOffThanHalfADigit, ()) {
         {"GB", {1e9L, 2}},   {"TB", {1e12L, 2}},   {"PB", {1e15L, 2}}, {"EB", {1e18L, 2}},
     };
     const auto magnitude = *rc::gen::inRange(0, 63);
-    const auto bytes = *rc::gen::inRange<std::int64_t>(1, most >> magnitude);
+    const auto bytes = *rc::gen::inRange<std::int64_t>(1, utmost >> magnitude);
     std::string number;
     std::string unit;
     std::istringstream(formatter.text(bytes)) >> number >> unit;

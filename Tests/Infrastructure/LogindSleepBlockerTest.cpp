@@ -23,7 +23,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-const std::string request = "idle:sleep|Bildkurier|Bildkurier läuft|block";
+const std::string inhibition = "idle:sleep|Bildkurier|Bildkurier läuft|block";
 
 /// How long a call takes.
 template <class Call>
@@ -48,7 +48,7 @@ TEST_F(LogindSleepBlockerTest, HoldsWhatLogindGivesUntilTheEnd) {
     const MockLogind logind;
     LogindSleepBlocker blocker;
     blocker.begin("Bildkurier läuft");
-    EXPECT_EQ(logind.nextEvent(), request);
+    EXPECT_EQ(logind.nextEvent(), inhibition);
     blocker.end();
     EXPECT_EQ(logind.nextEvent(), "released");
 }
@@ -58,7 +58,7 @@ TEST_F(LogindSleepBlockerTest, AsksOnceHoweverOftenItBegins) {
     LogindSleepBlocker blocker;
     blocker.begin("Bildkurier läuft");
     blocker.begin("noch einmal");
-    EXPECT_EQ(logind.nextEvent(), request);
+    EXPECT_EQ(logind.nextEvent(), inhibition);
     blocker.end();
     EXPECT_EQ(logind.nextEvent(), "released");
 }
@@ -69,7 +69,7 @@ TEST_F(LogindSleepBlockerTest, EndsOnceHoweverOftenItIsTold) {
     blocker.end();
     for (int i = 0; i < 3; ++i) {
         blocker.begin("Bildkurier läuft");
-        EXPECT_EQ(logind.nextEvent(), request);
+        EXPECT_EQ(logind.nextEvent(), inhibition);
         blocker.end();
         blocker.end();
         EXPECT_EQ(logind.nextEvent(), "released");
@@ -80,7 +80,7 @@ TEST_F(LogindSleepBlockerTest, EndsWithItsObject) {
     const MockLogind logind;
     auto blocker = std::make_unique<LogindSleepBlocker>();
     blocker->begin("Bildkurier läuft");
-    EXPECT_EQ(logind.nextEvent(), request);
+    EXPECT_EQ(logind.nextEvent(), inhibition);
     blocker.reset();
     EXPECT_EQ(logind.nextEvent(), "released");
 }
@@ -95,7 +95,7 @@ TEST_F(LogindSleepBlockerTest, EndsWhenItsProcessIsKilled) {
         while (true) ::pause();
         return true;
     });
-    EXPECT_EQ(logind.nextEvent(), request);
+    EXPECT_EQ(logind.nextEvent(), inhibition);
     ASSERT_EQ(begun.read(), "begun");
     importing.kill();
     EXPECT_EQ(logind.nextEvent(), "released");
@@ -105,7 +105,7 @@ TEST_F(LogindSleepBlockerTest, DoesNotHandItOnToOtherPrograms) {
     const MockLogind logind;
     LogindSleepBlocker blocker;
     blocker.begin("Bildkurier läuft");
-    EXPECT_EQ(logind.nextEvent(), request);
+    EXPECT_EQ(logind.nextEvent(), inhibition);
     const ChildProcess program([] {
         ::execl("/bin/sh", "sh", "-c", "exec sleep 600", nullptr);
         return false;
@@ -118,7 +118,7 @@ TEST_F(LogindSleepBlockerTest, ForbidsOnlyIdlingWhereTheUserMayNotForbidSleep) {
     const MockLogind logind(MockLogind::Manner::deniesSleep);
     LogindSleepBlocker blocker;
     blocker.begin("Bildkurier läuft");
-    EXPECT_EQ(logind.nextEvent(), request);
+    EXPECT_EQ(logind.nextEvent(), inhibition);
     EXPECT_EQ(logind.nextEvent(), "idle|Bildkurier|Bildkurier läuft|block");
     blocker.end();
     EXPECT_EQ(logind.nextEvent(), "released");
@@ -130,7 +130,7 @@ TEST_F(LogindSleepBlockerTest, DoesNothingWithoutLogindAndAsksAgainTheNextTime) 
     blocker.end();
     const MockLogind logind;
     blocker.begin("Bildkurier läuft");
-    EXPECT_EQ(logind.nextEvent(), request);
+    EXPECT_EQ(logind.nextEvent(), inhibition);
     blocker.end();
     EXPECT_EQ(logind.nextEvent(), "released");
 }
@@ -139,7 +139,7 @@ TEST_F(LogindSleepBlockerTest, DoesNotWaitLongForALogindThatIsSilent) {
     const MockLogind logind(MockLogind::Manner::isSilent);
     LogindSleepBlocker blocker;
     EXPECT_LT(duration([&] { blocker.begin("Bildkurier läuft"); }), std::chrono::seconds(5));
-    EXPECT_EQ(logind.nextEvent(), request);
+    EXPECT_EQ(logind.nextEvent(), inhibition);
 }
 
 TEST(LogindSleepBlocker, DoesNothingWithoutABus) {

@@ -22,10 +22,10 @@ namespace bildkurier {
 namespace {
 
 constexpr std::string_view prefix = ".bildkurier-";
-constexpr std::size_t digits = 16;
+constexpr std::size_t markDigits = 16;
 
 bool isHiddenCopyName(std::string_view name) {
-    return name.size() == prefix.size() + digits && name.starts_with(prefix) &&
+    return name.size() == prefix.size() + markDigits && name.starts_with(prefix) &&
            name.find_first_not_of("0123456789abcdef", prefix.size()) == std::string_view::npos;
 }
 
