@@ -208,13 +208,17 @@ void ImportCommand::lookForReturn() {
 }
 
 void ImportCommand::goOn() {
-    const auto& cameras = model().cameras();
-    camera_ = *std::ranges::find(cameras, model().selectedID(), &Camera::id);
+    takeReturned();
     stage_ = Stage::running;
     plan_ = planned();
     announceImport(plan_);
     tellOfVanished();
     noteFiles();
+}
+
+void ImportCommand::takeReturned() {
+    const auto& cameras = model().cameras();
+    camera_ = *std::ranges::find(cameras, model().selectedID(), &Camera::id);
 }
 
 void ImportCommand::lookWhileAwaiting() {
@@ -234,6 +238,7 @@ void ImportCommand::lookWhileAwaiting() {
 }
 
 void ImportCommand::endAfterReturn() {
+    takeReturned();
     auto progress = lost_;
     const Vanished vanished = tellOfVanished();
     if (plan_.files == 0) progress.failed += tellOfUnreadable().failed;

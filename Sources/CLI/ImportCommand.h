@@ -59,6 +59,7 @@ private:
     void lookWhileAwaiting();
     /// The import goes on.
     void goOn();
+    void takeReturned();
     /// The camera is back, but nothing of its import is left to load.
     void endAfterReturn();
     /// Chooses the first day that the user wants; false when nothing was shot since then.

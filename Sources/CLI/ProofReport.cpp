@@ -2,11 +2,20 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ProofReport.h"
 
+#include "FileName.h"
+
+#include <fmt/format.h>
+
 namespace bildkurier {
 
 void tellOf(CardProof& proof, Report& report) {
     proof.onNewServer = [&report](const std::string& fingerprint) {
         report.newServer(fingerprint);
+    };
+    proof.onUnreadable = [&report](const std::string& folder) {
+        report.log(fmt::format(
+            "ℹ︎ Am Ziel ist der Ordner {} nicht lesbar: Was darin liegt, gilt als fehlend.",
+            displayText(folder)));
     };
     proof.onComparing = [&report](const CardProof::Outcome& all) { report.comparing(all); };
     proof.onProgress = [&report](const ImportRunner::Progress& progress,

@@ -38,6 +38,7 @@ void VerifyCommand::nextCamera() {
     if (waiting_.empty()) return end();
     camera_ = std::move(waiting_.front());
     waiting_.pop_front();
+    isListed_ = false;
     if (severalCameras_) report_.cameras({&camera_, 1});
     camera_->setDelegate(weak_from_this());
     camera_->openSession();
@@ -61,7 +62,9 @@ void VerifyCommand::cameraDidOpenSession(Camera& camera, const std::optional<Err
 void VerifyCommand::cameraCatalogGrows(Camera& /*camera*/, std::size_t /*filesSoFar*/) {}
 
 void VerifyCommand::cameraCatalogReady(Camera& camera) {
-    if (ended_ || &camera != camera_.get() || proof_->isRunning()) return;
+    if (ended_ || &camera != camera_.get()) return;
+    if (isListed_) return cameraCatalogChanged(camera);
+    isListed_ = true;
     proof_->start({.files = sortedByShotDate(camera.files()),
                    .overlaps = camera.overlapTest(),
                    .destination = destination_,

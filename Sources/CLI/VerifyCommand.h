@@ -59,6 +59,7 @@ private:
     std::vector<std::shared_ptr<Camera>> cameras_;
     std::deque<std::shared_ptr<Camera>> waiting_;
     std::shared_ptr<Camera> camera_;  ///< whose session is held
+    bool isListed_ = false;           ///< its catalogue has been read
     bool severalCameras_ = false;
     bool ended_ = false;
     ExitStatus status_ = ExitStatus::success;

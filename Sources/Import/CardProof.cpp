@@ -30,7 +30,7 @@ constexpr std::size_t batchFiles = 64;
 /// What has to be compared.
 struct CardProof::Plan {
     std::optional<std::string> newServer;
-    std::vector<File> destination;
+    ContentReader::Listing destination;
     std::vector<ProofGroup> groups;
 };
 
@@ -132,9 +132,9 @@ void CardProof::start(Task task) {
             if (overlaps(destination)) return failure(ImportModel::overlapStatus);
             Plan plan;
             const auto list = [&]() -> Result<> {
-                auto files = reader->files(destination);
-                if (!files) return std::unexpected(files.error());
-                plan.destination = *std::move(files);
+                auto listing = reader->files(destination);
+                if (!listing) return std::unexpected(listing.error());
+                plan.destination = *std::move(listing);
                 return {};
             };
             if (destination.isFile()) {
@@ -145,7 +145,7 @@ void CardProof::start(Task task) {
                 if (visit.error) return std::unexpected(*visit.error);
                 if (visit.isFirst) plan.newServer = visit.fingerprint;
             }
-            plan.groups = proofGroups(card, plan.destination);
+            plan.groups = proofGroups(card, plan.destination.files);
             return plan;
         },
         run_([this](Result<Plan> plan) { planned(std::move(plan)); }));
@@ -163,6 +163,7 @@ void CardProof::cancel() {
 void CardProof::planned(Result<Plan> plan) {
     if (!plan) return finish(std::unexpected(plan.error()));
     if (plan->newServer) onNewServer(*plan->newServer);
+    for (const auto& folder : plan->destination.unreadable) onUnreadable(folder);
     for (std::size_t n = 0; n < task_.files.size(); ++n) {
         if (const auto obstacle = task_.files[n]->obstacle()) {
             tell(n, {.kind = Kind::notReadable, .why = obstacle->message});
@@ -170,7 +171,7 @@ void CardProof::planned(Result<Plan> plan) {
             tell(n, {.kind = Kind::notReadable, .why = "Datei ohne Namen"});
         }
     }
-    destination_ = std::make_shared<const std::vector<File>>(std::move(plan->destination));
+    destination_ = std::make_shared<const std::vector<File>>(std::move(plan->destination.files));
     for (ProofGroup& group : plan->groups) {
         if (!task_.content) {
             tell(group, provedByKey(group));

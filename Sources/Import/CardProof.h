@@ -83,6 +83,8 @@ public:
 
     /// The destination is a server that was never met before, with a key of this fingerprint.
     std::function<void(const std::string&)> onNewServer = [](const std::string&) {};
+    /// A folder of the destination, in which anything may be: its path there, untrusted.
+    std::function<void(const std::string&)> onUnreadable = [](const std::string&) {};
     /// Contents are about to be compared.
     std::function<void(const Outcome&)> onComparing = [](const Outcome&) {};
     std::function<void(const ImportRunner::Progress&, const SpeedMeter::Reading&)> onProgress =

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace bildkurier {
@@ -27,6 +28,11 @@ public:
         bool operator==(const File&) const = default;
     };
 
+    struct Listing {
+        std::vector<File> files;
+        std::vector<std::string> unreadable;  ///< folders below, as far as that is told
+    };
+
     /// Told how many bytes more have been compared; false stops the comparison.
     using Step = std::function<bool(std::int64_t)>;
 
@@ -34,7 +40,7 @@ public:
 
     /// Every regular file below `folder`, at any depth that an import looks into, hidden ones
     /// left out. A folder that is missing has none; fails where a server does not answer.
-    virtual Result<std::vector<File>> files(const Url& folder) = 0;
+    virtual Result<Listing> files(const Url& folder) = 0;
 
     /// Where each of `files`, which are of one destination, can be read on this computer: in its
     /// place, or a copy of the size that it should have, named `prefix` and a number, in
@@ -42,9 +48,10 @@ public:
     virtual std::vector<Result<PlacedFile>> fetch(std::span<const File> files, const Url& staging,
                                                   const std::string& prefix) = 0;
 
-    /// Whether both files of this computer have `size` bytes and all of them are equal, as the
-    /// media hold them and no cache. Fails where one cannot be read, or when stopped.
-    virtual Result<bool> haveSameContent(const PlacedFile& one, const PlacedFile& other,
+    /// Whether the card's file and the destination's, both on this computer and of `size` bytes
+    /// when they were listed, are equal, as the media hold them and no cache. Fails where one
+    /// cannot be read or has another size by now, or when stopped.
+    virtual Result<bool> haveSameContent(const PlacedFile& card, const PlacedFile& destination,
                                          std::int64_t size, const Step& step) = 0;
 };
 

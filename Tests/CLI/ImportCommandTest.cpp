@@ -919,6 +919,25 @@ TEST_F(ImportCommandTest, FailsWhereWhatItHasLoadedIsNotProved) {
     expectEnd(ExitStatus::filesFailed);
 }
 
+TEST_F(ImportCommandTest, ProvesWhatItHasLoadedWhenNothingIsMissingAfterTheReturn) {
+    options.verify = true;
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    const auto second = file(*camera, "B.JPG", "bb");
+    second->holdsBack = true;
+    run(*camera);
+    lose(camera);
+    store->files["/bilder/B.JPG"] = "bb";
+    second->holdsBack = false;
+    reported();
+    deliver(*returned(*camera));
+    EXPECT_EQ(
+        reported().back(),
+        "✓ Alle 2 geladenen Dateien (6 Byte) sind am Ziel, Byte für Byte gleich. Die ganze Karte "
+        "prüft verify --content.");
+    expectEnd(ExitStatus::success);
+}
+
 TEST_F(ImportCommandTest, StopsAProofWhoseCameraIsLost) {
     options.verify = true;
     const auto camera = attach("A");

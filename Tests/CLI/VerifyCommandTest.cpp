@@ -53,8 +53,9 @@ protected:
 
     ManualRunLoop loop;
     std::shared_ptr<MemoryFileStore> store = std::make_shared<MemoryFileStore>();
+    std::shared_ptr<MemoryContentReader> reader = std::make_shared<MemoryContentReader>(store);
     std::shared_ptr<CardProof> proof = std::make_shared<CardProof>(
-        CardProof::Collaborators{.reader = std::make_shared<MemoryContentReader>(store),
+        CardProof::Collaborators{.reader = reader,
                                  .fileStore = store,
                                  .keyring = nullptr,
                                  .runLock = std::make_shared<FakeRunLock>(),
@@ -128,6 +129,33 @@ TEST_F(VerifyCommandTest, ProvesNoCardThatChangesMeanwhile) {
     deliver(*camera);
     camera->catalogChanged();
     EXPECT_TRUE(report.lines.back().starts_with("error: Auf der Karte hat sich"));
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(VerifyCommandTest, ProvesNoCardThatIsReadAgainBeforeTheNext) {
+    options.cards = {"/a", "/b"};
+    const auto camera = attach("A");
+    attach("B");
+    file(*camera, "A.JPG", "aaaa");
+    store->files["/bilder/A.JPG"] = "aaaa";
+    command->begin();
+    camera->sessionOpened();
+    camera->catalogReady();
+    while (proof->isRunning()) ASSERT_TRUE(loop.stepBackground() || loop.stepMain());
+    camera->catalogReady();
+    loop.settle();
+    EXPECT_TRUE(report.lines.back().starts_with("error: Auf der Karte hat sich"));
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(VerifyCommandTest, TellsOfFoldersOfTheDestinationThatCannotBeRead) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    reader->unreadableFolders = {"geheim\n"};
+    command->begin();
+    deliver(*camera);
+    EXPECT_EQ(report.lines.front(),
+              "ℹ︎ Am Ziel ist der Ordner geheim␊ nicht lesbar: Was darin liegt, gilt als fehlend.");
     expectEnd(ExitStatus::filesFailed);
 }
 

@@ -24,20 +24,21 @@ public:
 
     std::optional<Error> refusal;      ///< of every listing
     std::set<std::string> unreadable;  ///< paths
+    std::vector<std::string> unreadableFolders;
     int comparisons = 0;
     int fetches = 0;             ///< that copied something
     std::size_t copied = 0;      ///< files
     std::size_t mostCopies = 0;  ///< in the staging folder at a time
 
-    Result<std::vector<File>> files(const Url& folder) override {
+    Result<Listing> files(const Url& folder) override {
         if (refusal) return std::unexpected(*refusal);
-        std::vector<File> found;
+        Listing found{.files = {}, .unreadable = unreadableFolders};
         for (const auto& [path, contents] : store_->files) {
             const std::string above = folder.path + "/";
             if (!path.starts_with(above) || path.find("/.", above.size() - 1) != std::string::npos)
                 continue;
-            found.push_back({.place = {.folder = folder, .path = path.substr(above.size())},
-                             .size = std::ssize(contents)});
+            found.files.push_back({.place = {.folder = folder, .path = path.substr(above.size())},
+                                   .size = std::ssize(contents)});
         }
         return found;
     }

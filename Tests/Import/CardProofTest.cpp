@@ -103,6 +103,15 @@ TEST_F(CardProofTest, FindsThatAllIsThere) {
     EXPECT_EQ(found, Lines{});
 }
 
+TEST_F(CardProofTest, TellsOfFoldersOfTheDestinationThatCannotBeRead) {
+    Lines folders;
+    proof->onUnreadable = [&](const std::string& folder) { folders.push_back(folder); };
+    reader->unreadableFolders = {"a", "b/c"};
+    cardFile("A.JPG", "aa");
+    EXPECT_EQ(run(false), (Outcome{.files = 1, .bytes = 2, .missing = 1}));
+    EXPECT_EQ(folders, (Lines{"a", "b/c"}));
+}
+
 TEST_F(CardProofTest, TellsOfEachFileThatIsNotThere) {
     cardFile("A.JPG", "aa");
     cardFile("B.JPG", "bbb");

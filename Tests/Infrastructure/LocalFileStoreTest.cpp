@@ -77,6 +77,27 @@ TEST_F(LocalFileStoreTest, FindsTheKeysAroundAFolderThatMayNotBeRead) {
     fs::permissions(folder.path("closed"), fs::perms::owner_all);
 }
 
+TEST_F(LocalFileStoreTest, NamesTheFoldersThatMayNotBeRead) {
+    folder.write("open/b/IMG_1.JPG", "one");
+    folder.write("open/a/IMG_2.JPG", "two");
+    folder.write("open/IMG_3.JPG", "three");
+    folder.write(".hidden/IMG_4.JPG", "four");
+    fs::permissions(folder.path(), fs::perms::all);
+    for (const char* closed : {"open/a", "open/b", ".hidden"})
+        fs::permissions(folder.path(closed), fs::perms::none);
+    runAsOrdinaryUser([&] {
+        const auto listing = store.files(folder.url());
+        ASSERT_TRUE(listing);
+        ASSERT_EQ(listing->files.size(), 1U);
+        EXPECT_EQ(listing->files[0].place.path, "open/IMG_3.JPG");
+        EXPECT_EQ(listing->unreadable, (std::vector<std::string>{"open/a", "open/b"}));
+        EXPECT_FALSE(store.files(folder.url("open/a")));
+    });
+    EXPECT_EQ(store.files(folder.url("none"))->files.size(), 0U);
+    for (const char* closed : {"open/a", "open/b", ".hidden"})
+        fs::permissions(folder.path(closed), fs::perms::owner_all);
+}
+
 TEST_F(LocalFileStoreTest, FindsTheKeysOfManyFoldersAndFiles) {
     FileKeys keys;
     for (int n = 0; n < 3'000; ++n) {

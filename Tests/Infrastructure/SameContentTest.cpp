@@ -25,6 +25,11 @@ protected:
         return {.folder = folder.url(), .path = name};
     }
 
+    static void expectChanged(const Result<bool>& result, const std::string& side) {
+        ASSERT_FALSE(result);
+        EXPECT_EQ(result.error().message, "hat sich " + side + " während der Prüfung verändert");
+    }
+
     Result<bool> compare(const PlacedFile& one, const PlacedFile& other, std::size_t size) {
         told = 0;
         return haveSameContent(one, other, static_cast<std::int64_t>(size),
@@ -71,13 +76,31 @@ TEST_F(SameContentTest, ComparesEveryByte) {
     }
 }
 
-TEST_F(SameContentTest, TakesFilesOfAnotherSizeForOthers) {
+TEST_F(SameContentTest, FailsWhereAFileHasChangedSinceItWasListed) {
     const auto one = place("one", "abc");
     const auto longer = place("longer", "abcd");
-    EXPECT_EQ(compare(one, longer, 3), false);
-    EXPECT_EQ(compare(longer, one, 3), false);
-    EXPECT_EQ(compare(longer, longer, 3), false);
-    EXPECT_EQ(compare(one, one, 4), false);
+    expectChanged(compare(one, longer, 3), "am Ziel");
+    expectChanged(compare(longer, one, 3), "auf der Karte");
+    expectChanged(compare(longer, longer, 3), "auf der Karte");
+    expectChanged(compare(one, one, 4), "auf der Karte");
+}
+
+TEST_F(SameContentTest, FailsWhereAFileBecomesShorterMeanwhile) {
+    const std::string contents = bytes(5'000'000);
+    const struct {
+        const char* file;
+        const char* side;
+    } cases[] = {{"card", "auf der Karte"}, {"destination", "am Ziel"}};
+    for (const auto& [file, side] : cases) {
+        const auto card = place("card", contents);
+        const auto destination = place("destination", contents);
+        expectChanged(haveSameContent(card, destination, 5'000'000,
+                                      [&](std::int64_t) {
+                                          fs::resize_file(folder.path(file), 2'500'000);
+                                          return true;
+                                      }),
+                      side);
+    }
 }
 
 TEST_F(SameContentTest, FailsWhereAFileCannotBeRead) {

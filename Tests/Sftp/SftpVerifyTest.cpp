@@ -37,7 +37,7 @@ protected:
     std::vector<File> listed() const {
         auto found = reader().files(server->url("fotos"));
         EXPECT_TRUE(found) << found.error().message;
-        return found ? *found : std::vector<File>();
+        return found ? found->files : std::vector<File>();
     }
 
     DestinationReader& reader() const { return *reader_; }

@@ -15,12 +15,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <filesystem>
 #include <functional>
 #include <iterator>
 #include <limits>
+#include <mutex>
 #include <numeric>
 #include <string_view>
 #include <system_error>
@@ -114,9 +114,11 @@ FileKeys LocalFileStore::existingFileKeys(const Url& folder) {
     return keys;
 }
 
-Result<std::vector<ContentReader::File>> LocalFileStore::files(const Url& folder) {
+Result<ContentReader::Listing> LocalFileStore::files(const Url& folder) {
     using File = ContentReader::File;
-    std::atomic<int> rootError = 0;
+    ContentReader::Listing listing;
+    int rootError = 0;
+    std::mutex guard;  // of both
     const Url root = Url::file(localPath(folder));
     auto found = scanned<File>(
         folder, isNetworkVolume(folder),
@@ -126,14 +128,19 @@ Result<std::vector<ContentReader::File>> LocalFileStore::files(const Url& folder
             return File{.place = {.folder = root, .path = path.append(file.name)},
                         .size = file.size};
         },
-        [&rootError](std::size_t, std::string_view path, int error) {
-            if (path.empty()) rootError = error;
+        [&](std::size_t, std::string_view path, int error) {
+            const std::scoped_lock lock(guard);
+            if (path.empty()) {
+                rootError = error;
+            } else {
+                listing.unreadable.emplace_back(path);
+            }
         });
     if (rootError != 0 && rootError != ENOENT) return std::unexpected(systemError(rootError));
-    std::vector<File> files;
-    files.reserve(count(found));
-    for (auto& part : found) std::ranges::move(part.items, std::back_inserter(files));
-    return files;
+    listing.files.reserve(count(found));
+    for (auto& part : found) std::ranges::move(part.items, std::back_inserter(listing.files));
+    std::ranges::sort(listing.unreadable);
+    return listing;
 }
 
 bool LocalFileStore::fileExists(const Url& url) { return factsOf(url).has_value(); }

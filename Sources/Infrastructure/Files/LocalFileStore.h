@@ -26,7 +26,7 @@ public:
 
     /// The files whose keys `existingFileKeys` answers. One that is missing has none; fails where
     /// the folder itself cannot be read.
-    Result<std::vector<ContentReader::File>> files(const Url& folder);
+    Result<ContentReader::Listing> files(const Url& folder);
 };
 
 }  // namespace bildkurier

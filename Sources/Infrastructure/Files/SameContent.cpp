@@ -8,6 +8,7 @@
 #include "SystemError.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -26,6 +27,8 @@ namespace bildkurier {
 
 namespace {
 
+constexpr std::string_view card = "auf der Karte";
+constexpr std::string_view destination = "am Ziel";
 constexpr std::size_t comparedBytes = 1 << 20;
 constexpr std::align_val_t blockBytes{4096};  ///< what reads past the cache have to begin at
 
@@ -45,6 +48,10 @@ private:
 
 std::unexpected<Error> unreadable(std::string_view side, int code) {
     return failure(std::string(side) + " nicht lesbar: " + systemError(code).message);
+}
+
+std::unexpected<Error> changed(std::string_view side) {
+    return failure(fmt::format("hat sich {} während der Prüfung verändert", side));
 }
 
 /// A file that is read from the medium, front to back.
@@ -123,23 +130,24 @@ private:
 
 Result<bool> haveSameContent(const PlacedFile& one, const PlacedFile& other, std::int64_t size,
                              const std::function<bool(std::int64_t)>& step) {
-    FileOnMedium first("auf der Karte");
-    FileOnMedium second("am Ziel");
+    FileOnMedium first(card);
+    FileOnMedium second(destination);
     const auto firstSize = first.open(one);
     if (!firstSize) return std::unexpected(firstSize.error());
     const auto secondSize = second.open(other);
     if (!secondSize) return std::unexpected(secondSize.error());
-    if (*firstSize != size || *secondSize != size) return false;
+    if (*firstSize != size) return changed(card);
+    if (*secondSize != size) return changed(destination);
     std::int64_t compared = 0;
     while (compared < size) {
         const auto ours = first.next();
         if (!ours) return std::unexpected(ours.error());
         const auto theirs = second.next();
         if (!theirs) return std::unexpected(theirs.error());
-        if (ours->size() != theirs->size() ||
-            std::memcmp(ours->data(), theirs->data(), ours->size()) != 0)
-            return false;
-        if (ours->empty()) return false;  // both have become shorter meanwhile
+        if (ours->size() != theirs->size())
+            return changed(ours->size() < theirs->size() ? card : destination);
+        if (std::memcmp(ours->data(), theirs->data(), ours->size()) != 0) return false;
+        if (ours->empty()) return changed(card);
         compared += std::ssize(*ours);
         if (!step(std::ssize(*ours))) return failure("Die Prüfung wurde abgebrochen");
     }

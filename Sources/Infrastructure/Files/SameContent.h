@@ -10,11 +10,12 @@
 
 namespace bildkurier {
 
-/// Whether both files of this computer have `size` bytes and all of them are equal, read past
-/// the page cache wherever the file system lets it. `step` is told how many bytes more have been
-/// compared, and stops it by answering false: then, and where one cannot be read, it fails.
+/// Whether the card's file and the destination's, both on this computer and of `size` bytes when
+/// they were listed, are equal, read past the page cache wherever the file system lets it. `step`
+/// is told how many bytes more have been compared, and stops it by answering false: then, where
+/// one cannot be read, and where one has another size by now, it fails.
 /// Opens neither through a link, and writes nothing. Blocks.
-Result<bool> haveSameContent(const PlacedFile& one, const PlacedFile& other, std::int64_t size,
-                             const std::function<bool(std::int64_t)>& step);
+Result<bool> haveSameContent(const PlacedFile& card, const PlacedFile& destination,
+                             std::int64_t size, const std::function<bool(std::int64_t)>& step);
 
 }  // namespace bildkurier

@@ -12,9 +12,11 @@ namespace bildkurier {
 DestinationReader::DestinationReader(std::shared_ptr<SFTPFileStore> server)
     : server_(std::move(server)) {}
 
-Result<std::vector<ContentReader::File>> DestinationReader::files(const Url& folder) {
-    if (!folder.isFile()) return server_->files(folder);
-    return LocalFileStore().files(folder);
+Result<ContentReader::Listing> DestinationReader::files(const Url& folder) {
+    if (folder.isFile()) return LocalFileStore().files(folder);
+    auto files = server_->files(folder);
+    if (!files) return std::unexpected(files.error());
+    return Listing{.files = *std::move(files), .unreadable = {}};
 }
 
 std::vector<Result<PlacedFile>> DestinationReader::fetch(std::span<const File> files,

@@ -14,7 +14,7 @@ class DestinationReader final : public ContentReader {
 public:
     explicit DestinationReader(std::shared_ptr<SFTPFileStore> server);
 
-    Result<std::vector<File>> files(const Url& folder) override;
+    Result<Listing> files(const Url& folder) override;
     std::vector<Result<PlacedFile>> fetch(std::span<const File> files, const Url& staging,
                                           const std::string& prefix) override;
     Result<bool> haveSameContent(const PlacedFile& one, const PlacedFile& other, std::int64_t size,
