@@ -69,7 +69,7 @@ rc::Gen<ImportStep> anyStep() {
                                              {1, Event::changeOwnKey},
                                              {1, Event::expectCamera},
                                              {1, Event::anotherProcess},
-                                             {2, Event::replugInMove},
+                                             {3, Event::duringMove},
                                          })),
         rc::gen::set(&ImportStep::which, rc::gen::inRange(0, 12)));
 }

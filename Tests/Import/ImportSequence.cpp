@@ -250,11 +250,8 @@ void ImportSequence::happen(const ImportStep& step) {
         case Event::anotherProcess:
             lock_->takenByAnother = which % 2 == 0 && !lock_->held;
             break;
-        case Event::replugInMove:
-            slow_->meanwhile = [this] {
-                replug();
-                check();
-            };
+        case Event::duringMove:
+            slow_->meanwhile = [this, which] { happenDuringMove(which); };
             break;
         case Event::fillLog:
             for (int line = 0; line < 200; ++line) model_->addLog("Zeile");
@@ -374,6 +371,34 @@ void ImportSequence::replug() {
     unplug(static_cast<std::size_t>(place));
     check();
     connect(*device);
+}
+
+/// The camera goes, the user takes another destination, perhaps, and the camera returns.
+void ImportSequence::happenDuringMove(std::size_t which) {
+    const auto device = std::ranges::find(devices_, held(), &Device::attached);
+    if (!held() || device == devices_.end()) return;
+    const auto place = std::ranges::find(attached_, held()) - attached_.begin();
+    unplug(static_cast<std::size_t>(place));
+    check();
+    switch (which % 4) {
+        case 0:
+            chooseFolder(which / 4);
+            break;
+        case 1:
+            switchKind();
+            break;
+        case 2:
+            fillForm(which);
+            checkServer();
+            break;
+        default:
+            break;
+    }
+    check();
+    connect(*device);
+    check();
+    if (phase_ == Phase::ready) start();
+    check();
 }
 
 void ImportSequence::expectCamera(const Device& device) {

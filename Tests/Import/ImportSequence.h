@@ -98,6 +98,7 @@ private:
     void unplug(std::size_t which);
     void connect(Device& device);
     void replug();
+    void happenDuringMove(std::size_t which);
     void expectCamera(const Device& device);
     void noteRetry();
     void openSession(std::size_t which, const std::optional<Error>& error);
