@@ -66,7 +66,7 @@ bool isAmong(const std::string& text, std::initializer_list<const char*> texts) 
 
 }  // namespace
 
-ImportSequence::ImportSequence(bool trusting) {
+ImportSequence::ImportSequence(const Beginning& beginning) {
     const auto day = [this](int days) { return loop_.date() + std::chrono::days(days); };
     const auto picture = [](std::optional<std::string> name, const std::string& contents,
                             std::optional<Date> shot) {
@@ -88,8 +88,15 @@ ImportSequence::ImportSequence(bool trusting) {
     for (const auto& folder : {destinations[0], destinations[1]}) store_->folders.insert(folder);
     store_->capacity = plenty;
     settings_->storedDestination = Url::file(destinations[0]);
-    settings_->storedAutoImport = trusting;
-    if (trusting) settings_->storedIdentity = devices_[0].identity;
+    settings_->storedAutoImport = beginning.trusts;
+    if (beginning.trusts) settings_->storedIdentity = devices_[0].identity;
+    if (beginning.onServer) {
+        settings_->storedKind = DestinationKind::sftp;
+        settings_->storedHost = "nas";
+        settings_->storedPath = "server";
+        serverDest_ = sftpURL(settings_->storedUser, settings_->storedHost, settings_->storedPath);
+        seenDest_ = serverDest_;
+    }
     make();
 }
 
@@ -1015,6 +1022,8 @@ void ImportSequence::checkRun() const {
     RC_ASSERT(runner_->isRunning() == importing);
     RC_ASSERT(lock_->held == !model_->isSettled());
     if (importing) RC_ASSERT(!model_->isSettled());
+    const auto staging = runner_->stagingDirectories();
+    for (const auto& one : staging) RC_ASSERT(std::ranges::count(staging, one) == 1);
     RC_ASSERT(sleepBlocker_->reason == (importing ? Status("Bildkurier läuft") : Status()));
     RC_ASSERT(main_.repeating(speedInterval) == (importing ? 1 : 0));
     const auto waiting = waitingFiles(false);
