@@ -35,6 +35,8 @@ bool liesIn(const Url& inner, const Url& outer) {
            withSlash(inner).starts_with(withSlash(outer));
 }
 
+bool overlap(const Url& a, const Url& b) { return liesIn(a, b) || liesIn(b, a); }
+
 }  // namespace
 
 /// The file in hand and where it goes.
@@ -67,8 +69,7 @@ Result<> ImportRunner::start(std::vector<std::shared_ptr<CameraFile>> files, con
         }
     }
 
-    staging_ = staging;
-    destination_ = destination;
+    place_ = {.destination = destination, .staging = staging};
     layout_ = layout;
     progress_ = {.total = std::ssize(files)};
     failedFiles_.clear();
@@ -86,22 +87,22 @@ void ImportRunner::abandon() {
     runID_.renew();
     queue_.clear();
     isRunning_ = false;
-    windingUp_.push_back(destination_);
+    windingUp_.push_back(place_);
     stopWatching();
-    if (!std::exchange(isMoving_, false)) windUp(destination_, staging_, std::nullopt);
+    if (!std::exchange(isMoving_, false)) windUp(place_, std::nullopt);
 }
 
 bool ImportRunner::isWindingUp(const Url& destination) const {
-    return std::ranges::any_of(windingUp_, [&](const Url& other) {
-        return liesIn(other, destination) || liesIn(destination, other);
+    return std::ranges::any_of(windingUp_, [&](const Place& other) {
+        return overlap(other.destination, destination) ||
+               overlap(other.staging, fileStore_->stagingDirectory(destination));
     });
 }
 
 std::vector<Url> ImportRunner::stagingDirectories() const {
     std::vector<Url> found;
-    if (isRunning_) found.push_back(staging_);
-    for (const Url& destination : windingUp_)
-        found.push_back(fileStore_->stagingDirectory(destination));
+    if (isRunning_) found.push_back(place_.staging);
+    for (const Place& place : windingUp_) found.push_back(place.staging);
     return found;
 }
 
@@ -119,7 +120,7 @@ void ImportRunner::downloadNext() {
     }
     if (auto obstacle = file->obstacle())
         return finishFile(item, std::unexpected(*std::move(obstacle)));
-    item.folder = layout_.folder(destination_, file->shotDate().value_or(main_.date()), name);
+    item.folder = layout_.folder(place_.destination, file->shotDate().value_or(main_.date()), name);
 
     struct Prepared {
         Result<> folder;
@@ -159,7 +160,7 @@ void ImportRunner::load(CameraFile& file, const Item& item) {
     progress_.currentBytes = 0;
     progress_.currentTotal = item.size;
     if (!report()) return;
-    watch(staging_.appending(item.saveName));
+    watch(place_.staging.appending(item.saveName));
 
     using Downloaded = Result<std::optional<std::string>>;
     auto downloaded = runID_([this, item](Downloaded result) {
@@ -167,9 +168,9 @@ void ImportRunner::load(CameraFile& file, const Item& item) {
         if (!result) return finishFile(item, std::unexpected(std::move(result).error()));
         const std::string saved = std::move(*result).value_or(item.saveName);
         if (!isPlainFileName(saved)) return finishFile(item, failure(invalidName));
-        moveIntoPlace(item, staging_.appending(saved));
+        moveIntoPlace(item, place_.staging.appending(saved));
     });
-    file.download(staging_, item.saveName, [&main = main_, downloaded](Downloaded result) {
+    file.download(place_.staging, item.saveName, [&main = main_, downloaded](Downloaded result) {
         main.post(
             [downloaded, result = std::move(result)]() mutable { downloaded(std::move(result)); });
     });
@@ -192,11 +193,8 @@ void ImportRunner::moveIntoPlace(const Item& item, const Url& staged) {
             if (run.expired()) return failure("Der Import wurde abgebrochen");
             return store->moveItem(staged, target);
         },
-        alive_([this, run = runID_.watch(), item, destination = destination_,
-                staging = staging_](const Result<>& moved) {
-            if (run.expired()) {
-                return windUp(destination, staging, moved ? std::optional(item) : std::nullopt);
-            }
+        alive_([this, run = runID_.watch(), item, place = place_](const Result<>& moved) {
+            if (run.expired()) return windUp(place, moved ? std::optional(item) : std::nullopt);
             isMoving_ = false;
             progress_.isTransferring = false;
             finishFile(item, moved);
@@ -210,7 +208,7 @@ std::string ImportRunner::loadedLine(const Item& item) {
 
 void ImportRunner::finishFile(const Item& item, const Result<>& outcome) {
     if (outcome) {
-        tellIfRenamed(item, destination_);
+        tellIfRenamed(item, place_.destination);
         ++progress_.done;
     } else {
         countFailure();
@@ -235,7 +233,7 @@ void ImportRunner::finish() {
     isRunning_ = false;
     stopWatching();
     progress_.currentName.clear();
-    fileStore_->removeItem(staging_);
+    fileStore_->removeItem(place_.staging);
     if (report()) onFinish(Progress(progress_), cancelRequested_);
 }
 
@@ -246,14 +244,13 @@ void ImportRunner::tellIfRenamed(const Item& item, const Url& destination) const
                .savedKey = fileKey(item.saveName, item.size)});
 }
 
-void ImportRunner::windUp(const Url& destination, const Url& staging,
-                          const std::optional<Item>& arrived) {
-    const auto settled = alive_([this, destination, arrived] {
-        windingUp_.erase(std::ranges::find(windingUp_, destination));
-        if (arrived) tellIfRenamed(*arrived, destination);
+void ImportRunner::windUp(const Place& place, const std::optional<Item>& arrived) {
+    const auto settled = alive_([this, place, arrived] {
+        windingUp_.erase(std::ranges::find(windingUp_, place));
+        if (arrived) tellIfRenamed(*arrived, place.destination);
         onSettled(arrived ? std::optional(loadedLine(*arrived)) : std::nullopt);
     });
-    background_.run([store = fileStore_, staging, &main = main_, settled] {
+    background_.run([store = fileStore_, staging = place.staging, &main = main_, settled] {
         store->removeItem(staging);
         main.post(settled);
     });

@@ -85,7 +85,7 @@ public:
     /// there.
     bool isSettled() const { return !isRunning_ && windingUp_.empty(); }
     /// Whether an abandoned run may still bring a file to that destination, or to a folder in it
-    /// or above it.
+    /// or above it, or still needs the folder in which a run there would stage.
     bool isWindingUp(const Url& destination) const;
     /// Where the runs stage that have not come to rest.
     std::vector<Url> stagingDirectories() const;
@@ -98,6 +98,14 @@ public:
 private:
     struct Item;
 
+    /// Where a run works.
+    struct Place {
+        Url destination;
+        Url staging;  ///< that of one destination may be that of others, too
+
+        bool operator==(const Place&) const = default;
+    };
+
     void downloadNext();
     void load(CameraFile& file, const Item& item);
     void moveIntoPlace(const Item& item, const Url& staged);
@@ -106,7 +114,7 @@ private:
     void finish();
     static std::string loadedLine(const Item& item);
     void tellIfRenamed(const Item& item, const Url& destination) const;
-    void windUp(const Url& destination, const Url& staging, const std::optional<Item>& arrived);
+    void windUp(const Place& place, const std::optional<Item>& arrived);
     /// Tell the owner, who may start, abandon or destroy this meanwhile: false when this run
     /// must not be touched any more.
     bool log(const std::string& line);
@@ -121,11 +129,10 @@ private:
     Progress progress_;
     std::vector<std::size_t> failedFiles_;
     bool isRunning_ = false;
-    bool isMoving_ = false;       ///< the run's file in hand is on its way into place
-    std::vector<Url> windingUp_;  ///< destinations of abandoned runs that have not come to rest
+    bool isMoving_ = false;         ///< the run's file in hand is on its way into place
+    std::vector<Place> windingUp_;  ///< of abandoned runs that have not come to rest
     std::deque<std::shared_ptr<CameraFile>> queue_;
-    Url destination_ = Url::file("/");
-    Url staging_ = Url::file("/");
+    Place place_{.destination = Url::file("/"), .staging = Url::file("/")};
     FolderLayout layout_;
     bool cancelRequested_ = false;
     Guard runID_;  ///< renewed with every run, so that an older run's answers are dropped

@@ -69,7 +69,7 @@ rc::Gen<ImportStep> anyStep() {
                                              {1, Event::changeOwnKey},
                                              {1, Event::expectCamera},
                                              {1, Event::anotherProcess},
-                                             {2, Event::replugInMove},
+                                             {3, Event::duringMove},
                                          })),
         rc::gen::set(&ImportStep::which, rc::gen::inRange(0, 12)));
 }
@@ -80,7 +80,9 @@ TEST(ImportModelStateMachine, KeepsItsPromisesWhateverHappens) {
     std::cout << "seed=" << params.seed << '\n';
     const auto result = rc::detail::checkTestable(
         [] {
-            ImportSequence sequence(*rc::gen::arbitrary<bool>());
+            ImportSequence sequence(
+                {.trusts = *rc::gen::arbitrary<bool>(),
+                 .onServer = *rc::gen::weightedElement<bool>({{2, false}, {1, true}})});
             const auto steps = *rc::gen::container<std::vector<ImportStep>>(anyStep());
             for (const auto& step : steps) sequence.happen(step);
             sequence.finish();

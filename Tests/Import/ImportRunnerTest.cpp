@@ -439,6 +439,39 @@ TEST_F(ImportRunnerTest, LoadsIntoAnotherDestinationWhileAMoveHangs) {
         EXPECT_EQ(store->tree(Url::file(path)), (Tree{{"A.JPG", "aaaa"}})) << path;
 }
 
+TEST_F(ImportRunnerTest, WaitsForAMoveThatNeedsTheStagingFolderOfAnotherDestination) {
+    store->folders.insert("/zwischen");
+    for (const char* path : {"/zwischen/staging", "/zwischen", "/zwischen/staging/tiefer"}) {
+        const auto slow = std::make_shared<SlowMoves>(store);
+        runner = std::make_unique<ImportRunner>(slow, loop, loop);
+        attach(*runner);
+        files.clear();
+        finished.clear();
+        store->removeItem(destination);
+        store->staging = Url::file("/zwischen/staging");
+        file("A.JPG", "aaaa");
+        const Url elsewhere = Url::file("/archiv");
+        slow->meanwhile = [&] {
+            runner->abandon();
+            loop.settle();
+            store->staging = Url::file(path);
+            EXPECT_TRUE(runner->isWindingUp(elsewhere)) << path;
+            EXPECT_FALSE(runner->start({files.begin(), files.end()}, elsewhere, {})) << path;
+            store->staging = Url::file("/zwischen2");
+            EXPECT_FALSE(runner->isWindingUp(elsewhere)) << path;
+            EXPECT_EQ(runner->stagingDirectories(), std::vector{Url::file("/zwischen/staging")});
+        };
+        ASSERT_TRUE(start());
+        loop.settle();
+        EXPECT_EQ(store->tree(destination), (Tree{{"A.JPG", "aaaa"}})) << path;
+        EXPECT_FALSE(store->folders.contains("/zwischen/staging")) << path;
+        EXPECT_FALSE(runner->isWindingUp(elsewhere)) << path;
+        ASSERT_TRUE(runner->start({files.begin(), files.end()}, elsewhere, {})) << path;
+        loop.settle();
+        EXPECT_EQ(finished.size(), 1U) << path;
+    }
+}
+
 TEST_F(ImportRunnerTest, RefusesAFreeNameThatIsTooLong) {
     const std::string name = std::string(251, 'a') + ".JPG";
     store->files["/bilder/" + name] = "other";

@@ -66,7 +66,7 @@ bool isAmong(const std::string& text, std::initializer_list<const char*> texts) 
 
 }  // namespace
 
-ImportSequence::ImportSequence(bool trusting) {
+ImportSequence::ImportSequence(const Beginning& beginning) {
     const auto day = [this](int days) { return loop_.date() + std::chrono::days(days); };
     const auto picture = [](std::optional<std::string> name, const std::string& contents,
                             std::optional<Date> shot) {
@@ -88,8 +88,15 @@ ImportSequence::ImportSequence(bool trusting) {
     for (const auto& folder : {destinations[0], destinations[1]}) store_->folders.insert(folder);
     store_->capacity = plenty;
     settings_->storedDestination = Url::file(destinations[0]);
-    settings_->storedAutoImport = trusting;
-    if (trusting) settings_->storedIdentity = devices_[0].identity;
+    settings_->storedAutoImport = beginning.trusts;
+    if (beginning.trusts) settings_->storedIdentity = devices_[0].identity;
+    if (beginning.onServer) {
+        settings_->storedKind = DestinationKind::sftp;
+        settings_->storedHost = "nas";
+        settings_->storedPath = "server";
+        serverDest_ = sftpURL(settings_->storedUser, settings_->storedHost, settings_->storedPath);
+        seenDest_ = serverDest_;
+    }
     make();
 }
 
@@ -250,11 +257,8 @@ void ImportSequence::happen(const ImportStep& step) {
         case Event::anotherProcess:
             lock_->takenByAnother = which % 2 == 0 && !lock_->held;
             break;
-        case Event::replugInMove:
-            slow_->meanwhile = [this] {
-                replug();
-                check();
-            };
+        case Event::duringMove:
+            slow_->meanwhile = [this, which] { happenDuringMove(which); };
             break;
         case Event::fillLog:
             for (int line = 0; line < 200; ++line) model_->addLog("Zeile");
@@ -374,6 +378,34 @@ void ImportSequence::replug() {
     unplug(static_cast<std::size_t>(place));
     check();
     connect(*device);
+}
+
+/// The camera goes, the user takes another destination, perhaps, and the camera returns.
+void ImportSequence::happenDuringMove(std::size_t which) {
+    const auto device = std::ranges::find(devices_, held(), &Device::attached);
+    if (!held() || device == devices_.end()) return;
+    const auto place = std::ranges::find(attached_, held()) - attached_.begin();
+    unplug(static_cast<std::size_t>(place));
+    check();
+    switch (which % 4) {
+        case 0:
+            chooseFolder(which / 4);
+            break;
+        case 1:
+            switchKind();
+            break;
+        case 2:
+            fillForm(which);
+            checkServer();
+            break;
+        default:
+            break;
+    }
+    check();
+    connect(*device);
+    check();
+    if (phase_ == Phase::ready) start();
+    check();
 }
 
 void ImportSequence::expectCamera(const Device& device) {
@@ -990,6 +1022,8 @@ void ImportSequence::checkRun() const {
     RC_ASSERT(runner_->isRunning() == importing);
     RC_ASSERT(lock_->held == !model_->isSettled());
     if (importing) RC_ASSERT(!model_->isSettled());
+    const auto staging = runner_->stagingDirectories();
+    for (const auto& one : staging) RC_ASSERT(std::ranges::count(staging, one) == 1);
     RC_ASSERT(sleepBlocker_->reason == (importing ? Status("Bildkurier läuft") : Status()));
     RC_ASSERT(main_.repeating(speedInterval) == (importing ? 1 : 0));
     const auto waiting = waitingFiles(false);

@@ -34,8 +34,12 @@ namespace bildkurier {
 /// shows nothing else. To be used in a RapidCheck property.
 class ImportSequence {
 public:
-    /// With `trusting` the first of three cameras is trusted from the start.
-    explicit ImportSequence(bool trusting);
+    struct Beginning {
+        bool trusts = false;    ///< the first of three cameras
+        bool onServer = false;  ///< is the destination
+    };
+
+    explicit ImportSequence(const Beginning& beginning);
 
     void happen(const ImportStep& step);
     /// All goes well from now on: what can be loaded must then be loaded, and once.
@@ -98,6 +102,7 @@ private:
     void unplug(std::size_t which);
     void connect(Device& device);
     void replug();
+    void happenDuringMove(std::size_t which);
     void expectCamera(const Device& device);
     void noteRetry();
     void openSession(std::size_t which, const std::optional<Error>& error);

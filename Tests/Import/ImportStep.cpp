@@ -51,7 +51,7 @@ std::ostream& operator<<(std::ostream& out, const ImportStep& step) {
                                          "changeOwnKey",
                                          "expectCamera",
                                          "anotherProcess",
-                                         "replugInMove",
+                                         "duringMove",
                                          "fillLog"};
     return out << names.at(static_cast<std::size_t>(step.event)) << ' ' << step.which;
 }

@@ -60,7 +60,7 @@ struct ImportStep {
         // The camera to trust, other processes, and a slow destination
         expectCamera,
         anotherProcess,
-        replugInMove,
+        duringMove,
         // The log
         fillLog,
     };
