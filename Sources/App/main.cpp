@@ -9,6 +9,7 @@
 #include "ImportBridge.h"
 #include "InterruptSignals.h"
 #include "KeyBridge.h"
+#include "ProcessStart.h"
 #include "QtMainQueue.h"
 #include "SingleInstance.h"
 #include "SystemAppearance.h"
@@ -27,7 +28,6 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QTranslator>
-#include <csignal>
 #include <memory>
 #include <optional>
 #include <string>
@@ -108,8 +108,7 @@ int run(const QApplication& app, SingleInstance& instance) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // A server's connection that breaks must not end the program.
-    std::signal(SIGPIPE, SIG_IGN);
+    prepareProcess();
     // The window is drawn by the processor: it comes up sooner, with a fraction of the memory.
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
         QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CommandLine.h"
+#include "ProcessStart.h"
 #include "Program.h"
 
 #include <fmt/format.h>
 
-#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <span>
@@ -38,8 +38,7 @@ bildkurier::ExitStatus answered(const bildkurier::CommandLineAnswer& answer) {
 
 int main(int argc, char** argv) {
     using namespace bildkurier;
-    // A reader that goes away must not take the import with it.
-    std::signal(SIGPIPE, SIG_IGN);
+    prepareProcess();
     const auto commandLine = parseCommandLine(std::span(argv, static_cast<std::size_t>(argc)));
     if (!commandLine) return withOutputWritten(answered(commandLine.error()));
     try {

@@ -13,6 +13,8 @@ struct CommandResult {
     /// Standard output and standard error as one text, in the order written, without white
     /// space round it; empty when it is not valid UTF-8.
     std::string output;
+    /// White space that the last line of the output ended in.
+    std::string lastBlanks = {};
 
     bool operator==(const CommandResult&) const = default;
 };

@@ -55,6 +55,21 @@ TEST(ProcessCommandRunner, TrimsTheOutput) {
     EXPECT_EQ(sh("printf ' \\n'").output, "");
 }
 
+TEST(ProcessCommandRunner, KeepsTheBlanksThatTheLastLineEndsIn) {
+    const struct {
+        std::string written;
+        std::string lastBlanks;
+    } cases[] = {{"word", ""},
+                 {"word\\n\\n", ""},
+                 {"a  word \\t\\n \\n", " \t"},
+                 {"word word  ", "  "},
+                 {" word\\r\\n ", ""},
+                 {" \\n ", ""},
+                 {"x\\302\\240\\n", "\u00A0"}};
+    for (const auto& [written, lastBlanks] : cases)
+        EXPECT_EQ(sh("printf '" + written + "'").lastBlanks, lastBlanks) << written;
+}
+
 TEST(ProcessCommandRunner, HasNoOutputThatIsNotUtf8) {
     EXPECT_EQ(sh("printf 'ok \\303\\234'").output, "ok Ü");
     EXPECT_EQ(sh("printf 'not ok \\377'; exit 2"), (CommandResult{2, ""}));

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -275,6 +276,18 @@ TEST_F(SFTPFileStoreTest, ReadsASizeWhereTheClientCannotPrintTheName) {
     EXPECT_EQ(store.fileSize(server("/ü")), std::nullopt);
 }
 
+TEST_F(SFTPFileStoreTest, ReadsANameThatEndsInBlanks) {
+    const std::string line = "-rw-r--r-- 1 0 0 12 May  9 10:00 /a/z";
+    answer({{0, line, " "}, {0, line}, {0, line, "  "}});
+    EXPECT_EQ(store.fileSize(server("/a/z ")), 12);
+    EXPECT_EQ(store.fileSize(server("/a/z ")), std::nullopt);
+    EXPECT_EQ(store.fileSize(server("/a/z ")), std::nullopt);
+    runner->calls.clear();
+    answer({{0, "sftp> -ls -ln \"/a\"\ndrwxr-xr-x 1 0 0 0 May  9 10:00 /a/b", " "},
+            {0, "sftp> -ls -ln \"/a/b \"\n-rw-r--r-- 1 0 0 3 May  9 10:00 /a/b /z", " "}});
+    EXPECT_EQ(store.existingFileKeys(server("/a")), FileKeys{"z |3"});
+}
+
 TEST_F(SFTPFileStoreTest, ListsBracesAsTheyAre) {
     store.fileExists(server("/{a}"));
     store.fileSize(server("/{a}"));
@@ -406,6 +419,10 @@ TEST_F(SFTPFileStoreTest, AdvisesHowToFindOutWhatAQuietClientKeepsToItself) {
         {SSHLogin::userSSH(), withPort, {255, ""}, advice + "-P 2222 anna@nas"},
         {SSHLogin::userSSH(), server("/a"), {255, "Why\nConnection closed"}, failed + "Why"},
         {SSHLogin::userSSH(), server("/a"), {255, "Why"}, failed + "Why"},
+        {SSHLogin::userSSH(),
+         server("/a"),
+         {255, "sftp> -mkdir \"/a\"\nConnection closed"},
+         failed + "Die Verbindung ist abgebrochen"},
         {SSHLogin::userSSH(), server("/a"), {1, "sftp> cd \"/a\""}, failed + "sftp> cd \"/a\""},
         {appKey, server("/a"), {255, "Connection closed"}, failed + "Connection closed"},
     };
@@ -446,9 +463,10 @@ TEST_F(SFTPFileStoreTest, UploadsUnderANameThatIsNotTooLong) {
         {std::string(249, 'n') + "ü.jpg", std::string(249, 'n') + ".part"},
         {std::string(251, '\x80'), ".part"},
     };
+    const auto local = folder.write("staged", "picture");
     for (const auto& [name, part] : cases) {
         runner->calls.clear();
-        (void)store.moveItem(folder.url("missing"), server("/p/" + name));
+        (void)store.moveItem(Url::file(local), server("/p/" + name));
         EXPECT_TRUE(
             scripts().at(0).ends_with(fmt::format("rename \"/p/{}\" \"/p/{}\"\n", part, name)))
             << scripts().at(0);
@@ -484,9 +502,36 @@ TEST_F(SFTPFileStoreTest, KeepsTheFileUntilTheServerHasAllOfIt) {
     }
 }
 
-TEST_F(SFTPFileStoreTest, BelievesTheClientWhereTheLocalSizeIsGone) {
-    EXPECT_TRUE(store.moveItem(folder.url("missing"), server("/p/A")));
-    EXPECT_EQ(runner->calls.size(), 1U);
+TEST_F(SFTPFileStoreTest, UploadsNothingThatIsGone) {
+    for (const Url& source : {folder.url("missing"), folder.url("")}) {
+        EXPECT_EQ(store.moveItem(source, server("/p/A")).error().message,
+                  "Übertragung fehlgeschlagen: Die geladene Datei ist nicht mehr da");
+    }
+    EXPECT_EQ(runner->calls.size(), 0U);
+}
+
+TEST_F(SFTPFileStoreTest, ConfirmsTheSizeFromBeforeTheUpload) {
+    const auto local = folder.write("staged", "picture");
+    const struct {
+        std::function<void()> meanwhile;
+        int sizeThere;
+        bool isGood;
+    } cases[] = {
+        {[&] { fs::remove(local); }, 7, true},
+        {[&] { fs::remove(local); }, 6, false},
+        {[&] { folder.write("staged", "other."); }, 6, false},
+    };
+    for (const auto& [meanwhile, sizeThere, isGood] : cases) {
+        folder.write("staged", "picture");
+        runner->calls.clear();
+        runner->answer = [&](const ScriptedCommandRunner::Call& call) {
+            if (call.input->starts_with("put")) meanwhile();
+            return CommandResult{0,
+                                 fmt::format("-rw-r--r-- 1 0 0 {} May  9 10:00 /p/A", sizeThere)};
+        };
+        EXPECT_EQ(store.moveItem(Url::file(local), server("/p/A")).has_value(), isGood);
+        EXPECT_EQ(scripts().back() == "-rm \"/p/A\"\n", !isGood);
+    }
 }
 
 TEST_F(SFTPFileStoreTest, RemovesAFileOrAnEmptyFolder) {
@@ -518,6 +563,30 @@ TEST_F(SFTPFileStoreTest, KeepsTheKeysItHasWhenAListingFails) {
 TEST_F(SFTPFileStoreTest, HasNoKeysWhenTheFirstListingFails) {
     answer({{255, "sftp> -ls -ln \"/p\"\n-rw-r--r-- 1 0 0 3 May  9 10:00 /p/X.JPG"}});
     EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{});
+}
+
+TEST_F(SFTPFileStoreTest, PutsNothingWhereAListingBrokeOffUntilItIsWhole) {
+    const auto local = folder.write("staged", "picture");
+    const std::string trouble =
+        "Damit nichts doppelt geladen wird, muss das Ziel erst neu geprüft werden; zuletzt brach "
+        "seine Liste ab: Broken pipe";
+    answer({{255, "sftp> -ls -ln \"/p\"\nBroken pipe\nConnection closed"}});
+    EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{});
+    EXPECT_EQ(store.createDirectory(server("/p/JPG")).error().message, trouble);
+    EXPECT_EQ(store.moveItem(Url::file(local), server("/p/JPG/A")).error().message,
+              "Übertragung fehlgeschlagen: " + trouble);
+    EXPECT_FALSE(store.moveItem(Url::file(local), server("/p/A")));
+    EXPECT_EQ(runner->calls.size(), 1U);
+    EXPECT_TRUE(fs::exists(local));
+
+    // A check of the destination goes on as ever, and so do other destinations.
+    answer({{255, ""}, {0, ""}, {0, ""}});
+    EXPECT_TRUE(store.createDirectory(server("/p")));
+    EXPECT_TRUE(store.createDirectory(server("/q/JPG")));
+    runner->calls.clear();
+    answer({{0, "sftp> -ls -ln \"/p\""}, {0, ""}});
+    EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{});
+    EXPECT_TRUE(store.createDirectory(server("/p/JPG")));
 }
 
 TEST_F(SFTPFileStoreTest, SeesEightLevels) {

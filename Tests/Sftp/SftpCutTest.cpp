@@ -11,8 +11,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Traffic = LoopbackServer::Traffic;
-
 class SftpCutTest : public SftpServerTest {
 protected:
     std::string stagedContents() const {
@@ -65,7 +63,7 @@ TEST_F(SftpCutTest, LosesNothingWhenTheConnectionBreaksOnTheWayThere) {
     for (const auto limit : {std::size_t{0}, std::size_t{2'000}, whole / 4, whole * 3 / 4,
                              whole - 400, whole - 300, whole - 200, whole - 100}) {
         SCOPED_TRACE(limit);
-        server->connection().cutNext({limit, LoopbackServer::unlimited});
+        server->connection().cutNext({limit, unlimited});
         survives();
     }
 }
@@ -75,7 +73,7 @@ TEST_F(SftpCutTest, LosesNothingWhenTheConnectionBreaksOnTheWayBack) {
     const auto whole = wholeUpload();
     for (std::size_t n = 0; n < cuts; ++n) {
         SCOPED_TRACE(n);
-        server->connection().cutNext({LoopbackServer::unlimited, whole.toClient * n / cuts});
+        server->connection().cutNext({unlimited, whole.toClient * n / cuts});
         survives();
     }
 }
@@ -85,7 +83,7 @@ TEST_F(SftpCutTest, LosesNothingWhenTheServerDiesDuringAnUpload) {
     for (const auto part : {2, 4, 6}) {
         SCOPED_TRACE(part);
         server->connection().killNext(
-            {whole.toServer * static_cast<std::size_t>(part) / 8, LoopbackServer::unlimited});
+            {whole.toServer * static_cast<std::size_t>(part) / 8, unlimited});
         survives();
     }
 }
@@ -95,7 +93,7 @@ TEST_F(SftpCutTest, TakesAFileForLoadedWhoseRenameWasNotAnswered) {
     bool unanswered = false;
     // The answer to the rename lies somewhere in the last bytes, behind it the farewell.
     for (std::size_t back = 20; back <= 300 && !unanswered; back += 20) {
-        server->connection().cutNext({LoopbackServer::unlimited, whole.toClient - back});
+        server->connection().cutNext({unlimited, whole.toClient - back});
         unanswered = survives();
     }
     EXPECT_TRUE(unanswered);

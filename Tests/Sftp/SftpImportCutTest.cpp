@@ -10,15 +10,13 @@
 namespace bildkurier {
 namespace {
 
-using Traffic = LoopbackServer::Traffic;
-constexpr auto unlimited = LoopbackServer::unlimited;
-
 /// One connection of an import breaks: the first asks what is there, then come four for each
 /// file, which make the folder, look for the name, upload, and ask for the size.
 class SftpImportCutTest : public SftpServerTest, public testing::WithParamInterface<std::size_t> {
-protected:
+public:
     static constexpr std::size_t connectionsOfImport = 9;
 
+protected:
     /// What passes in the connection when all goes well.
     Traffic whole() {
         server->connection().finished();
@@ -72,7 +70,8 @@ TEST_P(SftpImportCutTest, IsMadeGoodWhenTheServerDied) {
     survives("killed");
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryConnection, SftpImportCutTest, testing::Values(0, 1, 2, 3, 4, 7));
+INSTANTIATE_TEST_SUITE_P(EveryConnection, SftpImportCutTest,
+                         testing::Range<std::size_t>(0, SftpImportCutTest::connectionsOfImport));
 
 }  // namespace
 }  // namespace bildkurier

@@ -5,6 +5,7 @@
 #include "TemporaryVolume.h"
 
 #include <filesystem>
+#include <functional>
 #include <regex>
 #include <utility>
 
@@ -92,6 +93,31 @@ TEST_F(SftpImportTest, ReplacesNoFileThatItCouldNotSeeForALostConnection) {
               (Tree{{"IMG_0001.JPG", "another picture"}, {"IMG_0001_1.JPG", "one"}}));
 }
 
+TEST_F(SftpImportTest, LoadsNothingTwiceBecauseAListingBrokeOff) {
+    CardToServer import(card, store, server->root());
+    const FolderLayout byType{.byType = true};
+    EXPECT_EQ(import.import(byType).done, 4);
+    const Tree full = serversTree();
+    server->connection().finished();
+    EXPECT_EQ(import.import(byType).total, 0);
+    // They list one level each: the folder itself, and those for the types.
+    const auto connections = server->connection().finished();
+    ASSERT_EQ(connections.size(), 2U);
+    for (std::size_t level = 0; level < connections.size(); ++level) {
+        SCOPED_TRACE(level);
+        server->connection().finished();
+        server->connection().cutNext({unlimited, connections[level].toClient - 150}, level);
+        const auto progress = import.import(byType);
+        EXPECT_EQ(progress.done, 0);
+        EXPECT_EQ(progress.failed, 1);
+        ASSERT_EQ(import.log.size(), 1U);
+        EXPECT_TRUE(import.log[0].contains("Damit nichts doppelt geladen wird, ")) << import.log[0];
+        EXPECT_EQ(serversTree(), full);
+        EXPECT_EQ(import.import(byType).total, 0);
+    }
+    EXPECT_EQ(serversTree(), full);
+}
+
 TEST_F(SftpImportTest, KnowsFilesWhoseOwnersHaveBlanksInTheirNames) {
     CardToServer import(card, storeThatLists("$1 Anna Muster domain users"), server->root());
     EXPECT_EQ(import.import().done, 4);
@@ -129,6 +155,39 @@ TEST_F(SftpImportTest, EndsWhenTheFolderCannotBeMade) {
     EXPECT_TRUE(import.log[0].starts_with("Kann Ordner nicht anlegen: " + server->path("photos") +
                                           ": Ordner lässt sich nicht anlegen: "))
         << import.log[0];
+}
+
+TEST_F(SftpImportTest, IsMadeGoodByTheNextOneOnceTheObstacleIsGone) {
+    constexpr auto readOnly = fs::perms::owner_read | fs::perms::owner_exec;
+    const struct {
+        std::string obstacle;
+        std::function<void()> raise;
+        std::function<void()> clear;
+    } cases[] = {
+        {"key refused", [&] { server->refuseKeys(); }, [&] { server->acceptKeys(); }},
+        {"other host key", [&] { server->changeHostKey(); },
+         [&] { fs::remove(server->knownHosts()); }},
+        {"read-only folder", [&] { fs::permissions(server->path("read-only folder"), readOnly); },
+         [&] { fs::permissions(server->path("read-only folder"), fs::perms::owner_all); }},
+        {"no folder can be made", [&] { fs::permissions(server->path(""), readOnly); },
+         [&] { fs::permissions(server->path(""), fs::perms::owner_all); }},
+    };
+    const Tree pictures{{"IMG_0001.JPG", "one"}};
+    server->makeFolder("read-only folder");
+    ASSERT_TRUE(store->fileExists(server->root()));
+    for (const auto& [obstacle, raise, clear] : cases) {
+        SCOPED_TRACE(obstacle);
+        CardToServer import(pictures, store, server->url(obstacle));
+        raise();
+        const auto first = import.import();
+        clear();
+        EXPECT_EQ(first.done, 0);
+        EXPECT_EQ(first.failed, 1);
+        EXPECT_TRUE(!fs::exists(server->path(obstacle)) || tree(server->path(obstacle)) == Tree{});
+        EXPECT_EQ(import.import().done, 1);
+        EXPECT_EQ(tree(server->path(obstacle)), pictures);
+        EXPECT_EQ(import.import().total, 0);
+    }
 }
 
 TEST_F(SftpImportTest, LoadsACardOntoAServerOfAnotherMaker) {
@@ -176,14 +235,18 @@ TEST_F(SftpImportTest, SaysThatTheServerIsFull) {
     fs::permissions(fs::path(volume.path()).parent_path(), fs::perms::all);
     Url full = server->root();
     full.path = volume.path();
-    CardToServer import({{"a small.JPG", "one"}, {"big.JPG", std::string(3'000'000, 'x')}}, store,
-                        full);
+    const std::string filler = volume.write("filler", std::string(600'000, 'f'));
+    const Tree files{{"a small.JPG", "one"}, {"big.JPG", std::string(600'000, 'x')}};
+    CardToServer import(files, store, full);
     const auto progress = import.import();
     EXPECT_EQ(progress.done, 1);
     EXPECT_EQ(progress.failed, 1);
     EXPECT_TRUE(import.log.back().contains("✗ big.JPG: Übertragung fehlgeschlagen: "))
         << import.log.back();
+    fs::remove(filler);
     EXPECT_EQ(tree(volume.path()), (Tree{{"a small.JPG", "one"}}));
+    EXPECT_EQ(import.import().done, 1);
+    EXPECT_TRUE(tree(volume.path()) == files);
 }
 
 }  // namespace

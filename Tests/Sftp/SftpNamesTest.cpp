@@ -21,6 +21,7 @@ namespace fs = std::filesystem;
 
 const std::vector<std::string> oddNames{"a b  c   d.jpg",
                                         " leading",
+                                        "trailing  ",
                                         "q\"uo\"te",
                                         "back\\slash",
                                         "end\\",

@@ -178,7 +178,7 @@ TEST_F(SftpProgramTest, SaysThatTheFolderIsReadOnlyOrCannotBeMade) {
 
 TEST_F(SftpProgramTest, LeavesAServerThatStoppedAnsweringAtTheSecondInterrupt) {
     user.write("card/DCIM/100BILDK/IMG_0004.JPG", std::string(3'000'000, 'y'));
-    server->connection().stallAll({1'000'000, LoopbackServer::unlimited});
+    server->connection().stallAll({1'000'000, unlimited});
     RunningProgram program(call(import()));
     server->connection().waitUntilStalled();
     program.send(SIGINT);

@@ -21,6 +21,9 @@ namespace bildkurier {
 /// A store, and a server of its own.
 class SftpServerTest : public testing::Test {
 protected:
+    using Traffic = LoopbackServer::Traffic;
+    static constexpr auto unlimited = LoopbackServer::unlimited;
+
     void SetUp() override {
         if (!SshServer::isInstalled()) GTEST_SKIP() << "sshd fehlt (Paket openssh-server)";
         server = std::make_unique<SshServer>();

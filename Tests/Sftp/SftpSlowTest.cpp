@@ -56,7 +56,7 @@ TEST_F(SftpSlowTest, IsNotGivenUpWhileItGoesOn) {
 TEST_F(SftpSlowTest, GetsTheRestWithTheNextImportWhenTheConnectionBreaks) {
     CardToServer import(card(), store, server->root());
     // What is there, the folder, the name, then the upload.
-    server->connection().cutNext({film.size() / 2, LoopbackServer::unlimited}, 3);
+    server->connection().cutNext({film.size() / 2, unlimited}, 3);
     EXPECT_EQ(import.import().failed, 1);
     EXPECT_TRUE(partSeen);
     EXPECT_FALSE(fs::exists(server->path("FILM.MP4")));

@@ -24,7 +24,7 @@ TEST_F(SftpStallTest, IsGivenUpWhenNoConnectionComesAbout) {
 }
 
 TEST_F(SftpStallTest, IsLeftWhenTheProgramEnds) {
-    server->connection().stallAll({200'000, LoopbackServer::unlimited});
+    server->connection().stallAll({200'000, unlimited});
     const auto leaving = storeOver(programs);
     std::string complaint;
     std::jthread uploading([&] {

@@ -74,6 +74,13 @@ TEST_F(SftpUserSetupTest, AdvisesWhenTheServerShowsAnotherKey) {
     EXPECT_EQ(complaint(), advice());
 }
 
+TEST_F(SftpUserSetupTest, SaysThatTheConnectionBrokeInTheMiddle) {
+    const auto picture = local.write("staged", std::string(300'000, 'x'));
+    server->connection().cutNext({100'000, unlimited});
+    EXPECT_EQ(usersStore->moveItem(Url::file(picture), server->url("IMG_1.JPG")).error().message,
+              "Übertragung fehlgeschlagen: Die Verbindung ist abgebrochen");
+}
+
 TEST_F(SftpUserSetupTest, SaysWhatTheServerRefuses) {
     fs::permissions(server->path(""), fs::perms::owner_read | fs::perms::owner_exec);
     EXPECT_TRUE(complaint().contains("Permission denied") || complaint().contains("No such file"))

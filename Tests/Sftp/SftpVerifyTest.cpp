@@ -22,12 +22,6 @@ using File = ContentReader::File;
 /// Reads what a real server holds.
 class SftpVerifyTest : public SftpServerTest {
 protected:
-    void SetUp() override {
-        SftpServerTest::SetUp();
-        if (IsSkipped()) return;
-        local.makeFolder("staging");
-    }
-
     void put(const std::string& path, const std::string& contents) const {
         const std::string where = server->path("fotos/" + path);
         fs::create_directories(fs::path(where).parent_path());
@@ -41,9 +35,10 @@ protected:
     }
 
     DestinationReader& reader() const { return *reader_; }
-    Url staging() const { return local.url("staging"); }
+    Url staging() const { return Url::file(staging_); }
 
 private:
+    const std::string staging_ = local.makeFolder("staging");
     std::shared_ptr<DestinationReader> reader_ = std::make_shared<DestinationReader>(store);
 };
 

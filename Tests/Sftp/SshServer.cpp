@@ -155,6 +155,12 @@ void SshServer::changeHostKey() const {
 
 void SshServer::refuseKeys() const { folder_.write("authorized_keys", ""); }
 
+void SshServer::acceptKeys() const {
+    fs::copy_file(folder_.path("key.pub"), folder_.path("authorized_keys"),
+                  fs::copy_options::overwrite_existing);
+    handOver(folder_.path("authorized_keys"));
+}
+
 void SshServer::limitFiles(std::optional<std::uint64_t> bytes) {
     if (!bytes) return connection_->serveWith(command_);
     std::vector<std::string> words{"/bin/sh", "-c",

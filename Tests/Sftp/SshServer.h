@@ -40,6 +40,8 @@ public:
     void changeHostKey() const;
     /// From now on the server takes no key.
     void refuseKeys() const;
+    /// From now on it takes the key of `login` again.
+    void acceptKeys() const;
     /// From now on the server takes only so many bytes of a file, or again all of them.
     void limitFiles(std::optional<std::uint64_t> bytes);
     /// Makes a folder that belongs to the server's user.

@@ -7,6 +7,7 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -69,7 +70,9 @@ void InterruptSignals::wait() const {
         if (watched[1].revents != 0) return;
         eventfd_t signals = 0;
         if (eventfd_read(arrived_.get(), &signals) != 0) continue;
-        for (; signals > 0; --signals) main_.post(interrupted_);
+        // One asks to end, another not to wait for it. No more can be meant.
+        for (auto left = std::min<eventfd_t>(signals, 2); left > 0; --left)
+            main_.post(interrupted_);
     }
 }
 

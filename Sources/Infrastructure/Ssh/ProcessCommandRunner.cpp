@@ -120,6 +120,12 @@ void drain(FileDescriptor& pipe, std::string& text) {
     }
 }
 
+/// What is left of the line in which `text`, which is `output` trimmed, ends.
+std::string blanksBehind(const std::string& text, std::string_view output) {
+    output.remove_prefix(output.rfind(text) + text.size());
+    return std::string(output.substr(0, output.find_first_of("\r\n")));
+}
+
 }  // namespace
 
 /// A child that runs, and our ends of its streams.
@@ -207,7 +213,10 @@ CommandResult ProcessCommandRunner::run(const std::string& program,
     }
     const auto output = talk(*child, input ? *input : std::string_view());
     const auto status = statusAtEnd(child->process);
-    return {status, isUtf8(output) ? trimmed(output) : std::string()};
+    if (!isUtf8(output)) return {status, {}};
+    auto text = trimmed(output);
+    auto blanks = blanksBehind(text, output);
+    return {status, std::move(text), std::move(blanks)};
 }
 
 }  // namespace bildkurier

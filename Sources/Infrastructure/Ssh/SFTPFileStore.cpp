@@ -78,6 +78,15 @@ std::optional<std::string_view> complaint(std::string_view output) {
 /// Why the client failed, for human eyes: the server may have worded it.
 std::string shown(const std::string& output) { return displayText(SFTPFileStore::message(output)); }
 
+/// The output as the client wrote it, as far as names go: the last one may end in blanks.
+std::string wholeLines(const CommandResult& result) { return result.output + result.lastBlanks; }
+
+/// Whether the client has come to its first command: it was connected and logged in.
+bool hasBegun(std::string_view output) {
+    return std::ranges::any_of(nonEmptyLines(output),
+                               [](std::string_view line) { return line.starts_with("sftp> "); });
+}
+
 std::string adviceToTry(const std::string& account, std::optional<std::uint16_t> port) {
     return fmt::format(
         "Der Server ist nicht zu erreichen oder lässt die Anmeldung nicht zu. Den Grund zeigt im "
@@ -125,17 +134,27 @@ Url SFTPFileStore::stagingDirectory(const Url& /*destination*/) {
 
 Result<> SFTPFileStore::walk(const Url& folder, SftpKeyWalk& walk) {
     while (walk.goesOn()) {
-        const auto [status, output] = batch(folder, walk.commands());
-        if (status != 0) return failure(shown(output));
-        walk.read(output);
+        const auto result = batch(folder, walk.commands());
+        if (result.status != 0) return failure(shown(result.output));
+        walk.read(wholeLines(result));
     }
     return {};
 }
 
 FileKeys SFTPFileStore::existingFileKeys(const Url& folder) {
     SftpKeyWalk keyWalk(folder.path);
-    (void)walk(folder, keyWalk);
+    const auto walked = walk(folder, keyWalk);
+    record_.note(folder, walked ? std::nullopt : std::optional(walked.error().message));
     return keyWalk.keys();
+}
+
+Result<> SFTPFileStore::knowWhatIsThere(const Url& url) const {
+    const auto trouble = record_.troubleAbove(url);
+    if (!trouble) return {};
+    return failure(
+        "Damit nichts doppelt geladen wird, muss das Ziel erst neu geprüft werden; zuletzt brach "
+        "seine Liste ab: " +
+        *trouble);
 }
 
 Result<std::vector<ContentReader::File>> SFTPFileStore::files(const Url& folder) {
@@ -168,23 +187,23 @@ std::vector<Result<PlacedFile>> SFTPFileStore::download(std::span<const ContentR
         }
     }
     if (commands.empty()) return copies;
-    const auto [status, output] = batch(files.front().place.folder, commands);
+    const auto result = batch(files.front().place.folder, commands);
     for (std::size_t n = 0; n < files.size(); ++n) {
         if (!copies[n]) continue;
         const Url copy = staging.appending(copies[n]->path);
         if (localStore_.fileSize(copy) == files[n].size) continue;
         localStore_.removeItem(copy);
         copies[n] = failure("am Ziel nicht vollständig lesbar" +
-                            (status == 0 ? std::string() : ": " + shown(output)));
+                            (result.status == 0 ? std::string() : ": " + shown(result.output)));
     }
     return copies;
 }
 
 Result<bool> SFTPFileStore::look(const Url& url) {
-    const auto [status, output] = batch(url, {listCommand(url)});
-    if (status == 0) return true;
-    if (std::ranges::any_of(nonEmptyLines(output), saysNothingIsThere)) return false;
-    return failure(shown(output));
+    const auto result = batch(url, {listCommand(url)});
+    if (result.status == 0) return true;
+    if (std::ranges::any_of(nonEmptyLines(result.output), saysNothingIsThere)) return false;
+    return failure(shown(result.output));
 }
 
 bool SFTPFileStore::fileExists(const Url& url) {
@@ -209,9 +228,10 @@ Result<> SFTPFileStore::dispelDoubt(const Url& target) {
 }
 
 std::optional<std::int64_t> SFTPFileStore::fileSize(const Url& url) {
-    const auto [status, output] = batch(url, {listCommand(url)});
-    if (status != 0) return {};
-    for (const auto text : nonEmptyLines(output))
+    const auto result = batch(url, {listCommand(url)});
+    if (result.status != 0) return {};
+    const auto listing = wholeLines(result);
+    for (const auto text : nonEmptyLines(listing))
         if (const auto line = listingLine(text); line && lists(*line, url)) return line->size;
     return {};
 }
@@ -222,44 +242,45 @@ bool SFTPFileStore::isWritableDirectory(const Url& url) {
     if (!probe) return false;
     const auto remoteProbe = url.appending(probeName);
     const auto removal = command("rm", remoteProbe.path);
-    const auto [status, output] = batch(
+    const auto result = batch(
         url, {command("cd", url.path), command("put", probe.path(), remoteProbe.path), removal});
-    return status == 0 || removedByAnother(removal, output);
+    return result.status == 0 || removedByAnother(removal, result.output);
 }
 
 bool SFTPFileStore::isNetworkVolume(const Url& /*url*/) { return false; }
 
 std::optional<std::int64_t> SFTPFileStore::availableCapacity(const Url& url) {
-    const auto [status, output] = batch(url, {command("df", url.path)});
-    if (status != 0) return {};
-    return freeBytes(output);
+    const auto result = batch(url, {command("df", url.path)});
+    if (result.status != 0) return {};
+    return freeBytes(result.output);
 }
 
 Result<> SFTPFileStore::createDirectory(const Url& url) {
+    if (auto known = knowWhatIsThere(url); !known) return known;
     auto commands = makeDirectories(url.path);
     commands.push_back(command("cd", url.path));
-    const auto [status, output] = batch(url, commands);
-    if (status != 0) return failure("Ordner lässt sich nicht anlegen: " + shown(output));
+    const auto result = batch(url, commands);
+    if (result.status != 0)
+        return failure("Ordner lässt sich nicht anlegen: " + shown(result.output));
     return {};
 }
 
 Result<> SFTPFileStore::moveItem(const Url& source, const Url& target) {
+    if (const auto known = knowWhatIsThere(target); !known)
+        return notUploaded(known.error().message);
+    const auto size = localStore_.fileSize(source);
+    if (!size) return notUploaded("Die geladene Datei ist nicht mehr da");
     if (const auto isFree = dispelDoubt(target); !isFree)
         return notUploaded(isFree.error().message);
     const auto part = pathOfPart(target.path);
     const SftpCommands upload{command("put", source.path, part),
                               command("rename", part, target.path)};
-    const auto [status, output] = batch(target, upload);
-    if (status != 0) {
+    const auto result = batch(target, upload);
+    if (result.status != 0) {
         if (!objection(upload)) batch(target, {command("-rm", part)});
-        return notUploaded(shown(output));
+        return notUploaded(shown(result.output));
     }
-    return confirm(source, target);
-}
-
-Result<> SFTPFileStore::confirm(const Url& source, const Url& target) {
-    const auto size = localStore_.fileSize(source);
-    if (size && fileSize(target) != size) {
+    if (fileSize(target) != size) {
         batch(target, {command("-rm", target.path)});
         return failure("Größe stimmt nach der Übertragung nicht");
     }
@@ -286,7 +307,11 @@ CommandResult SFTPFileStore::batch(const Url& server, const SftpCommands& comman
     // Quiet as it is told to be with the user's own setup, the client keeps the reason to itself.
     const bool isSilent = login.kind == SSHLogin::Kind::userSSH && result.status == noConnection &&
                           !complaint(result.output);
-    if (isSilent) result.output = adviceToTry(*who, server.port);
+    if (isSilent && hasBegun(result.output)) {
+        result.output = "Die Verbindung ist abgebrochen";
+    } else if (isSilent) {
+        result.output = adviceToTry(*who, server.port);
+    }
     return result;
 }
 

@@ -5,6 +5,7 @@
 #include "CommandRunner.h"
 #include "ContentReader.h"
 #include "FileStore.h"
+#include "ListingRecord.h"
 #include "LocalFileStore.h"
 #include "SSHLogin.h"
 #include "SftpBatch.h"
@@ -24,12 +25,20 @@ namespace bildkurier {
 
 /// Folders on SFTP servers, reached through the system's sftp client: every operation is one
 /// run of it, a listing one for each level of folders. Files are staged on this computer.
-/// Holds no connection, and of the servers only where it asked in vain whether a file exists.
+/// Holds no connection, and of the servers only where it asked in vain: whether a file exists, or
+/// what a folder holds.
+///
+/// A server has ten seconds to be reached. One that stops answering later is waited for until it
+/// answers, its connection is closed, or the program ends.
+///
+/// Where the listing for `existingFileKeys` breaks off, nothing is put below that folder, and no
+/// folder made there, until it has been listed to the end.
 ///
 /// Unlike a local folder, a server may let `moveItem` replace a file that is there: the client's
 /// plain "rename" works on every server, but on some it replaces. So `moveItem` relies on
 /// `fileExists` having been asked, and asks again itself where that had no answer. What somebody
-/// else puts under the name between the question and the end of the upload may be lost.
+/// else puts under the name between the question and the end of the upload may be lost, and so is
+/// whatever has the file's name with ".part" behind it, under which the upload arrives.
 /// `removeItem` removes a file or an empty folder.
 class SFTPFileStore final : public FileStore {
 public:
@@ -96,13 +105,15 @@ private:
     Result<bool> look(const Url& url);
     /// Makes sure that `target` is free if that was asked in vain before.
     Result<> dispelDoubt(const Url& target);
-    Result<> confirm(const Url& source, const Url& target);
+    /// Fails below a folder whose listing broke off: what is there might be loaded twice.
+    Result<> knowWhatIsThere(const Url& url) const;
 
     std::shared_ptr<CommandRunner> runner_;
     std::string sftp_;
     Login login_;
     Url stagingRoot_;
     LocalFileStore localStore_;
+    ListingRecord record_;
     std::mutex doubtsMutex_;
     std::vector<Url> doubts_;  ///< of which it is not known whether anything is there
 };

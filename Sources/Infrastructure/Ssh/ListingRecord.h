@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "Url.h"
+
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace bildkurier {
+
+/// Remembers of the folders of servers whether they were listed to the end when they were listed
+/// last. Any thread.
+class ListingRecord {
+public:
+    /// `trouble` is why the listing of `folder` broke off; absent when it did not.
+    void note(const Url& folder, std::optional<std::string> trouble);
+
+    /// Why it is not known what is in the folder in which `url` lies; absent when it is known, or
+    /// nobody has asked.
+    std::optional<std::string> troubleAbove(const Url& url) const;
+
+private:
+    struct Listing {
+        Url folder;  ///< with a slash at the end
+        std::optional<std::string> trouble;
+    };
+
+    mutable std::mutex mutex_;
+    std::vector<Listing> listings_;
+};
+
+}  // namespace bildkurier
