@@ -3,8 +3,11 @@
 #include "Formatting.h"
 
 #include "ByteFormatter.h"
+#include "IcuStatus.h"
 
 #include <unicode/locid.h>
+#include <unicode/numberformatter.h>
+#include <unicode/unistr.h>
 
 #include <cmath>
 #include <limits>
@@ -34,6 +37,16 @@ std::int64_t truncated(double value) {
 
 std::string formatBytes(std::int64_t bytes) {
     return bytes < 1 ? byteFormatter().zeroKilobytes() : byteFormatter().text(bytes);
+}
+
+std::string formatCount(std::int64_t count) {
+    static const auto formatter =
+        icu::number::NumberFormatter::withLocale(icu::Locale(userLocale().c_str()));
+    IcuStatus status;
+    const auto text = formatter.formatInt(count, status).toString(status);
+    status.assertSuccess();
+    std::string result;
+    return text.toUTF8String(result);
 }
 
 std::string formatSpeed(double bytesPerSecond) {

@@ -13,6 +13,9 @@ namespace bildkurier {
 /// unit names of the user's locale: "14,2 GB". Zero and less read "0 KB" (French "0 Ko").
 std::string formatBytes(std::int64_t bytes);
 
+/// A number of files or lines, in the number format of the user's locale: "1.284".
+std::string formatCount(std::int64_t count);
+
 /// A transfer speed: `formatBytes` of the whole bytes, then "/s". Below one byte per second,
 /// infinite or not a number: "0 MB/s" (French "0 Mo/s").
 std::string formatSpeed(double bytesPerSecond);

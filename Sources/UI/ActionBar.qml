@@ -10,6 +10,8 @@ Column {
     id: bar
 
     required property string status
+    /// What of it is to be read out.
+    required property string news
     required property bool importing
     required property real progress
     required property string counts
@@ -32,16 +34,15 @@ Column {
     BodyText {
         Accessible.role: Accessible.StatusBar
         color: Theme.secondary
-        elide: Text.ElideMiddle
-        maximumLineCount: 4
+        elide: Text.ElideRight
+        maximumLineCount: 8
         objectName: "status"
         text: bar.status
         topPadding: 2
         width: parent.width
 
         Announcement {
-            // Nobody wants to hear of every file.
-            news: bar.importing ? "" : bar.status
+            news: bar.news
         }
     }
 

@@ -46,10 +46,8 @@ Card {
 
             BodyText {
                 Accessible.role: Accessible.Heading
-                elide: Text.ElideMiddle
                 font.pixelSize: 16
                 font.weight: Font.DemiBold
-                maximumLineCount: 2
                 objectName: "cameraTitle"
                 text: header.title
                 width: parent.width

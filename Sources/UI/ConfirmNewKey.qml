@@ -17,6 +17,7 @@ T.Popup {
     anchors.centerIn: parent
     closePolicy: T.Popup.CloseOnEscape
     focus: true
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
     modal: true
     padding: 20
     visible: shown
@@ -27,6 +28,7 @@ T.Popup {
     }
 
     background: Rectangle {
+        objectName: "questionGround"
         border.color: Theme.controlLine
         color: Theme.card
         radius: 12
@@ -60,18 +62,25 @@ T.Popup {
                 objectName: "confirmNewKey"
                 text: qsTr("Neuen Schlüssel erzeugen")
 
+                Keys.onEnterPressed: clicked()
+                Keys.onReturnPressed: clicked()
                 onClicked: dialog.confirmed()
             }
 
             PushButton {
-                focus: true
+                id: keep
+
                 objectName: "keepKey"
                 text: qsTr("Abbrechen")
 
+                Keys.onEnterPressed: clicked()
+                Keys.onReturnPressed: clicked()
                 onClicked: dialog.closedByUser()
             }
         }
     }
 
     onClosed: if (shown) closedByUser()
+    // So that it shows what the keyboard works from the start.
+    onOpened: keep.forceActiveFocus(Qt.TabFocusReason)
 }

@@ -12,6 +12,10 @@ FocusScope {
     required property ImportBridge model
     required property KeyBridge keys
 
+    /// The size from which on everything has its room.
+    readonly property int leastHeight: 454
+    readonly property int leastWidth: 520
+
     property bool showLog: false
     property bool confirmNewKey: false
 
@@ -23,6 +27,8 @@ FocusScope {
     Keys.onReturnPressed: view.model.startImport()
 
     Form {
+        id: form
+
         anchors.bottom: bar.top
         anchors.left: parent.left
         anchors.right: parent.right
@@ -158,10 +164,13 @@ FocusScope {
         }
 
         LogSection {
-            lines: view.model.log
+            id: log
+
+            lines: view.showLog ? view.model.log : []
             open: view.showLog
             title: view.model.logTitle
 
+            onOpenChanged: if (open) form.revealSoon(log)
             onToggled: view.showLog = !view.showLog
         }
     }
@@ -177,6 +186,7 @@ FocusScope {
         importTitle: view.model.importTitle
         importing: view.model.importing
         mayImport: view.model.mayImport
+        news: view.model.news
         progress: view.model.progress
         speed: view.model.speed
         status: view.model.status

@@ -11,14 +11,29 @@ Flickable {
 
     readonly property Item focusItem: Window.activeFocusItem
 
-    /// Scrolls to the control that the keyboard has come to.
+    /// Scrolls until the item can be seen.
     function reveal(item: Item) {
         const top = item.mapToItem(column, 0, 0).y;
-        contentY = Math.max(Math.min(contentY, top), top + item.height + 2 * Theme.margin - height);
+        const wanted = Math.max(Math.min(contentY, top), top + item.height + 2 * Theme.margin - height);
+        contentY = Math.max(0, Math.min(contentHeight - height, wanted));
+    }
+
+    /// As soon as what has just changed has its place.
+    function revealSoon(item: Item) {
+        unplaced.target = Window.window;
+        unplaced.item = item;
     }
 
     function holds(item: Item): bool {
         return item !== null && (item === column || holds(item.parent));
+    }
+
+    /// What of it can be seen: the view, where it is a text that scrolls by itself.
+    function shownPart(item: Item): Item {
+        for (let around = item.parent; around !== column; around = around.parent)
+            if (around instanceof Flickable)
+                return around;
+        return item;
     }
 
     boundsBehavior: Flickable.StopAtBounds
@@ -30,7 +45,33 @@ Flickable {
     T.ScrollBar.vertical: SlimScrollBar {
     }
 
-    onFocusItemChanged: if (holds(focusItem)) reveal(focusItem)
+    // What was clicked stays where it is: the click has not ended.
+    onFocusItemChanged: if (!pointer.active && holds(focusItem)) reveal(shownPart(focusItem))
+
+    Connections {
+        id: unplaced
+
+        property Item item
+
+        enabled: item !== null
+        target: null
+
+        function onFrameSwapped() {
+            form.reveal(item);
+            item = null;
+        }
+    }
+
+    // Above all that can be clicked, so that it hears of a click first. It takes none.
+    Item {
+        anchors.fill: parent
+        z: 1
+
+        PointHandler {
+            id: pointer
+
+        }
+    }
 
     Column {
         id: column

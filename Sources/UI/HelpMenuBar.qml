@@ -26,6 +26,7 @@ T.MenuBar {
         id: title
 
         Accessible.name: qsTr("Hilfe")
+        focusPolicy: Qt.TabFocus
         implicitHeight: 26
         implicitWidth: implicitContentWidth + 16
         leftPadding: 8

@@ -52,7 +52,15 @@ void ImportBridge::tell() {
         shownSpeed_ = model_->speed();
         emit speedChanged();
     }
+    tellNews();
     emit changed();
+}
+
+void ImportBridge::tellNews() {
+    const bool isOneOfMany =
+        importing() && wasImporting_ && status().startsWith(QStringLiteral("Lade "));
+    if (!isOneOfMany) news_ = status();
+    wasImporting_ = importing();
 }
 
 bool ImportBridge::connected() const { return model_->phase() != Phase::noCamera; }
@@ -221,7 +229,8 @@ ImportBridge::Summary ImportBridge::summary() const {
 }
 
 QString ImportBridge::newCount() const {
-    return tr("%1 Dateien").arg(countText(std::ssize(model_->newFiles())));
+    const auto count = std::ssize(model_->newFiles());
+    return count == 1 ? tr("1 Datei") : tr("%1 Dateien").arg(countText(count));
 }
 
 QString ImportBridge::newSize() const { return windowText(formatBytes(model_->newBytes())); }

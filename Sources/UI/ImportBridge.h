@@ -71,6 +71,7 @@ class ImportBridge final : public QObject {
     Q_PROPERTY(QList<QString> log READ log NOTIFY logChanged)
 
     Q_PROPERTY(QString status READ status NOTIFY changed)
+    Q_PROPERTY(QString news READ news NOTIFY changed)
     Q_PROPERTY(double progress READ progress NOTIFY changed)
     Q_PROPERTY(QString progressCounts READ progressCounts NOTIFY changed)
     Q_PROPERTY(bildkurier::SpeedGauge speed READ speed NOTIFY speedChanged)
@@ -149,6 +150,8 @@ public:
     QStringList log() const;
 
     QString status() const;
+    /// The status as long as it is worth hearing: of an import's files, the first only.
+    QString news() const { return news_; }
     /// 0 to 1.
     double progress() const { return model_->totalBytesProgress(); }
     QString progressCounts() const;
@@ -174,6 +177,7 @@ signals:
 private:
     void announce();
     void tell();
+    void tellNews();
 
     std::shared_ptr<ImportModel> model_;
     QTimer notice_;
@@ -183,6 +187,8 @@ private:
     std::vector<TypeSummary> shownTypes_;
     std::deque<std::string> shownLog_;
     SpeedMeter::Reading shownSpeed_;
+    QString news_;
+    bool wasImporting_ = false;
     Handle observation_;
 };
 

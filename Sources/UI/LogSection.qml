@@ -10,6 +10,7 @@ Card {
     id: section
 
     required property string title
+    /// Needed while it is open.
     required property list<string> lines
     required property bool open
 
@@ -68,7 +69,7 @@ Card {
     }
 
     LogView {
-        lines: section.open ? section.lines : []
+        lines: section.lines
         visible: section.open
     }
 }

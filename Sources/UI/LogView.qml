@@ -18,73 +18,86 @@ CardRow {
         visible: row.lines.length === 0
     }
 
-    Flickable {
-        id: view
-
-        property bool follows: true
-
-        function newest(): real {
-            return Math.max(0, contentHeight - height);
-        }
-
-        function followNewest() {
-            if (follows)
-                contentY = newest();
-        }
-
+    Item {
         Layout.fillWidth: true
-        Layout.preferredHeight: Math.min(180, contentHeight)
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
-        contentHeight: text.implicitHeight
-        contentWidth: width
-        objectName: "logView"
+        Layout.preferredHeight: Math.min(180, view.contentHeight)
         visible: row.lines.length > 0
 
-        T.ScrollBar.vertical: SlimScrollBar {
-        }
+        Flickable {
+            id: view
 
-        onContentHeightChanged: followNewest()
-        onContentYChanged: follows = contentY >= newest() - 1
-        onHeightChanged: followNewest()
+            property bool follows: true
 
-        TextEdit {
-            id: text
+            function newest(): real {
+                return Math.max(0, contentHeight - height);
+            }
 
-            Accessible.multiLine: true
-            Accessible.name: qsTr("Protokoll")
-            Accessible.readOnly: true
-            Accessible.role: Accessible.EditableText
-            activeFocusOnTab: true
-            color: Theme.text
-            font.family: Theme.monospace
-            font.pixelSize: Theme.captionSize
-            objectName: "logText"
-            readOnly: true
-            rightPadding: 12
-            selectByMouse: true
-            selectedTextColor: "#ffffff"
-            selectionColor: Theme.prominent
-            textFormat: TextEdit.PlainText
-            width: view.width
-            wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
+            function followNewest() {
+                if (follows)
+                    contentY = newest();
+            }
 
-            Keys.onPressed: event => {
-                const page = view.height - 20;
-                const steps = ({
-                        [Qt.Key_PageDown]: page,
-                        [Qt.Key_PageUp]: -page
-                    });
-                if (event.key in steps) {
-                    view.contentY = Math.max(0, Math.min(view.newest(), view.contentY + steps[event.key]));
-                    event.accepted = true;
+            anchors.fill: parent
+            boundsBehavior: Flickable.StopAtBounds
+            clip: true
+            contentHeight: text.implicitHeight
+            contentWidth: width
+            objectName: "logView"
+
+            T.ScrollBar.vertical: SlimScrollBar {
+            }
+
+            onContentHeightChanged: followNewest()
+            onContentYChanged: follows = contentY >= newest() - 1
+            onHeightChanged: followNewest()
+
+            TextEdit {
+                id: text
+
+                Accessible.multiLine: true
+                Accessible.name: qsTr("Protokoll")
+                Accessible.readOnly: true
+                Accessible.role: Accessible.EditableText
+                activeFocusOnTab: true
+                color: Theme.text
+                font.family: Theme.monospace
+                font.pixelSize: Theme.captionSize
+                objectName: "logText"
+                readOnly: true
+                rightPadding: 12
+                selectByMouse: true
+                selectedTextColor: "#ffffff"
+                selectionColor: Theme.prominent
+                textFormat: TextEdit.PlainText
+                width: view.width
+                wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
+
+                Keys.onPressed: event => {
+                    const line = 20, page = view.height - line;
+                    const steps = ({
+                            [Qt.Key_Down]: line,
+                            [Qt.Key_End]: view.contentHeight,
+                            [Qt.Key_Home]: -view.contentHeight,
+                            [Qt.Key_PageDown]: page,
+                            [Qt.Key_PageUp]: -page,
+                            [Qt.Key_Up]: -line
+                        });
+                    if (event.key in steps) {
+                        view.contentY = Math.max(0, Math.min(view.newest(), view.contentY + steps[event.key]));
+                        event.accepted = true;
+                    }
                 }
+            }
+
+            LogText {
+                document: text.textDocument
+                lines: row.lines
             }
         }
 
-        LogText {
-            document: text.textDocument
-            lines: row.lines
+        FocusRing {
+            corner: 2
+            shown: text.activeFocus
         }
     }
 }

@@ -15,9 +15,10 @@ T.ApplicationWindow {
     required property url privacy
 
     color: Theme.window
-    height: Math.min(1000, Screen.desktopAvailableHeight)
-    minimumHeight: 480
-    minimumWidth: 520
+    // With room for what the desktop puts round it.
+    height: Math.min(1000, Screen.desktopAvailableHeight - 40)
+    minimumHeight: content.leastHeight + menuBar.implicitHeight
+    minimumWidth: content.leastWidth
     objectName: "main"
     title: "Bildkurier"
     visible: true
@@ -41,5 +42,6 @@ T.ApplicationWindow {
         focus: true
         keys: window.keys
         model: window.model
+        objectName: "content"
     }
 }

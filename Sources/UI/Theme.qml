@@ -18,7 +18,7 @@ QtObject {
     readonly property color accentTint: dark ? "#2e3a4b" : "#dceafa"
     readonly property color prominent: dark ? "#1b6fd8" : "#0a6cdf"
     readonly property color good: dark ? "#45cf93" : "#14764c"
-    readonly property color bad: dark ? "#ff8a80" : "#b3261e"
+    readonly property color bad: dark ? "#ffa79f" : "#b3261e"
     readonly property color warning: dark ? "#f0b35a" : "#8a5200"
     readonly property color warningTint: dark ? "#3d3325" : "#fdf3e1"
     readonly property color control: dark ? "#3b3b3f" : "#ffffff"

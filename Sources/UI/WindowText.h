@@ -2,7 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
-#include <QLocale>
+#include "Formatting.h"
+
 #include <QString>
 #include <cstdint>
 #include <optional>
@@ -17,7 +18,6 @@ inline QString windowText(const std::optional<std::string>& text) {
     return windowText(text.value_or(std::string()));
 }
 
-/// In the user's number format: "1.284".
-inline QString countText(std::int64_t count) { return QLocale().toString(qlonglong{count}); }
+inline QString countText(std::int64_t count) { return windowText(formatCount(count)); }
 
 }  // namespace bildkurier

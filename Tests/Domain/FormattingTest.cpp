@@ -30,6 +30,14 @@ TEST(FormatBytes, WritesZeroKilobytesForNothing) {
     EXPECT_EQ(formatBytes(std::numeric_limits<std::int64_t>::min()), "0 KB");
 }
 
+TEST(FormatCount, WritesNumbersTheUsersWay) {
+    EXPECT_EQ(formatCount(0), "0");
+    EXPECT_EQ(formatCount(999), "999");
+    EXPECT_EQ(formatCount(1'284), "1.284");
+    EXPECT_EQ(formatCount(100'000), "100.000");
+    EXPECT_EQ(formatCount(mostBytes), "9.223.372.036.854.775.807");
+}
+
 TEST(FormatSpeed, WritesWholeBytesPerSecond) {
     EXPECT_EQ(formatSpeed(2'500'000), "2,5 MB/s");
     EXPECT_EQ(formatSpeed(38'500'000), "38,5 MB/s");

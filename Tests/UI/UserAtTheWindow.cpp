@@ -5,7 +5,6 @@
 #include <unicode/errorcode.h>
 #include <unicode/locid.h>
 
-#include <QLocale>
 #include <QQuickWindow>
 
 namespace bildkurier {
@@ -14,7 +13,6 @@ void becomeUserInBerlin() {
     qputenv("TZ", "Europe/Berlin");
     icu::ErrorCode status;
     icu::Locale::setDefault(icu::Locale::getGermany(), status);
-    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
 }
 

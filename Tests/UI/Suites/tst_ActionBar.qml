@@ -73,9 +73,11 @@ WindowTest {
         has("Notification", "2 neue Dateien (1 KB) bereit zum Import.");
         hasNo("Notification", "2 neue Dateien (1 KB) bereit zum Import.");
         script.startImport();
-        tryCompare(named("status"), "text", "Lade 1 von 2: A.JPG");
-        verify(!tree.all(view).some(line => line.startsWith("Notification")));
+        has("Notification", "Lade 1 von 2: A.JPG");
+        hasNo("Notification", "Lade 1 von 2: A.JPG");
         script.deliver(camera, 0);
+        tryCompare(named("status"), "text", "Lade 2 von 2: B.JPG");
+        verify(!tree.all(view).some(line => line.startsWith("Notification")));
         script.deliver(camera, 1);
         has("Notification", "Nichts Neues im gewählten Zeitraum.");
     }
@@ -85,6 +87,7 @@ WindowTest {
         press("2 importieren");
         script.settle();
         press("Abbrechen");
+        has("Notification", "Breche nach der aktuellen Datei ab …");
         script.deliver(camera, 0);
         tryVerify(() => !script.model.importing);
         hasNo("Button", "Abbrechen");

@@ -97,7 +97,11 @@ WindowTest {
         press("Schlüssel der App löschen");
         script.settle();
         shows(ownSetup);
+        shows("Schlüssel der App gelöscht.");
         hides(key);
+        has("Button", "Schlüssel erzeugen");
+        hasNo("Button", "Neuen Schlüssel erzeugen");
+        hasNo("Button", "Schlüssel der App löschen");
     }
 
     function test_asksBeforeAKeyIsReplaced() {
@@ -129,8 +133,16 @@ WindowTest {
                 refuse: () => keyClick(Qt.Key_Escape)
             },
             {
-                tag: "return on what is offered first",
+                tag: "space bar on what is offered first",
                 refuse: () => keyClick(Qt.Key_Space)
+            },
+            {
+                tag: "return on what is offered first",
+                refuse: () => keyClick(Qt.Key_Return)
+            },
+            {
+                tag: "enter on what is offered first",
+                refuse: () => keyClick(Qt.Key_Enter)
             }
         ];
     }
@@ -151,6 +163,18 @@ WindowTest {
         shows("Neuen Schlüssel erzeugen?");
     }
 
+    function test_replacesTheKeyByKeyboard() {
+        openKeys(key);
+        press("Neuen Schlüssel erzeugen");
+        tryVerify(() => named("keepKey") !== null && named("keepKey").activeFocus);
+        keyClick(Qt.Key_Tab);
+        keyClick(Qt.Key_Return);
+        hides("Neuen Schlüssel erzeugen?");
+        script.settle();
+        compare(script.keysMade, 1);
+        shows("ssh-ed25519 neu1 bildkurier");
+    }
+
     function test_takesAKeyOver() {
         openKeys("");
         script.choose("/home/anna/.ssh/id_ed25519");
@@ -158,6 +182,8 @@ WindowTest {
         compare(script.dialogs, 1);
         script.settle();
         shows("ssh-ed25519 /home/anna/.ssh/id_ed25519");
+        shows("Schlüssel übernommen.");
+        has("Button", "Neuen Schlüssel erzeugen");
     }
 
     function test_saysWhatWentWrong() {

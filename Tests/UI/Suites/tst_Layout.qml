@@ -7,6 +7,8 @@ import Bildkurier
 WindowTest {
     name: "Layout"
 
+    readonly property int leastWidth: 520
+
     /// Texts that lie beside their window or are shortened without a need.
     function cut() {
         const found = [];
@@ -16,7 +18,9 @@ WindowTest {
             const left = item.mapToItem(view, 0, 0).x;
             if (left < -0.5 || left + Math.min(item.contentWidth, item.width) > view.width + 0.5)
                 found.push("outside: " + item.text);
-            if (item.elide === Text.ElideNone && (item.contentWidth > item.width + 1 || item.contentHeight > item.height + 1))
+            // Several lines can only end in dots.
+            const mayBeShortened = item.elide === Text.ElideRight || item.elide !== Text.ElideNone && item.wrapMode === Text.NoWrap;
+            if (!mayBeShortened && (item.truncated || item.contentWidth > item.width + 1 || item.contentHeight > item.height + 1))
                 found.push("cut: " + item.text + " " + [item.contentWidth, item.width, item.contentHeight, item.height]);
         });
         return found.join("\n");
@@ -50,7 +54,7 @@ WindowTest {
 
     function test_fitsEveryWidth_data() {
         const rows = [];
-        for (const width of [520, 680, 1200])
+        for (const width of [leastWidth, 680, 1200])
             for (const state of ["no camera", "ready", "importing", "choice", "server", "mismatch", "log"])
                 rows.push({
                     tag: state + " " + width,
@@ -101,6 +105,51 @@ WindowTest {
         becomesEmpty(overlapping);
     }
 
+    function test_showsLongNamesWhole_data() {
+        return [leastWidth, 680].map(width => ({
+                    tag: "" + width,
+                    width: width
+                }));
+    }
+
+    function test_showsLongNamesWhole(row) {
+        open({
+            width: row.width
+        });
+        connect([["B".repeat(251) + ".JPG", 600, "2024-05-08"]], "Kamera " + "K".repeat(240), "k");
+        connect([["C.JPG", 600, "2024-05-08"]], "X100", "x100");
+        script.startImport();
+        tryVerify(() => named("status").text.endsWith(".JPG"));
+        becomesEmpty(cut);
+        for (const name of ["status", "cameraTitle"])
+            compare(named(name).truncated, false, name);
+    }
+
+    function test_asksOnAGroundOfItsOwn() {
+        script.startsWithServer = true;
+        script.publicKey = "ssh-ed25519 AAAA bildkurier";
+        open({
+            width: leastWidth,
+            height: 480,
+            confirmNewKey: true
+        });
+        tryVerify(() => named("keepKey") !== null);
+        tryVerify(isLaidOut);
+        const ground = named("questionGround");
+        const box = ground.mapToItem(view, 0, 0, ground.width, ground.height);
+        let parts = 0;
+        visit(ground.parent, item => {
+            if (!(item instanceof Text))
+                return;
+            ++parts;
+            const part = item.mapToItem(view, 0, 0, item.contentWidth, item.contentHeight);
+            verify(part.left >= box.left && part.right <= box.right && part.top >= box.top && part.bottom <= box.bottom, item.text);
+        });
+        compare(parts, 4);
+        compare(ground.color, Theme.card);
+        becomesEmpty(cut);
+    }
+
     function test_keepsTheRightDistances() {
         openWith([["A.JPG", 600, "2024-05-09"]]);
         const cards = [];
@@ -118,6 +167,10 @@ WindowTest {
     function luminance(color) {
         const linear = [color.r, color.g, color.b].map(part => part <= 0.04045 ? part / 12.92 : Math.pow((part + 0.055) / 1.055, 2.4));
         return 0.2126 * linear[0] + 0.7152 * linear[1] + 0.0722 * linear[2];
+    }
+
+    function over(color, ground) {
+        return Qt.tint(ground, color);
     }
 
     function contrast(one, other) {
@@ -141,9 +194,13 @@ WindowTest {
     function test_canBeRead(row) {
         script.dark = row.dark;
         tryCompare(Theme, "dark", row.dark);
-        const pairs = [[Theme.text, Theme.window], [Theme.secondary, Theme.window], [Theme.text, Theme.card], [Theme.secondary, Theme.card], [Theme.good, Theme.card], [Theme.bad, Theme.card], [Theme.bad, Theme.control], [Theme.text, Theme.control], [Theme.text, Theme.pressed], [Theme.text, Theme.chosen], [Theme.secondary, Theme.groove], [Theme.text, Theme.groove], [Theme.text, Theme.field], [Theme.secondary, Theme.field], [Theme.warning, Theme.warningTint], [Theme.text, Theme.warningTint], ["#ffffff", Theme.prominent]];
+        const pairs = [[Theme.text, Theme.window], [Theme.secondary, Theme.window], [Theme.text, Theme.card], [Theme.secondary, Theme.card], [Theme.good, Theme.card], [Theme.bad, Theme.card], [Theme.bad, Theme.control], [Theme.bad, Theme.pressed], [Theme.text, Theme.control], [Theme.text, Theme.pressed], [Theme.text, Theme.chosen], [Theme.secondary, Theme.groove], [Theme.text, Theme.groove], [Theme.text, Theme.field], [Theme.secondary, Theme.field], [Theme.warning, Theme.warningTint], [Theme.text, Theme.warningTint], ["#ffffff", Theme.prominent]];
         for (let i = 0; i < Theme.tileTints.length; ++i)
             pairs.push([Theme.tileTexts[i], Theme.tileTints[i]], [Theme.text, Theme.tileTints[i]], [Theme.secondary, Theme.tileTints[i]]);
+        // The gauge's colours are given; its scale and its red have a little less.
+        const gauge = over(Qt.rgba(0, 0, 0, 0.85), Theme.window);
+        for (const ink of [over(Qt.rgba(1, 1, 1, 0.55), gauge), Qt.rgba(0.2, 0.95, 0.3, 1), Qt.rgba(1, 0.85, 0.1, 1), Qt.rgba(0.2, 0.9, 1, 1)])
+            pairs.push([ink, gauge]);
         pairs.forEach(([text, ground], i) => {
             const found = contrast(Qt.color(text), Qt.color(ground));
             verify(found >= 4.5, i + ": " + text + " on " + ground + ": " + found.toFixed(2));

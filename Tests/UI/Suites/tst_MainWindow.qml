@@ -43,9 +43,18 @@ TestCase {
     }
 
     function test_doesNotBecomeSmallerThanItsContents() {
-        verify(window.minimumWidth >= 500);
-        verify(window.minimumHeight >= 400);
         compare(window.width, 680);
+        const content = findChild(window.contentItem, "content");
+        compare(window.minimumWidth, content.leastWidth);
+        compare(window.minimumHeight, content.leastHeight + window.menuBar.height);
+        window.width = window.minimumWidth;
+        window.height = window.minimumHeight;
+        tryCompare(content, "height", content.leastHeight);
+        compare(content.width, content.leastWidth);
+        // As much of the form as two rows, with everything below it.
+        const form = findChild(content, "form"), bar = findChild(content, "status").parent;
+        verify(form.height >= 150);
+        verify(bar.y >= form.height && bar.y + bar.height <= content.height);
     }
 
     function test_hasOneMenuWithTwoItems() {
@@ -54,6 +63,19 @@ TestCase {
         compare(menu.title.replace("&", ""), "Hilfe");
         compare(menu.count, 2);
         compare([menu.itemAt(0).text, menu.itemAt(1).text], ["Bildkurier Support", "Datenschutz"]);
+    }
+
+    function test_reachesItsMenuByTab() {
+        const title = window.menuBar.contentChildren[0];
+        for (let presses = 0; presses < 20 && !title.activeFocus; ++presses)
+            keyClick(Qt.Key_Tab);
+        compare(title.visualFocus, true);
+        keyClick(Qt.Key_Space);
+        tryCompare(window.menuBar.menus[0], "opened", true);
+        keyClick(Qt.Key_Escape);
+        tryCompare(window.menuBar.menus[0], "opened", false);
+        keyClick(Qt.Key_Tab);
+        tryVerify(() => !title.activeFocus && window.activeFocusItem !== null);
     }
 
     function test_opensItsWebPages_data() {

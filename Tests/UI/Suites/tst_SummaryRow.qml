@@ -74,6 +74,11 @@ WindowTest {
         has("StaticText", "CR3: 2 (7 MB)");
     }
 
+    function test_countsOne() {
+        openWith([["A.CR3", 3e6, "2024-05-09"]]);
+        tryVerify(() => named("newCount")?.text === "1 Datei");
+    }
+
     function tiles() {
         const found = [];
         const parts = {};
