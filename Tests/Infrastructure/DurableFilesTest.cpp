@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "DurableFiles.h"
+#include "DurableFolders.h"
 #include "FileDescriptor.h"
 #include "HiddenCopies.h"
 #include "OrdinaryUser.h"
@@ -645,6 +646,47 @@ TEST_F(DurableFiles, FlushTheNameOfAFolderThatExistsAsItsMakerMayHaveFailed) {
     rule = always("flush JPG", 0);
     EXPECT_EQ(run([&] { return makeFolder(folder.path("JPG/a/b")); }), 0);
     EXPECT_EQ(calls, (Calls{"flush JPG", "make b", "flush a"}));
+}
+
+TEST_F(DurableFiles, FlushTheNameOfAFolderOnce) {
+    DurableFolders folders;
+    const auto make = [&] { return folders.make(folder.path("JPG/a")); };
+    folder.makeFolder("JPG/a");
+    EXPECT_EQ(run(make), 0);
+    EXPECT_EQ(calls, Calls{"flush JPG"});
+    EXPECT_EQ(run(make), 0);
+    EXPECT_EQ(calls, Calls{});
+
+    // Another one under its name.
+    fs::rename(folder.path("JPG/a"), folder.path("JPG/b"));
+    folder.makeFolder("JPG/a");
+    EXPECT_EQ(run(make), 0);
+    EXPECT_EQ(calls, Calls{"flush JPG"});
+    fs::remove(folder.path("JPG/a"));
+    EXPECT_EQ(run(make), 0);
+    EXPECT_EQ(calls, (Calls{"flush " + shortName(folder.path()), "make a", "flush JPG"}));
+    EXPECT_EQ(run(make), 0);
+    EXPECT_EQ(calls, Calls{});
+
+    // The same one under another name.
+    fs::remove(folder.path("JPG/a"));
+    fs::rename(folder.path("JPG/b"), folder.path("JPG/c"));
+    EXPECT_EQ(run([&] { return folders.make(folder.path("JPG/c")); }), 0);
+    EXPECT_EQ(calls, Calls{"flush JPG"});
+
+    folder.write("JPG/file", "");
+    EXPECT_EQ(run([&] { return folders.make(folder.path("JPG/file")); }), EEXIST);
+}
+
+TEST_F(DurableFiles, FlushTheNameOfAFolderAgainWhereThatFailed) {
+    DurableFolders folders;
+    const auto make = [&] { return folders.make(folder.path("JPG/a")); };
+    rule = always("flush JPG", EIO);
+    EXPECT_EQ(run(make), EIO);
+    EXPECT_EQ(run(make), EIO);
+    rule = always("flush JPG", 0);
+    EXPECT_EQ(run(make), 0);
+    EXPECT_EQ(calls, Calls{"flush JPG"});
 }
 
 TEST_F(DurableFiles, TakeAFolderThatExistsWhereTheOneAboveCannotBeFlushed) {

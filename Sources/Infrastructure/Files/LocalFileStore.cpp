@@ -175,7 +175,7 @@ std::optional<std::int64_t> LocalFileStore::availableCapacity(const Url& url) {
 }
 
 Result<> LocalFileStore::createDirectory(const Url& url) {
-    return outcome(makeFolder(localPath(url)));
+    return outcome(folders_.make(localPath(url)));
 }
 
 Result<> LocalFileStore::moveItem(const Url& source, const Url& target) {

@@ -3,14 +3,14 @@
 #pragma once
 
 #include "ContentReader.h"
+#include "DurableFolders.h"
 #include "FileStore.h"
 
 #include <vector>
 
 namespace bildkurier {
 
-/// Folders of this computer, on any mounted volume. Holds no state: every call asks the file
-/// system afresh.
+/// Folders of this computer, on any mounted volume. Every call asks the file system afresh.
 class LocalFileStore final : public FileStore {
 public:
     Url stagingDirectory(const Url& destination) override;
@@ -27,6 +27,9 @@ public:
     /// The files whose keys `existingFileKeys` answers. One that is missing has none; fails where
     /// the folder itself cannot be read.
     Result<ContentReader::Listing> files(const Url& folder);
+
+private:
+    DurableFolders folders_;
 };
 
 }  // namespace bildkurier
