@@ -9,6 +9,9 @@ namespace bildkurier {
 namespace {
 
 constexpr auto noKey = "Die App hat noch keinen eigenen Schlüssel.";
+constexpr auto noPublicHalf =
+    "Der öffentliche Teil des Schlüssels fehlt oder ist nicht lesbar. Den Schlüssel neu erzeugen "
+    "oder noch einmal übernehmen.";
 
 }  // namespace
 
@@ -21,7 +24,7 @@ KeyCommand::KeyCommand(CommandLine commandLine, std::shared_ptr<SSHKeyModel> key
 
 void KeyCommand::begin() {
     using Command = CommandLine::Command;
-    const bool hasKey = keys_->publicKey().has_value();
+    const bool hasKey = keys_->hasKey();
     if (commandLine_.command == Command::keyShow) return show();
     if (commandLine_.command == Command::keyGenerate && hasKey && !commandLine_.replace) {
         return refuse(
@@ -30,7 +33,6 @@ void KeyCommand::begin() {
     }
     if (commandLine_.command == Command::keyRemove) {
         keys_->removeKey();
-        if (keys_->publicKey()) return refuse("Der Schlüssel lässt sich nicht löschen.");
         return hasKey ? acted() : tell(noKey);
     }
     if (commandLine_.command == Command::keyGenerate) {
@@ -46,7 +48,7 @@ void KeyCommand::begin() {
 
 void KeyCommand::show() {
     const auto& key = keys_->publicKey();
-    if (!key) return refuse(noKey);
+    if (!key) return refuse(keys_->hasKey() ? noPublicHalf : noKey);
     report_.status(*key);
     if (const auto& fingerprint = keys_->fingerprint()) report_.status(*fingerprint);
     done_(ExitStatus::success);

@@ -28,14 +28,12 @@ void ServerCommand::start() {
 }
 
 void ServerCommand::forget() {
-    const bool wasKnown = knowsServer();
     model().forgetSFTPHostKey();
     if (knowsServer()) {
         return stop(ExitStatus::destinationUnusable,
                     "Der Server-Schlüssel lässt sich nicht vergessen.");
     }
-    report().status(wasKnown ? model().sftpStatus().value_or("")
-                             : "Von diesem Server ist kein Schlüssel gespeichert.");
+    report().status(model().sftpStatus().value_or(""));
     end();
 }
 

@@ -48,14 +48,17 @@ void SSHKeyModel::importKey() {
 
 void SSHKeyModel::removeKey() {
     keyring_->removeKey();
-    publish(failed_, false);
-    publish(message_, "Schlüssel der App gelöscht.");
+    const bool isGone = !keyring_->hasPrivateKey();
+    publish(failed_, !isGone);
+    publish(message_,
+            isGone ? "Schlüssel der App gelöscht." : "Der Schlüssel lässt sich nicht löschen.");
     reload();
 }
 
 void SSHKeyModel::run(std::string success, Work work) {
     publish(busy_, true);
     publish(message_, std::nullopt);
+    publish(failed_, false);
     runThen(
         background_, main_,
         [keyring = keyring_, work = std::move(work), success = std::move(success)] {
@@ -71,6 +74,7 @@ void SSHKeyModel::run(std::string success, Work work) {
 }
 
 void SSHKeyModel::reload() {
+    publish(hasKey_, keyring_->hasPrivateKey());
     publish(publicKey_, keyring_->publicKey());
     publish(fingerprint_, keyring_->keyFingerprint());
 }

@@ -38,11 +38,14 @@ public:
     /// Calls `changed` whenever a field below has changed, until the handle is dropped.
     [[nodiscard]] Handle observe(std::function<void()> changed);
 
+    /// Whether there is a key that a new one would replace, be its public half missing or
+    /// unreadable.
+    bool hasKey() const { return hasKey_; }
     const std::optional<std::string>& publicKey() const { return publicKey_; }
     const std::optional<std::string>& fingerprint() const { return fingerprint_; }
     /// What came of the last action; absent while one runs.
     const std::optional<std::string>& message() const { return message_; }
-    /// Whether that was an error.
+    /// Whether that was an error; false without a message.
     bool failed() const { return failed_; }
     /// No action may be begun meanwhile.
     bool busy() const { return busy_; }
@@ -70,6 +73,7 @@ private:
     std::string homeFolder_;
     bool keyRequired_;
 
+    bool hasKey_ = false;
     std::optional<std::string> publicKey_;
     std::optional<std::string> fingerprint_;
     std::optional<std::string> message_;

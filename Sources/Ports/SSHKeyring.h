@@ -24,6 +24,10 @@ public:
     /// Whether there is a key, both its halves.
     virtual bool hasKey() const = 0;
 
+    /// Whether there is a private key, be it without its public half: what a new key would take
+    /// the place of, for good.
+    virtual bool hasPrivateKey() const = 0;
+
     /// In one line, as servers want it.
     virtual std::optional<std::string> publicKey() const = 0;
 

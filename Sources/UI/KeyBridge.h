@@ -31,7 +31,7 @@ class KeyBridge final : public QObject {
 public:
     explicit KeyBridge(std::shared_ptr<SSHKeyModel> model);
 
-    bool hasKey() const { return model_->publicKey().has_value(); }
+    bool hasKey() const { return model_->hasKey(); }
     QString publicKey() const;
     QString fingerprint() const;
     /// How to log in without a key of the application's own.

@@ -55,7 +55,7 @@ CardRow {
 
         RowLayout {
             spacing: 10
-            visible: rows.hasKey
+            visible: rows.publicKey !== ""
             width: parent.width
 
             KeyLine {
@@ -74,7 +74,7 @@ CardRow {
         Caption {
             objectName: "keyFingerprint"
             text: rows.fingerprint
-            visible: rows.hasKey
+            visible: text !== ""
             width: parent.width
             wrapMode: Text.WrapAtWordBoundaryOrAnywhere
         }
@@ -83,7 +83,7 @@ CardRow {
             objectName: "keyInstruction"
             width: parent.width
             text: qsTr("Diesen öffentlichen Schlüssel auf dem Server als eine Zeile in ~/.ssh/authorized_keys des Benutzers eintragen (bei SFTPGo im Benutzer unter „Public keys“). Die App meldet sich nur damit an, nie mit Passwort.")
-            visible: rows.hasKey
+            visible: rows.publicKey !== ""
         }
 
         Flow {

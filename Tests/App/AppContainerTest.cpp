@@ -45,6 +45,13 @@ protected:
         while (!reached()) loop.run();
     }
 
+    void runUntilKeysAreIdle() {
+        const auto watching = parts.keys->observe([this] {
+            if (!parts.keys->busy()) loop.stop();
+        });
+        while (parts.keys->busy()) loop.run();
+    }
+
     /// Begins an import, and returns while its only file is being loaded.
     void loadLargeFile() {
         const std::string clip = folder.write("card/DCIM/100BILDK/CLIP.MP4", "");
@@ -115,6 +122,23 @@ TEST_F(AppContainerTest, WorksWithoutDialogsAndWithoutAFileManager) {
     parts.keys->importKey();
     EXPECT_EQ(parts.model->dest(), folder.url("bilder"));
     EXPECT_FALSE(parts.keys->busy());
+}
+
+TEST_F(AppContainerTest, LogsInToServersWithTheKeyThereIsNow) {
+    const Url nowhere{.scheme = "sftp", .host = "127.0.0.1", .port = 1, .path = "/fotos"};
+    const auto complaint = [&] {
+        return parts.fileStore->createDirectory(nowhere).error().message;
+    };
+    // The user's own setup is told to be quiet about the reason, the application's key is not.
+    const std::string advice = "Den Grund zeigt im Terminal der Befehl: sftp -P 1 127.0.0.1";
+    const std::string reason = "Connection refused";
+    make({.discovers = false});
+    EXPECT_TRUE(complaint().ends_with(advice)) << complaint();
+    parts.keys->generate();
+    runUntilKeysAreIdle();
+    EXPECT_TRUE(complaint().ends_with(reason)) << complaint();
+    parts.keys->removeKey();
+    EXPECT_TRUE(complaint().ends_with(advice)) << complaint();
 }
 
 TEST_F(AppContainerTest, LetsOneImportRunPerUser) {

@@ -72,6 +72,27 @@ TEST_F(KeyCommandTest, ReplacesAKeyOnlyWhenTold) {
     EXPECT_EQ(keyring->key, "ssh-ed25519 neu1 bildkurier");
 }
 
+TEST_F(KeyCommandTest, ReplacesAKeyWithoutAPublicHalfOnlyWhenTold) {
+    keyring->key = "ssh-ed25519 abc";
+    keyring->isPublicHalfReadable = false;
+    EXPECT_EQ(run(Command::keyShow),
+              end({"error: Der öffentliche Teil des Schlüssels fehlt oder ist nicht lesbar. Den "
+                   "Schlüssel neu erzeugen oder noch einmal übernehmen."},
+                  ExitStatus::destinationUnusable));
+    EXPECT_EQ(run(Command::keyGenerate).second, std::vector{ExitStatus::destinationUnusable});
+    EXPECT_EQ(keyring->key, "ssh-ed25519 abc");
+    EXPECT_EQ(run(Command::keyGenerate, true).second, std::vector{ExitStatus::success});
+    EXPECT_EQ(keyring->key, "ssh-ed25519 neu1 bildkurier");
+}
+
+TEST_F(KeyCommandTest, RemovesAKeyWithoutAPublicHalf) {
+    keyring->key = "ssh-ed25519 abc";
+    keyring->isPublicHalfReadable = false;
+    EXPECT_EQ(run(Command::keyRemove),
+              end({"status: Schlüssel der App gelöscht."}, ExitStatus::success));
+    EXPECT_FALSE(keyring->hasPrivateKey());
+}
+
 TEST_F(KeyCommandTest, TakesOverTheNamedFile) {
     EXPECT_EQ(run(Command::keyImport), end({"status: Schlüssel übernommen."}, ExitStatus::success));
     EXPECT_EQ(keyring->imported, std::vector{Url::file("/home/anna/id")});

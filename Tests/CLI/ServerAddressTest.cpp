@@ -20,6 +20,7 @@ TEST(ServerAddress, HasThePartsOfTheForm) {
         {"sftp://nas/%20a/ b", {.user = "", .host = "nas", .path = "/ a/ b"}},
         {"sftp://nas/100%/a%zz", {.user = "", .host = "nas", .path = "/100%/a%zz"}},
         {"sftp://anna%40firma@nas/x", {.user = "anna@firma", .host = "nas", .path = "/x"}},
+        {"sftp://root@[::1]/x", {.user = "root", .host = "[::1]", .path = "/x"}},
         {"sftp://a@b@nas/x", {.user = "a@b", .host = "nas", .path = "/x"}},
     };
     for (const auto& [text, address] : cases) {
@@ -41,6 +42,10 @@ TEST(ServerAddress, RefusesWhatCannotBeMeant) {
                                    "sftp://nas:ab/fotos",
                                    "sftp://a:b:c/fotos",
                                    "sftp://[::1]:22/fotos",
+                                   "sftp://::1/fotos",
+                                   "sftp://[::1/fotos",
+                                   "sftp://::1]/fotos",
+                                   "sftp://[::1]x]/fotos",
                                    "sftp://nas/a%0Ab",
                                    "sftp://nas/a\nb",
                                    "sftp://an%0ana@nas/fotos",

@@ -85,9 +85,9 @@ TEST_F(ServerCommandTest, ForgetsAServersKey) {
     EXPECT_TRUE(run(Command::sftpCheck)[1].starts_with("status: Erste Verbindung: "));
 }
 
-TEST_F(ServerCommandTest, SaysThatThereIsNoServersKeyToForget) {
+TEST_F(ServerCommandTest, HasForgottenAServerThatItNeverKnew) {
     EXPECT_EQ(run(Command::sftpForget),
-              (Lines{"status: Von diesem Server ist kein Schlüssel gespeichert."}));
+              (Lines{"status: Server-Schlüssel vergessen. Jetzt erneut „Verbinden und prüfen“."}));
     expectEnd(ExitStatus::success);
 }
 

@@ -18,7 +18,8 @@ class FakeSSHKeyring final : public SSHKeyring {
 public:
     using Server = std::pair<std::string, Port>;
 
-    std::optional<std::string> key;             ///< the public one
+    std::optional<std::string> key;  ///< the public one
+    bool isPublicHalfReadable = true;
     std::map<Server, std::string> hosts;        ///< fingerprints of their keys
     std::optional<Error> error;                 ///< why nothing can be changed
     std::vector<Url> imported;                  ///< what was to be taken over
@@ -28,14 +29,18 @@ public:
     std::function<void()> onImport = [] {};
 
     bool hasKey() const override { return key.has_value(); }
-    std::optional<std::string> publicKey() const override { return key; }
+    bool hasPrivateKey() const override { return key.has_value(); }
+    std::optional<std::string> publicKey() const override {
+        return isPublicHalfReadable ? key : std::nullopt;
+    }
     std::optional<std::string> keyFingerprint() const override {
-        if (!key) return std::nullopt;
+        if (!publicKey()) return std::nullopt;
         return "SHA256:" + *key + " (ED25519)";
     }
     Result<> generate() override {
         key.reset();
         if (error) return std::unexpected(*error);
+        isPublicHalfReadable = true;
         key = "ssh-ed25519 neu" + std::to_string(++generated) + " bildkurier";
         return {};
     }

@@ -28,6 +28,7 @@ constexpr auto hasPassphrase =
 class SSHKeyModelTest : public testing::Test {
 protected:
     struct Shown {
+        bool hasKey = false;
         Text publicKey;
         Text fingerprint;
         Text message;
@@ -46,12 +47,13 @@ protected:
     }
 
     Shown shown() const {
-        return {model->publicKey(), model->fingerprint(), model->message(), model->busy()};
+        return {model->hasKey(), model->publicKey(), model->fingerprint(), model->message(),
+                model->busy()};
     }
 
     /// All that shows for a key.
     static Shown showing(const std::string& key, const Text& message, bool busy = false) {
-        return {key, "SHA256:" + key + " (ED25519)", message, busy};
+        return {true, key, "SHA256:" + key + " (ED25519)", message, busy};
     }
 
     ManualRunLoop loop;
@@ -179,6 +181,36 @@ TEST_F(SSHKeyModelTest, RemovesTheKeyAtOnce) {
     EXPECT_EQ(shown(), (Shown{.message = "Schlüssel der App gelöscht."}));
 }
 
+TEST_F(SSHKeyModelTest, SaysThatTheKeyIsStillThere) {
+    keyring->key = "A";
+    keyring->error = Error{"Der Datenträger ist schreibgeschützt."};
+    make();
+    model->removeKey();
+    EXPECT_EQ(shown(), showing("A", "Der Schlüssel lässt sich nicht löschen."));
+    EXPECT_TRUE(model->failed());
+}
+
+TEST_F(SSHKeyModelTest, KnowsOfAKeyWhosePublicHalfCannotBeRead) {
+    keyring->key = "A";
+    keyring->isPublicHalfReadable = false;
+    make();
+    EXPECT_EQ(shown(), (Shown{.hasKey = true}));
+    model->removeKey();
+    EXPECT_EQ(shown(), (Shown{.message = "Schlüssel der App gelöscht."}));
+}
+
+TEST_F(SSHKeyModelTest, HasNotFailedBeforeItHasAnOutcome) {
+    keyring->error = Error{"kein Platz"};
+    make();
+    model->generate();
+    loop.settle();
+    EXPECT_TRUE(model->failed());
+    model->generate();
+    EXPECT_FALSE(model->failed());
+    loop.settle();
+    EXPECT_TRUE(model->failed());
+}
+
 TEST_F(SSHKeyModelTest, TellsOfEachChange) {
     make();
     std::vector<Shown> seen;
@@ -190,12 +222,13 @@ TEST_F(SSHKeyModelTest, TellsOfEachChange) {
                         {.busy = true},
                         {},
                         {.message = generated},
-                        {.publicKey = last.publicKey, .message = generated},
+                        {.hasKey = true, .message = generated},
+                        {.hasKey = true, .publicKey = last.publicKey, .message = generated},
                         last,
                     }));
     observer.reset();
     model->removeKey();
-    EXPECT_EQ(seen.size(), 5);
+    EXPECT_EQ(seen.size(), 6);
 }
 
 TEST_F(SSHKeyModelTest, FinishesAnActionInTheBackgroundWhenItGoesMeanwhile) {

@@ -64,6 +64,7 @@ TEST_F(AppSSHKeyringTest, NeedsBothHalvesOfAKey) {
         if (open) folder.write("daten/ssh/schluessel.pub", "ssh-ed25519 A bildkurier\n");
         const bool both = secret && open;
         EXPECT_EQ(keyring.hasKey(), both);
+        EXPECT_EQ(keyring.hasPrivateKey(), secret);
         EXPECT_EQ(keyring.publicKey().has_value(), both);
         EXPECT_EQ(keyring.keyFingerprint().has_value(), both);
     }

@@ -14,6 +14,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <string>
 
@@ -173,6 +174,31 @@ TEST_F(AppSSHKeyringToolTest, LeavesNothingOfAKeyForWhichThereIsNoRoom) {
     const std::string sentence = message(keyring.generate());
     EXPECT_TRUE(sentence.starts_with("Schlüssel lässt sich nicht erzeugen: ")) << sentence;
     EXPECT_TRUE(fs::is_empty(directory));
+}
+
+TEST_F(AppSSHKeyringToolTest, ReportsAFolderThatCannotBeMade) {
+    const std::string source = userKey({"-t", "ed25519"});
+    folder.write("ssh", "eine Datei");
+    const std::string sentence =
+        "Datenordner lässt sich nicht anlegen: Eine Datei oder ein Ordner dieses Namens existiert "
+        "schon";
+    EXPECT_EQ(message(keyring.generate()), sentence);
+    EXPECT_EQ(message(keyring.importKey(Url::file(source))), sentence);
+}
+
+TEST_F(AppSSHKeyringToolTest, LeavesNoPairWhenTheNewOneCannotTakeItsPlace) {
+    const std::string source = userKey({"-t", "ed25519"});
+    for (const std::string obstacle : {"schluessel", "schluessel.pub", "schluessel.pub.neu"}) {
+        SCOPED_TRACE(obstacle);
+        fs::remove_all(directory);
+        ASSERT_EQ(message(keyring.generate()), "");
+        fs::remove(directory + "/" + obstacle);
+        folder.makeFolder("ssh/" + obstacle + "/voll");
+        EXPECT_TRUE(message(keyring.importKey(Url::file(source)))
+                        .starts_with("Schlüssel lässt sich nicht speichern: "));
+        EXPECT_FALSE(keyring.hasKey());
+        EXPECT_EQ(std::distance(fs::directory_iterator(directory), fs::directory_iterator()), 1);
+    }
 }
 
 TEST_F(AppSSHKeyringToolTest, ReportsThatThereIsNoTool) {

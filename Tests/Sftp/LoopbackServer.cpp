@@ -211,7 +211,9 @@ void LoopbackServer::serve(FileDescriptor client, std::vector<std::string> comma
             open = passOn(server, client, passed.toClient, limit.traffic.toClient);
     }
     if (limit.end == End::kill) process.kill();
-    if (limit.end == End::stall) stall(client);
+    const bool isFull =
+        passed.toServer == limit.traffic.toServer || passed.toClient == limit.traffic.toClient;
+    if (limit.end == End::stall && isFull) stall(client);
     const std::lock_guard lock(mutex_);
     passed_.push_back(passed);
 }

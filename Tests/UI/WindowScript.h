@@ -38,6 +38,7 @@ class WindowScript : public QObject {
     Q_PROPERTY(bool onNetwork MEMBER onNetwork_)
     Q_PROPERTY(bool keyRequired MEMBER keyRequired_)
     Q_PROPERTY(QString publicKey MEMBER publicKey_)
+    Q_PROPERTY(bool publicKeyReadable MEMBER publicKeyReadable_)
     Q_PROPERTY(bool startsWithServer MEMBER startsWithServer_)
 
     Q_PROPERTY(QStringList shownFolders READ shownFolders)
@@ -121,6 +122,7 @@ private:
     bool onNetwork_ = false;
     bool keyRequired_ = false;
     QString publicKey_;
+    bool publicKeyReadable_ = true;
     bool startsWithServer_ = false;
 };
 

@@ -93,7 +93,9 @@ SSHLogin AppSSHKeyring::login(bool needsOwnKey) const {
     return needsOwnKey ? SSHLogin::missingKey() : SSHLogin::userSSH();
 }
 
-bool AppSSHKeyring::hasKey() const { return exists(keyFile()) && exists(publicKeyFile()); }
+bool AppSSHKeyring::hasKey() const { return hasPrivateKey() && exists(publicKeyFile()); }
+
+bool AppSSHKeyring::hasPrivateKey() const { return exists(keyFile()); }
 
 std::optional<std::string> AppSSHKeyring::publicKey() const {
     if (!hasKey()) return std::nullopt;
@@ -151,7 +153,10 @@ Result<> AppSSHKeyring::adopt(std::string_view publicKey) {
     if (error == 0) error = writePrivateFile(publicCandidateFile(), line);
     if (error == 0 && std::rename(publicCandidateFile().c_str(), publicKeyFile().c_str()) != 0)
         error = errno;
-    if (error == 0) return {};
+    if (error == 0) {
+        flushNames(directory_);
+        return {};
+    }
     removeKey();
     return systemFailure(cannotStore, error);
 }

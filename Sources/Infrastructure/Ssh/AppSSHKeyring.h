@@ -35,6 +35,7 @@ public:
     std::string knownHosts() const { return path("known_hosts"); }
 
     bool hasKey() const override;
+    bool hasPrivateKey() const override;
     std::optional<std::string> publicKey() const override;
     std::optional<std::string> keyFingerprint() const override;
     Result<> generate() override;

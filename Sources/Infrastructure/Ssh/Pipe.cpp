@@ -7,13 +7,18 @@
 
 #include <array>
 #include <cerrno>
+#include <utility>
 
 namespace bildkurier {
 namespace {
 
-FileDescriptor aboveStandardStreams(FileDescriptor end) {
-    if (end.get() > STDERR_FILENO) return end;
-    return FileDescriptor(::fcntl(end.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+/// Moves `end` there; answers 0 or an errno value.
+int moveAboveStandardStreams(FileDescriptor& end) {
+    if (end.get() > STDERR_FILENO) return 0;
+    FileDescriptor moved(::fcntl(end.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    if (!moved) return errno;
+    end = std::move(moved);
+    return 0;
 }
 
 }  // namespace
@@ -22,9 +27,8 @@ std::expected<Pipe, int> Pipe::make() {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) return std::unexpected(errno);
     Pipe pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
-    pipe.reading = aboveStandardStreams(std::move(pipe.reading));
-    pipe.writing = aboveStandardStreams(std::move(pipe.writing));
-    if (!pipe.reading || !pipe.writing) return std::unexpected(errno);
+    for (auto* end : {&pipe.reading, &pipe.writing})
+        if (const int error = moveAboveStandardStreams(*end)) return std::unexpected(error);
     return pipe;
 }
 

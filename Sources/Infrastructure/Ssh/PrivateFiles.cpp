@@ -56,6 +56,12 @@ int writePrivateFile(const std::string& path, std::string_view contents) {
     return error;
 }
 
+void flushNames(const std::string& folder) {
+    constexpr int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+    const FileDescriptor opened(retried([&] { return ::open(folder.c_str(), flags); }));
+    if (opened) (void)retried([&] { return ::fsync(opened.get()); });
+}
+
 std::expected<std::string, int> readBeginning(const std::string& path, std::size_t limit) {
     constexpr int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     const FileDescriptor file(retried([&] { return ::open(path.c_str(), flags); }));

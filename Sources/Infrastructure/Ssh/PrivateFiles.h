@@ -18,6 +18,9 @@ int makePrivateFolder(const std::string& path);
 /// Answers 0 or an error, which leaves no file.
 int writePrivateFile(const std::string& path, std::string_view contents);
 
+/// Makes the names of the files in the folder outlive a power cut, as far as it can.
+void flushNames(const std::string& folder);
+
 /// The beginning of a file, at most `limit` bytes. Never waits for what is not a file.
 std::expected<std::string, int> readBeginning(const std::string& path, std::size_t limit);
 

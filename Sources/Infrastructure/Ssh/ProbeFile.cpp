@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <utility>
 
 namespace bildkurier {
@@ -25,7 +26,8 @@ FileDescriptor openTogether(const std::string& path) {
     while (true) {
         FileDescriptor file(retried([&] { return ::open(path.c_str(), flags, 0600); }));
         if (!file) return {};
-        if (retried([&] { return ::flock(file.get(), LOCK_SH); }) != 0) return {};
+        // Where the file system knows no locks, everybody takes it for theirs alone.
+        (void)retried([&] { return ::flock(file.get(), LOCK_SH); });
         if (isThere(file)) return file;
     }
 }
@@ -36,7 +38,7 @@ ProbeFile::ProbeFile(std::string path) : path_(std::move(path)), file_(openToget
 
 ProbeFile::~ProbeFile() {
     if (!file_) return;
-    const bool isAlone = ::flock(file_.get(), LOCK_EX | LOCK_NB) == 0;
+    const bool isAlone = ::flock(file_.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
     if (isAlone && isThere(file_)) ::unlink(path_.c_str());
 }
 

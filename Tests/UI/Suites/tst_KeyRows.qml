@@ -122,6 +122,30 @@ WindowTest {
         shows(generated);
     }
 
+    function test_asksBeforeAKeyWithoutAPublicHalfIsReplaced() {
+        script.publicKeyReadable = false;
+        openKeys(key);
+        hides(key);
+        hides(ownSetup);
+        hides(instruction);
+        hasNo("Button", "Kopieren");
+        hasNo("Button", "Schlüssel erzeugen");
+        has("Button", "Schlüssel der App löschen");
+        press("Neuen Schlüssel erzeugen");
+        shows("Neuen Schlüssel erzeugen?");
+        script.settle();
+        compare(script.keysMade, 0);
+    }
+
+    function test_saysThatTheKeyIsStillThere() {
+        openKeys(key);
+        script.failKeys("Der Datenträger ist schreibgeschützt.");
+        press("Schlüssel der App löschen");
+        script.settle();
+        shows("Der Schlüssel lässt sich nicht löschen.");
+        shows(key);
+    }
+
     function test_keepsTheKeyWhenNotConfirmed_data() {
         return [
             {
