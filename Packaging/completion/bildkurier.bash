@@ -1,3 +1,3 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # SPDX-FileCopyrightText: The Bildkurier authors
-complete -o default -W '--card --help --help-all' bildkurier
+complete -o default -W '--card --help --version' bildkurier

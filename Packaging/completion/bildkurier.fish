@@ -2,4 +2,4 @@
 # SPDX-FileCopyrightText: The Bildkurier authors
 complete -c bildkurier -l card -r -F -d 'Nimmt den Ordner als Kamera'
 complete -c bildkurier -l help -f -d 'Zeigt die Hilfe'
-complete -c bildkurier -l help-all -f -d 'Zeigt die Hilfe mit den Angaben von Qt'
+complete -c bildkurier -l version -f -d 'Zeigt die Version'

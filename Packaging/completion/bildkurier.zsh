@@ -4,4 +4,4 @@
 _arguments \
     '*--card[Nimmt den Ordner als Kamera]:ORDNER:_directories' \
     '--help[Zeigt die Hilfe]' \
-    '--help-all[Zeigt die Hilfe mit den Angaben von Qt]'
+    '--version[Zeigt die Version]'

@@ -12,27 +12,27 @@
 #include "ProcessStart.h"
 #include "QtMainQueue.h"
 #include "SingleInstance.h"
+#include "SystemAdapters.h"
 #include "SystemAppearance.h"
 #include "ThreadPool.h"
 #include "UserFolders.h"
+#include "WindowArguments.h"
 
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <QAccessible>
 #include <QApplication>
-#include <QCommandLineParser>
-#include <QDir>
-#include <QFile>
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QTranslator>
+#include <cstdio>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
-#include <vector>
 
 Q_IMPORT_QML_PLUGIN(BildkurierPlugin)
 
@@ -40,19 +40,10 @@ namespace {
 
 using namespace bildkurier;
 
-/// Folders to take for cameras.
-std::vector<std::string> givenCards(const QApplication& app) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription("Kopiert von Kameras, was am Ziel noch fehlt.");
-    parser.addHelpOption();
-    const QCommandLineOption card("card", "Nimmt den Ordner als Kamera.", "ORDNER");
-    parser.addOption(card);
-    parser.process(app);
-    std::vector<std::string> cards;
-    for (const QString& folder : parser.values(card)) {
-        cards.push_back(QFile::encodeName(QDir(folder).absolutePath()).toStdString());
-    }
-    return cards;
+/// Says what there is to say instead of opening a window.
+int say(const WindowAnswer& answer) {
+    std::fprintf(answer.exitStatus == 0 ? stdout : stderr, "%s\n", answer.text.c_str());
+    return answer.exitStatus;
 }
 
 void bringToFront(const QQmlApplicationEngine& engine) {
@@ -90,14 +81,32 @@ int show(const AppContainer::Parts& parts, SingleInstance& instance, MainQueue& 
     return status;
 }
 
-int run(const QApplication& app, SingleInstance& instance) {
+/// The system's own dialogs, or else the toolkit's.
+std::shared_ptr<FolderPicker> folderPicker() {
+    auto picker = systemFolderPicker();
+    return picker ? picker : std::make_shared<DialogFolderPicker>();
+}
+
+/// What is left to do where the window is open already.
+int leaveToFirst(const SingleInstance& instance, const WindowArguments& arguments) {
+    if (!instance.hasToldFirst())
+        return say({1, "Bildkurier läuft schon, aber sein Fenster antwortet nicht."});
+    if (!arguments.cards.empty()) {
+        return say({1,
+                    "Das Fenster ist schon offen, und der Ordner von --card wurde nicht als "
+                    "Kamera genommen. Erst das Fenster schließen."});
+    }
+    return 0;
+}
+
+int run(SingleInstance& instance, const WindowArguments& arguments) {
     const SystemAppearance appearance;
     QtMainQueue main;
     std::optional<ThreadPool> pool(std::in_place);
     auto parts = AppContainer::make(main, *pool,
-                                    {.cards = givenCards(app),
+                                    {.cards = arguments.cards,
                                      .defaults = nullptr,
-                                     .folderPicker = std::make_shared<DialogFolderPicker>(),
+                                     .folderPicker = folderPicker(),
                                      .workspace = std::make_shared<DesktopWorkspace>(),
                                      .trusted = {}});
     const int status = show(parts, instance, main);
@@ -109,6 +118,8 @@ int run(const QApplication& app, SingleInstance& instance) {
 
 int main(int argc, char** argv) {
     prepareProcess();
+    const auto arguments = parseWindowArguments(std::span(argv, static_cast<std::size_t>(argc)));
+    if (!arguments) return say(arguments.error());
     // The window is drawn by the processor: it comes up sooner, with a fraction of the memory.
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
         QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
@@ -124,5 +135,5 @@ int main(int argc, char** argv) {
                      QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(&dialogs);
     SingleInstance instance(runtimeFolder());
-    return instance.isFirst() ? run(app, instance) : 0;
+    return instance.isFirst() ? run(instance, *arguments) : leaveToFirst(instance, *arguments);
 }

@@ -4,10 +4,11 @@
 
 #include "PortalDialog.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QGuiApplication>
+#include <QWindow>
 
 namespace bildkurier {
 
@@ -19,13 +20,17 @@ QString decoded(const std::string& path) {
 }
 
 std::optional<Url> askHere(bool folder, const Url& start, const QString& prompt) {
-    QFileDialog dialog(QApplication::activeWindow());
+    QWindow* front = QGuiApplication::focusWindow();
+    QFileDialog dialog;
     dialog.setFileMode(folder ? QFileDialog::Directory : QFileDialog::ExistingFile);
     dialog.setOption(QFileDialog::ShowDirsOnly, folder);
     if (!folder)
         dialog.setFilter(QDir::AllDirs | QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot);
     dialog.setDirectory(decoded(start.path));
     dialog.setLabelText(QFileDialog::Accept, prompt);
+    // So that it does not open behind.
+    dialog.winId();
+    dialog.windowHandle()->setTransientParent(front);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
     return Url::file(QFile::encodeName(dialog.selectedFiles().constFirst()).toStdString());
 }

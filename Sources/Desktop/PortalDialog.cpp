@@ -20,6 +20,8 @@ namespace {
 
 const auto fileChooser = QStringLiteral("org.freedesktop.portal.FileChooser");
 
+const auto requestInterface = QStringLiteral("org.freedesktop.portal.Request");
+
 constexpr int patience = 5000;  // milliseconds
 constexpr uint firstWithFolders = 3;
 constexpr int noPortal = 2;  // beside accepted and rejected
@@ -55,7 +57,11 @@ PortalDialog::PortalDialog(QDBusConnection bus, Question question)
 std::expected<std::optional<Url>, PortalDialog::NoPortal> PortalDialog::ask() {
     if (!bus_.isConnected()) return std::unexpected(NoPortal());
     askForVersion();
-    if (exec() == noPortal) return std::unexpected(NoPortal());
+    if (exec() == noPortal) {
+        // It may yet answer, and nobody waits for its dialog any more.
+        withdraw();
+        return std::unexpected(NoPortal());
+    }
     return choice_;
 }
 
@@ -71,14 +77,24 @@ void PortalDialog::askForVersion() {
 }
 
 void PortalDialog::openFile() {
-    const QString sender = bus_.baseService().mid(1).replace(u'.', u'_');
-    bus_.connect(portalService, portalPath + "/request/" + sender + "/" + token_,
-                 QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"), this,
+    bus_.connect(portalService, request(), requestInterface, QStringLiteral("Response"), this,
                  SLOT(answered(uint, QVariantMap)));
     auto call = QDBusMessage::createMethodCall(portalService, portalPath, fileChooser,
                                                QStringLiteral("OpenFile"));
     call << parentWindow() << question_.accept << options();
     send(call, [](const QDBusMessage&) {});
+}
+
+QString PortalDialog::request() const {
+    const QString sender = bus_.baseService().mid(1).replace(u'.', u'_');
+    return portalPath + "/request/" + sender + "/" + token_;
+}
+
+void PortalDialog::withdraw() const {
+    auto call = QDBusMessage::createMethodCall(portalService, request(), requestInterface,
+                                               QStringLiteral("Close"));
+    call.setAutoStartService(false);
+    bus_.send(call);
 }
 
 QVariantMap PortalDialog::options() const {
@@ -104,6 +120,9 @@ void PortalDialog::send(const QDBusMessage& call,
 
 void PortalDialog::answered(uint response, const QVariantMap& results) {
     constexpr uint confirmed = 0;
+    constexpr uint cancelled = 1;
+    // What shows its dialogs has failed.
+    if (response > cancelled) return done(noPortal);
     const QStringList uris = results.value("uris").toStringList();
     if (response == confirmed && !uris.isEmpty()) choice_ = fileAt(uris.constFirst());
     done(choice_ ? Accepted : Rejected);

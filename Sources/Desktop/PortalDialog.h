@@ -38,6 +38,9 @@ private:
     void openFile();
     Q_SLOT void answered(uint response, const QVariantMap& results);
     QVariantMap options() const;
+    /// Where the portal answers, and hears that nobody waits any more.
+    QString request() const;
+    void withdraw() const;
     /// Calls `then` with the answer to `call`; without one there is no portal.
     void send(const QDBusMessage& call, const std::function<void(const QDBusMessage&)>& then);
 

@@ -2,15 +2,18 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "SingleInstance.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QLocalSocket>
+#include <QThread>
+#include <chrono>
 
 namespace bildkurier {
 
 namespace {
 
-constexpr int connectTimeout = 2000;  // milliseconds
+constexpr std::chrono::seconds patience{3};
 
 }  // namespace
 
@@ -21,7 +24,7 @@ SingleInstance::SingleInstance(const std::string& folder)
     lock_.setStaleLockTime(0);
     // Where no lock can be had, for want of the folder, every window is the first.
     if (lock_.tryLock(0)) listen();
-    if (!isFirst()) tellFirst();
+    if (!isFirst()) hasToldFirst_ = tellFirst();
 }
 
 void SingleInstance::listen() {
@@ -34,10 +37,16 @@ void SingleInstance::listen() {
     server_.listen(name_);
 }
 
-void SingleInstance::tellFirst() const {
+bool SingleInstance::tellFirst() const {
+    const QDeadlineTimer deadline(patience);
     QLocalSocket first;
-    first.connectToServer(name_);
-    first.waitForConnected(connectTimeout);
+    do {
+        first.connectToServer(name_);
+        if (first.waitForConnected(static_cast<int>(deadline.remainingTime()))) return true;
+        // It may be about to listen.
+        QThread::msleep(50);
+    } while (!deadline.hasExpired());
+    return false;
 }
 
 }  // namespace bildkurier

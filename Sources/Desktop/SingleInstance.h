@@ -17,19 +17,22 @@ public:
     /// `folder` is the user's own, for what matters only while processes run.
     explicit SingleInstance(const std::string& folder);
 
-    /// False when there is another one already; it has been told.
+    /// False when there is another one already.
     bool isFirst() const { return lock_.error() != QLockFile::LockFailedError; }
+    /// Whether that one has been told of this one.
+    bool hasToldFirst() const { return hasToldFirst_; }
 
     /// Called whenever another one is started.
     std::function<void()> onAnother = [] {};
 
 private:
     void listen();
-    void tellFirst() const;
+    bool tellFirst() const;
 
     QString name_;
     QLockFile lock_;
     QLocalServer server_;
+    bool hasToldFirst_ = false;
 };
 
 }  // namespace bildkurier

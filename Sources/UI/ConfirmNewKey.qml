@@ -68,19 +68,18 @@ T.Popup {
             }
 
             PushButton {
-                id: keep
-
+                focus: true
                 objectName: "keepKey"
                 text: qsTr("Abbrechen")
 
                 Keys.onEnterPressed: clicked()
                 Keys.onReturnPressed: clicked()
+                // So that it shows from the start that the keyboard works it.
+                onActiveFocusChanged: if (activeFocus) focusReason = Qt.TabFocusReason
                 onClicked: dialog.closedByUser()
             }
         }
     }
 
     onClosed: if (shown) closedByUser()
-    // So that it shows what the keyboard works from the start.
-    onOpened: keep.forceActiveFocus(Qt.TabFocusReason)
 }

@@ -11,6 +11,7 @@ T.ApplicationWindow {
     required property ImportBridge model
     required property KeyBridge keys
     required property url support
+    property alias confirmsNewKey: content.confirmNewKey
     property alias showsLog: content.showLog
     required property url privacy
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "DialogFolderPicker.h"
+#include "EventsUntil.h"
 #include "TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QTimer>
+#include <QWindow>
 #include <functional>
 #include <optional>
 
@@ -66,6 +68,18 @@ TEST_F(DialogFolderPickerTest, ChoosesNothingWhenCancelled) {
     EXPECT_EQ(picker.chooseFolder(folder.url()), std::nullopt);
     inDialog([](QFileDialog& dialog) { dialog.reject(); });
     EXPECT_EQ(picker.chooseFile(folder.url(), "Öffnen"), std::nullopt);
+}
+
+TEST_F(DialogFolderPickerTest, AsksInFrontOfTheWindow) {
+    QWindow window;
+    window.show();
+    window.requestActivate();
+    ASSERT_TRUE(eventsUntil([&] { return QGuiApplication::focusWindow() == &window; }));
+    inDialog([&](QFileDialog& dialog) {
+        EXPECT_EQ(dialog.windowHandle()->transientParent(), &window);
+        dialog.reject();
+    });
+    picker.chooseFolder(folder.url());
 }
 
 TEST_F(DialogFolderPickerTest, BeginsSomewhereWhenTheFolderIsGone) {

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
 #include <memory>
 #include <optional>
 
@@ -26,9 +27,20 @@ TEST_F(SingleInstanceTest, TellsTheFirstOfEveryOther) {
     SingleInstance first(place);
     int told = 0;
     first.onAnother = [&] { ++told; };
-    EXPECT_FALSE(SingleInstance(place).isFirst());
-    EXPECT_FALSE(SingleInstance(place).isFirst());
+    for (int another = 1; another <= 2; ++another) {
+        const SingleInstance other(place);
+        EXPECT_FALSE(other.isFirst());
+        EXPECT_TRUE(other.hasToldFirst());
+    }
     EXPECT_TRUE(eventsUntil([&] { return told == 2; }));
+}
+
+TEST_F(SingleInstanceTest, KnowsWhenTheFirstDoesNotListen) {
+    const SingleInstance first(place);
+    ASSERT_TRUE(QFile::remove(QString::fromStdString(place + "/window")));
+    const SingleInstance other(place);
+    EXPECT_FALSE(other.isFirst());
+    EXPECT_FALSE(other.hasToldFirst());
 }
 
 TEST_F(SingleInstanceTest, IsFirstAgainWhenTheFirstHasEnded) {

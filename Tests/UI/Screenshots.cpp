@@ -37,25 +37,31 @@ struct State {
     std::function<void(WindowScript&)> before;
     std::function<void(WindowScript&)> after;
     bool showsLog = false;
+    bool asks = false;
 };
 
-/// The camera of all pictures: 1,284 files of 38 GB and six days, of which 212 were shot since
-/// the day that is chosen.
-int camera(WindowScript& script, double bytesOfPictures = 812e6) {
+/// Of a type, and what they weigh together.
+struct Shots {
+    QString type;
+    int count = 0;
+    double bytes = 0;
+};
+const std::vector<Shots> newShots{
+    {"JPG", 98, 812e6}, {"CR3", 98, 2.9e9}, {"MP4", 14, 10.5e9}, {"WAV", 2, 3.1e6}};
+constexpr int oldShots = 1072;
+
+/// The camera of all pictures: 1,284 files of 38 GB and six days, of which 212 were shot on the
+/// two days since the one that is chosen. What is new may weigh less.
+int camera(WindowScript& script, double share = 1) {
     const int made = script.camera("Canon EOS R6 Mark II", "r6");
     const QStringList days{"2024-05-04", "2024-05-05", "2024-05-06", "2024-05-09", "2024-05-10"};
-    for (int i = 0; i < 1072; ++i)
+    for (int i = 0; i < oldShots; ++i)
         script.file(made, QString("ALT_%1.CR3").arg(i, 4, 10, QChar('0')), 22.4e6,
                     i % 2 ? "2024-05-03" : days[i % 3]);
-    const auto add = [&](int count, const QString& type, double bytes) {
+    for (const auto& [type, count, bytes] : newShots)
         for (int i = 0; i < count; ++i)
             script.file(made, QString("IMG_%1.%2").arg(314 + i, 4, 10, QChar('0')).arg(type),
-                        bytes / count, days[3 + i % 2]);
-    };
-    add(98, "JPG", bytesOfPictures);
-    add(98, "CR3", 2.9e9);
-    add(14, "MP4", 10.5e9);
-    add(2, "WAV", 3.1e6);
+                        share * bytes / count, days[3 + i % 2]);
     return made;
 }
 
@@ -71,14 +77,22 @@ void ready(WindowScript& script, int made) {
     filter(script);
 }
 
+/// The first of the two days is loaded. Little enough for memory.
 void importing(WindowScript& script) {
-    // So that the files that are loaded can be had from memory.
-    ready(script, camera(script, 812e3));
-    script.scaleClock(0.0008);
+    constexpr double share = 0.01;
+    constexpr double bytesPerSecond = 34e6;
+    constexpr double slower = 10;
+    ready(script, camera(script, share));
+    script.scaleClock(1 / slower);
     script.startImport();
-    for (int i = 0; i < 49; ++i) {
-        script.advance(i % 9 == 0 ? 150 : 300);
-        script.deliver(0, 1072 + 2 * i);
+    int first = oldShots;
+    for (const auto& [type, count, bytes] : newShots) {
+        const double seconds = share * bytes / count / bytesPerSecond;
+        for (int i = 0; i < count; i += 2) {
+            script.advance(static_cast<int>(slower * 1000 * seconds * (i % 9 == 0 ? 0.6 : 1)));
+            script.deliver(0, first + i);
+        }
+        first += count;
     }
 }
 
@@ -132,7 +146,7 @@ std::vector<State> states() {
              script.connectCamera(made);
              script.startImport();
              script.deliver(made, 0);
-             script.deliver(made, 1);
+             script.deliverLast(made, 1);
          },
          true},
         {"nichts-neues", nothing,
@@ -158,6 +172,21 @@ std::vector<State> states() {
              script.model()->applySFTPDestination();
              script.settle();
          }},
+        {"sftp-ohne-schluessel", [](auto& script) { script.setProperty("startsWithServer", true); },
+         nothing},
+        {"neuer-schluessel", server, nothing, false, true},
+        {"zwei-kameras", nothing,
+         [](auto& script) {
+             script.connectCamera(camera(script));
+             script.connectCamera(script.camera("X100VI", "x100"));
+         }},
+        {"ein-tag", nothing,
+         [](auto& script) {
+             const int made = script.camera("Canon EOS R6 Mark II", "r6");
+             script.file(made, "IMG_0001.JPG", 8e6, "2024-05-09");
+             script.connectCamera(made);
+             script.model()->setUseFromDate(true);
+         }},
         {"protokoll", [](auto& script) { script.setProperty("onNetwork", true); },
          [](auto& script) {
              script.connectCamera(camera(script));
@@ -182,6 +211,7 @@ bool take(const State& state, const QString& path) {
     const ScriptedWindow window(script, 1000);
     state.after(script);
     if (state.showsLog) window->setProperty("showsLog", true);
+    if (state.asks) window->setProperty("confirmsNewKey", true);
     settle(*window);
     return window->grabWindow().save(path);
 }

@@ -130,11 +130,21 @@ void WindowScript::grow(int camera, int file, int bytes) {
     grown.grow(static_cast<std::size_t>(bytes));
 }
 
-void WindowScript::deliver(int camera, int file) {
+void WindowScript::send(int camera, int file) const {
     auto& delivered = fileOf(camera, file);
     delivered.contents.resize(static_cast<std::size_t>(delivered.cameraSize));
     delivered.deliver();
+}
+
+void WindowScript::deliver(int camera, int file) {
+    send(camera, file);
     loop_.settle();
+}
+
+void WindowScript::deliverLast(int camera, int file) {
+    send(camera, file);
+    while (model_->importing() && (loop_.stepMain() || loop_.stepBackground())) {
+    }
 }
 
 void WindowScript::settle() { loop_.settle(); }

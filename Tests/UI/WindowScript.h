@@ -78,6 +78,8 @@ public:
     Q_INVOKABLE void startImport();
     Q_INVOKABLE void grow(int camera, int file, int bytes);
     Q_INVOKABLE void deliver(int camera, int file);
+    /// The same for an import's last file, but nothing happens after the import's end.
+    Q_INVOKABLE void deliverLast(int camera, int file);
     /// Lets everything happen that needs no time.
     Q_INVOKABLE void settle();
     Q_INVOKABLE void advance(int milliseconds);
@@ -102,6 +104,7 @@ signals:
     void begun();
 
 private:
+    void send(int camera, int file) const;
     FakeCameraFile& fileOf(int camera, int file) const;
     FakeCamera& at(int camera) const { return *cameras_.at(static_cast<std::size_t>(camera)); }
 

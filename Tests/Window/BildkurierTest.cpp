@@ -14,6 +14,7 @@
 #include <fstream>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace bildkurier {
@@ -45,6 +46,22 @@ protected:
             ASSERT_LT(Clock::now(), deadline);
             std::this_thread::yield();
         }
+    }
+
+    /// Whether each of these is told of, or soon will be, and once: "push button: Importieren".
+    void expectToldOf(std::vector<std::string> controls) const {
+        std::string told;
+        EXPECT_TRUE(soon([&] {
+            const auto all = window.all();
+            told.clear();
+            for (const auto& line : all) told += line + "\n";
+            std::erase_if(controls, [&](const auto& control) {
+                return std::ranges::count(all, control) == 1;
+            });
+            return controls.empty();
+        })) << testing::PrintToString(controls)
+            << "\n"
+            << told;
     }
 
     /// Whether what the program was asked for by now took but a few seconds.
@@ -80,30 +97,98 @@ protected:
 
 TEST_F(BildkurierTest, TellsOfEveryControlByRoleAndName) {
     ASSERT_TRUE(window.has("push button", "35 importieren"));
-    const auto all = window.all();
-    for (const char* control : {
-             "frame: Bildkurier",
-             "radio button: Ordner",
-             "radio button: SFTP",
-             "push button: Ändern …",
-             "push button: Im Finder zeigen",
-             "check box: Nach Aufnahmetag ablegen",
-             "check box: Nach Dateityp trennen",
-             "check box: Beim Verbinden derselben Kamera fehlende Dateien importieren",
-             "check box: Nur ab einem bestimmten Tag",
-             "push button: Protokoll",
-             "push button: Kamera und Zielordner neu einlesen",
-             "push button: 35 importieren",
-             "heading: Ziel",
-             "heading: Automatisch nachziehen",
-             "heading: Zeitraum",
-             "heading: Neu zu importieren",
-             "label: JPG: 24 (1,5 MB)",
-             "status bar: 35 neue Dateien (6,8 MB) bereit zum Import.",
-         }) {
-        EXPECT_EQ(std::ranges::count(all, control), 1) << control;
-    }
+    expectToldOf({
+        "frame: Bildkurier",
+        "menu item: Hilfe",
+        "radio button: Ordner",
+        "radio button: SFTP",
+        "text: " + window.destination,
+        "push button: Ändern …",
+        "push button: Im Finder zeigen",
+        "check box: Nach Aufnahmetag ablegen",
+        "check box: Nach Dateityp trennen",
+        "check box: Beim Verbinden derselben Kamera fehlende Dateien importieren",
+        "check box: Nur ab einem bestimmten Tag",
+        "push button: Protokoll",
+        "push button: Kamera und Zielordner neu einlesen",
+        "push button: 35 importieren",
+        "heading: Ziel",
+        "heading: Automatisch nachziehen",
+        "heading: Zeitraum",
+        "heading: Neu zu importieren",
+        "label: JPG: 24 (1,5 MB)",
+        "status bar: 35 neue Dateien (6,8 MB) bereit zum Import.",
+    });
+    EXPECT_FALSE(window.is("check box", "Nur ab einem bestimmten Tag", ATSPI_STATE_CHECKED));
+    ASSERT_TRUE(window.goTo("check box", "Nur ab einem bestimmten Tag"));
+    OpenWindow::press("space");
+    ASSERT_TRUE(window.goTo("push button", "Protokoll"));
+    OpenWindow::press("space");
+    expectToldOf({"slider: Nur ab einem bestimmten Tag", "label: Noch nichts importiert"});
+    EXPECT_TRUE(window.is("check box", "Nur ab einem bestimmten Tag", ATSPI_STATE_CHECKED));
+    EXPECT_TRUE(window.is("radio button", "Ordner", ATSPI_STATE_CHECKED));
+    EXPECT_FALSE(window.is("radio button", "SFTP", ATSPI_STATE_CHECKED));
     close();
+}
+
+TEST_F(BildkurierTest, TellsOfItsMenu) {
+    OpenWindow::press("alt+h");
+    expectToldOf({"menu item: Bildkurier Support", "menu item: Datenschutz"});
+    OpenWindow::press("Escape");
+    EXPECT_TRUE(
+        soon([&] { return std::ranges::count(window.all(), "menu item: Datenschutz") == 0; }));
+    close();
+}
+
+TEST_F(BildkurierTest, TellsOfEveryControlForServers) {
+    ASSERT_TRUE(window.goTo("radio button", "Ordner"));
+    OpenWindow::press("Right");
+    expectToldOf({
+        "text: Benutzer",
+        "text: Rechner",
+        "text: Ordner",
+        "push button: Verbinden und prüfen",
+        "heading: Schlüssel der App",
+        "push button: Schlüssel erzeugen",
+        "push button: Schlüssel übernehmen …",
+    });
+    EXPECT_TRUE(window.is("radio button", "SFTP", ATSPI_STATE_CHECKED));
+    EXPECT_TRUE(window.is("text", "Benutzer", ATSPI_STATE_EDITABLE));
+    ASSERT_TRUE(window.goTo("push button", "Schlüssel erzeugen"));
+    OpenWindow::press("space");
+    ASSERT_TRUE(window.has("push button", "Neuen Schlüssel erzeugen"));
+    std::string key;
+    std::getline(std::ifstream(window.home.path("data/Bildkurier/ssh/schluessel.pub")), key);
+    expectToldOf({
+        "text: " + key,
+        "push button: Kopieren",
+        "push button: Neuen Schlüssel erzeugen",
+        "push button: Schlüssel übernehmen …",
+        "push button: Schlüssel der App löschen",
+    });
+    ASSERT_TRUE(window.goTo("push button", "Neuen Schlüssel erzeugen"));
+    OpenWindow::press("space");
+    expectToldOf({"dialog: Neuen Schlüssel erzeugen?", "push button: Abbrechen"});
+    ASSERT_TRUE(soon([&] { return window.is("push button", "Abbrechen", ATSPI_STATE_FOCUSED); }));
+    OpenWindow::press("Return");
+    EXPECT_TRUE(soon([&] {
+        return std::ranges::count(window.all(), "dialog: Neuen Schlüssel erzeugen?") == 0;
+    }));
+    close();
+}
+
+TEST_F(BildkurierTest, TellsOfAnImport) {
+    importFilm(longOnItsWay);
+    expectToldOf({"progress bar: Lade 1 von 36: FILM.MP4", "push button: Abbrechen"});
+    EXPECT_TRUE(window.hears("Lade 1 von 36: FILM.MP4"));
+    EXPECT_TRUE(soon([&] {
+        return std::ranges::any_of(window.all(), [](const std::string& line) {
+            return line.contains(": Geschwindigkeit ") && line.contains(", Durchschnitt ");
+        });
+    }));
+    const auto asked = Clock::now();
+    OpenWindow::press("ctrl+q");
+    expectPromptEnd(asked);
 }
 
 TEST_F(BildkurierTest, ImportsACardByKeyboardAlone) {
@@ -113,6 +198,9 @@ TEST_F(BildkurierTest, ImportsACardByKeyboardAlone) {
     OpenWindow::press("space");
     OpenWindow::press("Return");
     ASSERT_TRUE(window.has("push button", "Protokoll (36)"));
+    ASSERT_TRUE(window.goTo("push button", "Protokoll (36)"));
+    OpenWindow::press("space");
+    EXPECT_TRUE(window.has("text", "Protokoll"));
     ASSERT_TRUE(window.has("label", "Alles bereits im Zielordner"));
     EXPECT_TRUE(window.hears("Nichts Neues im gewählten Zeitraum."));
     EXPECT_EQ(std::distance(fs::directory_iterator(window.destination), fs::directory_iterator()),
@@ -120,22 +208,45 @@ TEST_F(BildkurierTest, ImportsACardByKeyboardAlone) {
     close();
 }
 
-TEST(BildkurierWithoutADisplay, SaysSo) {
-    const TemporaryFolder home;
-    const ProgramCall call{.path = BILDKURIER,
-                           .arguments = {},
+class BildkurierWithoutADisplay : public testing::Test {
+protected:
+    ProgramResult run(std::vector<std::string> arguments) const {
+        return ProgramCall{.path = BILDKURIER,
+                           .arguments = std::move(arguments),
                            .environment = {{"HOME", home.path()},
                                            {"XDG_CONFIG_HOME", home.path("config")},
-                                           {"XDG_RUNTIME_DIR", home.makeFolder("run")},
+                                           {"XDG_RUNTIME_DIR", home.path("run")},
                                            {"DISPLAY", ""},
                                            {"WAYLAND_DISPLAY", ""},
-                                           {"QT_QPA_PLATFORM", ""}}};
-    const auto result = call.run();
+                                           {"QT_QPA_PLATFORM", ""}}}
+            .run();
+    }
+
+    const TemporaryFolder home;
+};
+
+TEST_F(BildkurierWithoutADisplay, SaysSo) {
+    home.makeFolder("run");
+    const auto result = run({});
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err,
               "Das Fenster lässt sich nicht öffnen: kein Bildschirm gefunden (DISPLAY, "
               "WAYLAND_DISPLAY).\nOhne Bildschirm importiert bildkurier-cli.\n");
+}
+
+TEST_F(BildkurierWithoutADisplay, AnswersWhatNeedsNone) {
+    const auto version = run({"--version"});
+    EXPECT_EQ(version.exitStatus, 0);
+    EXPECT_TRUE(version.out.starts_with("Bildkurier ")) << version.out;
+    EXPECT_EQ(version.err, "");
+    const auto wrong = run({"--unsinn"});
+    EXPECT_EQ(wrong.exitStatus, 2);
+    EXPECT_EQ(wrong.out, "");
+    EXPECT_EQ(wrong.err, "Unbekannte Angabe: --unsinn\nMehr dazu: bildkurier --help\n");
+    const auto card = run({"--card", home.path("weg")});
+    EXPECT_EQ(card.exitStatus, 3);
+    EXPECT_EQ(card.err, "Die Karte „" + home.path("weg") + "“ ist kein lesbarer Ordner.\n");
 }
 
 TEST_F(BildkurierTest, MakesAKeyForServers) {
@@ -187,6 +298,18 @@ TEST_F(BildkurierTest, OpensOneWindowOnly) {
     const auto second = window.startAgain();
     EXPECT_EQ(second.exitStatus, 0);
     EXPECT_EQ(second.err, "");
+    close();
+}
+
+TEST_F(BildkurierTest, SaysThatAnOpenWindowTakesNoOtherCard) {
+    const auto second = window.startAgain({"--card", window.card});
+    EXPECT_EQ(second.exitStatus, 1);
+    EXPECT_EQ(second.err,
+              "Das Fenster ist schon offen, und der Ordner von --card wurde nicht als Kamera "
+              "genommen. Erst das Fenster schließen.\n");
+    const auto help = window.startAgain({"--help"});
+    EXPECT_EQ(help.exitStatus, 0);
+    EXPECT_NE(help.out.find("--card ORDNER"), std::string::npos) << help.out;
     close();
 }
 

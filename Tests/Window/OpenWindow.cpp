@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace bildkurier {
 
@@ -100,6 +101,12 @@ ProgramCall OpenWindow::call() const {
             .deadline = std::chrono::seconds(100)};
 }
 
+ProgramResult OpenWindow::startAgain(std::vector<std::string> arguments) const {
+    ProgramCall again = call();
+    again.arguments = std::move(arguments);
+    return again.run();
+}
+
 void OpenWindow::prepare() const {
     std::filesystem::permissions(home.makeFolder("run"), std::filesystem::perms::owner_all);
     ProgramCall settings = call();
@@ -121,6 +128,16 @@ std::vector<std::string> OpenWindow::all() const {
         if (hasState(element, ATSPI_STATE_SHOWING)) told.push_back(line(element));
     });
     return told;
+}
+
+bool OpenWindow::is(const std::string& role, const std::string& name, AtspiStateType state) const {
+    const std::string wanted = role + ": " + name;
+    Element found;
+    walkDesktop([&](const Element& element) {
+        if (!found && hasState(element, ATSPI_STATE_SHOWING) && line(element) == wanted)
+            found = element;
+    });
+    return found && hasState(found, state);
 }
 
 bool OpenWindow::goTo(const std::string& role, const std::string& name) const {

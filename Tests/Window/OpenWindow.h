@@ -30,6 +30,8 @@ public:
 
     /// Whether there is, or soon will be, such a control: "push button", "Importieren".
     bool has(const std::string& role, const std::string& name) const;
+    /// Whether the first such control is in that state.
+    bool is(const std::string& role, const std::string& name, AtspiStateType state) const;
     /// Everything that is told, as in "push button: Importieren".
     std::vector<std::string> all() const;
     /// Whether a notification with this text was, or soon will be, heard of.
@@ -42,7 +44,7 @@ public:
     void send(int signal) const { program_->send(signal); }
 
     /// What a second start does.
-    ProgramResult startAgain() const { return call().run(); }
+    ProgramResult startAgain(std::vector<std::string> arguments = {}) const;
     /// Waits until the program has ended.
     ProgramResult finish() { return program_->finish(); }
 

@@ -82,6 +82,15 @@ WindowTest {
         has("Notification", "Nichts Neues im gewählten Zeitraum.");
     }
 
+    function test_saysWhatCameOfAnImport() {
+        const camera = openWith([["A.JPG", 600, "2024-05-09"]]);
+        script.startImport();
+        script.deliverLast(camera, 0);
+        tryVerify(() => named("status").text.startsWith("Fertig: 1 geladen (600 Byte)"));
+        has("Notification", named("status").text);
+        hasNo("Button", "Abbrechen");
+    }
+
     function test_cancels() {
         const camera = openWith([["A.JPG", 600, "2024-05-09"], ["B.JPG", 400, "2024-05-09"]]);
         press("2 importieren");
