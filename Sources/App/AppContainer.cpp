@@ -49,7 +49,7 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
             .folderPicker = picker,
             .runner = std::move(runner),
             .autoImport = std::make_shared<AutoImport>(settings, router),
-            .sleepBlocker = systemSleepBlocker(),
+            .sleepBlocker = systemSleepBlocker(background),
             .folderAccess = std::make_shared<BookmarkFolderAccess>(
                 defaults, SettingsKey::destinationBookmark, sandboxed, bookmarks),
             .runLock = lock,

@@ -28,8 +28,8 @@ std::shared_ptr<UserDefaults> systemDefaults() { return std::make_shared<IniUser
 
 std::shared_ptr<Bookmarks> systemBookmarks() { return std::make_shared<PathBookmarks>(); }
 
-std::shared_ptr<IdleSleepBlocker> systemSleepBlocker() {
-    return std::make_shared<LogindSleepBlocker>();
+std::shared_ptr<IdleSleepBlocker> systemSleepBlocker(Background& background) {
+    return std::make_shared<LogindSleepBlocker>(background);
 }
 
 std::shared_ptr<FolderPicker> systemFolderPicker() { return nullptr; }

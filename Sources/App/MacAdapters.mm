@@ -20,7 +20,7 @@ std::shared_ptr<UserDefaults> systemDefaults() { return std::make_shared<Standar
 
 std::shared_ptr<Bookmarks> systemBookmarks() { return std::make_shared<SecurityScopedBookmarks>(); }
 
-std::shared_ptr<IdleSleepBlocker> systemSleepBlocker() {
+std::shared_ptr<IdleSleepBlocker> systemSleepBlocker(Background& /*background*/) {
     return std::make_shared<ProcessInfoSleepBlocker>();
 }
 

@@ -27,7 +27,7 @@ std::shared_ptr<UserDefaults> systemDefaults();
 
 std::shared_ptr<Bookmarks> systemBookmarks();
 
-std::shared_ptr<IdleSleepBlocker> systemSleepBlocker();
+std::shared_ptr<IdleSleepBlocker> systemSleepBlocker(Background& background);
 
 /// None where dialogs are the toolkit's.
 std::shared_ptr<FolderPicker> systemFolderPicker();

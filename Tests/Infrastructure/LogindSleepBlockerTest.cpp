@@ -4,9 +4,11 @@
 #include "EnvironmentVariable.h"
 #include "LinePipe.h"
 #include "LogindSleepBlocker.h"
+#include "ManualRunLoop.h"
 #include "MockLogind.h"
 #include "PrivateBus.h"
 #include "TemporaryFolder.h"
+#include "ThreadPool.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -40,14 +42,22 @@ protected:
         bus_.emplace();
     }
 
+    /// Of whatever is to be done by now.
+    void begin(LogindSleepBlocker& blocker, const std::string& reason = "Bildkurier läuft") {
+        blocker.begin(reason);
+        loop.settle();
+    }
+
+    ManualRunLoop loop;
+
 private:
     std::optional<PrivateBus> bus_;
 };
 
 TEST_F(LogindSleepBlockerTest, HoldsWhatLogindGivesUntilTheEnd) {
     const MockLogind logind;
-    LogindSleepBlocker blocker;
-    blocker.begin("Bildkurier läuft");
+    LogindSleepBlocker blocker(loop);
+    begin(blocker);
     EXPECT_EQ(logind.nextEvent(), inhibition);
     blocker.end();
     EXPECT_EQ(logind.nextEvent(), "released");
@@ -55,9 +65,9 @@ TEST_F(LogindSleepBlockerTest, HoldsWhatLogindGivesUntilTheEnd) {
 
 TEST_F(LogindSleepBlockerTest, AsksOnceHoweverOftenItBegins) {
     const MockLogind logind;
-    LogindSleepBlocker blocker;
-    blocker.begin("Bildkurier läuft");
-    blocker.begin("noch einmal");
+    LogindSleepBlocker blocker(loop);
+    begin(blocker);
+    begin(blocker, "noch einmal");
     EXPECT_EQ(logind.nextEvent(), inhibition);
     blocker.end();
     EXPECT_EQ(logind.nextEvent(), "released");
@@ -65,10 +75,10 @@ TEST_F(LogindSleepBlockerTest, AsksOnceHoweverOftenItBegins) {
 
 TEST_F(LogindSleepBlockerTest, EndsOnceHoweverOftenItIsTold) {
     const MockLogind logind;
-    LogindSleepBlocker blocker;
+    LogindSleepBlocker blocker(loop);
     blocker.end();
     for (int i = 0; i < 3; ++i) {
-        blocker.begin("Bildkurier läuft");
+        begin(blocker);
         EXPECT_EQ(logind.nextEvent(), inhibition);
         blocker.end();
         blocker.end();
@@ -78,8 +88,8 @@ TEST_F(LogindSleepBlockerTest, EndsOnceHoweverOftenItIsTold) {
 
 TEST_F(LogindSleepBlockerTest, EndsWithItsObject) {
     const MockLogind logind;
-    auto blocker = std::make_unique<LogindSleepBlocker>();
-    blocker->begin("Bildkurier läuft");
+    auto blocker = std::make_unique<LogindSleepBlocker>(loop);
+    begin(*blocker);
     EXPECT_EQ(logind.nextEvent(), inhibition);
     blocker.reset();
     EXPECT_EQ(logind.nextEvent(), "released");
@@ -89,8 +99,8 @@ TEST_F(LogindSleepBlockerTest, EndsWhenItsProcessIsKilled) {
     const MockLogind logind;
     const LinePipe begun;
     ChildProcess importing([&] {
-        LogindSleepBlocker blocker;
-        blocker.begin("Bildkurier läuft");
+        LogindSleepBlocker blocker(loop);
+        begin(blocker);
         begun.write("begun");
         while (true) ::pause();
         return true;
@@ -103,8 +113,8 @@ TEST_F(LogindSleepBlockerTest, EndsWhenItsProcessIsKilled) {
 
 TEST_F(LogindSleepBlockerTest, DoesNotHandItOnToOtherPrograms) {
     const MockLogind logind;
-    LogindSleepBlocker blocker;
-    blocker.begin("Bildkurier läuft");
+    LogindSleepBlocker blocker(loop);
+    begin(blocker);
     EXPECT_EQ(logind.nextEvent(), inhibition);
     const ChildProcess program([] {
         ::execl("/bin/sh", "sh", "-c", "exec sleep 600", nullptr);
@@ -116,8 +126,8 @@ TEST_F(LogindSleepBlockerTest, DoesNotHandItOnToOtherPrograms) {
 
 TEST_F(LogindSleepBlockerTest, ForbidsOnlyIdlingWhereTheUserMayNotForbidSleep) {
     const MockLogind logind(MockLogind::Manner::deniesSleep);
-    LogindSleepBlocker blocker;
-    blocker.begin("Bildkurier läuft");
+    LogindSleepBlocker blocker(loop);
+    begin(blocker);
     EXPECT_EQ(logind.nextEvent(), inhibition);
     EXPECT_EQ(logind.nextEvent(), "idle|Bildkurier|Bildkurier läuft|block");
     blocker.end();
@@ -125,11 +135,11 @@ TEST_F(LogindSleepBlockerTest, ForbidsOnlyIdlingWhereTheUserMayNotForbidSleep) {
 }
 
 TEST_F(LogindSleepBlockerTest, DoesNothingWithoutLogindAndAsksAgainTheNextTime) {
-    LogindSleepBlocker blocker;
-    blocker.begin("Bildkurier läuft");
+    LogindSleepBlocker blocker(loop);
+    begin(blocker);
     blocker.end();
     const MockLogind logind;
-    blocker.begin("Bildkurier läuft");
+    begin(blocker);
     EXPECT_EQ(logind.nextEvent(), inhibition);
     blocker.end();
     EXPECT_EQ(logind.nextEvent(), "released");
@@ -137,17 +147,43 @@ TEST_F(LogindSleepBlockerTest, DoesNothingWithoutLogindAndAsksAgainTheNextTime) 
 
 TEST_F(LogindSleepBlockerTest, DoesNotWaitLongForALogindThatIsSilent) {
     const MockLogind logind(MockLogind::Manner::isSilent);
-    LogindSleepBlocker blocker;
-    EXPECT_LT(duration([&] { blocker.begin("Bildkurier läuft"); }), std::chrono::seconds(5));
+    LogindSleepBlocker blocker(loop);
+    EXPECT_LT(duration([&] { begin(blocker); }), std::chrono::seconds(2));
     EXPECT_EQ(logind.nextEvent(), inhibition);
+}
+
+TEST_F(LogindSleepBlockerTest, AsksInTheBackgroundAndOnlyWhileItIsWanted) {
+    const MockLogind logind;
+    LogindSleepBlocker blocker(loop);
+    blocker.begin("zu früh beendet");
+    blocker.end();
+    blocker.begin("Bildkurier läuft");
+    EXPECT_EQ(loop.backgroundTasks(), 2U);
+    loop.settle();
+    EXPECT_EQ(logind.nextEvent(), inhibition);
+    blocker.end();
+    EXPECT_EQ(logind.nextEvent(), "released");
+}
+
+TEST_F(LogindSleepBlockerTest, LetsGoOfWhatComesAfterTheEnd) {
+    const MockLogind logind;
+    std::optional<ThreadPool> pool(std::in_place);
+    LogindSleepBlocker blocker(*pool);
+    blocker.begin("Bildkurier läuft");
+    EXPECT_EQ(logind.nextEvent(), inhibition);
+    blocker.end();
+    EXPECT_EQ(logind.nextEvent(), "released");
+    pool.reset();
 }
 
 TEST(LogindSleepBlocker, DoesNothingWithoutABus) {
     const TemporaryFolder folder;
     for (const auto& address : {"unix:path=" + folder.path("fehlt"), std::string("unsinn")}) {
         const EnvironmentVariable systemBus("DBUS_SYSTEM_BUS_ADDRESS", address);
-        LogindSleepBlocker blocker;
-        EXPECT_LT(duration([&] { blocker.begin("Bildkurier läuft"); }), std::chrono::seconds(1));
+        ManualRunLoop loop;
+        LogindSleepBlocker blocker(loop);
+        blocker.begin("Bildkurier läuft");
+        EXPECT_LT(duration([&] { loop.settle(); }), std::chrono::seconds(1));
         blocker.end();
     }
 }
@@ -161,8 +197,10 @@ TEST(LogindSleepBlocker, DoesNotWaitLongForABusThatIsSilent) {
     const FileDescriptor silent(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     ASSERT_EQ(::bind(silent.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     ASSERT_EQ(::listen(silent.get(), 1), 0);
-    LogindSleepBlocker blocker;
-    EXPECT_LT(duration([&] { blocker.begin("Bildkurier läuft"); }), std::chrono::seconds(5));
+    ManualRunLoop loop;
+    LogindSleepBlocker blocker(loop);
+    blocker.begin("Bildkurier läuft");
+    EXPECT_LT(duration([&] { loop.settle(); }), std::chrono::seconds(2));
 }
 
 }  // namespace

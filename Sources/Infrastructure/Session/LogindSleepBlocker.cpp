@@ -61,18 +61,29 @@ FileDescriptor inhibit(sd_bus* bus, const char* what, const std::string& reason,
     return std::move(answer.descriptor);
 }
 
+/// Invalid without bus or logind.
+FileDescriptor inhibitor(const std::string& reason) {
+    const auto deadline = Clock::now() + patience;
+    const Bus bus = systemBus();
+    if (!bus) return {};
+    auto found = inhibit(bus.get(), "idle:sleep", reason, deadline);
+    // Users without a session of their own may forbid idling, but not sleep.
+    return found ? std::move(found) : inhibit(bus.get(), "idle", reason, deadline);
+}
+
 }  // namespace
 
 void LogindSleepBlocker::begin(const std::string& reason) {
     if (inhibitor_) return;
-    const auto deadline = Clock::now() + patience;
-    const Bus bus = systemBus();
-    if (!bus) return;
-    inhibitor_ = inhibit(bus.get(), "idle:sleep", reason, deadline);
-    // Users without a session of their own may forbid idling, but not sleep.
-    if (!inhibitor_) inhibitor_ = inhibit(bus.get(), "idle", reason, deadline);
+    inhibitor_ = std::make_shared<FileDescriptor>();
+    background_.run([wanted = std::weak_ptr(inhibitor_), reason] {
+        if (wanted.expired()) return;
+        auto found = inhibitor(reason);
+        // Closed at once where it came too late.
+        if (const auto kept = wanted.lock()) *kept = std::move(found);
+    });
 }
 
-void LogindSleepBlocker::end() { inhibitor_ = FileDescriptor(); }
+void LogindSleepBlocker::end() { inhibitor_.reset(); }
 
 }  // namespace bildkurier
