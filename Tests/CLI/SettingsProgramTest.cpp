@@ -89,6 +89,15 @@ TEST_F(SettingsProgramTest, LetNoPeriodChosenInTheWindowLeaveAnythingOut) {
     EXPECT_EQ(tree(destination), (Tree{{"JPG/", ""}, {"JPG/IMG_1.JPG", "one"}}));
 }
 
+TEST_F(SettingsProgramTest, KeepAChangeBesideLinesThatNobodyCanRead) {
+    folder.write("damaged/bildkurier/bildkurier.conf", "[General]\nKaputt\nbyDate=true\n");
+    const Environment damaged{{"XDG_CONFIG_HOME", folder.path("damaged")}};
+    const auto changed = run({"settings", "byType", "false"}, damaged);
+    EXPECT_EQ(changed.exitStatus, 0);
+    EXPECT_EQ(changed.err, "");
+    EXPECT_EQ(run({"settings", "byType"}, damaged).out, "byType = false\n");
+}
+
 TEST_F(SettingsProgramTest, KeepTheAddressOfAServerWithoutBlanks) {
     for (const std::string key : {"sftpUser", "sftpHost", "sftpPath"}) {
         ASSERT_EQ(settings({key, " \t a b  "}).exitStatus, 0);
@@ -190,7 +199,7 @@ TEST_F(SettingsProgramTest, SayWhenTheyCannotBeKept) {
 TEST_F(SettingsProgramTest, TakeADestinationThatIsNoWholePathForNone) {
     for (const std::string path : {"", "bilder"}) {
         for (const std::string key : {"dest", "destBookmark"}) {
-            folder.write("config/bildkurier/bildkurier.conf", "[General]\n" + key + "=" + path);
+            folder.write("damaged/bildkurier/bildkurier.conf", "[General]\n" + key + "=" + path);
             EXPECT_TRUE(value("dest").ends_with("/Pictures/Bildkurier\n")) << value("dest");
         }
     }

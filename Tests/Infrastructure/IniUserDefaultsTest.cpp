@@ -93,12 +93,20 @@ TEST(IniUserDefaults, SeesAChangeByHand) {
     EXPECT_EQ(defaults.string("dest"), std::nullopt);
 }
 
-TEST(IniUserDefaults, WorksOnWithADamagedFile) {
+TEST(IniUserDefaults, KeepsChangesInADamagedFile) {
     const TemporaryFolder folder;
-    IniUserDefaults defaults(folder.write("a.conf", "\x01\xFF[[[x\n=y\nabc\n[\nbyDate=true\n"));
-    EXPECT_EQ(defaults.string("dest"), std::nullopt);
-    defaults.setString("dest", "/a");
-    EXPECT_EQ(defaults.string("dest"), "/a");
+    for (const char* damaged :
+         {"\x01\xFF[[[x\n=y\nabc\n[\nbyDate=true\n", "[General\nbyDate=true\n",
+          "[General]\nKaputt\nbyDate=true\n", "unsinn"}) {
+        const std::string path = folder.write("a.conf", damaged);
+        IniUserDefaults defaults(path);
+        EXPECT_EQ(defaults.string("dest"), std::nullopt) << damaged;
+        EXPECT_FALSE(defaults.lostChanges()) << damaged;
+        defaults.setString("dest", "/a");
+        EXPECT_FALSE(defaults.lostChanges()) << damaged;
+        EXPECT_EQ(IniUserDefaults(path).string("dest"), "/a") << damaged;
+        EXPECT_TRUE(tree(folder.path()).at("a.conf").contains("\ndest=/a\n")) << damaged;
+    }
 }
 
 TEST(IniUserDefaults, LetsNobodyElseReadTheFile) {
@@ -124,16 +132,21 @@ TEST(IniUserDefaults, FollowsALinkToTheFile) {
 }
 
 TEST(IniUserDefaults, KeepsAChangeToItselfWhereItCannotWrite) {
-    const TemporaryFolder folder;
-    const std::string path = folder.write("a.conf", "[General]\ndest=/a\n");
-    std::filesystem::permissions(path, std::filesystem::perms(0444));
-    std::filesystem::permissions(folder.path(), std::filesystem::perms(0555));
-    runAsOrdinaryUser([&] {
-        IniUserDefaults defaults(path);
-        defaults.setString("dest", "/b");
-        EXPECT_EQ(defaults.string("dest"), "/b");
-    });
-    EXPECT_EQ(tree(folder.path()).at("a.conf"), "[General]\ndest=/a\n");
+    for (const std::string text : {"[General]\ndest=/a\n", "Kaputt\n[General]\ndest=/a\n"}) {
+        const TemporaryFolder folder;
+        const std::string path = folder.write("a.conf", text);
+        std::filesystem::permissions(path, std::filesystem::perms(0444));
+        std::filesystem::permissions(folder.path(), std::filesystem::perms(0555));
+        runAsOrdinaryUser([&] {
+            IniUserDefaults defaults(path);
+            EXPECT_EQ(defaults.string("dest"), "/a");
+            EXPECT_FALSE(defaults.lostChanges());
+            defaults.setString("dest", "/b");
+            EXPECT_EQ(defaults.string("dest"), "/b");
+            EXPECT_TRUE(defaults.lostChanges());
+        });
+        EXPECT_EQ(tree(folder.path()).at("a.conf"), text);
+    }
 }
 
 TEST(IniUserDefaults, KeepsWhatTwoProcessesWriteAtOnce) {

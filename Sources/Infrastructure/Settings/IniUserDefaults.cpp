@@ -69,7 +69,7 @@ QVariant variantOf(const std::string& text) {
 IniUserDefaults::IniUserDefaults(std::string path)
     : path_(std::move(path)), folder_(fs::path(path_).parent_path()) {
     const FileDescriptor lock = locked(folder_, LOCK_SH);
-    file_ = std::make_unique<QSettings>(QString::fromStdString(path_), QSettings::IniFormat);
+    open();
 }
 
 IniUserDefaults::~IniUserDefaults() = default;
@@ -92,7 +92,11 @@ void IniUserDefaults::setBoolean(const std::string& key, bool value) {
     store(key, QString(value ? "true" : "false"));
 }
 
-bool IniUserDefaults::lostChanges() const { return file_->status() != QSettings::NoError; }
+bool IniUserDefaults::lostChanges() const { return file_->status() == QSettings::AccessError; }
+
+void IniUserDefaults::open() {
+    file_ = std::make_unique<QSettings>(QString::fromStdString(path_), QSettings::IniFormat);
+}
 
 QVariant IniUserDefaults::stored(const std::string& key) const {
     const FileDescriptor lock = locked(folder_, LOCK_SH);
@@ -105,6 +109,9 @@ void IniUserDefaults::store(const std::string& key, const QVariant& value) {
     fs::create_directories(folder_, ignored);
     const FileDescriptor lock = locked(folder_, LOCK_EX);
     makePrivateFile(path_);
+    // QSettings keeps the first fault that it has met: a line that it could not read would hide
+    // that the file cannot be written.
+    if (file_->status() == QSettings::FormatError) open();
     const auto next = fs::last_write_time(path_, ignored) + 1ms;
     file_->setValue(QString::fromStdString(key), value);
     file_->sync();

@@ -14,7 +14,8 @@ namespace bildkurier {
 /// User defaults as a file that people can read and change: KEY=VALUE below [General], Booleans
 /// as true and false. Only its user may read the file. Changes by several processes at once are
 /// all kept, on the disk once a call has returned. Where the file cannot be written, a change
-/// lasts as long as this process.
+/// lasts as long as this process. What cannot be read in the file is not there, and gone once
+/// something is changed.
 class IniUserDefaults final : public UserDefaults {
 public:
     explicit IniUserDefaults(std::string path = standardPath());
@@ -34,6 +35,7 @@ public:
     bool lostChanges() const;
 
 private:
+    void open();
     QVariant stored(const std::string& key) const;
     void store(const std::string& key, const QVariant& value);
 
