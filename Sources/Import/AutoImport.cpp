@@ -3,6 +3,7 @@
 #include "AutoImport.h"
 
 #include "CameraName.h"
+#include "FileName.h"
 
 #include <algorithm>
 #include <utility>
@@ -14,11 +15,13 @@ AutoImport::AutoImport(std::shared_ptr<SettingsStore> settings,
     : settings_(std::move(settings)), fileStore_(std::move(fileStore)) {}
 
 std::string AutoImport::trustedName() const {
-    return settings_->autoImportCameraName().value_or(namelessCamera);
+    // Anybody may have written it into the settings.
+    return displayText(settings_->autoImportCameraName().value_or(namelessCamera));
 }
 
 bool AutoImport::trustsCamera() const {
-    return settings_->autoImportEnabled() && settings_->autoImportCameraIdentity();
+    const auto identity = settings_->autoImportCameraIdentity();
+    return settings_->autoImportEnabled() && identity && !identity->empty();
 }
 
 bool AutoImport::enable(const Camera& camera) {
@@ -26,7 +29,7 @@ bool AutoImport::enable(const Camera& camera) {
     if (!identity || !camera.isIdentityFinal()) return false;
     settings_->setAutoImportEnabled(true);
     settings_->setAutoImportCameraIdentity(*identity);
-    settings_->setAutoImportCameraName(displayName(camera));
+    settings_->setAutoImportCameraName(camera.name().value_or(namelessCamera));
     return true;
 }
 

@@ -19,7 +19,7 @@ class AutoImport {
 public:
     AutoImport(std::shared_ptr<SettingsStore> settings, std::shared_ptr<FileStore> fileStore);
 
-    /// The trusted camera's name for messages, "Kamera" when none is stored.
+    /// The trusted camera's name for human eyes, "Kamera" when none is stored.
     std::string trustedName() const;
 
     /// Whether there is a camera to import whenever it is connected.

@@ -62,10 +62,27 @@ TEST_F(AutoImportTest, TrustsTheLatestCameraOnly) {
     EXPECT_TRUE(autoImport.cameraConnected(*two));
 }
 
-TEST_F(AutoImportTest, StoresANameThatPeopleCanRead) {
+TEST_F(AutoImportTest, ShowsANameThatPeopleCanRead) {
     one->deviceName = "EOS\nR5";
     ASSERT_TRUE(autoImport.enable(*one));
-    EXPECT_EQ(settings->storedName, "EOS␊R5");
+    EXPECT_EQ(settings->storedName, "EOS\nR5");
+    EXPECT_EQ(autoImport.trustedName(), "EOS␊R5");
+    settings->storedName = "EOS\x1b[31m";
+    EXPECT_EQ(autoImport.trustedName(), "EOS␛[31m");
+}
+
+TEST_F(AutoImportTest, TrustsNobodyWithoutAnIdentity) {
+    EXPECT_FALSE(autoImport.trustsCamera());
+    for (const auto& [identity, trusts] :
+         {std::pair<std::optional<std::string>, bool>{std::nullopt, false},
+          {"", false},
+          {"a", true}}) {
+        settings->storedIdentity = identity;
+        settings->storedAutoImport = true;
+        EXPECT_EQ(autoImport.trustsCamera(), trusts) << identity.value_or("none");
+        settings->storedAutoImport = false;
+        EXPECT_FALSE(autoImport.trustsCamera()) << identity.value_or("none");
+    }
 }
 
 TEST_F(AutoImportTest, RefusesACameraThatItWouldNotRecognise) {
