@@ -64,7 +64,12 @@ protected:
     }
 
     std::string message(const Result<>& result) { return result ? "" : result.error().message; }
-    std::int64_t copied() { return static_cast<std::int64_t>(fs::file_size(target.path(name))); }
+    /// Before it is made, too.
+    std::int64_t copied() {
+        std::error_code missing;
+        const auto size = fs::file_size(target.path(name), missing);
+        return missing ? 0 : static_cast<std::int64_t>(size);
+    }
     Tree copies() { return tree(target.path()); }
 };
 
@@ -92,7 +97,7 @@ TEST_F(CopyFileTest, LetsTheCopyGrowStepByStep) {
     std::vector<std::int64_t> sizes;
     onStep = [&] { sizes.push_back(copied()); };
     ASSERT_TRUE(copy(3 * step + 5));
-    EXPECT_EQ(sizes, (std::vector<std::int64_t>{0, step, 2 * step, 3 * step, 3 * step + 5}));
+    EXPECT_EQ(sizes, (std::vector<std::int64_t>{0, 0, step, 2 * step, 3 * step, 3 * step + 5}));
 }
 
 TEST_F(CopyFileTest, StopsWhenToldAndLeavesNothing) {
@@ -101,8 +106,25 @@ TEST_F(CopyFileTest, StopsWhenToldAndLeavesNothing) {
         if (copied() == 2 * step) whyStop = Error{"Genug"};
     };
     EXPECT_EQ(message(copy(3 * step)), "Genug");
-    EXPECT_EQ(steps, 3);
+    EXPECT_EQ(steps, 4);
     EXPECT_TRUE(copies().empty());
+}
+
+TEST_F(CopyFileTest, TouchesNothingOfANameThatIsAnothersByNow) {
+    write(someBytes(2 * step));
+    for (const int begun : {1, 2, 3}) {
+        target.write(name, "a copy that the next import replaces");
+        whyStop.reset();
+        steps = 0;
+        onStep = [&] {
+            if (steps != begun) return;
+            whyStop = Error{"Genug"};
+            fs::remove(target.path(name));
+            target.write(name, "of the next import");
+        };
+        EXPECT_EQ(message(copy(2 * step)), "Genug");
+        EXPECT_EQ(copies(), (Tree{{name, "of the next import"}})) << begun;
+    }
 }
 
 TEST_F(CopyFileTest, RefusesAFileThatIsNotAsLongAsTheCatalogueSays) {
@@ -118,7 +140,7 @@ TEST_F(CopyFileTest, RefusesAFileThatIsNotAsLongAsTheCatalogueSays) {
 TEST_F(CopyFileTest, NoticesAFileThatShrinks) {
     const std::string path = write(someBytes(3 * step));
     onStep = [&] {
-        if (steps == 2) fs::resize_file(path, step + 10);
+        if (steps == 3) fs::resize_file(path, step + 10);
     };
     EXPECT_EQ(message(copy(3 * step)),
               "Die Datei ist auf der Karte kürzer als angegeben (4194314 statt 12582912 Bytes)");
@@ -128,7 +150,7 @@ TEST_F(CopyFileTest, NoticesAFileThatShrinks) {
 TEST_F(CopyFileTest, NoticesAFileThatGrows) {
     const std::string path = write(someBytes(2 * step));
     onStep = [&] {
-        if (steps == 3) fs::resize_file(path, 2 * step + 1);
+        if (steps == 4) fs::resize_file(path, 2 * step + 1);
     };
     EXPECT_EQ(message(copy(2 * step)),
               "Die Datei ist auf der Karte länger als die angegebenen 8388608 Bytes");

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CopyFile.h"
 
+#include "DownloadFence.h"
 #include "PartialFile.h"
 #include "SameTime.h"
 #include "SystemCall.h"
@@ -34,9 +35,23 @@ std::unexpected<Error> tooLong(std::int64_t expected) {
         fmt::format("Die Datei ist auf der Karte länger als die angegebenen {} Bytes", expected));
 }
 
+using WhyStop = std::function<std::optional<Error>()>;
+
+Result<> create(PartialFile& copy, const DownloadRequest& request, const WhyStop& whyStop) {
+    Result<> created;
+    withDownloadFence([&] {
+        if (auto reason = whyStop()) {
+            created = std::unexpected(*std::move(reason));
+        } else {
+            created = copy.create(request.directory, request.saveAs, request.overwrite);
+        }
+    });
+    return created;
+}
+
 /// Reads exactly `size` bytes, to which the file must end.
 Result<> copyBytes(const FileDescriptor& source, std::int64_t size, PartialFile& copy,
-                   const std::function<std::optional<Error>()>& whyStop) {
+                   const WhyStop& whyStop) {
     // One byte more than is wanted shows a file that has grown.
     const auto nextStep = [size](std::int64_t copied) {
         return static_cast<std::size_t>(std::min(stepBytes - 1, size - copied) + 1);
@@ -55,6 +70,18 @@ Result<> copyBytes(const FileDescriptor& source, std::int64_t size, PartialFile&
     }
 }
 
+/// The file that was like `before` when it was opened.
+Result<> copyWhole(const FileDescriptor& source, const struct stat& before, PartialFile& copy,
+                   const WhyStop& whyStop) {
+    ::posix_fadvise(source.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+    if (auto copied = copyBytes(source, before.st_size, copy, whyStop); !copied) return copied;
+    struct stat after{};
+    if (::fstat(source.get(), &after) != 0) return unreadableOnCard(errno);
+    if (!isSameTime(before.st_mtim, after.st_mtim))
+        return failure("Die Datei auf der Karte hat sich während des Ladens geändert");
+    return copy.complete(before.st_mtim);
+}
+
 }  // namespace
 
 std::unexpected<Error> unreadableOnCard(int code) {
@@ -62,24 +89,18 @@ std::unexpected<Error> unreadableOnCard(int code) {
 }
 
 Result<> copyFile(const FileDescriptor& source, std::int64_t size, const DownloadRequest& request,
-                  const std::function<std::optional<Error>()>& whyStop) {
+                  const WhyStop& whyStop) {
     struct stat before{};
     if (::fstat(source.get(), &before) != 0) return unreadableOnCard(errno);
     if (!S_ISREG(before.st_mode)) return failure("Auf der Karte steht dort keine Datei");
     if (before.st_size < size) return tooShort(before.st_size, size);
     if (before.st_size > size) return tooLong(size);
 
-    PartialFile copy;
-    if (auto created = copy.create(request.directory, request.saveAs, request.overwrite); !created)
-        return created;
-    ::posix_fadvise(source.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
-    if (auto copied = copyBytes(source, size, copy, whyStop); !copied) return copied;
-
-    struct stat after{};
-    if (::fstat(source.get(), &after) != 0) return unreadableOnCard(errno);
-    if (!isSameTime(before.st_mtim, after.st_mtim))
-        return failure("Die Datei auf der Karte hat sich während des Ladens geändert");
-    return copy.complete(before.st_mtim);
+    std::optional<PartialFile> copy(std::in_place);
+    if (auto created = create(*copy, request, whyStop); !created) return created;
+    auto copied = copyWhole(source, before, *copy, whyStop);
+    if (!copied) withDownloadFence([&] { copy.reset(); });
+    return copied;
 }
 
 }  // namespace bildkurier

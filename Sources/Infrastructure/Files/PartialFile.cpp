@@ -28,7 +28,13 @@ std::unexpected<Error> writeFailure(int code) {
 }  // namespace
 
 PartialFile::~PartialFile() {
-    if (isPartial_) ::unlinkat(folder_.get(), name_.c_str(), 0);
+    if (isPartial_ && isInItsPlace()) ::unlinkat(folder_.get(), name_.c_str(), 0);
+}
+
+bool PartialFile::isInItsPlace() const {
+    struct stat there{};
+    return ::fstatat(folder_.get(), name_.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0 &&
+           there.st_dev == device_ && there.st_ino == inode_;
 }
 
 Result<> PartialFile::create(const std::string& folder, std::string name, bool overwrite) {
@@ -44,7 +50,10 @@ Result<> PartialFile::create(const std::string& folder, std::string name, bool o
         return ::openat(folder_.get(), name_.c_str(),
                         O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, readWriteForAll);
     }));
-    if (!file_) return writeFailure(errno);
+    struct stat made{};
+    if (!file_ || ::fstat(file_.get(), &made) != 0) return writeFailure(errno);
+    device_ = made.st_dev;
+    inode_ = made.st_ino;
     isPartial_ = true;
     return {};
 }

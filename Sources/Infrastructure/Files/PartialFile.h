@@ -12,8 +12,8 @@
 
 namespace bildkurier {
 
-/// A new file that grows, and is removed again unless it was completed. Every failure is a
-/// sentence for people.
+/// A new file that grows, and is removed again unless it was completed, or another one has taken
+/// its place. Every failure is a sentence for people.
 class PartialFile {
 public:
     PartialFile() = default;
@@ -35,9 +35,13 @@ public:
     std::int64_t size() const { return size_; }
 
 private:
+    bool isInItsPlace() const;
+
     FileDescriptor folder_;
     std::string name_;
     FileDescriptor file_;
+    std::uint64_t device_ = 0;
+    std::uint64_t inode_ = 0;
     std::int64_t size_ = 0;
     std::int64_t begun_ = 0;  ///< bytes that the disk has been told to write
     bool isPartial_ = false;

@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "UsbSession.h"
 
+#include "DownloadFence.h"
+
 #include <utility>
 
 namespace bildkurier {
@@ -47,10 +49,9 @@ bool UsbSession::endsWithin(std::chrono::milliseconds time) const {
 }
 
 void UsbSession::ifOpen(const std::function<void()>& action) const {
-    // Never destroyed, for threads that hang.
-    static std::mutex& files = *new std::mutex;
-    const std::lock_guard lock(files);
-    if (!hasEnded()) action();
+    withDownloadFence([&] {
+        if (!hasEnded()) action();
+    });
 }
 
 }  // namespace bildkurier
