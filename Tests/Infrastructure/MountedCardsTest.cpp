@@ -305,6 +305,23 @@ TEST_F(MountedVolumeTest, LooksAtNoVolumeUnlessItMay) {
     EXPECT_EQ(browserSink->events, Names{"reported"});
 }
 
+TEST_F(MountedVolumeTest, IsTheSameCardWhetherItIsFoundOrGiven) {
+    fs::create_directory(volume->path("DCIM"));
+    start({volume->path("")});
+    ASSERT_TRUE(runUntilReported());
+    ASSERT_EQ(added().size(), 1U);
+    const DeviceFacts facts = added()[0]->facts();
+    EXPECT_EQ(facts.persistentId, volume->uuid());
+    EXPECT_TRUE(facts.name == label || facts.name == "BK_TEST") << *facts.name;
+
+    // It goes and returns as the same.
+    ASSERT_TRUE(volume->unmount());
+    ASSERT_TRUE(runUntilRemoved(1));
+    volume->mount();
+    ASSERT_TRUE(runUntilAdded(2));
+    EXPECT_EQ(added()[1]->facts().persistentId, volume->uuid());
+}
+
 TEST_F(MountedVolumeTest, LetsAGivenFolderGoAndReturnWithItsVolume) {
     fs::create_directory(volume->path("Bilder"));
     start({volume->path("Bilder")});

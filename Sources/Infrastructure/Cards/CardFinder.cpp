@@ -4,7 +4,7 @@
 
 #include "CameraFolders.h"
 #include "CardVolumes.h"
-#include "FileName.h"
+#include "VolumeFacts.h"
 #include "VolumeIdentity.h"
 
 #include <sys/stat.h>
@@ -17,18 +17,6 @@ namespace bildkurier {
 namespace {
 
 constexpr Duration secondLookDelay(0.5);
-
-DeviceFacts factsOf(const Mount& mount) {
-    VolumeIdentity volume = volumeIdentity(mount);
-    DeviceFacts facts{.folder = mount.point};
-    facts.name = volume.label.empty() ? std::string(lastPathComponent(mount.point)) : volume.label;
-    if (!volume.uuid.empty()) {
-        facts.persistentId = std::move(volume.uuid);
-    } else if (!volume.serial.empty()) {
-        facts.serial = std::move(volume.serial);
-    }
-    return facts;
-}
 
 }  // namespace
 
@@ -96,8 +84,9 @@ bool CardFinder::isReported(const Mount& mount) const {
 void CardFinder::report(Volume& volume, Changes& changes) const {
     struct stat root{};
     if (::stat(volume.mount.point.c_str(), &root) != 0) return;
-    volume.place = std::make_shared<const CardPlace>(volume.mount.point, factsOf(volume.mount),
-                                                     root.st_dev, volume.mount);
+    const Mount& mount = volume.mount;
+    volume.place = std::make_shared<const CardPlace>(
+        mount.point, volumeFacts(volumeIdentity(mount), mount.point), root.st_dev, mount);
     changes.come.push_back(volume.place);
 }
 

@@ -4,7 +4,7 @@
 
 #include "CardVolumes.h"
 #include "FileName.h"
-#include "VolumeIdentity.h"
+#include "VolumeFacts.h"
 
 #include <sys/stat.h>
 
@@ -24,8 +24,7 @@ bool numbersFilesAnew(std::string_view fileSystem) {
     return std::ranges::find(types, fileSystem) != types.end() || fileSystem.starts_with("fuse");
 }
 
-std::string nameOf(const Mount& mount) {
-    const VolumeIdentity volume = volumeIdentity(mount);
+std::string nameOf(const Mount& mount, const VolumeIdentity& volume) {
     if (!volume.uuid.empty()) return volume.uuid;
     if (!volume.serial.empty()) return volume.serial;
     const std::string name = mount.type + ":" + mount.source;
@@ -42,18 +41,27 @@ std::optional<GivenFolder::Found> GivenFolder::find(std::span<const Mount> table
     const std::string root = std::filesystem::canonical(path_, error).string();
     struct stat folder{};
     if (error || ::stat(root.c_str(), &folder) != 0 || !S_ISDIR(folder.st_mode)) return {};
-    const std::string& volume = volumeOf(mountAbove(table, root).value_or(Mount{}));
+    lookAtVolume(mountAbove(table, root).value_or(Mount{}));
     const std::uint64_t inode = numbersFilesAnew(mount_.type) ? 0 : folder.st_ino;
-    return Found{root, folder.st_dev, inode, volume + ":" + pathInVolume(mount_, root)};
+    const std::string path = pathInVolume(mount_, root);
+    return Found{root, folder.st_dev, inode, path, volumeName_ + ":" + path};
 }
 
-/// Asks the device only about a mount that is new.
-const std::string& GivenFolder::volumeOf(Mount mount) {
-    if (volume_.empty() || !isSameMount(mount, mount_)) {
-        mount_ = std::move(mount);
-        volume_ = nameOf(mount_);
-    }
-    return volume_;
+void GivenFolder::lookAtVolume(Mount mount) {
+    if (!volumeName_.empty() && isSameMount(mount, mount_)) return;
+    mount_ = std::move(mount);
+    volume_ = volumeIdentity(mount_);
+    volumeName_ = nameOf(mount_, volume_);
+}
+
+DeviceFacts GivenFolder::facts() const {
+    const bool isVolume = found_->path == "/" && !(volume_.uuid.empty() && volume_.serial.empty());
+    if (isVolume) return volumeFacts(volume_, found_->root);
+    return {.name = std::string(lastPathComponent(found_->root)),
+            .serial = {},
+            .persistentId = identity_,
+            .uuid = {},
+            .folder = found_->root};
 }
 
 void GivenFolder::look(std::span<const Mount> table) {
@@ -64,14 +72,7 @@ void GivenFolder::look(std::span<const Mount> table) {
     if (!found_) return;
     if (!identity_) identity_ = found_->identity;
     if (found_->identity != identity_) return;
-    place_ = std::make_shared<const CardPlace>(
-        found_->root,
-        DeviceFacts{.name = std::string(lastPathComponent(found_->root)),
-                    .serial = {},
-                    .persistentId = identity_,
-                    .uuid = {},
-                    .folder = found_->root},
-        found_->device, mount_);
+    place_ = std::make_shared<const CardPlace>(found_->root, facts(), found_->device, mount_);
 }
 
 }  // namespace bildkurier

@@ -4,6 +4,8 @@
 
 #include "CardPlace.h"
 #include "MountTable.h"
+#include "NativeCamera.h"
+#include "VolumeIdentity.h"
 
 #include <cstdint>
 #include <memory>
@@ -13,7 +15,8 @@
 
 namespace bildkurier {
 
-/// A folder given by hand: a device while it is there. It goes and returns with its volume.
+/// A folder given by hand: a device while it is there. It goes and returns with its volume. A
+/// whole volume is the device that it would be if it had been found.
 class GivenFolder {
 public:
     /// `path` may be relative to the current folder.
@@ -31,20 +34,24 @@ private:
         std::string root;
         std::uint64_t device = 0;
         std::uint64_t inode = 0;  ///< 0 where the file system numbers its files anew at will
+        std::string path;         ///< in its volume
         std::string identity;
 
         bool operator==(const Found&) const = default;
     };
 
     std::optional<Found> find(std::span<const Mount> table);
-    const std::string& volumeOf(Mount mount);
+    /// Asks the device only about a mount that is new.
+    void lookAtVolume(Mount mount);
+    DeviceFacts facts() const;
 
     std::string path_;
     std::optional<Found> found_;
     std::shared_ptr<const CardPlace> place_;
     std::optional<std::string> identity_;  ///< of the folder first seen; no other replaces it
     Mount mount_;                          ///< that it was last seen on
-    std::string volume_;                   ///< what is mounted there
+    VolumeIdentity volume_;                ///< what is mounted there
+    std::string volumeName_;               ///< the same, or by its place; empty while unknown
 };
 
 }  // namespace bildkurier
