@@ -689,7 +689,7 @@ TEST_F(DurableFiles, FlushTheNameOfAFolderAgainWhereThatFailed) {
     EXPECT_EQ(calls, Calls{"flush JPG"});
 }
 
-TEST_F(DurableFiles, TakeAFolderThatExistsWhereTheOneAboveCannotBeFlushed) {
+TEST_F(DurableFiles, TakeAFolderWhereTheOneAboveCannotBeFlushed) {
     const std::pair<std::string, int> lacking[] = {
         {"flush JPG", EINVAL}, {"flush JPG", ENOSYS}, {"open JPG", EACCES}};
     const auto make = [&] { return makeFolder(folder.path("JPG/a")); };
@@ -698,7 +698,8 @@ TEST_F(DurableFiles, TakeAFolderThatExistsWhereTheOneAboveCannotBeFlushed) {
         rule = always(call, error);
         EXPECT_EQ(run(make), 0) << call;
         fs::remove(folder.path("JPG/a"));
-        EXPECT_EQ(run(make), call == "open JPG" ? EACCES : 0) << call;
+        EXPECT_EQ(run(make), 0) << call;
+        EXPECT_TRUE(fs::exists(folder.path("JPG/a"))) << call;
     }
 }
 

@@ -219,9 +219,9 @@ int rename(const FlushedFile& file, const Place& from, const Place& to) {
     return error;
 }
 
-/// Makes the name of a folder durable whose maker may have ended too early. Where this user may
-/// not read, that is left to who may.
-int flushExistingName(const std::string& above) {
+/// Makes the name of a folder durable, which may have been there before: its maker may have ended
+/// too early. Where this user may not read, that is left to who may.
+int flushName(const std::string& above) {
     const FileDescriptor folder = openedFolder(above);
     if (folder) return flushFolder(folder);
     return errno == EACCES ? 0 : errno;
@@ -230,8 +230,7 @@ int flushExistingName(const std::string& above) {
 int makeOneFolder(const std::string& path, const std::string& above) {
     const int error = outcome([&] { return ::mkdirat(AT_FDCWD, path.c_str(), 0777); });
     if (error != 0 && lookForFolder(path) != 0) return error;
-    const FileDescriptor folder = openedFolder(above);
-    return folder ? flushFolder(folder) : errno;
+    return flushName(above);
 }
 
 }  // namespace
@@ -239,7 +238,7 @@ int makeOneFolder(const std::string& path, const std::string& above) {
 int makeFolder(const std::string& path) {
     const std::string above = folderAbove(path);
     const int found = lookForFolder(path);
-    if (found == 0) return flushExistingName(above);
+    if (found == 0) return flushName(above);
     if (found != ENOENT) return found;
     const int error = above.size() < path.size() ? makeFolder(above) : 0;
     return error == 0 ? makeOneFolder(path, above) : error;
