@@ -23,6 +23,7 @@ constexpr std::int64_t headroom = 209'715'200;  // bytes: 200 MiB
 constexpr Duration watchInterval{0.5};
 constexpr auto nameless = "unbenannt";
 constexpr auto invalidName = "Ungültiger Dateiname";
+constexpr auto noNameFree = "Der Name ist vergeben, und mit einer Nummer dahinter wäre er zu lang";
 
 std::int64_t largestSize(const std::vector<std::shared_ptr<CameraFile>>& files) {
     return std::ranges::max(files, {}, [](const auto& file) { return file->size(); })->size();
@@ -89,6 +90,8 @@ void ImportRunner::abandon() {
     isRunning_ = false;
     windingUp_.push_back(place_);
     stopWatching();
+    progress_.currentName.clear();
+    progress_.isTransferring = false;
     if (!std::exchange(isMoving_, false)) windUp(place_, std::nullopt);
 }
 
@@ -114,12 +117,12 @@ void ImportRunner::downloadNext() {
     const auto name = file->name();
     Item item{.size = file->size(), .wantedName = name.value_or(nameless)};
     item.saveName = item.wantedName;
+    if (auto obstacle = file->obstacle())
+        return finishFile(item, std::unexpected(*std::move(obstacle)));
     if (!isPlainFileName(item.wantedName) ||
         (layout_.byType && !isPlainFileName(typeFolder(name)))) {
         return finishFile(item, failure(invalidName));
     }
-    if (auto obstacle = file->obstacle())
-        return finishFile(item, std::unexpected(*std::move(obstacle)));
     item.folder = layout_.folder(place_.destination, file->shotDate().value_or(main_.date()), name);
 
     struct Prepared {
@@ -135,16 +138,16 @@ void ImportRunner::downloadNext() {
         },
         runID_([this, file, item](Prepared prepared) mutable {
             if (!prepared.folder) {
+                if (!log(fmt::format("Kann Ordner nicht anlegen: {}: {}",
+                                     displayText(item.folder.path),
+                                     prepared.folder.error().message))) {
+                    return;
+                }
                 queue_.clear();
                 countFailure();
-                if (log(fmt::format("Kann Ordner nicht anlegen: {}: {}",
-                                    displayText(item.folder.path),
-                                    prepared.folder.error().message))) {
-                    downloadNext();
-                }
-                return;
+                return downloadNext();
             }
-            if (!isPlainFileName(prepared.saveName)) return finishFile(item, failure(invalidName));
+            if (!isPlainFileName(prepared.saveName)) return finishFile(item, failure(noNameFree));
             item.saveName = std::move(prepared.saveName);
             load(*file, item);
         }));
@@ -179,9 +182,13 @@ void ImportRunner::load(CameraFile& file, const Item& item) {
 void ImportRunner::moveIntoPlace(const Item& item, const Url& staged) {
     const std::int64_t actual = fileStore_->fileSize(staged).value_or(-1);
     if (actual != item.size) {
+        countFailure();
+        if (!log(failedLine(
+                item, fmt::format("Größe stimmt nicht ({} statt {} Bytes)", actual, item.size)))) {
+            return;
+        }
         fileStore_->removeItem(staged);
-        return finishFile(item, failure(fmt::format("Größe stimmt nicht ({} statt {} Bytes)",
-                                                    actual, item.size)));
+        return endFile(item);
     }
     progress_.isTransferring = true;
     if (!report()) return;
@@ -206,6 +213,10 @@ std::string ImportRunner::loadedLine(const Item& item) {
                        displayText(item.saveName), formatBytes(item.size));
 }
 
+std::string ImportRunner::failedLine(const Item& item, const std::string& reason) {
+    return fmt::format("✗ {}: {}", displayText(item.saveName), reason);
+}
+
 void ImportRunner::finishFile(const Item& item, const Result<>& outcome) {
     if (outcome) {
         tellIfRenamed(item, place_.destination);
@@ -213,12 +224,11 @@ void ImportRunner::finishFile(const Item& item, const Result<>& outcome) {
     } else {
         countFailure();
     }
+    if (log(outcome ? loadedLine(item) : failedLine(item, outcome.error().message))) endFile(item);
+}
+
+void ImportRunner::endFile(const Item& item) {
     progress_.bytesDone = byteSum(progress_.bytesDone, item.size);
-    if (!log(outcome
-                 ? loadedLine(item)
-                 : fmt::format("✗ {}: {}", displayText(item.saveName), outcome.error().message))) {
-        return;
-    }
     // Posted, for a row of files that fail at once must not pile up on the stack.
     main_.post(runID_([this] { downloadNext(); }));
 }

@@ -109,10 +109,13 @@ private:
     void downloadNext();
     void load(CameraFile& file, const Item& item);
     void moveIntoPlace(const Item& item, const Url& staged);
+    /// Counts the file, tells what came of it, and goes on.
     void finishFile(const Item& item, const Result<>& outcome);
+    void endFile(const Item& item);
     void countFailure();
     void finish();
     static std::string loadedLine(const Item& item);
+    static std::string failedLine(const Item& item, const std::string& reason);
     void tellIfRenamed(const Item& item, const Url& destination) const;
     void windUp(const Place& place, const std::optional<Item>& arrived);
     /// Tell the owner, who may start, abandon or destroy this meanwhile: false when this run

@@ -472,13 +472,54 @@ TEST_F(ImportRunnerTest, WaitsForAMoveThatNeedsTheStagingFolderOfAnotherDestinat
     }
 }
 
+TEST_F(ImportRunnerTest, TellsOfAFileBeforeItsBytesCount) {
+    file("A.JPG", "aaaa");
+    const auto cut = file("B.JPG", "bb");
+    cut->cameraSize = 3;
+    file("C.CR3", "c");
+    store->folders.insert("/bilder");
+    store->files["/bilder/CR3"] = "in the way";
+    std::vector<std::pair<std::int64_t, std::int64_t>> counted;
+    runner->onLog = [&](const std::string& line) {
+        log.push_back(line);
+        const Progress& progress = runner->progress();
+        counted.emplace_back(progress.done + progress.failed, progress.bytesDone);
+        EXPECT_EQ(store->files.contains(staging.appending("B.JPG").path), log.size() == 2) << line;
+    };
+    runAll({.byType = true});
+    EXPECT_EQ(log[1], "✗ B.JPG: Größe stimmt nicht (2 statt 3 Bytes)");
+    EXPECT_TRUE(log[2].starts_with("Kann Ordner nicht anlegen: ")) << log[2];
+    EXPECT_EQ(counted,
+              (std::vector<std::pair<std::int64_t, std::int64_t>>{{1, 0}, {2, 4}, {2, 7}}));
+    EXPECT_EQ(finished[0].first, (Progress{.total = 3, .done = 1, .failed = 2, .bytesDone = 7}));
+}
+
+TEST_F(ImportRunnerTest, TellsWhyAFolderIsUnreadableWhateverItsName) {
+    file("../Bilder", "")->knownObstacle = Error{"Ordner ../Bilder ist nicht lesbar"};
+    runAll();
+    EXPECT_EQ(log, (Lines{"✗ ../Bilder: Ordner ../Bilder ist nicht lesbar"}));
+}
+
+TEST_F(ImportRunnerTest, HasNoCurrentFileOnceAbandoned) {
+    file("A.JPG", "aaaa");
+    ASSERT_TRUE(start());
+    while (!runner->progress().isTransferring)
+        ASSERT_TRUE(loop.stepMain() || loop.stepBackground());
+    EXPECT_EQ(runner->progress().currentName, "A.JPG");
+    runner->abandon();
+    EXPECT_EQ(runner->progress(), Progress{.total = 1});
+    loop.settle();
+}
+
 TEST_F(ImportRunnerTest, RefusesAFreeNameThatIsTooLong) {
     const std::string name = std::string(251, 'a') + ".JPG";
     store->files["/bilder/" + name] = "other";
     file(name, "aaaa");
     file("B.JPG", "bb");
     runAll();
-    EXPECT_EQ(log, (Lines{"✗ " + name + ": Ungültiger Dateiname",
+    EXPECT_EQ(log, (Lines{"✗ " + name +
+                              ": Der Name ist vergeben, und mit einer Nummer dahinter wäre er zu "
+                              "lang",
                           "✓ bilder/B.JPG  (" + formatBytes(2) + ")"}));
     EXPECT_EQ(files[0]->downloads, 0);
 }
