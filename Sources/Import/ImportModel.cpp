@@ -356,7 +356,7 @@ void ImportModel::cameraBrowserDidIdentify(const std::shared_ptr<Camera>& camera
 bool ImportModel::recognise(const std::shared_ptr<Camera>& camera) {
     const auto identity = camera->identity();
     if (pendingResume_ && identity == pendingResume_->identity && phase_ != Phase::importing) {
-        resumeReady_ = true;
+        pendingResume_->isBack = true;
         publish(status_, fmt::format("{} wieder verbunden. Import wird fortgesetzt …",
                                      displayName(*camera)));
         takeUp(*camera);
@@ -702,7 +702,7 @@ std::optional<std::string> ImportModel::noteInterruptedImport(const Camera& came
 }
 
 bool ImportModel::canResume() const {
-    return resumeReady_ && pendingResume_ && camera_ &&
+    return pendingResume_ && pendingResume_->isBack && camera_ &&
            camera_->identity() == pendingResume_->identity;
 }
 
@@ -710,11 +710,9 @@ void ImportModel::resumeInterruptedImport() {
     const auto resume = pendingResume_.value_or(Resume());
     if (resume.ignoresDateFilter) showMissing(missingFilesSince(std::nullopt));
     pendingResume_.reset();
-    resumeReady_ = false;
     const bool mayStart = !newFiles_.empty() && !destNeedsChoice() && !destOverlaps_;
     if (const auto locked = mayStart ? runLock_->acquire() : Result<>(); !locked) {
         pendingResume_ = resume;
-        resumeReady_ = true;
         return postpone("Fortsetzung", locked.error().message);
     }
     pendingRetry_.reset();

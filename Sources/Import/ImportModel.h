@@ -59,6 +59,7 @@ public:
     struct Resume {
         std::string identity;
         bool ignoresDateFilter = false;
+        bool isBack = false;  ///< the camera has been connected again
 
         bool operator==(const Resume&) const = default;
     };
@@ -336,7 +337,6 @@ private:
     Handle pendingReload_;  ///< a catalogue re-read is scheduled
     Handle pendingReopen_;  ///< a session is to be opened again
     std::optional<Resume> pendingResume_;
-    bool resumeReady_ = false;
     int fruitlessResumes_ = 0;
     bool runIgnoresDateFilter_ = false;
     Handle pendingRetry_;                       ///< looks whether another process still imports
