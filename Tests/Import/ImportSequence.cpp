@@ -28,6 +28,7 @@ constexpr auto goesOn = "Kamera getrennt. Der Import geht weiter, sobald sie wie
 constexpr auto gaveUp =
     "Import gestoppt: Die Kamera trennt sich wiederholt, ohne dass etwas ankommt. Originalkabel "
     "direkt am Mac probieren (ohne Hub) und Akku der Kamera prüfen.";
+constexpr auto cancelling = "Breche nach der aktuellen Datei ab …";
 constexpr auto searching = "Suche Kamera … (einschalten und per USB verbinden)";
 constexpr auto refusedSession =
     "Verbindung fehlgeschlagen: Die Kamera ist belegt. „Digitale Bilder“, „Fotos“ und "
@@ -555,7 +556,8 @@ void ImportSequence::cancel() {
     if (run_) run_->cancelled = true;
     model_->cancelImport();
     RC_ASSERT(model_->phase() == phase_);
-    RC_ASSERT(model_->status() == "Breche nach der aktuellen Datei ab …");
+    RC_ASSERT(model_->status() == cancelling);
+    userSpoke_ = true;
 }
 
 void ImportSequence::moveSlider(double index) {
@@ -579,6 +581,7 @@ void ImportSequence::switchAutoImport(bool on) {
             fmt::format("Auto-Import für Kamera {} aktiviert. Er startet beim nächsten Verbinden.",
                         camera->id());
         RC_ASSERT(settings_->storedIdentity == camera->identity());
+        userSpoke_ = true;
     } else {
         pendingAutoImport_.reset();
     }
@@ -770,7 +773,8 @@ void ImportSequence::leave() {
         }
         return std::tuple(calls, notifications_, store_->files, store_->folders,
                           settings_->storedDestination, settings_->storedFromDay,
-                          settings_->storedAutoImport, sleepBlocker_->reason, sleepBlocker_->begun);
+                          settings_->storedAutoImport, sleepBlocker_->reason, sleepBlocker_->begun,
+                          lock_->held);
     };
     const auto before = effects();
     for (const auto& camera : connections_) {
@@ -827,6 +831,7 @@ void ImportSequence::noteDestination() {
 
 void ImportSequence::changed(Phase from, Phase to) {
     noteScans();
+    userSpoke_ = false;
     if (to == Phase::importing) {
         RC_ASSERT(from == Phase::ready);
         RC_ASSERT(!run_);
@@ -991,6 +996,7 @@ void ImportSequence::checkServerState() const {
 void ImportSequence::takeUpPending() {
     int filterings = std::exchange(filterings_, 0);
     const auto camera = held();
+    if (filterings > 0) autoImportDecided_ = false;
     if (phase_ != Phase::ready || !camera || camera->read.empty() || filterings == 0) return;
     const std::string& status = model_->status();
     if (resumeReady_ && pendingResume_ && camera->identity() == pendingResume_->identity) {
@@ -1005,6 +1011,7 @@ void ImportSequence::takeUpPending() {
         if (--filterings == 0) return;
     }
     if (pendingAutoImport_ && camera->identity() == pendingAutoImport_ && isTrusted(*camera)) {
+        autoImportDecided_ = true;
         RC_ASSERT(
             (filterings > 1 ||
              isAmong(status, {allPresent, notWritable, noRoom, chooseFolderStatus, anotherRuns}) ||
@@ -1035,7 +1042,8 @@ void ImportSequence::checkRun() const {
     RC_ASSERT(model_->newFiles() == run_->files);
     const auto& progress = model_->progress();
     RC_ASSERT(progress.total == std::ssize(run_->files));
-    RC_ASSERT(progress.done <= run_->loaded);
+    // One file is told of before the next one is reported.
+    RC_ASSERT((progress.done == run_->loaded || progress.done + 1 == run_->loaded));
     RC_ASSERT(progress.done + progress.failed <= progress.total);
     const double share = model_->totalBytesProgress();
     RC_ASSERT((share >= 0 && share <= 1));
@@ -1066,6 +1074,7 @@ void ImportSequence::checkCatalogue() const {
     if (model_->cameraFileCount() == 0) {
         RC_ASSERT(model_->cameraBytes() == 0);
         RC_ASSERT(model_->cameraDays().empty());
+        if (phase_ == Phase::ready) RC_ASSERT(camera->read.empty());
         return;
     }
     std::int64_t cameraBytes = 0;
@@ -1089,8 +1098,8 @@ void ImportSequence::checkCatalogue() const {
 
 void ImportSequence::checkStatus() const {
     const std::string& status = model_->status();
-    if (status == "Breche nach der aktuellen Datei ab …" ||
-        status.starts_with("Auto-Import für ")) {
+    if (status == cancelling || status.starts_with("Auto-Import für ")) {
+        RC_ASSERT((userSpoke_ || (run_ && status == run_->firstStatus)));
         return;
     }
     const auto camera = held();
@@ -1128,9 +1137,10 @@ void ImportSequence::checkStatus() const {
 }
 
 bool ImportSequence::isStatusOfReady(const std::string& status) const {
-    if (isAmong(status, {chooseFolderStatus, anotherRuns})) return true;
+    if (status == chooseFolderStatus) return ungranted_;
+    if (status == anotherRuns) return refused_;
     if (model_->cameraFileCount() == 0) return status == "Die Kamera meldet keine Dateien.";
-    if (isAmong(status, {allPresent, notWritable, noRoom})) return true;
+    if (isAmong(status, {allPresent, notWritable, noRoom})) return autoImportDecided_;
     if (model_->newFiles().empty()) {
         return isAmong(status, {"Nichts Neues im gewählten Zeitraum.", nothingMissing});
     }

@@ -203,7 +203,7 @@ private:
     std::shared_ptr<ScriptedFile> delivered_;  ///< last
     std::shared_ptr<ScriptedCamera> next_;     ///< to be selected after the run
     std::optional<ImportModel::Resume> pendingResume_;
-    bool resumeReady_ = false;
+    bool resumeReady_ = false;  ///< its camera is back
     int fruitless_ = 0;
     std::optional<std::string> pendingAutoImport_;
     std::optional<std::string> expectedTrust_;
@@ -214,11 +214,13 @@ private:
     bool switchesKind_ = false;
     bool userStarts_ = false;
     bool losesCamera_ = false;
-    bool selectionDiffers_ = false;  ///< another camera was chosen during a run
-    bool refused_ = false;           ///< a start, since the last scan
-    bool resumed_ = false;           ///< an import was taken up, since the last scan
-    bool ungranted_ = false;         ///< the folder, at some time since the last scan
-    bool meddled_ = false;           ///< somebody else changed the destination
+    bool selectionDiffers_ = false;   ///< another camera was chosen during a run
+    bool userSpoke_ = false;          ///< and got an answer, in this phase
+    bool autoImportDecided_ = false;  ///< by the latest comparison
+    bool refused_ = false;            ///< a start, since the last scan
+    bool resumed_ = false;            ///< an import was taken up, since the last scan
+    bool ungranted_ = false;          ///< the folder, at some time since the last scan
+    bool meddled_ = false;            ///< somebody else changed the destination
     int scansSeen_ = 0;
     int filterings_ = 0;  ///< comparisons of files with the destination, since the last step
 };
