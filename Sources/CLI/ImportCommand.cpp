@@ -26,13 +26,14 @@ using Phase = ImportModel::Phase;
 
 ImportCommand::ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
                              std::shared_ptr<CardProof> proof, std::shared_ptr<FileStore> fileStore,
-                             std::shared_ptr<SSHKeyring> keyring, MainQueue& main,
-                             Background& background, Report& report, Done done)
+                             std::shared_ptr<SSHKeyring> keyring, std::shared_ptr<RunLock> runLock,
+                             MainQueue& main, Background& background, Report& report, Done done)
     : ModelCommand(std::move(model), main, report, std::move(done)),
       commandLine_(std::move(commandLine)),
       proof_(std::move(proof)),
       fileStore_(std::move(fileStore)),
       keyring_(std::move(keyring)),
+      runLock_(std::move(runLock)),
       main_(main),
       background_(background) {
     if (!commandLine_.verify) return;
@@ -53,6 +54,10 @@ void ImportCommand::start() {
     if (!chosen) return stop(ExitStatus::noCamera, chosen.error().message);
     waiting_ = *std::move(chosen);
     severalCameras_ = waiting_.size() > 1;
+    // Where it is known that another import runs, not even the destination's folder is made.
+    const bool imports = commandLine_.command == Command::import;
+    if (const auto locked = imports ? runLock_->acquire() : Result<>(); !locked)
+        return stop(ExitStatus::destinationUnusable, locked.error().message);
     const Url& destination = model().dest();
     if (!destination.isFile()) return reachServer();
     if (fileStore_->fileSize(destination))
@@ -87,6 +92,17 @@ void ImportCommand::nextCamera() {
     lookLater();
 }
 
+void ImportCommand::passOver(ExitStatus status, const std::string& message) {
+    if (waiting_.empty()) return stop(status, message);
+    concludeImport();
+    report().error(message);
+    setStatus(status);
+    stage_ = Stage::beginning;
+    toProve_.clear();
+    if (model().awaitsCamera()) model().cancelImport();
+    nextCamera();
+}
+
 void ImportCommand::look() {
     switch (stage_) {
         case Stage::beginning:
@@ -98,9 +114,15 @@ void ImportCommand::look() {
         case Stage::returning:
             return lookForReturn();
         case Stage::proving:
-            if (!isAttached()) stop(ExitStatus::filesFailed, "Die Kamera wurde getrennt.");
-            return;
+            return lookWhileProving();
     }
+}
+
+void ImportCommand::lookWhileProving() {
+    if (isAttached()) return;
+    if (waiting_.empty()) return stop(ExitStatus::filesFailed, "Die Kamera wurde getrennt.");
+    // The proof comes to its end: what it can no longer read counts as not proved.
+    setStatus(ExitStatus::filesFailed);
 }
 
 bool ImportCommand::isAttached() const {
@@ -108,11 +130,11 @@ bool ImportCommand::isAttached() const {
 }
 
 void ImportCommand::lookWhileReading() {
-    if (!isAttached()) return stop(ExitStatus::noCamera, "Die Kamera wurde getrennt.");
-    if (model().phase() == Phase::noCamera) return stop(ExitStatus::noCamera, model().status());
+    if (!isAttached()) return passOver(ExitStatus::noCamera, "Die Kamera wurde getrennt.");
+    if (model().phase() == Phase::noCamera) return passOver(ExitStatus::noCamera, model().status());
     if (model().phase() != Phase::ready) return;
     if (model().destOverlaps())
-        return stop(ExitStatus::destinationUnusable, ImportModel::overlapStatus);
+        return passOver(ExitStatus::destinationUnusable, ImportModel::overlapStatus);
     if (severalCameras_) report().cameras({&camera_, 1});
     if (commandLine_.command == Command::import) return startImport();
     report().plan(chosenPlan());
@@ -195,14 +217,14 @@ void ImportCommand::lookWhileRunning() {
     }
     if (isAttached()) return finished(progress);
     if (isInterrupted()) return end();
-    stop(ExitStatus::filesFailed, model().status());
+    passOver(ExitStatus::filesFailed, model().status());
 }
 
 void ImportCommand::lookForReturn() {
     if (isImporting()) return goOn();
     showStatus();
     if (model().awaitsCamera()) return lookWhileAwaiting();
-    if (!model().camera()) return stop(ExitStatus::filesFailed, model().status());
+    if (!model().camera()) return passOver(ExitStatus::filesFailed, model().status());
     if (!model().newFiles().empty()) return stop(ExitStatus::destinationUnusable, model().status());
     endAfterReturn();
 }
@@ -225,7 +247,7 @@ void ImportCommand::lookWhileAwaiting() {
     const auto& cameras = model().cameras();
     const auto selected = std::ranges::find(cameras, model().selectedID(), &Camera::id);
     if (selected == cameras.end() || (*selected)->identity() != camera_->identity()) return;
-    if (model().phase() == Phase::noCamera) return stop(ExitStatus::noCamera, model().status());
+    if (model().phase() == Phase::noCamera) return passOver(ExitStatus::noCamera, model().status());
     const bool isEmpty = model().cameraFileCount() == 0;
     // The day must be chosen before the model knows what is missing, for then the import goes on.
     if (model().phase() == Phase::checking && !isEmpty && !chooseDay()) {
@@ -234,7 +256,8 @@ void ImportCommand::lookWhileAwaiting() {
         return endAfterReturn();
     }
     // Any other camera that is ready has files to load, and waits for another process's import.
-    if (model().phase() == Phase::ready && isEmpty) stop(ExitStatus::filesFailed, model().status());
+    if (model().phase() == Phase::ready && isEmpty)
+        passOver(ExitStatus::filesFailed, model().status());
 }
 
 void ImportCommand::endAfterReturn() {
@@ -266,9 +289,11 @@ ImportCommand::Vanished ImportCommand::tellOfVanished() {
     if (count == 0) return vanished;
     setStatus(ExitStatus::filesFailed);
     report().log(
-        fmt::format("✗ {} Dateien sind seit der Trennung nicht mehr auf der Karte und "
-                    "wurden nicht geladen.",
-                    count));
+        count == 1 ? "✗ 1 Datei ist seit der Trennung nicht mehr auf der Karte und wurde nicht "
+                     "geladen."
+                   : fmt::format("✗ {} Dateien sind seit der Trennung nicht mehr auf der Karte und "
+                                 "wurden nicht geladen.",
+                                 count));
     return vanished;
 }
 

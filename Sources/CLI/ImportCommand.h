@@ -8,6 +8,7 @@
 #include "CommandLine.h"
 #include "FileKey.h"
 #include "ModelCommand.h"
+#include "RunLock.h"
 #include "SSHKeyring.h"
 
 #include <cstdint>
@@ -19,14 +20,14 @@
 namespace bildkurier {
 
 /// `cameras`, `plan` and `import`: lists the cameras, or plans and imports those that are meant,
-/// one after the other. An import whose camera is lost goes on when it returns. `background` must
-/// end before the main queue does.
+/// one after the other: what is wrong with one does not keep the next. An import whose camera is
+/// lost goes on when it returns. `background` must end before the main queue does.
 class ImportCommand final : public ModelCommand {
 public:
     ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
                   std::shared_ptr<CardProof> proof, std::shared_ptr<FileStore> fileStore,
-                  std::shared_ptr<SSHKeyring> keyring, MainQueue& main, Background& background,
-                  Report& report, Done done);
+                  std::shared_ptr<SSHKeyring> keyring, std::shared_ptr<RunLock> runLock,
+                  MainQueue& main, Background& background, Report& report, Done done);
 
 private:
     enum class Stage : std::uint8_t {
@@ -52,8 +53,11 @@ private:
     bool isUnderWay() const override;
     void reachServer();
     void nextCamera();
+    /// Leaves this camera for the next one; ends the command where there is none.
+    void passOver(ExitStatus status, const std::string& message);
     void lookWhileReading();
     void lookWhileRunning();
+    void lookWhileProving();
     void lookForReturn();
     /// The camera has to be back and read before its import can go on.
     void lookWhileAwaiting();
@@ -86,6 +90,7 @@ private:
     std::shared_ptr<CardProof> proof_;
     std::shared_ptr<FileStore> fileStore_;
     std::shared_ptr<SSHKeyring> keyring_;
+    std::shared_ptr<RunLock> runLock_;
     MainQueue& main_;
     Background& background_;
     std::deque<std::shared_ptr<Camera>> waiting_;

@@ -63,6 +63,8 @@ protected:
     }
     /// Tells the summary of an import that the model does not sum up itself.
     void sumUp(const ImportRunner::Progress& progress);
+    /// Sums up an import that is under way, as one that ends now.
+    void concludeImport();
     /// Both sum up an import that is under way, for it ends with the command.
     void stop(ExitStatus status, const std::string& message);
     void end();
@@ -70,7 +72,6 @@ protected:
 private:
     void modelChanged();
     void showProgress();
-    void concludeImport();
     void leave();
 
     std::shared_ptr<ImportModel> model_;

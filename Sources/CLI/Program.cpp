@@ -5,17 +5,18 @@
 #include "AppContainer.h"
 #include "BookmarkFolderAccess.h"
 #include "EventLoop.h"
+#include "Fassung.h"
 #include "GivenFile.h"
 #include "ImportCommand.h"
 #include "IniUserDefaults.h"
 #include "InterruptSignals.h"
 #include "JsonReport.h"
 #include "KeyCommand.h"
-#include "PathBookmarks.h"
 #include "ScratchDefaults.h"
 #include "ServerCommand.h"
 #include "SettingsCommand.h"
 #include "SettingsKey.h"
+#include "SystemAdapters.h"
 #include "TextReport.h"
 #include "ThreadPool.h"
 #include "UserDefaultsSettings.h"
@@ -109,15 +110,15 @@ std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
                                                std::move(done));
     }
     return std::make_shared<ImportCommand>(commandLine, parts.model, parts.proof, parts.fileStore,
-                                           parts.keyring, main, background, report,
+                                           parts.keyring, parts.runLock, main, background, report,
                                            std::move(done));
 }
 
 ExitStatus runSettings(const CommandLine& commandLine) {
     const auto defaults = std::make_shared<IniUserDefaults>();
     UserDefaultsSettings settings(defaults);
-    BookmarkFolderAccess access(defaults, SettingsKey::destinationBookmark, false,
-                                std::make_shared<PathBookmarks>());
+    BookmarkFolderAccess access(defaults, SettingsKey::destinationBookmark, Fassung::sandbox(),
+                                systemBookmarks());
     const auto report = makeReport(commandLine.json);
     const ExitStatus status = runSettings(commandLine, settings, access, *report);
     const bool isLost = status == ExitStatus::success && defaults->lostChanges();

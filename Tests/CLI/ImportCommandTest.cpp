@@ -29,8 +29,8 @@ protected:
                                      .runLock = lock,
                                      .staging = Url::file("/cache")},
             loop, loop);
-        command = std::make_shared<ImportCommand>(options, model, proof, files, keyring, loop, loop,
-                                                  report, done());
+        command = std::make_shared<ImportCommand>(options, model, proof, files, keyring, lock, loop,
+                                                  loop, report, done());
     }
 
     std::shared_ptr<FakeCamera> attach(const std::string& id) {
@@ -97,6 +97,10 @@ protected:
     }
 
     static std::string vanishedLine(int files) {
+        if (files == 1) {
+            return "✗ 1 Datei ist seit der Trennung nicht mehr auf der Karte und wurde nicht "
+                   "geladen.";
+        }
         return "✗ " + std::to_string(files) +
                " Dateien sind seit der Trennung nicht mehr auf der Karte und wurden nicht geladen.";
     }
@@ -205,6 +209,58 @@ TEST_F(ImportCommandTest, ImportsTheGivenCardsOneAfterTheOther) {
                "✓ bilder/B.JPG  (" + formatBytes(2) + ")",
                "Fertig: 1 geladen (" + formatBytes(2) + ")", "finished: 1/1 done, 0 failed"}));
     expectEnd(ExitStatus::success);
+}
+
+TEST_F(ImportCommandTest, ImportsTheSecondCardWhateverComesOfTheFirst) {
+    const auto refused = [](FakeCamera& camera) { camera.sessionOpened(Error{"belegt"}); };
+    const auto pulled = [this](const std::shared_ptr<FakeCamera>& camera) { lose(camera); };
+    std::shared_ptr<FakeCameraFile> held;
+    const struct {
+        const char* what;
+        std::function<void(const std::shared_ptr<FakeCamera>&)> trouble;
+        std::string error;
+        ExitStatus status;
+    } cases[] = {
+        {"refused", [&](const auto& camera) { refused(*camera); },
+         "error: Verbindung fehlgeschlagen: belegt. „Digitale Bilder“, „Fotos“ und "
+         "Canon-Software schließen, dann Kamera neu verbinden.",
+         ExitStatus::noCamera},
+        {"pulled", pulled, "error: Die Kamera wurde getrennt.", ExitStatus::noCamera},
+        {"pulled in its import",
+         [&](const auto& camera) {
+             camera->deviceIdentity.reset();
+             held->holdsBack = true;
+             deliver(*camera);
+             lose(camera);
+         },
+         "error: Import gestoppt: Die Kamera trennt sich wiederholt, ohne dass etwas ankommt. "
+         "Originalkabel direkt am Mac probieren (ohne Hub) und Akku der Kamera prüfen.",
+         ExitStatus::filesFailed},
+        {"in the destination",
+         [&](const auto& camera) {
+             camera->folder = Url::file("/bilder");
+             deliver(*camera);
+         },
+         std::string("error: ") + ImportModel::overlapStatus, ExitStatus::destinationUnusable},
+    };
+    for (const auto& [what, trouble, error, status] : cases) {
+        SCOPED_TRACE(what);
+        again();
+        options.cards = {"/a", "/b"};
+        const auto first = attach("A");
+        const auto second = attach("B");
+        held = file(*first, "A.JPG", "aaaa");
+        file(*second, "B.JPG", "bb");
+        begin();
+        trouble(first);
+        loop.settle();
+        EXPECT_TRUE(ends.empty());
+        deliver(*second);
+        EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"B.JPG", "bb"}}));
+        EXPECT_EQ(std::ranges::count(report.lines, error), 1);
+        EXPECT_EQ(report.lines.back(), "finished: 1/1 done, 0 failed");
+        expectEnd(status);
+    }
 }
 
 TEST_F(ImportCommandTest, DoesNotPassOverACardThatIsNotThere) {
@@ -457,8 +513,8 @@ TEST_F(ImportCommandTest, GivesUpWhileAnotherImportRuns) {
     const auto camera = attach("A");
     file(*camera, "A.JPG", "aaaa");
     run(*camera);
-    EXPECT_EQ(report.lines.back(), "error: Es läuft schon ein Import.");
-    EXPECT_EQ(store->folders.count("/bilder/.bildkurier-tmp"), 0);
+    EXPECT_EQ(reported(), Lines{"error: Es läuft schon ein Import."});
+    EXPECT_FALSE(store->folders.contains("/bilder"));
     expectEnd(ExitStatus::destinationUnusable);
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "ImportLock.h"
 #include "ProgramCall.h"
 #include "RunningProgram.h"
 #include "SftpServerTest.h"
@@ -84,6 +85,22 @@ TEST_F(SftpProgramTest, LoadsACardAndThenNothing) {
     EXPECT_FALSE(second.out.contains("Server-Schlüssel")) << second.out;
     EXPECT_EQ(tree(server->path("fotos")), card);
     expectNothingStaged();
+}
+
+TEST_F(SftpProgramTest, LeavesTheServerAloneWhileAnotherImportRuns) {
+    ImportLock lock({user.path("runtime/bildkurier/import.lock")});
+    ASSERT_TRUE(lock.acquire());
+    const auto refused = run(import("fotos/neu"));
+    EXPECT_EQ(refused.exitStatus, 4);
+    EXPECT_EQ(refused.out, "");
+    EXPECT_EQ(refused.err, "Es läuft schon ein Import.\n");
+    EXPECT_EQ(serversTree(), Tree{});
+    EXPECT_TRUE(server->connection().finished().empty());
+    lock.release();
+    const auto first = run(import("fotos/neu"));
+    EXPECT_EQ(first.exitStatus, 0) << first.err;
+    EXPECT_TRUE(first.out.contains("Erste Verbindung: ")) << first.out;
+    EXPECT_EQ(tree(server->path("fotos/neu")), card);
 }
 
 TEST_F(SftpProgramTest, LoadsOntoTheServerThatWasChecked) {
