@@ -73,7 +73,16 @@ ProgressBar::~ProgressBar() { erase(); }
 
 void ProgressBar::begin(std::int64_t bytes) {
     bytes_ = bytes;
+    loaded_ = 0;
     progress_ = {};
+}
+
+void ProgressBar::progress(const ImportRunner::Progress& progress) {
+    // While a file is moved into place, its bytes are not among those in flight any more, and not
+    // among the finished ones yet.
+    loaded_ = std::max(loaded_, byteSum(progress.bytesDone, progress.currentBytes));
+    progress_ = progress;
+    progress_.currentBytes = loaded_ - progress.bytesDone;
 }
 
 void ProgressBar::draw(const SpeedMeter::Reading& speed) {

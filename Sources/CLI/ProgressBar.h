@@ -25,7 +25,8 @@ public:
     ~ProgressBar();
 
     void begin(std::int64_t bytes);
-    void progress(const ImportRunner::Progress& progress) { progress_ = progress; }
+    /// Never falls back until the next `begin`.
+    void progress(const ImportRunner::Progress& progress);
     void draw(const SpeedMeter::Reading& speed);
     void erase();
 
@@ -33,6 +34,7 @@ private:
     bool onTerminal_;
     bool shown_ = false;
     std::int64_t bytes_ = 0;
+    std::int64_t loaded_ = 0;  ///< at most, since it began
     ImportRunner::Progress progress_;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ProgramTest.h"
+#include "ProgressBar.h"
 
 #include <fcntl.h>
 #include <sys/ioctl.h>
@@ -87,6 +88,35 @@ TEST_F(ProgressBarTest, StandsOnATerminalAsWideAsThatAndGoesBeforeEveryLine) {
     ASSERT_EQ(lines.size(), 2U) << written;
     EXPECT_EQ(lines[0], "✓ JPG/IMG_1.JPG  (3 MB)");
     EXPECT_TRUE(lines[1].starts_with("Fertig: 1 geladen (3 MB)")) << lines[1];
+}
+
+TEST_F(ProgressBarTest, DoesNotFallBackWhileAFileIsMovedIntoPlace) {
+    const Terminal terminal(120);
+    ASSERT_TRUE(terminal.isOpen());
+    const int before = dup(STDERR_FILENO);
+    const int screen = open(terminal.name().c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
+    dup2(screen, STDERR_FILENO);
+    {
+        ProgressBar bar;
+        const auto draw = [&bar](const ImportRunner::Progress& progress) {
+            bar.progress(progress);
+            bar.draw({});
+        };
+        bar.begin(200);
+        draw({.total = 2, .currentBytes = 70, .currentTotal = 100});
+        draw({.total = 2, .isTransferring = true});
+        draw({.total = 2, .done = 1, .bytesDone = 100});
+        bar.begin(200);
+        draw({.total = 2, .currentBytes = 10, .currentTotal = 100});
+    }
+    dup2(before, STDERR_FILENO);
+    close(screen);
+    close(before);
+    Strings shares;
+    std::istringstream words(terminal.written());
+    for (std::string word, last; words >> word; last = word)
+        if (word == "%") shares.push_back(last);
+    EXPECT_EQ(shares, (Strings{"35", "35", "50", "5"}));
 }
 
 TEST_F(ProgressBarTest, LeavesOutOnANarrowTerminalWhatHasNoPlace) {
