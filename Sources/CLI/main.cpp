@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CommandLine.h"
+#include "OutputReader.h"
 #include "ProcessStart.h"
 #include "Program.h"
 
@@ -12,11 +13,11 @@
 
 namespace {
 
-/// The status unless something that was printed did not arrive.
+/// The status unless something that was printed did not arrive, though somebody reads it.
 int withOutputWritten(bildkurier::ExitStatus status) {
     using bildkurier::ExitStatus;
     const bool isWritten = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
-    if (!isWritten && status == ExitStatus::success) {
+    if (!isWritten && status == ExitStatus::success && !bildkurier::outputReaderIsGone()) {
         std::fputs("Die Ausgabe ließ sich nicht vollständig schreiben.\n", stderr);
         status = ExitStatus::filesFailed;
     }
