@@ -6,7 +6,6 @@
 
 #include <cerrno>
 #include <string_view>
-#include <system_error>
 
 namespace bildkurier {
 
@@ -63,8 +62,7 @@ constexpr struct {
 Error systemError(int code) {
     for (const auto& [number, clause] : known)
         if (number == code) return {std::string(clause)};
-    return {fmt::format("Das System meldet Fehler {} ({})", code,
-                        std::generic_category().message(code))};
+    return {fmt::format("Das System meldet Fehler {}", code)};
 }
 
 }  // namespace bildkurier
