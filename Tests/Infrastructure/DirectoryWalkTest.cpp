@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <climits>
@@ -23,8 +24,10 @@
 #include <filesystem>
 #include <map>
 #include <mutex>
+#include <new>
 #include <set>
 #include <string>
+#include <thread>
 
 namespace bildkurier {
 
@@ -238,6 +241,19 @@ TEST_F(DirectoryWalk, ReadsNoFolderOnceItIsCancelled) {
     EXPECT_EQ(walk(folder.path(), {.cancelled = [] { return true; }}).files, Sizes{});
     EXPECT_EQ(walk(folder.path(), {.workers = 8, .cancelled = [] { return true; }}).files, Sizes{});
     EXPECT_EQ(walk(folder.path(), {.cancelled = [] { return false; }}).files.size(), 4);
+}
+
+TEST_F(DirectoryWalk, KeepsNobodyWaitingForAVisitorThatThrows) {
+    for (const auto* path : {"a/file", "b/file", "c/file"}) folder.write(path, "x");
+    std::atomic<bool> thrown = false;
+    const WalkVisitor visitor{.file = [&](std::size_t worker, const WalkedFile& /*file*/) {
+        if (worker == 0) {
+            thrown = true;
+            throw std::bad_alloc();
+        }
+        while (!thrown) std::this_thread::yield();
+    }};
+    EXPECT_THROW(walkFiles(folder.path(), {.workers = 2}, visitor), std::bad_alloc);
 }
 
 TEST_F(DirectoryWalk, ReadsFoldersWithVeryManyFiles) {

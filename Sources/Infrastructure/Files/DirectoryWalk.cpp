@@ -27,6 +27,18 @@ namespace {
 /// The folders still to be read, shared by the workers.
 class FolderQueue {
 public:
+    /// Reports a folder that was taken as done when it goes.
+    class Done {
+    public:
+        explicit Done(FolderQueue& queue) : queue_(queue) {}
+        Done(const Done&) = delete;
+        Done& operator=(const Done&) = delete;
+        ~Done() { queue_.done(); }
+
+    private:
+        FolderQueue& queue_;
+    };
+
     explicit FolderQueue(std::string first) { folders_.push_back(std::move(first)); }
 
     void add(std::vector<std::string> folders) {
@@ -36,7 +48,7 @@ public:
     }
 
     /// Waits for a folder; absent once all are done. Every folder taken must be reported as
-    /// `done`, after those in it have been added.
+    /// `Done`, after those in it have been added.
     std::optional<std::string> take() {
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [this] { return !folders_.empty() || inWork_ == 0; });
@@ -48,17 +60,17 @@ public:
         return folder;
     }
 
-    void done() {
-        const std::lock_guard lock(mutex_);
-        if (--inWork_ == 0) changed_.notify_all();
-    }
-
     void clear() {
         const std::lock_guard lock(mutex_);
         folders_.clear();
     }
 
 private:
+    void done() {
+        const std::lock_guard lock(mutex_);
+        if (--inWork_ == 0) changed_.notify_all();
+    }
+
     std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<std::string> folders_;
@@ -142,6 +154,8 @@ public:
 private:
     void work(std::size_t worker) {
         while (const auto folder = queue_.take()) {
+            // Nobody waits for ever for a folder whose visitor throws.
+            const FolderQueue::Done done(queue_);
             if (options_.cancelled && options_.cancelled()) {
                 queue_.clear();
             } else {
@@ -151,7 +165,6 @@ private:
                 if (reader.error != 0 && visitor_.unreadable)
                     visitor_.unreadable(worker, *folder, reader.error);
             }
-            queue_.done();
         }
     }
 
