@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "JsonReport.h"
 #include "ProgramTest.h"
 
 #include <gtest/gtest.h>
@@ -83,6 +84,22 @@ TEST_F(JsonLinesTest, TellAnImportInOrder) {
     std::ranges::sort(lines);
     EXPECT_EQ(lines, (Strings{"✓ CR3/IMG_2.CR3  (3 KB)", "✓ JPG/IMG_1.JPG  (1 KB)",
                               "✓ JPG/IMG_3.JPG  (500 Byte)"}));
+}
+
+TEST(JsonReport, TellsEveryFieldOfTheProgress) {
+    testing::internal::CaptureStdout();
+    JsonReport().progress({.total = 1,
+                           .done = 2,
+                           .failed = 3,
+                           .bytesDone = 4,
+                           .currentName = "5",
+                           .currentBytes = 6,
+                           .currentTotal = 7,
+                           .isTransferring = true});
+    EXPECT_EQ(Json::parse(testing::internal::GetCapturedStdout()),
+              Json::parse(R"({"event": "progress", "total": 1, "done": 2, "failed": 3,
+                  "bytesDone": 4, "currentName": "5", "currentBytes": 6, "currentTotal": 7,
+                  "isTransferring": true})"));
 }
 
 TEST_F(JsonLinesTest, TellAFailure) {

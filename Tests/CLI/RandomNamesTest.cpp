@@ -5,6 +5,7 @@
 #include "ImportRunner.h"
 #include "LocalFileStore.h"
 #include "ManualRunLoop.h"
+#include "PartialFile.h"
 #include "TemporaryFolder.h"
 #include "Tree.h"
 
@@ -12,7 +13,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <random>
 #include <set>
@@ -31,7 +31,11 @@ public:
     std::int64_t size() const override { return std::ssize(name_); }
     std::optional<Date> shotDate() const override { return std::nullopt; }
     void download(const Url& folder, const std::string& name, DownloadCompletion done) override {
-        std::ofstream(folder.appending(name).path, std::ios::binary) << name_;
+        PartialFile copy;
+        auto saved = copy.create(folder.path, name, true);
+        if (saved) saved = copy.append(name_);
+        if (saved) saved = copy.complete({});
+        if (!saved) return done(std::unexpected(saved.error()));
         done(std::nullopt);
     }
 

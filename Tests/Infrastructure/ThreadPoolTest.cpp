@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "SystemCallFilter.h"
 #include "ThreadPool.h"
 
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 
 #include <atomic>
+#include <cerrno>
+#include <chrono>
 #include <future>
 #include <latch>
 
@@ -71,6 +75,30 @@ TEST(ThreadPool, WaitsAtItsEndForTheTaskThatRuns) {
     EXPECT_TRUE(done);
 }
 
+TEST(ThreadPool, DropsAtItsEndWhatHasNotBegun) {
+    int threads = 0;
+    const auto one = [&](const seccomp_data&) { return threads++ == 0 ? 0 : EAGAIN; };
+    std::atomic<bool> ran = false;
+    const auto action = [&ran] {
+        std::promise<void> begun;
+        std::promise<void> dropped;
+        auto released = dropped.get_future();
+        auto pool = std::make_unique<ThreadPool>();
+        pool->run([&] {
+            begun.set_value();
+            released.wait_for(std::chrono::seconds(10));
+        });
+        begun.get_future().wait();
+        const auto drop = [&dropped](void*) { dropped.set_value(); };
+        pool->run([&ran, held = std::shared_ptr<void>(nullptr, drop)] { ran = true; });
+        pool.reset();
+    };
+    if (!runFiltered({SYS_clone, SYS_clone3}, one, action))
+        GTEST_SKIP() << "the kernel lets no calls be filtered";
+    EXPECT_GT(threads, 1);
+    EXPECT_FALSE(ran);
+}
+
 TEST(ThreadPool, LetsGoOfATaskOnceItHasRun) {
     ThreadPool pool;
     auto held = std::make_shared<int>(1);
@@ -79,7 +107,9 @@ TEST(ThreadPool, LetsGoOfATaskOnceItHasRun) {
     pool.run([held = std::move(held)] {});
     pool.run([&] { next.set_value(); });
     next.get_future().wait();
-    while (!watched.expired()) std::this_thread::yield();
+    const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!watched.expired() && std::chrono::steady_clock::now() < patience)
+        std::this_thread::yield();
     EXPECT_TRUE(watched.expired());
 }
 
