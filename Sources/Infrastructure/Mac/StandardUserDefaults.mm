@@ -34,7 +34,8 @@ void StandardUserDefaults::setString(const std::string& key, const std::string& 
 
 std::optional<bool> StandardUserDefaults::boolean(const std::string& key) const {
     const id value = stored(key);
-    if (![value isKindOfClass:[NSNumber class]]) return std::nullopt;
+    // Numbers are of another class.
+    if (![value isKindOfClass:[[NSNumber numberWithBool:YES] class]]) return std::nullopt;
     return static_cast<NSNumber*>(value).boolValue != NO;
 }
 

@@ -58,6 +58,10 @@ TEST_F(StandardUserDefaultsTest, TakesNothingOfAnotherType) {
     put(@[ @"true" ]);
     EXPECT_EQ(defaults.boolean("key"), std::nullopt);
     EXPECT_EQ(defaults.string("key"), std::nullopt);
+    for (const int number : {0, 1, 5}) {
+        put([NSNumber numberWithInt:number]);
+        EXPECT_EQ(defaults.boolean("key"), std::nullopt) << number;
+    }
 }
 
 }  // namespace

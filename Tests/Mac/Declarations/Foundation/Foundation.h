@@ -41,6 +41,7 @@ NS_ASSUME_NONNULL_BEGIN
 @protocol NSObject
 - (BOOL)isEqual:(nullable id)object;
 - (BOOL)isKindOfClass:(Class)aClass;
+- (Class)class;
 @end
 
 __attribute__((objc_root_class))
