@@ -12,7 +12,7 @@ enum class ExitStatus : std::uint8_t {
     filesFailed = 1,          ///< at least one file failed
     usage = 2,                ///< the call's words are off
     noCamera = 3,             ///< no camera, or no such camera
-    destinationUnusable = 4,  ///< nothing can be written there
+    destinationUnusable = 4,  ///< that, or the key, a setting or the lock of imports
     interrupted = 130,        ///< ended by Ctrl-C
 };
 
