@@ -181,7 +181,7 @@ void longestTask(benchmark::State& state) {
         milliseconds.push_back(longestTaskOfImport(card, target));
     }
     fs::remove_all(target);
-    judge(state, median(milliseconds), 50, "ms");
+    judge(state, std::ranges::max(milliseconds), 50, "ms");
 }
 
 /// In a process of its own, whose memory is that of the plan alone.

@@ -46,7 +46,8 @@ public:
 
     /// Copies the file as `name` into the local folder `folder`, over a file of that name if
     /// there is one. The partial file stands there under its name and grows. `done` is called
-    /// exactly once, on any thread, also when this object is let go of meanwhile.
+    /// exactly once, on any thread, also when this object is let go of meanwhile; not any more
+    /// once the background has ended.
     virtual void download(const Url& folder, const std::string& name, DownloadCompletion done) = 0;
 };
 

@@ -50,7 +50,7 @@ public:
     virtual Result<> createDirectory(const Url& url) = 0;
 
     /// Gives the file `source` the name `target`. `target` appears complete or not at all,
-    /// even after a crash, and never replaces anything.
+    /// even after a crash, and replaces nothing, as far as the volume can see to that.
     virtual Result<> moveItem(const Url& source, const Url& target) = 0;
 
     /// Removes a file or a whole folder tree, as far as it can; a missing one is none.

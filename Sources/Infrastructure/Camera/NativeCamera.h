@@ -60,7 +60,7 @@ public:
     /// Where it can be read on this computer without a download, if it can.
     virtual std::optional<PlacedFile> place() const { return std::nullopt; }
 
-    /// `done` is called exactly once, on any thread.
+    /// `done` is called exactly once, on any thread; not any more once the background has ended.
     virtual void download(const DownloadRequest& request, NativeDownloadDone done) = 0;
 };
 

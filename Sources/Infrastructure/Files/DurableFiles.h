@@ -15,8 +15,9 @@ int makeFolder(const std::string& path);
 
 /// Gives the regular file `source` the name `target`, on another volume too. `target` appears
 /// complete or not at all and never replaces anything: ESTALE when another file takes the place
-/// of `source` meanwhile, or its contents change. A source on another volume that cannot
-/// be removed afterwards stays.
+/// of `source` meanwhile, or its contents change. On a volume without links that cannot rename
+/// with care, what gets that name at the last moment would be replaced. A source on another
+/// volume that cannot be removed afterwards stays.
 int moveFile(const std::string& source, const std::string& target);
 
 }  // namespace bildkurier
