@@ -354,11 +354,13 @@ void ImportModel::cameraBrowserDidIdentify(const std::shared_ptr<Camera>& camera
 }
 
 bool ImportModel::recognise(const std::shared_ptr<Camera>& camera) {
-    const auto identity = camera->identity();
-    if (pendingResume_ && identity == pendingResume_->identity && phase_ != Phase::importing) {
-        resumeReady_ = true;
-        publish(status_, fmt::format("{} wieder verbunden. Import wird fortgesetzt …",
-                                     displayName(*camera)));
+    if (isAwaited(*camera) && phase_ != Phase::importing) {
+        // Before that it may be another one; once it is open, it tells.
+        if (camera->isIdentityFinal()) {
+            resumeReady_ = true;
+            publish(status_, fmt::format("{} wieder verbunden. Import wird fortgesetzt …",
+                                         displayName(*camera)));
+        }
         takeUp(*camera);
         return true;
     }
@@ -701,9 +703,12 @@ std::optional<std::string> ImportModel::noteInterruptedImport(const Camera& came
     return gaveUp;
 }
 
+bool ImportModel::isAwaited(const Camera& camera) const {
+    return pendingResume_ && camera.isKnownAs(pendingResume_->identity);
+}
+
 bool ImportModel::canResume() const {
-    return resumeReady_ && pendingResume_ && camera_ &&
-           camera_->identity() == pendingResume_->identity;
+    return resumeReady_ && camera_ && camera_->isIdentityFinal() && isAwaited(*camera_);
 }
 
 void ImportModel::resumeInterruptedImport() {

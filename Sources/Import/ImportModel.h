@@ -262,6 +262,8 @@ private:
     void takeUp(const Camera& camera);
     /// What to tell, if anything.
     std::optional<std::string> noteInterruptedImport(const Camera& camera);
+    /// Whether an interrupted import waits for this camera, as far as is known who it is.
+    bool isAwaited(const Camera& camera) const;
     /// Whether the camera held is the one that was lost, and is back.
     bool canResume() const;
     void resumeInterruptedImport();
