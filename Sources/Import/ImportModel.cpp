@@ -418,9 +418,12 @@ void ImportModel::cameraCatalogReady(Camera& camera) {
 }
 
 void ImportModel::cameraCatalogChanged(Camera& camera) {
-    if (!holds(camera) || !isReadyOrDone() || pendingReload_) return;
+    if (!holds(camera) || pendingReload_) return;
+    changedMeanwhile_ = !isReadyOrDone();
+    if (changedMeanwhile_) return;
     pendingReload_ = main_.after(reloadDelay, [this] {
         pendingReload_.reset();
+        changedMeanwhile_ = !isReadyOrDone();
         if (camera_ && isReadyOrDone()) loadCatalog();
     });
 }
@@ -456,6 +459,7 @@ void ImportModel::selectCamera() {
 // Catalogue and destination
 
 void ImportModel::setCatalog(CameraFiles files) {
+    changedMeanwhile_ = false;
     allFiles_ = sortedByShotDate(std::move(files));
     candidates_ = std::make_shared<const std::vector<ImportCandidate>>(candidates(allFiles_));
     planner_ = {};
@@ -550,6 +554,7 @@ void ImportModel::destinationScanned(DestinationScan scan) {
     resumePlanner_ = std::move(scan.resumePlanner);
     publish(phase_, Phase::ready);
     applyFilter();
+    if (camera_ && changedMeanwhile_) cameraCatalogChanged(*camera_);
 }
 
 void ImportModel::applyFilter() {

@@ -336,7 +336,8 @@ private:
     std::optional<std::int64_t> destCapacity_;
     Guard sftpChecks_;      ///< never renewed: of several checks, each shows what came of it
     Handle pendingReload_;  ///< a catalogue re-read is scheduled
-    Handle pendingReopen_;  ///< a session is to be opened again
+    bool changedMeanwhile_ = false;  ///< the catalogue, while it could not be read again
+    Handle pendingReopen_;           ///< a session is to be opened again
     std::optional<Resume> pendingResume_;
     bool resumeReady_ = false;
     int fruitlessResumes_ = 0;
