@@ -19,7 +19,24 @@ std::string noSuchCard(const std::vector<std::string>& cards) {
     return fmt::format("Die Karte „{}“ ist kein lesbarer Ordner.", displayText(cards.front()));
 }
 
+std::string notFound(const std::string& camera,
+                     const std::vector<std::shared_ptr<Camera>>& cameras) {
+    const auto unknown = unknownIdentity(cameras);
+    return fmt::format("Kamera „{}“ nicht gefunden.{}{}", displayText(camera), unknown ? " " : "",
+                       unknown.value_or(""));
+}
+
 }  // namespace
+
+std::optional<std::string> unknownIdentity(const std::vector<std::shared_ptr<Camera>>& cameras) {
+    const auto found = std::ranges::find_if_not(
+        cameras, [](const auto& camera) { return camera->isIdentityFinal(); });
+    if (found == cameras.end()) return std::nullopt;
+    return fmt::format(
+        "Die Kennung der Kamera {} ist noch nicht bekannt: Ein anderes Programm benutzt sie, oder "
+        "sie antwortet nicht.",
+        displayName(**found));
+}
 
 Result<> checkAttached(const CommandLine& commandLine,
                        const std::vector<std::shared_ptr<Camera>>& cameras) {
@@ -36,8 +53,7 @@ Result<std::deque<std::shared_ptr<Camera>>> chooseCameras(
     std::ranges::copy_if(cameras, std::back_inserter(chosen), [&](const auto& camera) {
         return !commandLine.camera || answersTo(*camera, *commandLine.camera);
     });
-    if (chosen.empty())
-        return failure(fmt::format("Kamera „{}“ nicht gefunden.", commandLine.camera.value_or("")));
+    if (chosen.empty()) return failure(notFound(commandLine.camera.value_or(""), cameras));
     if (chosen.size() > 1 && commandLine.cards.empty())
         return failure("Mehrere Kameras gefunden; bitte mit --camera eine wählen.");
     return chosen;

@@ -8,6 +8,8 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace bildkurier {
@@ -15,6 +17,9 @@ namespace bildkurier {
 /// Of the cameras that are attached those that the user means, at least one; or why none.
 Result<std::deque<std::shared_ptr<Camera>>> chooseCameras(
     const CommandLine& commandLine, const std::vector<std::shared_ptr<Camera>>& cameras);
+
+/// What to tell of a camera that cannot say yet who it is, if there is one.
+std::optional<std::string> unknownIdentity(const std::vector<std::shared_ptr<Camera>>& cameras);
 
 /// Fails where a folder that the user means is no card, or no camera is attached.
 Result<> checkAttached(const CommandLine& commandLine,

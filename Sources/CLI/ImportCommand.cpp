@@ -246,7 +246,8 @@ void ImportCommand::takeReturned() {
 void ImportCommand::lookWhileAwaiting() {
     const auto& cameras = model().cameras();
     const auto selected = std::ranges::find(cameras, model().selectedID(), &Camera::id);
-    if (selected == cameras.end() || (*selected)->identity() != camera_->identity()) return;
+    const auto identity = camera_->identity();
+    if (selected == cameras.end() || !identity || !(*selected)->isKnownAs(*identity)) return;
     if (model().phase() == Phase::noCamera) return passOver(ExitStatus::noCamera, model().status());
     const bool isEmpty = model().cameraFileCount() == 0;
     // The day must be chosen before the model knows what is missing, for then the import goes on.

@@ -30,7 +30,7 @@ std::string kindOf(const Proof& proof) {
 void JsonReport::cameras(std::span<const std::shared_ptr<Camera>> cameras) {
     for (const auto& camera : cameras) {
         const auto name = camera->name();
-        const auto identity = camera->identity();
+        const auto identity = camera->isIdentityFinal() ? camera->identity() : std::nullopt;
         print({{"event", "camera"},
                {"name", name ? Json(*name) : Json(nullptr)},
                {"identity", identity ? Json(*identity) : Json(nullptr)}});

@@ -15,8 +15,9 @@ namespace bildkurier {
 
 void TextReport::cameras(std::span<const std::shared_ptr<Camera>> cameras) {
     for (const auto& camera : cameras) {
-        print(fmt::format("{}  {}", displayName(*camera),
-                          displayText(camera->identity().value_or("ohne Kennung"))));
+        print(fmt::format("{}  {}{}", displayName(*camera),
+                          displayText(camera->identity().value_or("ohne Kennung")),
+                          camera->isIdentityFinal() ? "" : "  (vorläufig)"));
     }
 }
 

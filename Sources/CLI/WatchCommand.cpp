@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "WatchCommand.h"
 
+#include "CameraChoice.h"
 #include "CameraName.h"
 #include "FileName.h"
 
@@ -29,8 +30,11 @@ void WatchCommand::start() {
 }
 
 void WatchCommand::tellOfMissingCamera() {
-    const auto isMeant = [this](const auto& camera) { return answersTo(*camera, *trust_); };
+    const auto isMeant = [this](const auto& camera) {
+        return camera->isIdentityFinal() && answersTo(*camera, *trust_);
+    };
     if (!trust_ || std::ranges::any_of(model().cameras(), isMeant)) return;
+    if (const auto unknown = unknownIdentity(model().cameras())) return report().status(*unknown);
     report().status(
         fmt::format("Eine Kamera „{}“ ist nicht verbunden; ihr wird vertraut, sobald sie es ist.",
                     displayText(*trust_)));

@@ -45,8 +45,8 @@ bool AutoImport::cameraConnected(const Camera& camera) {
 
 bool AutoImport::consumePending(const Camera& camera) {
     const auto pending = std::exchange(pendingIdentity_, std::nullopt);
-    return pending && settings_->autoImportEnabled() && camera.identity() == pending &&
-           settings_->autoImportCameraIdentity() == pending;
+    return pending && settings_->autoImportEnabled() && camera.isIdentityFinal() &&
+           camera.identity() == pending && settings_->autoImportCameraIdentity() == pending;
 }
 
 std::shared_ptr<Camera> AutoImport::waitingCamera(std::span<const std::shared_ptr<Camera>> cameras,

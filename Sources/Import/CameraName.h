@@ -19,7 +19,7 @@ inline std::string displayName(const Camera& camera) {
 /// Whether the user can mean this camera by `nameOrIdentity`.
 inline bool answersTo(const Camera& camera, const std::string& nameOrIdentity) {
     return camera.name().value_or(namelessCamera) == nameOrIdentity ||
-           displayName(camera) == nameOrIdentity || camera.identity() == nameOrIdentity;
+           displayName(camera) == nameOrIdentity || camera.isKnownAs(nameOrIdentity);
 }
 
 }  // namespace bildkurier

@@ -354,11 +354,13 @@ void ImportModel::cameraBrowserDidIdentify(const std::shared_ptr<Camera>& camera
 }
 
 bool ImportModel::recognise(const std::shared_ptr<Camera>& camera) {
-    const auto identity = camera->identity();
-    if (pendingResume_ && identity == pendingResume_->identity && phase_ != Phase::importing) {
-        pendingResume_->isBack = true;
-        publish(status_, fmt::format("{} wieder verbunden. Import wird fortgesetzt …",
-                                     displayName(*camera)));
+    if (isAwaited(*camera) && phase_ != Phase::importing) {
+        // Before that it may be another one; once it is open, it tells.
+        if (camera->isIdentityFinal()) {
+            pendingResume_->isBack = true;
+            publish(status_, fmt::format("{} wieder verbunden. Import wird fortgesetzt …",
+                                         displayName(*camera)));
+        }
         takeUp(*camera);
         return true;
     }
@@ -416,9 +418,12 @@ void ImportModel::cameraCatalogReady(Camera& camera) {
 }
 
 void ImportModel::cameraCatalogChanged(Camera& camera) {
-    if (!holds(camera) || !isReadyOrDone() || pendingReload_) return;
+    if (!holds(camera) || pendingReload_) return;
+    changedMeanwhile_ = !isReadyOrDone();
+    if (changedMeanwhile_) return;
     pendingReload_ = main_.after(reloadDelay, [this] {
         pendingReload_.reset();
+        changedMeanwhile_ = !isReadyOrDone();
         if (camera_ && isReadyOrDone()) loadCatalog();
     });
 }
@@ -454,6 +459,7 @@ void ImportModel::selectCamera() {
 // Catalogue and destination
 
 void ImportModel::setCatalog(CameraFiles files) {
+    changedMeanwhile_ = false;
     allFiles_ = sortedByShotDate(std::move(files));
     candidates_ = std::make_shared<const std::vector<ImportCandidate>>(candidates(allFiles_));
     planner_ = {};
@@ -548,6 +554,7 @@ void ImportModel::destinationScanned(DestinationScan scan) {
     resumePlanner_ = std::move(scan.resumePlanner);
     publish(phase_, Phase::ready);
     applyFilter();
+    if (camera_ && changedMeanwhile_) cameraCatalogChanged(*camera_);
 }
 
 void ImportModel::applyFilter() {
@@ -701,9 +708,13 @@ std::optional<std::string> ImportModel::noteInterruptedImport(const Camera& came
     return gaveUp;
 }
 
+bool ImportModel::isAwaited(const Camera& camera) const {
+    return pendingResume_ && camera.isKnownAs(pendingResume_->identity);
+}
+
 bool ImportModel::canResume() const {
-    return pendingResume_ && pendingResume_->isBack && camera_ &&
-           camera_->identity() == pendingResume_->identity;
+    return pendingResume_ && pendingResume_->isBack && camera_ && camera_->isIdentityFinal() &&
+           isAwaited(*camera_);
 }
 
 void ImportModel::resumeInterruptedImport() {

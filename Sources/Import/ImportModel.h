@@ -263,6 +263,8 @@ private:
     void takeUp(const Camera& camera);
     /// What to tell, if anything.
     std::optional<std::string> noteInterruptedImport(const Camera& camera);
+    /// Whether an interrupted import waits for this camera, as far as is known who it is.
+    bool isAwaited(const Camera& camera) const;
     /// Whether the camera held is the one that was lost, and is back.
     bool canResume() const;
     void resumeInterruptedImport();
@@ -335,7 +337,8 @@ private:
     std::optional<std::int64_t> destCapacity_;
     Guard sftpChecks_;      ///< never renewed: of several checks, each shows what came of it
     Handle pendingReload_;  ///< a catalogue re-read is scheduled
-    Handle pendingReopen_;  ///< a session is to be opened again
+    bool changedMeanwhile_ = false;  ///< the catalogue, while it could not be read again
+    Handle pendingReopen_;           ///< a session is to be opened again
     std::optional<Resume> pendingResume_;
     int fruitlessResumes_ = 0;
     bool runIgnoresDateFilter_ = false;

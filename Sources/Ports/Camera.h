@@ -34,6 +34,11 @@ public:
     /// holds them; until then it may be that of several.
     virtual bool isIdentityFinal() const { return true; }
 
+    /// Whether `identity` is this camera's, or was before it could tell who it is.
+    virtual bool isKnownAs(const std::string& identity) const {
+        return this->identity() == identity;
+    }
+
     /// The complete catalogue, each media file directly followed by its sidecars.
     virtual std::vector<std::shared_ptr<CameraFile>> files() const = 0;
 

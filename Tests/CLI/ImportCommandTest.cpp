@@ -171,6 +171,27 @@ TEST_F(ImportCommandTest, FindsACameraByNameOrIdentity) {
     expectEnd(ExitStatus::noCamera);
 }
 
+TEST_F(ImportCommandTest, SaysWhichCameraCannotTellYetWhoItIs) {
+    options.camera = "serial:B";
+    attach("A");
+    const auto held = attached(camera("C", "persistent:usb"));
+    held->identityIsFinal = false;
+    begin();
+    EXPECT_EQ(reported(),
+              (Lines{"error: Kamera „serial:B“ nicht gefunden. Die Kennung der Kamera Kamera C ist "
+                     "noch nicht bekannt: Ein anderes Programm benutzt sie, oder sie antwortet "
+                     "nicht."}));
+    expectEnd(ExitStatus::noCamera);
+}
+
+TEST_F(ImportCommandTest, FindsACameraByWhatItWasKnownAsBefore) {
+    options.camera = "persistent:usb";
+    attach("A");
+    attach("B")->formerIdentity = "persistent:usb";
+    begin();
+    EXPECT_EQ(model->selectedID(), "B");
+}
+
 TEST_F(ImportCommandTest, FindsACameraWithoutANameByTheOneItIsShownWith) {
     options.camera = "Kamera";
     attach("A");

@@ -98,6 +98,35 @@ TEST_F(WatchCommandTest, ImportsTheCameraItIsToTrustAtOnce) {
     EXPECT_TRUE(settings->storedAutoImport);
 }
 
+TEST_F(WatchCommandTest, SaysWhyACameraCannotBeTrustedYet) {
+    for (const std::string wanted : {"Kamera A", "persistent:usb", "serial:B"}) {
+        const auto held = camera("A", "persistent:usb");
+        held->identityIsFinal = false;
+        make();
+        attached(held);
+        model->trustWhenConnected(wanted);
+        command = std::make_shared<WatchCommand>(
+            wanted, [] { return false; }, model, loop, report, done());
+        command->begin();
+        loop.settle();
+        EXPECT_EQ(std::ranges::count(reported(),
+                                     "status: Die Kennung der Kamera Kamera A ist noch nicht "
+                                     "bekannt: Ein anderes Programm benutzt sie, oder sie "
+                                     "antwortet nicht."),
+                  1);
+        EXPECT_EQ(settings->storedIdentity, std::nullopt);
+        held->deviceIdentity = "serial:A";
+        held->formerIdentity = "persistent:usb";
+        held->identityIsFinal = true;
+        model->cameraBrowserDidIdentify(held);
+        const bool isMeant = wanted != "serial:B";
+        EXPECT_EQ(settings->storedIdentity,
+                  isMeant ? std::optional<std::string>("serial:A") : std::nullopt);
+        settings->storedIdentity.reset();
+        settings->storedAutoImport = false;
+    }
+}
+
 TEST_F(WatchCommandTest, SaysThatTheCameraToTrustIsNotConnected) {
     const auto isTold = [this](const std::string& wanted) {
         return std::ranges::count(reported(), "status: Eine Kamera „" + wanted +

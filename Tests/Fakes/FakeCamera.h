@@ -21,6 +21,7 @@ public:
     std::optional<std::string> deviceName;
     std::optional<std::string> deviceIdentity;
     bool identityIsFinal = true;
+    std::optional<std::string> formerIdentity;
     std::vector<std::shared_ptr<CameraFile>> catalogue;
     std::weak_ptr<CameraDelegate> delegate;
     std::optional<Url> folder;  ///< that it is; overlaps itself only
@@ -35,6 +36,9 @@ public:
     std::optional<std::string> name() const override { return deviceName; }
     std::optional<std::string> identity() const override { return deviceIdentity; }
     bool isIdentityFinal() const override { return identityIsFinal; }
+    bool isKnownAs(const std::string& identity) const override {
+        return deviceIdentity == identity || formerIdentity == identity;
+    }
     std::vector<std::shared_ptr<CameraFile>> files() const override { return catalogue; }
     void setDelegate(std::weak_ptr<CameraDelegate> to) override { delegate = std::move(to); }
     void openSession() override { ++opened; }

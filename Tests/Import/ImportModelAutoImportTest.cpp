@@ -358,6 +358,7 @@ TEST_F(ImportModelAutoImportTest, ImportsACameraThatTurnsOutToBeTheTrustedOne) {
     loop.settle();
     EXPECT_EQ(attached->opened, 0);
     attached->deviceIdentity = trusted;
+    attached->identityIsFinal = true;
     model->cameraBrowserDidIdentify(attached);
     deliver(*attached);
     EXPECT_EQ(attached->opened, 1);
@@ -372,6 +373,19 @@ TEST_F(ImportModelAutoImportTest, ImportsTheCameraInHandThatTurnsOutToBeTheTrust
     model->cameraBrowserDidIdentify(attached);
     loop.settle();
     EXPECT_EQ(attached->opened, 1);
+    EXPECT_EQ(imported(), inTypeFolder(two));
+}
+
+TEST_F(ImportModelAutoImportTest, ImportsNoCameraThatMayTurnOutToBeAnother) {
+    startTrusting();
+    const auto attached = holding("1", trusted, two);
+    attached->identityIsFinal = false;
+    connect(attached);
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(imported(), Tree());
+    attached->identityIsFinal = true;
+    model->cameraBrowserDidIdentify(attached);
+    loop.settle();
     EXPECT_EQ(imported(), inTypeFolder(two));
 }
 

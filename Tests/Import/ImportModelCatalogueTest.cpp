@@ -124,6 +124,39 @@ TEST_F(ImportModelCatalogueTest, ReadsTheCardOnceAfterABurstOfChanges) {
     EXPECT_EQ(model->cameraFileCount(), 15);
 }
 
+TEST_F(ImportModelCatalogueTest, ReadsTheCardAgainThatChangedWhileTheDestinationWasRead) {
+    make();
+    model->cameraBrowserDidAdd(attached);
+    attached->sessionOpened();
+    attached->catalogReady();
+    ASSERT_EQ(model->phase(), Phase::checking);
+    file(*attached, "A.JPG", "aaaa");
+    attached->catalogChanged();
+    loop.settle();
+    EXPECT_EQ(model->cameraFileCount(), 0);
+    loop.advance(reloadDelay);
+    EXPECT_EQ(model->cameraFileCount(), 1);
+    EXPECT_EQ(loop.timers(), 0);
+}
+
+TEST_F(ImportModelCatalogueTest, ReadsTheCardAgainThatChangedDuringAnImport) {
+    const auto held = file(*attached, "A.JPG", "aaaa");
+    held->holdsBack = true;
+    make();
+    connect(attached);
+    model->startImport();
+    loop.settle();
+    ASSERT_EQ(model->phase(), Phase::importing);
+    file(*attached, "B.JPG", "bb");
+    attached->catalogChanged();
+    held->deliver();
+    loop.settle();
+    EXPECT_EQ(newNames(), Names());
+    loop.advance(reloadDelay);
+    EXPECT_EQ(newNames(), Names{"B.JPG"});
+    EXPECT_EQ(loop.timers(), 0);
+}
+
 TEST_F(ImportModelCatalogueTest, HearsOfChangesOnlyWhenReady) {
     make();
     model->cameraBrowserDidAdd(attached);
@@ -143,7 +176,7 @@ TEST_F(ImportModelCatalogueTest, HearsOfChangesOnlyWhenReady) {
     EXPECT_EQ(loop.timers(), timers);
 }
 
-TEST_F(ImportModelCatalogueTest, DropsAReReadThatComesAtTheWrongTime) {
+TEST_F(ImportModelCatalogueTest, PutsAReReadOffThatComesAtTheWrongTime) {
     make();
     connect(attached);
     attached->catalogChanged();
@@ -160,6 +193,11 @@ TEST_F(ImportModelCatalogueTest, DropsAReReadThatComesAtTheWrongTime) {
     loop.advance(reloadDelay);
     EXPECT_EQ(model->phase(), Phase::importing);
     EXPECT_EQ(model->cameraFileCount(), 1);
+
+    static_cast<FakeCameraFile&>(*attached->catalogue.front()).deliver();
+    loop.settle();
+    loop.advance(reloadDelay);
+    EXPECT_EQ(model->cameraFileCount(), 2);
 }
 
 TEST_F(ImportModelCatalogueTest, DropsAReReadWhenItsCameraIsGone) {

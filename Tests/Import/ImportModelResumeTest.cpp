@@ -690,6 +690,41 @@ TEST_F(ImportModelResumeTest, KeepsWaitingForItsCameraWhenAnotherIsPluggedIn) {
     EXPECT_EQ(newNames(), (Names{"B.JPG", "C.JPG"}));
 }
 
+TEST_F(ImportModelResumeTest, OpensACameraThatMayBeTheLostOneButWaitsUntilItIs) {
+    for (const auto& actual : {identity, "serial:2"s}) {
+        store->removeItem(settings->storedDestination);
+        start();
+        loseImport("1", 1);
+        plugIn("B", "serial:3", {"X.JPG"});
+        const auto back = holding("2", identity, three);
+        back->identityIsFinal = false;
+        connect(back);
+        EXPECT_EQ(model->selectedID(), "2");
+        EXPECT_EQ(model->phase(), Phase::ready);
+        EXPECT_TRUE(model->awaitsCamera());
+        EXPECT_EQ(imported(), inTypeFolder({"A.JPG"}));
+
+        back->deviceIdentity = actual;
+        back->identityIsFinal = true;
+        model->cameraBrowserDidIdentify(back);
+        loop.settle();
+        EXPECT_EQ(model->awaitsCamera(), actual != identity);
+        EXPECT_EQ(imported(), inTypeFolder(actual == identity ? three : Names{"A.JPG"}));
+    }
+}
+
+TEST_F(ImportModelResumeTest, KnowsACameraAgainThatDidNotSayWhoItIsBefore) {
+    start();
+    const auto lost = plugIn("1", "persistent:usb", three, 1);
+    startImport();
+    unplug(lost);
+    const auto back = holding("2", identity, three);
+    back->formerIdentity = "persistent:usb";
+    connect(back);
+    EXPECT_EQ(imported(), inTypeFolder(three));
+    EXPECT_EQ(model->log()[2], continued(2));
+}
+
 TEST_F(ImportModelResumeTest, OpensTheNextCameraAndSaysThatTheImportGoesOn) {
     start();
     const auto lost = plugIn("1", identity, three, 1);

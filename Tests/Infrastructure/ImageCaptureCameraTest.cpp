@@ -77,6 +77,16 @@ TEST(ImageCaptureCamera, IsIdentifiedByTheFirstThingThatLasts) {
     }
 }
 
+TEST(ImageCaptureCamera, IsKnownAsWhatItWasBeforeItToldItsSerialNumber) {
+    const auto camera = cameraWith({.name = {}, .serial = "S", .persistentId = "P", .uuid = "U"});
+    EXPECT_TRUE(camera->isKnownAs("serial:S"));
+    EXPECT_TRUE(camera->isKnownAs("persistent:P"));
+    for (const char* other : {"serial:P", "persistent:S", "persistent:", "uuid:U", ""})
+        EXPECT_FALSE(camera->isKnownAs(other)) << other;
+    const auto bare = cameraWith({.name = {}, .serial = "S", .persistentId = "", .uuid = {}});
+    EXPECT_FALSE(bare->isKnownAs("persistent:"));
+}
+
 TEST(ImageCaptureCamera, HasTheDevicesUuidAsItsId) {
     EXPECT_EQ(cameraWith({.name = {}, .serial = "S", .persistentId = "P", .uuid = "U"})->id(), "U");
 }

@@ -21,6 +21,7 @@ TEST(CameraFault, IsWhatTheLibrarysAnswerMeans) {
         {-110, CameraFault::Busy},        {-6, CameraFault::NotOffered},
         {-105, CameraFault::Unsupported}, {-5, CameraFault::Unsupported},
         {-2, CameraFault::Other},         {-108, CameraFault::Missing},
+        {-35, CameraFault::Transfer},     {-51, CameraFault::Transfer},
     };
     for (const auto& [code, fault] : cases) EXPECT_EQ(cameraFault(code), fault) << code;
 }

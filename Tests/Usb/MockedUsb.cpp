@@ -6,6 +6,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+
 namespace bildkurier {
 
 namespace {
@@ -13,6 +15,16 @@ namespace {
 constexpr auto mocker = "/usr/bin/umockdev-run";
 
 }  // namespace
+
+ProgramCall mockedCall(const TemporaryFolder& user) {
+    return {.path = mocker,
+            .arguments = {},
+            .environment = {{"TZ", "Europe/Berlin"},
+                            {"LC_ALL", "de_DE.UTF-8"},
+                            {"XDG_RUNTIME_DIR", user.makeFolder("runtime")},
+                            {"XDG_CACHE_HOME", user.path("cache")},
+                            {"XDG_CONFIG_HOME", user.makeFolder("config")}}};
+}
 
 MockedUsb::MockedUsb(const VirtualBus::Device& device) {
     usb_.plugIn("1-1", device);
@@ -31,16 +43,37 @@ bool MockedUsb::isPossible() {
 #endif
 }
 
-ProgramCall MockedUsb::call(const std::vector<std::string>& arguments) const {
-    ProgramCall call{.path = mocker,
-                     .arguments = {"-d", description_, "--", BILDKURIER_CLI},
-                     .environment = {{"TZ", "Europe/Berlin"},
-                                     {"LC_ALL", "de_DE.UTF-8"},
-                                     {"XDG_RUNTIME_DIR", user_.makeFolder("runtime")},
-                                     {"XDG_CACHE_HOME", user_.path("cache")},
-                                     {"XDG_CONFIG_HOME", user_.makeFolder("config")}}};
-    call.arguments.insert(call.arguments.end(), arguments.begin(), arguments.end());
+bool MockedUsb::hasFileManager() {
+    const auto programs = {"/usr/libexec/gvfsd-gphoto2", "/usr/bin/gio",
+                           "/usr/bin/dbus-run-session"};
+    return std::ranges::all_of(programs, [](auto path) { return ::access(path, X_OK) == 0; });
+}
+
+ProgramCall MockedUsb::calling(const std::vector<std::string>& command) const {
+    ProgramCall call = mockedCall(user_);
+    call.arguments = {"-d", description_, "--"};
+    call.arguments.insert(call.arguments.end(), command.begin(), command.end());
     return call;
+}
+
+ProgramCall MockedUsb::call(const std::vector<std::string>& arguments) const {
+    std::vector<std::string> command{BILDKURIER_CLI};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return calling(command);
+}
+
+ProgramCall MockedUsb::callWhileMounted(const std::vector<std::string>& arguments,
+                                        const std::vector<std::string>& wrapper) const {
+    std::vector<std::string> command{"dbus-run-session",
+                                     "--",
+                                     "sh",
+                                     "-c",
+                                     "gio mount 'gphoto2://[usb:001,001]/' >&2 && exec \"$@\"",
+                                     "sh"};
+    command.insert(command.end(), wrapper.begin(), wrapper.end());
+    command.emplace_back(BILDKURIER_CLI);
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return calling(command);
 }
 
 }  // namespace bildkurier

@@ -37,6 +37,21 @@ protected:
         usb.plugIn("1-1", device);
     }
 
+    /// Begins an import from `device`, and loses the camera in it.
+    void loseImport(const VirtualBus::Device& device) {
+        usb.plugIn("1-1", device);
+        start();
+        runUntilReady();
+        model->startImport();
+        runUntil([this] { return isLost(); });
+    }
+
+    /// Has the camera returned, and waits until the import that goes on then has ended.
+    void goOn() {
+        usb.plugInAgain("1-1");
+        runUntil([this] { return model->phase() == Phase::ready && !model->awaitsCamera(); });
+    }
+
     bool isLost() const { return !usb.isPluggedIn("1-1") && model->cameras().empty(); }
 
     /// Imports until nothing is missing; plugs the camera in again whenever it is lost.
@@ -94,6 +109,77 @@ TEST_F(UsbCableTest, LoadsEverythingOnceHoweverOftenItIsPulled) {
         expectEachLoadedOnce();
         endScenario();
     }
+}
+
+TEST_F(UsbCableTest, SaysHowManyFilesAreLeftWhenItGoesOn) {
+    for (const char* serial : {"S1001", ""}) {
+        SCOPED_TRACE(serial);
+        auto device = camera(serial);
+        device.settings.merge(faultAt(bytes / 2, "pull", 1));
+        loseImport(device);
+        EXPECT_TRUE(hasLogged("Kamera getrennt, 2 von 6 geladen."))
+            << testing::PrintToString(log());
+        goOn();
+        EXPECT_TRUE(hasLogged("Fortsetzung nach Trennung: noch 4 Dateien."))
+            << testing::PrintToString(log());
+        EXPECT_EQ(imported(), filesOf(card));
+        expectEachLoadedOnce();
+        endScenario();
+    }
+}
+
+TEST_F(UsbCableTest, SaysThatNothingIsMissingAnyMore) {
+    auto device = camera();
+    device.settings.merge(faultAt(bytes / 2, "pull", 1));
+    loseImport(device);
+    for (const auto& file : fs::directory_iterator(card + "/DCIM/100TEST"))
+        fs::copy(file.path(), destination, fs::copy_options::skip_existing);
+    goOn();
+    EXPECT_EQ(model->status(), "Nach der Trennung fehlt nichts mehr im Zielordner.");
+}
+
+TEST_F(UsbCableTest, GoesOnWithEverythingThatAnAutomaticImportWouldLoad) {
+    settings->storedAutoImport = true;
+    settings->storedIdentity = "serial:S1001";
+    settings->storedUseFromDate = true;
+    settings->storedFromDay = "2024-07-06";
+    auto device = camera();
+    device.settings.merge(faultAt(bytes / 2, "pull", 1));
+    usb.plugIn("1-1", device);
+    start();
+    runUntil([this] { return isLost(); });
+    goOn();
+    EXPECT_TRUE(hasLogged("Fortsetzung nach Trennung: noch 4 Dateien."))
+        << testing::PrintToString(log());
+    EXPECT_EQ(imported(), filesOf(card));
+}
+
+TEST_F(UsbCableTest, GoesOnOnceAHeldCameraHasSaidWhoItIs) {
+    auto device = camera("");
+    device.settings["serial"] = "P1001";
+    device.settings.merge(faultAt(bytes / 2, "pull", 1));
+    loseImport(device);
+    usb.change("1-1",
+               {{"busy", "1"}, {"busy_after", std::to_string(usb.count("1-1", "openings"))}});
+    goOn();
+    EXPECT_TRUE(hasLogged("Fortsetzung nach Trennung: noch 4 Dateien."))
+        << testing::PrintToString(log());
+    EXPECT_EQ(imported(), filesOf(card));
+}
+
+TEST_F(UsbCableTest, DoesNotGoOnWithAnotherCameraThatComesInItsPlace) {
+    auto device = camera("");
+    device.settings["serial"] = "P1001";
+    device.settings.merge(faultAt(bytes / 2, "pull", 1));
+    loseImport(device);
+    usb.unplugForGood("1-1");
+    auto other = camera("");
+    other.settings.insert({{"serial", "P2002"}, {"busy", "1"}});
+    usb.plugIn("1-1", other);
+    runUntilReady();
+    EXPECT_TRUE(model->awaitsCamera());
+    EXPECT_EQ(model->cameras().at(0)->identity(), "serial:P2002");
+    EXPECT_EQ(imported().size(), 2U);
 }
 
 TEST_F(UsbCableTest, StopsAfterThreePullsWithoutAFile) {

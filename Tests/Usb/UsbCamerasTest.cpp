@@ -12,6 +12,7 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <set>
@@ -69,6 +70,24 @@ TEST_F(UsbCamerasTest, ShowsAHangingCameraThatIsPluggedInLater) {
     EXPECT_EQ(sink->events, (Events{"reported", "+Testkamera"}));
 }
 
+TEST_F(UsbCamerasTest, TellsANameThatBecomesKnownLater) {
+    timing.identifying = Milliseconds(30);
+    VirtualBus::Device slow{.serial = "", .settings = device.settings};
+    slow.settings.insert({{"serial", "P1001"}, {"rate", "1000"}});
+    usb.plugIn("1-1", slow);
+    start();
+    runUntil([this] { return usb.count("1-1", "openings") == 1; });
+    device.vendor = "04a9";
+    device.product = "32f4";
+    device.name = "Canon Digital Camera";
+    usb.plugIn("1-2", device);
+    const auto hasTold = [this](const std::string& event) {
+        return std::ranges::count(sink->events, event) == 1;
+    };
+    runUntil([&] { return hasTold("+Canon Digital Camera"); });
+    runUntil([&] { return hasTold("=Canon EOS R5"); });
+}
+
 TEST_F(UsbCamerasTest, KnowsACameraAgainThatWasHeldWhenItWasPluggedIn) {
     device.serial = "";
     device.settings.insert({{"serial", "P1001"}, {"busy", "1"}});
@@ -89,7 +108,9 @@ TEST_F(UsbCamerasTest, LeavesACameraToWhoUsesItUntilItIsWanted) {
     device.serial = "";
     device.settings["serial"] = "P1001";
     device.settings["busy"] = "1";
-    release = [](const UsbPlace&) { ADD_FAILURE() << "nobody wants the camera"; };
+    release = [](const UsbPlace&, const UsbSession&) {
+        ADD_FAILURE() << "nobody wants the camera";
+    };
     usb.plugIn("1-1", device);
     start();
     runUntil([this] { return !sink->added.empty(); });
@@ -100,7 +121,9 @@ TEST_F(UsbCamerasTest, LeavesACameraToWhoUsesItUntilItIsWanted) {
 TEST_F(UsbCamerasTest, WaitsForACameraThatIsBusy) {
     device.settings["busy"] = "4";
     usb.plugIn("1-1", device);
-    release = [](const UsbPlace&) { ADD_FAILURE() << "nobody needs to be asked"; };
+    release = [](const UsbPlace&, const UsbSession&) {
+        ADD_FAILURE() << "nobody needs to be asked";
+    };
     start();
     EXPECT_EQ(opened(), "opened");
     EXPECT_EQ(usb.count("1-1", "openings"), 5U);
@@ -111,7 +134,7 @@ TEST_F(UsbCamerasTest, AsksWhoHoldsACameraToLetGoOfIt) {
     const int holder = ::open(usb.claimFile("1-1").c_str(), O_RDONLY | O_CLOEXEC);
     ASSERT_EQ(::flock(holder, LOCK_EX), 0);
     std::vector<std::string> asked;
-    release = [&](const UsbPlace& place) {
+    release = [&](const UsbPlace& place, const UsbSession&) {
         asked.push_back(place.port);
         ::flock(holder, LOCK_UN);
     };
@@ -119,6 +142,17 @@ TEST_F(UsbCamerasTest, AsksWhoHoldsACameraToLetGoOfIt) {
     EXPECT_EQ(opened(), "opened");
     EXPECT_EQ(asked, Events{"usb:001,001"});
     ::close(holder);
+}
+
+TEST_F(UsbCamerasTest, WaitsALittleForACameraThatIsBeingLetGoOf) {
+    device.settings["busy"] = "6";
+    usb.plugIn("1-1", device);
+    int asked = 0;
+    release = [&asked](const UsbPlace&, const UsbSession&) { ++asked; };
+    start();
+    EXPECT_EQ(opened(), "opened");
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(usb.count("1-1", "openings"), 7U);
 }
 
 TEST_F(UsbCamerasTest, SaysWhenAnotherProgramKeepsTheCamera) {
@@ -306,6 +340,28 @@ TEST_F(UsbCamerasTest, NoticesNewShotsThatWereTakenBeforeAFaultOfADownload) {
     EXPECT_EQ(answered(), Events{"done"});
     EXPECT_EQ(events->events.back(), "added");
     EXPECT_EQ(usb.count("1-1", "openings"), 2U);
+}
+
+TEST_F(UsbCamerasTest, ShowsWhatCouldNotBeReadBeforeAFaultOfADownload) {
+    timing.events = Milliseconds(300);
+    folder.write("card/DCIM/100TEST/IMG_0003.JPG", "neu");
+    device.settings.insert({{"fault_of IMG_0003.JPG", "8201"},
+                            {"fault_of contents of IMG_0002.JPG", "-7"},
+                            {"faults_of", "3"}});
+    usb.plugIn("1-1", device);
+    start();
+    const auto names = [this] {
+        std::multiset<std::string> found;
+        for (const auto& item : camera->mediaFiles()) found.insert(*item.file->facts().name);
+        return found;
+    };
+    const auto found = files();
+    EXPECT_EQ(names(), (std::multiset<std::string>{"100TEST", "IMG_0001.JPG", "IMG_0002.JPG"}));
+    ASSERT_EQ(found.at(2)->facts().name, "IMG_0002.JPG");
+    download(*found.at(2), target);
+    runUntil([&] { return events->events.back() == "added"; });
+    EXPECT_EQ(names(),
+              (std::multiset<std::string>{"IMG_0001.JPG", "IMG_0002.JPG", "IMG_0003.JPG"}));
 }
 
 TEST_F(UsbCamerasTest, NoticesNewShotsBehindWhatElseTheCameraTells) {

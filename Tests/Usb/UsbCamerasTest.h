@@ -96,7 +96,7 @@ protected:
     const std::string target = folder.makeFolder("target");
     VirtualBus::Device device{.serial = "S1001"};
     UsbTiming timing;
-    CameraConnection::Release release = [](const UsbPlace&) {};
+    CameraConnection::Release release = [](const UsbPlace&, const UsbSession&) {};
     EventLoop loop;
     std::shared_ptr<RecordingBrowserSink> sink = std::make_shared<RecordingBrowserSink>();
     std::shared_ptr<RecordingDeviceSink> events = std::make_shared<RecordingDeviceSink>();

@@ -171,6 +171,22 @@ TEST_F(UsbImportTest, NamesWhatIsUnreadableWhateverTheFirstDay) {
             << testing::PrintToString(log());
 }
 
+TEST_F(UsbImportTest, ImportsThousandsOfFiles) {
+    constexpr int folders = 4;
+    constexpr int filesInEach = 500;
+    for (int number = 100; number < 100 + folders; ++number) {
+        for (int file = 1'000; file < 1'000 + filesInEach; ++file) {
+            const std::string name = fmt::format("{}_{}.JPG", number, file);
+            add(fmt::format("card/DCIM/{}TEST/{}", number, name), "Inhalt von " + name);
+        }
+    }
+    usb.plugIn("1-1", camera());
+    start();
+    importAll();
+    EXPECT_TRUE(imported() == filesOf(card)) << imported().size();
+    EXPECT_TRUE(hasLogged("Fertig: 2000 geladen"));
+}
+
 TEST_F(UsbImportTest, CountsWhileItListsThousands) {
     constexpr int folders = 20;
     constexpr int filesInEach = 1'000;
@@ -251,6 +267,21 @@ TEST_F(UsbImportTest, LoadsAShotThatIsTakenWhileItIsConnected) {
     EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
 }
 
+TEST_F(UsbImportTest, LoadsAShotThatIsTakenDuringAnImport) {
+    addLarge("card/DCIM/100TEST/IMG_0001.JPG", 500'000);
+    auto device = camera();
+    device.settings["rate"] = "1000000";
+    usb.plugIn("1-1", device);
+    start();
+    runUntilReady();
+    model->startImport();
+    add("card/DCIM/100TEST/IMG_0002.JPG", "gerade aufgenommen");
+    runUntil([this] { return model->phase() == Phase::ready && model->newFiles().size() == 1; });
+    EXPECT_EQ(model->newFiles()[0]->name(), "IMG_0002.JPG");
+    importAll();
+    EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
+}
+
 TEST_F(UsbImportTest, ImportsOnlyFromTheTrustedOfTwoCameras) {
     add("card/DCIM/100TEST/IMG_0001.JPG", "von der anderen");
     add("trusted/DCIM/100TEST/IMG_0002.JPG", "von dieser");
@@ -312,23 +343,72 @@ TEST_F(UsbImportTest, NeverTakesAFileOfUnknownSizeForLoaded) {
     const struct {
         const char* name;
         std::int64_t announced;
-    } cases[] = {{"MVI_0001.MP4", 0}, {"MVI_0002.MOV", 0}, {"MVI_0003.MP4", 0xFFFFFFFF}};
+    } cases[] = {{"MVI_0001.MP4", 0}, {"MVI_0003.MP4", 0xFFFFFFFF}, {"IMG_0005.JPG", 0},
+                 {"IMG_0006.CR3", 0}, {"SND_0007.WAV", 0},          {"SND_0008.M4A", 0},
+                 {"IMG_0001.XMP", 0}, {"MVI_0009.LRV", 0}};
     auto device = camera();
     add("card/DCIM/100TEST/IMG_0001.JPG", "ein Bild");
     for (const auto& [name, announced] : cases) {
-        add(std::string("card/DCIM/100TEST/") + name, "Film");
+        add(std::string("card/DCIM/100TEST/") + name, "Inhalt");
         device.settings[std::string("announce ") + name] = std::to_string(announced);
     }
     add("card/DCIM/100TEST/MVI_0004.MP4", "Film");
     fs::resize_file(card + "/DCIM/100TEST/MVI_0004.MP4", (std::uintmax_t{1} << 32) + 5);
-    usb.plugIn("1-1", device);
+    for (const char* inPieces : {"0", "1"}) {
+        device.settings["partial"] = inPieces;
+        usb.plugIn("1-1", device);
+        start();
+        importAll();
+        EXPECT_EQ(imported(), (Tree{{"IMG_0001.JPG", "ein Bild"}})) << inPieces;
+        const auto advice = std::ranges::count_if(model->log(), [](const std::string& line) {
+            return line.find("bitte die Karte in einem Kartenleser einlesen") != std::string::npos;
+        });
+        EXPECT_EQ(advice, std::ssize(cases) + 1) << testing::PrintToString(log());
+        stop();
+        usb.unplugForGood("1-1");
+    }
+}
+
+TEST_F(UsbImportTest, LoadsTheWholeOfAShotThatWasToldOfTooEarly) {
+    for (const char* early : {"0", "2999999", "3000001"}) {
+        add("card/DCIM/100TEST/IMG_0001.JPG", "ein Bild");
+        auto device = camera();
+        device.settings.insert({{"partial", "1"}, {"early IMG_0002.JPG", early}});
+        usb.plugIn("1-1", device);
+        start();
+        importAll();
+        addLarge("card/DCIM/100TEST/IMG_0002.JPG", 3'000'000);
+        runUntil([this] {
+            return model->phase() == Phase::ready && model->newFiles().size() == 1 &&
+                   model->newFiles()[0]->size() == 3'000'000;
+        });
+        importAll();
+        EXPECT_EQ(imported(), filesOf(card)) << early << testing::PrintToString(log());
+        EXPECT_FALSE(hasLogged("✗")) << testing::PrintToString(log());
+        stop();
+        usb.unplugForGood("1-1");
+        fs::remove_all(card + "/DCIM");
+        fs::remove(destination + "/IMG_0002.JPG");
+    }
+}
+
+TEST_F(UsbImportTest, LeavesHiddenFilesAndFoldersOut) {
+    add("card/DCIM/100TEST/IMG_0001.JPG", "ein Bild");
+    add("card/DCIM/100TEST/._IMG_0001.JPG", "Zwilling von einem Mac");
+    add("card/.Trashes/501/SND_0002.WAV", "gelöscht");
+    usb.plugIn("1-1", camera());
     start();
     importAll();
     EXPECT_EQ(imported(), (Tree{{"IMG_0001.JPG", "ein Bild"}}));
-    const auto advice = std::ranges::count_if(model->log(), [](const std::string& line) {
-        return line.find("bitte die Karte in einem Kartenleser einlesen") != std::string::npos;
-    });
-    EXPECT_EQ(advice, 4) << testing::PrintToString(log());
+    add("card/DCIM/100TEST/._IMG_0003.JPG", "Zwilling");
+    add("card/.Trashes/501/IMG_0004.JPG", "gelöscht");
+    add("card/DCIM/100TEST/IMG_0003.JPG", "gerade aufgenommen");
+    runUntil([this] { return model->phase() == Phase::ready && model->newFiles().size() == 1; });
+    EXPECT_EQ(model->cameraFileCount(), 2);
+    importAll();
+    EXPECT_EQ(imported(),
+              (Tree{{"IMG_0001.JPG", "ein Bild"}, {"IMG_0003.JPG", "gerade aufgenommen"}}));
+    EXPECT_FALSE(hasLogged("✗")) << testing::PrintToString(log());
 }
 
 TEST_F(UsbImportTest, NeverTakesAFileForLoadedWhoseSizeIsNotAsAnnounced) {

@@ -65,7 +65,7 @@ protected:
     const std::string card = folder.makeFolder("card");
     const std::string destination = folder.makeFolder("destination");
     UsbTiming timing;
-    CameraConnection::Release release = [](const UsbPlace&) {};
+    CameraConnection::Release release = [](const UsbPlace&, const UsbSession&) {};
     std::shared_ptr<MemorySettings> settings = std::make_shared<MemorySettings>();
     std::shared_ptr<FakeSleepBlocker> sleepBlocker = std::make_shared<FakeSleepBlocker>();
     EventLoop loop;

@@ -2,12 +2,17 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "MockedUsb.h"
 #include "ProgramResult.h"
+#include "Recordings.h"
 #include "Tree.h"
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 namespace bildkurier {
 namespace {
+
+namespace fs = std::filesystem;
 
 /// The command line with a virtual camera at the system's USB.
 class UsbProgramTest : public testing::Test {
@@ -42,6 +47,44 @@ TEST_F(UsbProgramTest, ImportsTheWholeCard) {
     EXPECT_TRUE(second.out.find("✓") == std::string::npos) << second.out;
 }
 
+TEST_F(UsbProgramTest, HasTheDesktopLetGoOfTheCamera) {
+    if (!MockedUsb::hasFileManager()) GTEST_SKIP() << "takes gvfs-backends and libglib2.0-bin";
+    const MockedUsb usb(device);
+    const std::string destination = folder.path("destination");
+    const std::vector<std::string> import{"import", "--to", destination, "--no-by-type"};
+    const auto lonely =
+        usb.callWhileMounted(import, {"env", "DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent"})
+            .run();
+    EXPECT_EQ(lonely.exitStatus, 3) << lonely.err;
+    EXPECT_TRUE(lonely.err.find("Ein anderes Programm gibt die Kamera Canon EOS R5 nicht frei") !=
+                std::string::npos)
+        << lonely.err;
+    const auto released = usb.callWhileMounted(import).run();
+    EXPECT_EQ(released.exitStatus, 0) << released.err;
+    EXPECT_TRUE(tree(destination) == tree(folder.path("card/DCIM/100TEST")));
+}
+
+TEST_F(UsbProgramTest, SaysThatAHeldCameraCannotTellWhoItIs) {
+    device.serial = "";
+    device.vendor = "1209";
+    device.product = "0001";
+    device.settings["serial"] = "P1001";
+    device.settings["busy"] = "1000";
+    const MockedUsb usb(device);
+    const std::string unknown = "persistent:usb:1209:0001:1-1";
+    EXPECT_EQ(usb.call({"cameras"}).run().out, "Testkamera  " + unknown + "  (vorläufig)\n");
+    EXPECT_EQ(usb.call({"cameras", "--json"}).run().out,
+              "{\"event\":\"camera\",\"name\":\"Testkamera\",\"identity\":null}\n");
+    const auto plan = usb.call({"plan", "--camera", "serial:P1001"}).run();
+    EXPECT_EQ(plan.exitStatus, 3);
+    EXPECT_EQ(plan.err,
+              "Kamera „serial:P1001“ nicht gefunden. Die Kennung der Kamera Testkamera ist noch "
+              "nicht bekannt: Ein anderes Programm benutzt sie, oder sie antwortet nicht.\n");
+    usb.usb().change("1-1", {{"busy", "0"}});
+    for (const std::string& wish : {std::string("serial:P1001"), unknown})
+        EXPECT_EQ(usb.call({"plan", "--camera", wish}).run().exitStatus, 0) << wish;
+}
+
 TEST_F(UsbProgramTest, ProvesThatTheCardIsAtTheDestination) {
     const MockedUsb usb(device);
     const std::string destination = folder.path("destination");
@@ -63,6 +106,39 @@ TEST_F(UsbProgramTest, LeavesTheUsbAloneWhereACardIsGiven) {
     const auto shown = MockedUsb(device).call({"cameras", "--card", folder.path("card")}).run();
     EXPECT_EQ(shown.exitStatus, 0) << shown.err;
     EXPECT_TRUE(shown.out.find("serial:S1001") == std::string::npos) << shown.out;
+}
+
+/// A real camera, all of whose answers were recorded once.
+class RecordedImportTest : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!MockedUsb::isPossible()) GTEST_SKIP() << "takes umockdev, and no sanitizer";
+        if (!areThereRecordings()) GTEST_SKIP() << "no recordings in " << recordings();
+    }
+
+    const TemporaryFolder folder;
+};
+
+TEST_F(RecordedImportTest, GivesThePicturesTheirNamesAndTimes) {
+    const std::string pictures = folder.makeFolder("pictures");
+    const std::string destination = folder.makeFolder("destination");
+    ASSERT_TRUE(succeeds(
+        {"tar", "-xf", recordings() / "test-photos.tar", "-C", pictures, "--no-same-owner"}));
+    ProgramCall import = mockedCall(folder);
+    import.arguments = {
+        "-d",        recordings() / "sx200-2530.umockdev",
+        "-i",        "/dev/bus/usb/001/011=" + (recordings() / "sx200-2530.ioctl").string(),
+        "--",        BILDKURIER_CLI,
+        "import",    "--to",
+        destination, "--no-by-type"};
+    const auto imported = import.run();
+    EXPECT_EQ(imported.exitStatus, 0) << imported.out << imported.err;
+    const fs::path originals = pictures + "/DCIM/100CANON";
+    EXPECT_TRUE(tree(destination) == tree(originals));
+    for (const auto& original : fs::directory_iterator(originals)) {
+        const fs::path copy = destination / original.path().filename();
+        EXPECT_EQ(fs::last_write_time(copy), original.last_write_time()) << copy;
+    }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "ProgramCall.h"
 #include "RecordingBrowserSink.h"
 #include "RecordingDeviceSink.h"
+#include "Recordings.h"
 #include "RunUntil.h"
 #include "TemporaryFolder.h"
 #include "Tree.h"
@@ -13,8 +14,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <mutex>
@@ -22,7 +21,6 @@
 namespace bildkurier {
 namespace {
 
-namespace fs = std::filesystem;
 using Events = std::vector<std::string>;
 
 constexpr auto path = "/devices/pci0000:00/0000:00:14.0/usb1/1-1";
@@ -70,31 +68,24 @@ class RecordedCameraTest : public UsbEventsTest {
 protected:
     void SetUp() override {
         UsbEventsTest::SetUp();
-        if (!fs::exists(recordings / "sx200-2530.umockdev"))
-            GTEST_SKIP() << "no recordings in " << recordings;
-    }
-
-    static fs::path folderOfRecordings() {
-        const char* named = std::getenv("BILDKURIER_RECORDINGS");
-        return named == nullptr ? RECORDINGS : named;
+        if (!areThereRecordings()) GTEST_SKIP() << "no recordings in " << recordings();
     }
 
     void plugIn() {
-        std::ifstream file(recordings / "sx200-2530.umockdev");
+        std::ifstream file(recordings() / "sx200-2530.umockdev");
         const std::string description(std::istreambuf_iterator<char>(file), {});
         udev.plugIn(description,
                     "/sys/devices/pci0000:00/0000:00:1a.0/usb1/1-1/1-1.5/1-1.5.2/1-1.5.2.3");
-        udev.answer("/dev/bus/usb/001/011", recordings / "sx200-2530.ioctl");
+        udev.answer("/dev/bus/usb/001/011", recordings() / "sx200-2530.ioctl");
     }
 
     Tree pictures() const {
-        const std::string archive = recordings / "test-photos.tar";
+        const std::string archive = recordings() / "test-photos.tar";
         const std::string to = folder.makeFolder("pictures");
         EXPECT_TRUE(succeeds({"tar", "-xf", archive, "-C", to, "--no-same-owner"}));
         return tree(to + "/DCIM/100CANON");
     }
 
-    const fs::path recordings = folderOfRecordings();
     const TemporaryFolder folder;
 };
 

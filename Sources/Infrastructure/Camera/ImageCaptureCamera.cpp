@@ -31,6 +31,8 @@ std::optional<std::string> given(std::optional<std::string> text) {
     return text && !text->empty() ? std::move(text) : std::nullopt;
 }
 
+std::string persistentIdentity(const std::string& id) { return "persistent:" + id; }
+
 }  // namespace
 
 std::shared_ptr<ImageCaptureCamera> ImageCaptureCamera::make(std::shared_ptr<NativeDevice> device) {
@@ -51,12 +53,19 @@ std::optional<std::string> ImageCaptureCamera::name() const { return given(devic
 std::optional<std::string> ImageCaptureCamera::identity() const {
     const DeviceFacts facts = device_->facts();
     if (const auto serial = given(facts.serial)) return "serial:" + *serial;
-    if (const auto persistentId = given(facts.persistentId)) return "persistent:" + *persistentId;
+    if (const auto persistentId = given(facts.persistentId))
+        return persistentIdentity(*persistentId);
     if (const auto uuid = given(facts.uuid)) return "uuid:" + *uuid;
     return std::nullopt;
 }
 
 bool ImageCaptureCamera::isIdentityFinal() const { return device_->facts().isComplete; }
+
+bool ImageCaptureCamera::isKnownAs(const std::string& identity) const {
+    const auto persistentId = given(device_->facts().persistentId);
+    return this->identity() == identity ||
+           (persistentId && persistentIdentity(*persistentId) == identity);
+}
 
 std::vector<std::shared_ptr<CameraFile>> ImageCaptureCamera::files() const {
     const std::vector<NativeItem> items = device_->mediaFiles();

@@ -27,6 +27,7 @@ public:
     std::optional<std::string> name() const override;
     std::optional<std::string> identity() const override;
     bool isIdentityFinal() const override;
+    bool isKnownAs(const std::string& identity) const override;
     std::vector<std::shared_ptr<CameraFile>> files() const override;
     void setDelegate(std::weak_ptr<CameraDelegate> delegate) override;
     void openSession() override;

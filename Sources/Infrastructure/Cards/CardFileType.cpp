@@ -43,7 +43,8 @@ constexpr std::string_view sidecars[] = {"xmp", "thm", "xml", "aae", "srt", "vtt
                                          "nka", "cos", "cof", "arp", "on1", "gpx", "nmea"};
 
 const Types& types() {
-    static const Types all = [] {
+    // Never destroyed, for threads that hang with their camera while the program ends.
+    static const Types& all = *new const Types([] {
         Types types;
         const auto add = [&types](const auto& extensions, CardFileType type) {
             for (const std::string_view extension : extensions) types.emplace(extension, type);
@@ -55,7 +56,7 @@ const Types& types() {
         add(voiceNotes, CardFileType::VoiceNote);
         add(sidecars, CardFileType::Sidecar);
         return types;
-    }();
+    }());
     return all;
 }
 

@@ -63,8 +63,9 @@ Result<> CameraConnection::open(std::shared_ptr<const UsbSession> session) {
         fault = openOnce();
     }
     if (fault == CameraFault::Busy) {
-        release_(place_);
+        release_(place_, *session_);
         fault = openOnce();
+        if (fault == CameraFault::Busy && waitWhileBusy(0)) fault = openOnce();
     }
     if (session_->hasEnded()) return std::unexpected(session_->endReason());
     if (fault == CameraFault::None) return {};

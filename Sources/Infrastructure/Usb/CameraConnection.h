@@ -21,8 +21,8 @@ namespace bildkurier {
 /// own thread.
 class CameraConnection {
 public:
-    /// Has a program of the desktop let go of the camera.
-    using Release = std::function<void(const UsbPlace&)>;
+    /// Has a program of the desktop let go of the camera, at the latest until the session ends.
+    using Release = std::function<void(const UsbPlace&, const UsbSession&)>;
 
     CameraConnection(UsbPlace place, UsbBus bus, UsbTiming timing, Release release);
 

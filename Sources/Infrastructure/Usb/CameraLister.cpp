@@ -25,6 +25,9 @@ std::string below(const std::string& folder, const std::string& name) {
     return folder.empty() ? name : folder + "/" + name;
 }
 
+/// What people do not see on a card either: a Mac's twins of every file, what lies in a bin.
+bool isHidden(std::string_view path) { return path.starts_with('.') || path.contains("/."); }
+
 /// Names are taken for paths by the library.
 bool isOneName(std::string_view name) { return !name.empty() && !name.contains('/'); }
 
@@ -98,6 +101,7 @@ CameraLister::Answer CameraLister::listFolder(const std::string& folder, int dep
     if (answer == Answer::Failed) addUnreadable(folder);
     silentInARow_ = answer == Answer::Failed && isSilent_ ? silentInARow_ + 1 : 0;
     for (const std::string& name : names) {
+        if (isHidden(name)) continue;
         if (!isOneName(name)) {
             addUnreadable(folder);
             continue;
@@ -136,13 +140,13 @@ CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
         names = std::move(found);
         return code;
     });
-    if (answer == Answer::Over) return answer;
+    if (answer == Answer::Over || isStopped_()) return Answer::Over;
     reopenings_ = 0;
     seen_ = 0;
     listed_ += names.size();
     tell(listed_);
     for (const std::string& name : names) {
-        if (cardFileType(name) == CardFileType::Other) continue;
+        if (isHidden(name) || cardFileType(name) == CardFileType::Other) continue;
         if (!isOneName(name)) {
             addUnreadable(folder);
             continue;
@@ -156,7 +160,8 @@ CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
 
 std::optional<CardEntry> CameraLister::entry(const std::string& folder, const std::string& name) {
     CardEntry entry{.name = name, .type = cardFileType(name)};
-    if (entry.type == CardFileType::Other || !isOneName(name)) return std::nullopt;
+    if (entry.type == CardFileType::Other || !isOneName(name) || isHidden(below(folder, name)))
+        return std::nullopt;
     const Answer described = ask([&] {
         const auto [code, info] = connection_.cameraInStep().info("/" + folder, name);
         entry.size = signedSize(info.size);
@@ -168,7 +173,7 @@ std::optional<CardEntry> CameraLister::entry(const std::string& folder, const st
 }
 
 void CameraLister::addUnreadable(const std::string& unreadable) {
-    const std::string folder = unreadable.empty() ? "Speicherkarte" : unreadable;
+    const std::string folder = unreadable.empty() ? wholeCard : unreadable;
     const std::size_t slash = folder.rfind('/');
     const bool isTop = slash == std::string::npos;
     auto& beside = listing_[isTop ? "" : folder.substr(0, slash)];

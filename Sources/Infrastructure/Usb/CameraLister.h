@@ -14,9 +14,13 @@
 
 namespace bildkurier {
 
-/// Lists all media files of an open camera, on all its cards. The camera's own thread.
+/// Lists all media files of an open camera, on all its cards, but no hidden ones. The camera's own
+/// thread.
 class CameraLister {
 public:
+    /// What stands in a listing, at its top, when something of all cards may be missing.
+    static constexpr auto wholeCard = "Speicherkarte";
+
     /// `isStopped` is asked before every question, `progress` hears how many files have been seen
     /// so far.
     CameraLister(CameraConnection& connection, std::function<bool()> isStopped,
@@ -32,8 +36,8 @@ public:
     /// this was stopped.
     std::optional<CardListing> list();
 
-    /// A file that came later, `folder` below the camera's root. Absent for what is not media,
-    /// and when the camera is gone.
+    /// A file that came later, `folder` below the camera's root. Absent for what is not media or
+    /// hidden, and when the camera is gone.
     std::optional<CardEntry> entry(const std::string& folder, const std::string& name);
 
 private:

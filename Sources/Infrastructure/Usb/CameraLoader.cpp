@@ -12,12 +12,11 @@ namespace bildkurier {
 
 namespace {
 
-/// Cameras that cannot count as far as a long movie say this, or that it is empty. Loading
-/// such a file can end well with any number of bytes.
+/// Cameras that cannot count as far as a long movie say this. Loading such a file can end well with
+/// any number of bytes; and of one that is said to be empty, the library asks for none.
 bool hasKnownSize(const CardEntry& file) {
     constexpr std::int64_t beyondCounting = 0xFFFFFFFF;
-    const bool isVideo = file.type == CardFileType::Video || file.type == CardFileType::VideoProxy;
-    return file.size != beyondCounting && (file.size != 0 || !isVideo);
+    return file.size != beyondCounting && file.size != 0;
 }
 
 }  // namespace
@@ -93,8 +92,7 @@ int CameraLoader::receive() {
     const auto take = [this](std::span<const char> bytes) { return append(bytes); };
     const int code = connection_.cameraInStep().load(folder, load_.entry.name, take);
     // Of a file that it heard was deleted, the library answers that all is well.
-    const bool isVain = file_->size() == 0 && load_.entry.size > 0;
-    if (cameraFault(code) == CameraFault::None && isVain) return GphotoCamera::missing;
+    if (cameraFault(code) == CameraFault::None && file_->size() == 0) return GphotoCamera::missing;
     if (cameraFault(code) != CameraFault::NotOffered || file_->size() != 0) return code;
     return connection_.cameraInStep().loadInPieces(
         folder, load_.entry.name, static_cast<std::uint64_t>(load_.entry.size), take);

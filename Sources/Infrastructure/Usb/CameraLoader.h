@@ -24,8 +24,8 @@ public:
     CameraLoader(CameraConnection& connection, const UsbSession& session, const UsbLoad& load);
 
     /// Tries what fails again, with the camera opened anew, twice at most, and what it is too busy
-    /// for a little later. Never takes a file
-    /// for loaded that has not exactly the size that the camera announced.
+    /// for a little later. Never takes a file for loaded that has not exactly the size that the
+    /// camera announced, or of which it says that it is empty.
     Outcome load();
 
     /// Null until there is one.

@@ -4,12 +4,12 @@
 
 #include "CameraLister.h"
 #include "CameraLoader.h"
+#include "ListingUpdate.h"
 #include "UsbIdentity.h"
 
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <set>
 #include <string>
 #include <thread>
 #include <utility>
@@ -132,11 +132,18 @@ void CameraWorker::identify() {
 }
 
 void CameraWorker::readSerial() {
-    const auto [code, serial] = connection_->camera().serial();
+    const auto [code, serial] = connection_->cameraInStep().serial();
     const CameraFault fault = connection_->fault(code);
     facts_.serial = actualSerial(serial);
     facts_.isComplete = fault != CameraFault::Transfer && fault != CameraFault::Busy &&
                         fault != CameraFault::Gone && fault != CameraFault::Cancelled;
+}
+
+/// A camera that is open and does not say it then never will: it is known by what everybody sees.
+void CameraWorker::insistOnSerial(const UsbSession& session) {
+    constexpr int mostTries = 3;
+    for (int tries = 0; tries < mostTries && !facts_.isComplete; ++tries) readSerial();
+    if (!session.hasEnded()) facts_.isComplete = true;
 }
 
 void CameraWorker::tellFacts() {
@@ -152,7 +159,7 @@ void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, Sessi
     opened_.reset(new Opened{.session = session, .events = std::move(events)});
     // Another program held the camera when it was identified.
     if (!facts_.isComplete) {
-        readSerial();
+        insistOnSerial(*session);
         tellFacts();
     }
     if (listSession(*opened_)) {
@@ -246,17 +253,14 @@ std::optional<GphotoCamera::NewFile> CameraWorker::newShot() {
     return std::nullopt;
 }
 
-/// Answers whether it was not listed yet.
+/// Answers whether it was not listed yet, or as another: a camera may tell of a shot before it has
+/// written all of it.
 bool CameraWorker::addShot(const GphotoCamera::NewFile& file) {
     const std::string folder = file.folder.substr(file.folder.starts_with('/') ? 1 : 0);
-    auto& listed = opened_->listing[folder];
-    if (std::ranges::find(listed, file.name, &CardEntry::name) != listed.end()) return false;
     CameraLister lister(
         *connection_, [this] { return opened_->session->hasEnded(); }, [](std::size_t) {});
     auto entry = lister.entry(folder, file.name);
-    if (!entry) return false;
-    listed.push_back(*std::move(entry));
-    return true;
+    return entry && updateListing(opened_->listing, {{folder, {*std::move(entry)}}});
 }
 
 /// Lists all once more when the camera was opened anew: of what came before that, it never tells.
@@ -269,18 +273,8 @@ bool CameraWorker::addUntoldShots() {
     const auto found = lister.list();
     if (!found) return false;
     opened_->openings = connection_->openings();
-    bool changed = false;
-    for (const auto& [folder, entries] : *found) {
-        auto& listed = opened_->listing[folder];
-        std::set<std::string> names;
-        for (const CardEntry& entry : listed) names.insert(entry.name);
-        for (const CardEntry& entry : entries) {
-            if (!names.insert(entry.name).second) continue;
-            listed.push_back(entry);
-            changed = true;
-        }
-    }
-    return changed;
+    const bool isHealed = dropReadFolders(opened_->listing, *found);
+    return updateListing(opened_->listing, *found) || isHealed;
 }
 
 bool CameraWorker::hasTasks() {

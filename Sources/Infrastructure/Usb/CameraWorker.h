@@ -69,6 +69,7 @@ private:
     Task next();
     void identify();
     void readSerial();
+    void insistOnSerial(const UsbSession& session);
     void tellFacts();
     void openSession(const std::shared_ptr<UsbSession>& session, SessionEvents events);
     bool listSession(Opened& opened);

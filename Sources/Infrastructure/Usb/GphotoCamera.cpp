@@ -293,7 +293,8 @@ std::pair<int, GphotoCamera::Info> GphotoCamera::info(const std::string& folder,
     CameraFileInfo found{};
     int code = gp_camera_file_get_info(handles_->camera, folder.c_str(), name.c_str(), &found,
                                        handles_->context.get());
-    if (code >= GP_OK && (found.file.fields & GP_FILE_INFO_SIZE) == 0) code = GP_ERROR;
+    if (code >= GP_OK && (found.file.fields & GP_FILE_INFO_SIZE) == 0)
+        code = GP_ERROR_NOT_SUPPORTED;
     Info info{.size = found.file.size};
     if ((found.file.fields & GP_FILE_INFO_MTIME) != 0 && found.file.mtime > 0)
         info.modified = Date(std::chrono::seconds(found.file.mtime));
@@ -377,7 +378,8 @@ std::pair<int, std::optional<GphotoCamera::NewFile>> GphotoCamera::newFile(
                                                   &event, &found, handles_->context.get());
         const std::unique_ptr<void, Destroy<std::free>> data(found);
         if (code < GP_OK || event == GP_EVENT_TIMEOUT) return {code, {}};
-        if (event != GP_EVENT_FILE_ADDED || data == nullptr) continue;
+        const bool isFile = event == GP_EVENT_FILE_ADDED || event == GP_EVENT_FILE_CHANGED;
+        if (!isFile || data == nullptr) continue;
         const auto& path = *static_cast<const CameraFilePath*>(data.get());
         return {code, NewFile{.folder = path.folder, .name = path.name}};
     }

@@ -75,8 +75,8 @@ public:
         std::string folder;
         std::string name;
     };
-    /// Asks whether something was added meanwhile, for at most `time`. What else the camera tells
-    /// is dropped.
+    /// Asks whether a file was added or has changed meanwhile, for at most `time`. What else the
+    /// camera tells is dropped.
     std::pair<int, std::optional<NewFile>> newFile(std::chrono::milliseconds time);
 
     /// Called while files are listed, for each object that the camera is asked to describe.

@@ -145,7 +145,8 @@ void UsbCameras::Impl::identified(const std::string& port, DeviceFacts facts) {
     if (!receiver) return;
     if (isNew) {
         receiver->deviceAdded(device);
-    } else if (now.serial != before.serial || now.isComplete != before.isComplete) {
+    } else if (now.name != before.name || now.serial != before.serial ||
+               now.isComplete != before.isComplete) {
         receiver->deviceIdentified(std::shared_ptr(device));
     }
 }
@@ -185,7 +186,9 @@ UsbCameras::UsbCameras(MainQueue& main, Options options)
     : impl_(new Impl{.main = main, .options = std::move(options)}) {
     if (impl_->options.release) return;
     const auto time = impl_->options.timing.answer;
-    impl_->options.release = [time](const UsbPlace& place) { releaseFromDesktop(place, time); };
+    impl_->options.release = [time](const UsbPlace& place, const UsbSession& session) {
+        releaseFromDesktop(place, session, time);
+    };
 }
 
 UsbCameras::~UsbCameras() { impl_->end(); }

@@ -21,6 +21,9 @@ namespace bildkurier {
 ///                                    they are not
 ///     rate=N                         bytes a second; none: as fast as can be
 ///     announce NAME=N                the size that it says the file NAME has
+///     early NAME=N                   the size that it says the file NAME has when it tells of it
+///     as
+///                                    new; right after that it tells that this has changed
 ///     called NAME=OTHER              what it calls the file NAME
 ///     busy=N                         the first N attempts to open it fail
 ///     busy_after=N                   not the first, but those after N attempts

@@ -45,6 +45,7 @@ constexpr std::uint16_t noThumbnail = 0x2010;
 
 constexpr std::uint16_t objectAdded = 0x4002;
 constexpr std::uint16_t objectRemoved = 0x4003;
+constexpr std::uint16_t objectInfoChanged = 0x4007;
 constexpr std::uint16_t storeFull = 0x400A;
 
 constexpr std::uint16_t folderFormat = 0x3001;
@@ -94,7 +95,7 @@ std::uint32_t counted(std::int64_t size) {
     return size > most ? most : static_cast<std::uint32_t>(size);
 }
 
-std::vector<std::uint8_t> event(std::uint16_t code, std::uint32_t parameter) {
+std::vector<std::uint8_t> packetOf(std::uint16_t code, std::uint32_t parameter) {
     PtpPacket packet;
     packet.u32(headerBytes + 4).u16(eventContainer).u16(code).u32(everything).u32(parameter);
     return packet.bytes();
@@ -284,7 +285,9 @@ int PtpResponder::faultOf(const Request& request) const {
 
 std::int64_t PtpResponder::announcedSize(const PtpObjects::Object& object) const {
     if (object.isFolder) return 0;
-    const std::int64_t announced = plug_.number("announce " + object.path.filename().string());
+    const std::string name = object.path.filename();
+    if (early_.contains(object.handle)) return plug_.number("early " + name);
+    const std::int64_t announced = plug_.number("announce " + name);
     return announced >= 0 ? announced : sizeOf(object.path);
 }
 
@@ -315,19 +318,26 @@ PtpPacket PtpResponder::objectInfo(const PtpObjects::Object& object) const {
     return packet.text(time).text(time).text("");
 }
 
+void PtpResponder::tellOf(const PtpObjects::Object& added) {
+    events_.push_back({objectAdded, added.handle});
+    if (plug_.text("early " + added.path.filename().string()).empty()) return;
+    early_.insert(added.handle);
+    events_.push_back({objectInfoChanged, added.handle});
+}
+
 std::vector<std::uint8_t> PtpResponder::nextEvent() {
     objects_.scan(
-        stores_,
-        [this](const auto& object) { events_.push_back(event(objectAdded, object.handle)); },
-        [this](const auto& object) { events_.push_back(event(objectRemoved, object.handle)); });
+        stores_, [this](const auto& object) { tellOf(object); },
+        [this](const auto& object) { events_.push_back({objectRemoved, object.handle}); });
     if (plug_.counted("other-events") < plug_.number("other_events")) {
         plug_.count("other-events");
-        events_.push_front(event(storeFull, PtpObjects::storeNumber(0)));
+        events_.push_front({storeFull, PtpObjects::storeNumber(0)});
     }
     if (events_.empty()) return {};
-    auto next = std::move(events_.front());
+    const Event next = events_.front();
     events_.pop_front();
-    return next;
+    if (next.code == objectInfoChanged) early_.erase(next.parameter);
+    return packetOf(next.code, next.parameter);
 }
 
 }  // namespace bildkurier

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <set>
 #include <span>
 #include <string>
 #include <utility>
@@ -52,13 +53,19 @@ private:
     std::vector<std::string> askedAbout(const Request& request) const;
     int faultOf(const Request& request) const;
     bool isTooEarly(const std::string& name) const;
+    void tellOf(const PtpObjects::Object& added);
     std::int64_t announcedSize(const PtpObjects::Object& object) const;
 
     Plug plug_;
     std::vector<std::filesystem::path> stores_;
     PtpObjects objects_;
     PtpOutbox outbox_;
-    std::deque<std::vector<std::uint8_t>> events_;
+    struct Event {
+        std::uint16_t code = 0;
+        std::uint32_t parameter = 0;
+    };
+    std::deque<Event> events_;
+    std::set<std::uint32_t> early_;  ///< objects told of before they are whole
     int fault_ = 0;
 };
 
