@@ -14,7 +14,7 @@ struct CommandResult {
     /// space round it; empty when it is not valid UTF-8.
     std::string output;
     /// White space that the last line of the output ended in.
-    std::string lastBlanks = {};
+    std::string lastBlanks = {};  // May be left out. NOLINT(readability-redundant-member-init)
 
     bool operator==(const CommandResult&) const = default;
 };
