@@ -99,7 +99,7 @@ TEST_F(BildkurierTest, TellsOfEveryControlByRoleAndName) {
     ASSERT_TRUE(window.has("push button", "35 importieren"));
     expectToldOf({
         "frame: Bildkurier",
-        "menu item: Hilfe",
+        "menu bar: Hilfe",
         "radio button: Ordner",
         "radio button: SFTP",
         "text: " + window.destination,
