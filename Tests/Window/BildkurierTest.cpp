@@ -208,6 +208,17 @@ TEST_F(BildkurierTest, ImportsACardByKeyboardAlone) {
     close();
 }
 
+TEST(BildkurierAtDoubleScale, ImportsACardByKeyboardAlone) {
+    OpenWindow window({{"QT_SCALE_FACTOR", "2"}});
+    ASSERT_TRUE(window.has("push button", "35 importieren"));
+    OpenWindow::press("Return");
+    EXPECT_TRUE(window.has("label", "Alles bereits im Zielordner"));
+    OpenWindow::press("ctrl+q");
+    const auto result = window.finish();
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.err, "");
+}
+
 class BildkurierWithoutADisplay : public testing::Test {
 protected:
     ProgramResult run(std::vector<std::string> arguments) const {
