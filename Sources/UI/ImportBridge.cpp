@@ -27,7 +27,12 @@ ImportBridge::ImportBridge(std::shared_ptr<ImportModel> model) : model_(std::mov
     notice_.setSingleShot(true);
     connect(&notice_, &QTimer::timeout, this, &ImportBridge::tell);
     observation_ = model_->observe([this] { announce(); });
+    model_->onLog = [this](const std::string&) { hasNewLines_ = true; };
     tell();
+}
+
+ImportBridge::~ImportBridge() {
+    model_->onLog = [](const std::string&) {};
 }
 
 void ImportBridge::announce() {
@@ -44,8 +49,9 @@ void ImportBridge::tell() {
         shownTypes_ = model_->newByType();
         emit tilesChanged();
     }
-    if (model_->log() != shownLog_) {
-        shownLog_ = model_->log();
+    if (const auto count = std::ssize(model_->log()); hasNewLines_ || count != shownLines_) {
+        hasNewLines_ = false;
+        shownLines_ = count;
         emit logChanged();
     }
     if (model_->speed() != shownSpeed_) {
@@ -244,13 +250,13 @@ QList<TypeTile> ImportBridge::tiles() const {
 // The log
 
 QString ImportBridge::logTitle() const {
-    if (shownLog_.empty()) return tr("Protokoll");
-    return tr("Protokoll (%1)").arg(countText(std::ssize(shownLog_)));
+    if (shownLines_ == 0) return tr("Protokoll");
+    return tr("Protokoll (%1)").arg(countText(shownLines_));
 }
 
 QStringList ImportBridge::log() const {
     QStringList lines;
-    for (const auto& line : shownLog_) lines.append(windowText(line));
+    for (const auto& line : model_->log()) lines.append(windowText(line));
     return lines;
 }
 

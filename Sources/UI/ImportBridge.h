@@ -14,16 +14,15 @@
 #include <QString>
 #include <QStringList>
 #include <QTimer>
+#include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace bildkurier {
 
 /// The import as QML sees it: state to read, choices to write, actions to call. Changes are told
-/// once for all that came together. Main thread.
+/// once for all that came together. The one who hears of the model's log lines. Main thread.
 class ImportBridge final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -94,6 +93,9 @@ public:
     Q_ENUM(Summary)
 
     explicit ImportBridge(std::shared_ptr<ImportModel> model);
+    ~ImportBridge() override;
+    ImportBridge(const ImportBridge&) = delete;
+    ImportBridge& operator=(const ImportBridge&) = delete;
 
     bool connected() const;
     bool working() const;
@@ -185,7 +187,8 @@ private:
     // shows them anew.
     QStringList shownCameras_;
     std::vector<TypeSummary> shownTypes_;
-    std::deque<std::string> shownLog_;
+    std::ptrdiff_t shownLines_ = 0;
+    bool hasNewLines_ = false;
     SpeedMeter::Reading shownSpeed_;
     QString news_;
     bool wasImporting_ = false;

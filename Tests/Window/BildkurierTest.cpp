@@ -99,7 +99,7 @@ TEST_F(BildkurierTest, TellsOfEveryControlByRoleAndName) {
     ASSERT_TRUE(window.has("push button", "35 importieren"));
     expectToldOf({
         "frame: Bildkurier",
-        "menu item: Hilfe",
+        "menu bar: Hilfe",
         "radio button: Ordner",
         "radio button: SFTP",
         "text: " + window.destination,
@@ -206,6 +206,17 @@ TEST_F(BildkurierTest, ImportsACardByKeyboardAlone) {
     EXPECT_EQ(std::distance(fs::directory_iterator(window.destination), fs::directory_iterator()),
               35);
     close();
+}
+
+TEST(BildkurierAtDoubleScale, ImportsACardByKeyboardAlone) {
+    OpenWindow window({{"QT_SCALE_FACTOR", "2"}});
+    ASSERT_TRUE(window.has("push button", "35 importieren"));
+    OpenWindow::press("Return");
+    EXPECT_TRUE(window.has("label", "Alles bereits im Zielordner"));
+    OpenWindow::press("ctrl+q");
+    const auto result = window.finish();
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.err, "");
 }
 
 class BildkurierWithoutADisplay : public testing::Test {

@@ -62,8 +62,9 @@ void xdotool(std::vector<std::string> arguments) {
 
 }  // namespace
 
-OpenWindow::OpenWindow()
-    : listener_(atspi_event_listener_new(note, &heard_, nullptr), g_object_unref) {
+OpenWindow::OpenWindow(std::map<std::string, std::string> environment)
+    : environment_(std::move(environment)),
+      listener_(atspi_event_listener_new(note, &heard_, nullptr), g_object_unref) {
     atspi_event_listener_register(listener_.get(), "object:state-changed:showing", nullptr);
     prepare();
     program_.emplace(call());
@@ -88,17 +89,19 @@ bool OpenWindow::hears(const std::string& notification) const {
 }
 
 ProgramCall OpenWindow::call() const {
-    return {.path = BILDKURIER,
-            .arguments = {"--card", card},
-            .environment = {{"HOME", home.path()},
-                            {"XDG_CONFIG_HOME", home.path("config")},
-                            {"XDG_DATA_HOME", home.path("data")},
-                            {"XDG_CACHE_HOME", home.path("cache")},
-                            {"XDG_RUNTIME_DIR", home.path("run")},
-                            {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"},
-                            {"QT_QPA_PLATFORM", "xcb"},
-                            {"LC_ALL", "C.UTF-8"}},
-            .deadline = std::chrono::seconds(100)};
+    ProgramCall call{.path = BILDKURIER,
+                     .arguments = {"--card", card},
+                     .environment = {{"HOME", home.path()},
+                                     {"XDG_CONFIG_HOME", home.path("config")},
+                                     {"XDG_DATA_HOME", home.path("data")},
+                                     {"XDG_CACHE_HOME", home.path("cache")},
+                                     {"XDG_RUNTIME_DIR", home.path("run")},
+                                     {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"},
+                                     {"QT_QPA_PLATFORM", "xcb"},
+                                     {"LC_ALL", "C.UTF-8"}},
+                     .deadline = std::chrono::seconds(100)};
+    call.environment.insert(environment_.begin(), environment_.end());
+    return call;
 }
 
 ProgramResult OpenWindow::startAgain(std::vector<std::string> arguments) const {

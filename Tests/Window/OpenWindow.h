@@ -10,6 +10,7 @@
 #include <atspi/atspi.h>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -23,7 +24,8 @@ namespace bildkurier {
 /// card, its destination a folder beside it.
 class OpenWindow {
 public:
-    OpenWindow();
+    /// With these things added to the program's environment.
+    explicit OpenWindow(std::map<std::string, std::string> environment = {});
     ~OpenWindow();
     OpenWindow(const OpenWindow&) = delete;
     OpenWindow& operator=(const OpenWindow&) = delete;
@@ -59,6 +61,7 @@ private:
     /// Notes what appears on the desktop.
     static void note(AtspiEvent* event, void* heard);
 
+    std::map<std::string, std::string> environment_;
     std::shared_ptr<AtspiEventListener> listener_;
     std::set<std::string> heard_;
     std::optional<RunningProgram> program_;

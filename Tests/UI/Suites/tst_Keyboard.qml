@@ -291,12 +291,41 @@ WindowTest {
                 tag: "text",
                 role: "EditableText",
                 control: "/bilder"
+            },
+            {
+                tag: "slider",
+                role: "Slider",
+                control: "Nur ab einem bestimmten Tag"
+            },
+            {
+                tag: "log",
+                role: "EditableText",
+                control: "Protokoll"
+            },
+            {
+                tag: "cameras",
+                role: "ComboBox",
+                control: "Kamera"
+            },
+            {
+                tag: "key",
+                role: "EditableText",
+                control: "ssh-ed25519 AAAA bildkurier",
+                begin: () => script.model.destination = ImportBridge.Destination.Server
             }
         ];
     }
 
     function test_importsOnReturnWhereverItIs(row) {
-        openWith([["A.JPG", 1e6, "2024-05-09"]]);
+        script.publicKey = "ssh-ed25519 AAAA bildkurier";
+        openFolder();
+        openLog();
+        connect([["C.JPG", 1e6, "2024-05-09"]], "X100", "x100");
+        if (row.begin) {
+            row.begin();
+            press("Verbinden und prüfen");
+            script.settle();
+        }
         isEnabled("Button", "1 importieren", true);
         has(row.role, row.control).forceActiveFocus();
         keyClick(Qt.Key_Return);
