@@ -13,7 +13,7 @@ namespace bildkurier {
 
 namespace {
 
-constexpr std::chrono::seconds patience{3};
+constexpr std::chrono::seconds answerTime{3};
 
 }  // namespace
 
@@ -38,7 +38,7 @@ void SingleInstance::listen() {
 }
 
 bool SingleInstance::tellFirst() const {
-    const QDeadlineTimer deadline(patience);
+    const QDeadlineTimer deadline(answerTime);
     QLocalSocket first;
     do {
         first.connectToServer(name_);
