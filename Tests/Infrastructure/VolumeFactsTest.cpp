@@ -8,12 +8,12 @@ namespace bildkurier {
 namespace {
 
 TEST(VolumeFacts, AreUuidElseSerialNumberAndLabelElseMountPoint) {
-    using Text = std::optional<std::string>;
+    using Label = std::optional<std::string>;
     const struct {
         VolumeIdentity volume;
-        Text persistentId;
-        Text serial;
-        Text name;
+        Label persistentId;
+        Label serial;
+        Label name;
     } cases[] = {
         {{.uuid = "AB-12", .serial = "77", .label = "EOS"}, "AB-12", {}, "EOS"},
         {{.uuid = "", .serial = "77", .label = ""}, {}, "77", "card"},
