@@ -411,6 +411,24 @@ TEST_F(UsbImportTest, LeavesHiddenFilesAndFoldersOut) {
     EXPECT_FALSE(hasLogged("✗")) << testing::PrintToString(log());
 }
 
+TEST_F(UsbImportTest, TakesSizesBeyond32BitsForWhatTheyAre) {
+    add("card/DCIM/100TEST/MVI_0001.MP4", "Film");
+    auto device = camera();
+    device.settings.insert({{"extension", "10"}, {"announce MVI_0001.MP4", "4294967300"}});
+    for (const char* inPieces : {"0", "1"}) {
+        device.settings["partial"] = inPieces;
+        usb.plugIn("1-1", device);
+        start();
+        importAll();
+        EXPECT_EQ(model->cameraBytes(), 4'294'967'300) << inPieces;
+        EXPECT_EQ(imported(), Tree()) << inPieces;
+        EXPECT_TRUE(hasLogged("Von der Kamera kamen 4 statt 4294967300 Bytes"))
+            << testing::PrintToString(log());
+        stop();
+        usb.unplugForGood("1-1");
+    }
+}
+
 TEST_F(UsbImportTest, NeverTakesAFileForLoadedWhoseSizeIsNotAsAnnounced) {
     const struct {
         const char* name;

@@ -11,9 +11,11 @@
 #include "Tree.h"
 #include "UdevTestbed.h"
 #include "UsbCameras.h"
+#include "UsbWatch.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <fstream>
 #include <iterator>
 #include <mutex>
@@ -61,6 +63,29 @@ TEST_F(UsbEventsTest, TellOfACameraThatComesAndGoes) {
     udev.pull();
     runUntil([this] { return sink->removed.size() == 1; });
     EXPECT_EQ(sink->events, (Events{"reported", "+Testkamera", "-Testkamera"}));
+}
+
+TEST_F(UsbEventsTest, AreFollowedByASecondLook) {
+    using Clock = std::chrono::steady_clock;
+    std::mutex mutex;
+    std::vector<Clock::time_point> looks;
+    const auto count = [&] {
+        const std::lock_guard lock(mutex);
+        return looks.size();
+    };
+    const UsbWatch watch(UsbBus(), std::chrono::hours(1), [&](const auto&) {
+        const std::lock_guard lock(mutex);
+        looks.push_back(Clock::now());
+    });
+    runUntil([&] { return count() == 1; });
+    udev.plugIn(MockedCamera{.path = path, .number = 7}.description(), std::string("/sys") + path);
+    const auto plugged = Clock::now();
+    runUntil([&] {
+        const std::lock_guard lock(mutex);
+        return looks.back() - plugged > std::chrono::milliseconds(400);
+    });
+    EXPECT_GE(count(), 3U);
+    udev.pull();
 }
 
 /// A real camera, all of whose answers were recorded once.

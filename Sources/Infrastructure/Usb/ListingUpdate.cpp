@@ -66,9 +66,9 @@ bool updateListing(CardListing& known, const CardListing& found) {
 
 bool dropReadFolders(CardListing& known, const CardListing& found) {
     std::size_t dropped = 0;
-    for (auto& [parent, entries] : known) {
-        dropped += std::erase_if(entries, [&found, &parent](const CardEntry& entry) {
-            return isUnreadFolder(entry) && !lacks(found, parent, entry.name);
+    for (auto& folder : known) {
+        dropped += std::erase_if(folder.second, [&](const CardEntry& entry) {
+            return isUnreadFolder(entry) && !lacks(found, folder.first, entry.name);
         });
     }
     return dropped != 0;

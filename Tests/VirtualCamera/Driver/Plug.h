@@ -15,7 +15,8 @@ namespace bildkurier {
 ///
 ///     store1=FOLDER, store2=FOLDER   its cards
 ///     manufacturer=, model=, version=, serial=
-///     extension=N                    vendor extension, 11 is Canon's
+///     extension=N                    vendor extension, 11 is Canon's; 10, Nikon's, tells sizes
+///                                    beyond 32 bits
 ///     partial=1                      files can be read in pieces
 ///     marks_new=1                    as a Canon, it marks all files as new until it is told that
 ///                                    they are not

@@ -38,6 +38,8 @@ constexpr std::uint16_t getPartialObject = 0x101B;
 constexpr std::uint16_t canonSetObjectArchive = 0x9002;
 constexpr std::uint16_t canonGetObjectInfo = 0x9021;
 
+constexpr std::uint16_t nikonGetObjectSize = 0x9421;
+
 constexpr std::uint16_t good = 0x2001;
 constexpr std::uint16_t notSupported = 0x2005;
 constexpr std::uint16_t noSuchObject = 0x2009;
@@ -52,6 +54,7 @@ constexpr std::uint16_t folderFormat = 0x3001;
 constexpr std::uint16_t otherFormat = 0x3000;
 constexpr std::uint16_t jpegFormat = 0x3801;
 
+constexpr std::int64_t nikonsExtension = 10;
 constexpr std::int64_t canonsExtension = 11;
 
 constexpr std::uint32_t everything = 0xFFFFFFFF;
@@ -186,6 +189,10 @@ void PtpResponder::request(std::span<const std::uint8_t> bytes) {
             return asked == nullptr ? answer(request, noSuchObject)
                                     : answerWith(request, canonEntry(*asked), {1});
         }
+        case nikonGetObjectSize:
+            if (object == nullptr) return answer(request, noSuchObject);
+            return answerWith(request,
+                              PtpPacket().u64(static_cast<std::uint64_t>(announcedSize(*object))));
         case canonSetObjectArchive:
             plug_.count("unmarked");
             return answer(request, good);
@@ -205,6 +212,7 @@ PtpPacket PtpResponder::deviceInfo() const {
         operations.push_back(canonGetObjectInfo);
         operations.push_back(canonSetObjectArchive);
     }
+    if (plug_.number("extension") == nikonsExtension) operations.push_back(nikonGetObjectSize);
     PtpPacket packet;
     packet.u16(version).u32(
         static_cast<std::uint32_t>(std::max<std::int64_t>(0, plug_.number("extension"))));
