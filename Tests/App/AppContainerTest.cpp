@@ -24,7 +24,7 @@ namespace {
 
 class AppContainerTest : public testing::Test {
 protected:
-    ~AppContainerTest() override {
+    void TearDown() override {
         parts = {};
         pool.reset();
     }

@@ -98,9 +98,10 @@ TEST_F(KeyProgramTest, KeepsTheServerOfBeforeWhenTheCheckOfAnotherFails) {
     for (const auto& choice : stored)
         ASSERT_EQ(run({"settings", choice[0], choice[1]}, environment).exitStatus, 0);
     EXPECT_EQ(run({"sftp", "check", "sftp://anna@127.0.0.1:1/andere"}, environment).exitStatus, 4);
-    for (const auto& choice : stored)
+    for (const auto& choice : stored) {
         EXPECT_EQ(run({"settings", choice[0]}, environment).out,
                   choice[0] + " = " + choice[1] + "\n");
+    }
 }
 
 TEST_F(KeyProgramTest, HasServersForgotten) {
