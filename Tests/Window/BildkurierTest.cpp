@@ -299,7 +299,7 @@ TEST_F(BildkurierTest, BringsItsWindowToTheFrontWhenStartedAgain) {
         const OpenWindow other;
         ASSERT_TRUE(soon([] { return Desk::windows().size() == 2; }));
         const auto windows = Desk::windows();
-        const std::string second = windows[windows[0] == first ? 1 : 0];
+        const std::string& second = windows[windows[0] == first ? 1 : 0];
         Desk::bringToFront(second);
         ASSERT_TRUE(soon([&] { return Desk::active() == second && Desk::inFront() != frame; }));
 
