@@ -16,6 +16,7 @@ Card {
     required property int selected
 
     signal chose(int index)
+    signal passedReturn
 
     width: parent ? parent.width : 0
 
@@ -67,6 +68,7 @@ Card {
             visible: header.cameras.length > 1
 
             onChose: index => header.chose(index)
+            onPassedReturn: header.passedReturn()
         }
 
         Spinner {

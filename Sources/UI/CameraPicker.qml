@@ -13,6 +13,14 @@ T.ComboBox {
     required property int selected
 
     signal chose(int index)
+    /// Return was pressed, and not to choose.
+    signal passedReturn
+
+    function takeReturn(event: KeyEvent) {
+        event.accepted = !popup.visible;
+        if (event.accepted)
+            passedReturn();
+    }
 
     Accessible.name: qsTr("Kamera")
     Accessible.role: Accessible.ComboBox
@@ -97,5 +105,8 @@ T.ComboBox {
         }
     }
 
+    // It would keep the key to itself.
+    Keys.onEnterPressed: event => takeReturn(event)
+    Keys.onReturnPressed: event => takeReturn(event)
     onActivated: index => chose(index)
 }

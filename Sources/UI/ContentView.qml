@@ -43,6 +43,7 @@ FocusScope {
             working: view.model.working
 
             onChose: index => view.model.selectedCamera = index
+            onPassedReturn: view.model.startImport()
         }
 
         FormSection {

@@ -55,13 +55,16 @@ constexpr int oldShots = 1072;
 int camera(WindowScript& script, double share = 1) {
     const int made = script.camera("Canon EOS R6 Mark II", "r6");
     const QStringList days{"2024-05-04", "2024-05-05", "2024-05-06", "2024-05-09", "2024-05-10"};
-    for (int i = 0; i < oldShots; ++i)
+    for (int i = 0; i < oldShots; ++i) {
         script.file(made, QString("ALT_%1.CR3").arg(i, 4, 10, QChar('0')), 22.4e6,
                     i % 2 ? "2024-05-03" : days[i % 3]);
-    for (const auto& [type, count, bytes] : newShots)
-        for (int i = 0; i < count; ++i)
+    }
+    for (const auto& [type, count, bytes] : newShots) {
+        for (int i = 0; i < count; ++i) {
             script.file(made, QString("IMG_%1.%2").arg(314 + i, 4, 10, QChar('0')).arg(type),
                         share * bytes / count, days[3 + i % 2]);
+        }
+    }
     return made;
 }
 

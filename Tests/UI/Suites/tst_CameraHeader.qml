@@ -85,5 +85,13 @@ WindowTest {
         tryCompare(named("cameraTitle"), "text", "X100");
         tryCompare(picker, "displayText", "X100");
         shows("Verbinde …");
+
+        keyClick(Qt.Key_Space);
+        tryCompare(picker.popup, "visible", true);
+        keyClick(Qt.Key_Up);
+        keyClick(Qt.Key_Return);
+        tryCompare(picker.popup, "visible", false);
+        tryCompare(named("cameraTitle"), "text", "EOS R6");
+        compare(script.model.importing, false);
     }
 }
