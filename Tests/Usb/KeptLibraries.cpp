@@ -15,6 +15,16 @@ void* kept(const char* library) { return ::dlopen(library, RTLD_LAZY | RTLD_NODE
 }  // namespace
 
 #if defined(__SANITIZE_ADDRESS__)
-/// The driver forgets what it has made for a camera that cannot be opened.
-extern "C" const char* __lsan_default_suppressions() { return "leak:^camera_init$"; }
+/// The driver forgets what it has made for a camera that cannot be opened, and what it knew of a
+/// file that has changed.
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:^camera_init$\nleak:^gp_camera_wait_for_event$";
+}
+#endif
+
+#if defined(__SANITIZE_THREAD__)
+/// How GLib's own threads agree cannot be seen from outside.
+extern "C" const char* __tsan_default_suppressions() {
+    return "race:libglib-2.0.so\nrace:libgio-2.0.so";
+}
 #endif

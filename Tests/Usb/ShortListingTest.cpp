@@ -197,6 +197,7 @@ TEST_F(ShortListingTest, IsNeverSilentWhileAnotherCameraIsBusy) {
     EXPECT_EQ(answered(), Events());
     EXPECT_EQ(listed, without("IMG_11.JPG"));
     EXPECT_TRUE(isWholeOrTold());
+    EXPECT_EQ(usb.count("1-1", "openings"), 1U) << "that would not help";
 }
 
 TEST_F(ShortListingTest, IsNeverSilentAboutRandomFaults) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
+#include <ranges>
 #include <string_view>
 #include <utility>
 
@@ -100,7 +101,9 @@ CameraLister::Answer CameraLister::listFolder(const std::string& folder, int dep
     if (answer == Answer::Over) return answer;
     if (answer == Answer::Failed) addUnreadable(folder);
     silentInARow_ = answer == Answer::Failed && isSilent_ ? silentInARow_ + 1 : 0;
-    for (const std::string& name : names) {
+    // The library looks each file up from the first on that it knows of: those of the last folder
+    // are found soonest as long as it knows of no others.
+    for (const std::string& name : names | std::views::reverse) {
         if (isHidden(name)) continue;
         if (!isOneName(name)) {
             addUnreadable(folder);

@@ -51,6 +51,7 @@ std::vector<std::string> texts(CameraList* names) {
 }  // namespace
 
 const int GphotoCamera::incomplete = GP_ERROR_CORRUPTED_DATA;
+const int GphotoCamera::unread = GP_ERROR_NOT_SUPPORTED;
 const int GphotoCamera::missing = GP_ERROR_FILE_NOT_FOUND;
 
 /// What the library loads once. Threads that hang in it may outlive everything, so this is
@@ -271,7 +272,8 @@ GphotoCamera::Listing GphotoCamera::list(NamesCall call, const std::string& fold
     const Names names = newNames();
     const int code = call(handles_->camera, folder.c_str(), names.get(), handles_->context.get());
     if (code < GP_OK && (!log.omits() || log.isDisturbed())) return {code, {}};
-    const bool lacks = log.omits() || !entered.isRead() || (folder == "/" && lacksCards_);
+    if (!entered.isRead()) return {unread, texts(names.get())};
+    const bool lacks = log.omits() || (folder == "/" && lacksCards_);
     if (!lacks) return {code, texts(names.get())};
     return {log.isDisturbed() ? notOpen : incomplete, texts(names.get())};
 }

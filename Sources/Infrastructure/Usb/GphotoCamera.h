@@ -47,6 +47,8 @@ public:
 
     /// An answer to listings: they may lack something, but the camera does answer.
     static const int incomplete;
+    /// The same, because another camera takes long or hangs; asked again, this one cannot say more.
+    static const int unread;
 
     using Listing = std::pair<int, std::vector<std::string>>;
     /// Names in a folder; "/" is the root, which holds a folder for each card. An error is also
