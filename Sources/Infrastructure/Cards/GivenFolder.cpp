@@ -54,14 +54,14 @@ void GivenFolder::lookAtVolume(Mount mount) {
     volumeName_ = nameOf(mount_, volume_);
 }
 
-DeviceFacts GivenFolder::facts() const {
-    const bool isVolume = found_->path == "/" && !(volume_.uuid.empty() && volume_.serial.empty());
-    if (isVolume) return volumeFacts(volume_, found_->root);
-    return {.name = std::string(lastPathComponent(found_->root)),
+DeviceFacts GivenFolder::factsOf(const Found& found) const {
+    const bool isVolume = found.path == "/" && !(volume_.uuid.empty() && volume_.serial.empty());
+    if (isVolume) return volumeFacts(volume_, found.root);
+    return {.name = std::string(lastPathComponent(found.root)),
             .serial = {},
             .persistentId = identity_,
             .uuid = {},
-            .folder = found_->root};
+            .folder = found.root};
 }
 
 void GivenFolder::look(std::span<const Mount> table) {
@@ -72,7 +72,8 @@ void GivenFolder::look(std::span<const Mount> table) {
     if (!found_) return;
     if (!identity_) identity_ = found_->identity;
     if (found_->identity != identity_) return;
-    place_ = std::make_shared<const CardPlace>(found_->root, facts(), found_->device, mount_);
+    place_ =
+        std::make_shared<const CardPlace>(found_->root, factsOf(*found_), found_->device, mount_);
 }
 
 }  // namespace bildkurier
