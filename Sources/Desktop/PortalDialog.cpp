@@ -101,6 +101,7 @@ QVariantMap PortalDialog::options() const {
     // With the byte that ends it.
     const QByteArray folder(question_.start.path.c_str(),
                             static_cast<qsizetype>(question_.start.path.size()) + 1);
+    // Hidden files are shown as the desktop shows them: no option says otherwise.
     return {{"handle_token", token_},
             {"accept_label", question_.accept},
             {"modal", true},

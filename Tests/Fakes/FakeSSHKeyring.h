@@ -20,6 +20,7 @@ public:
 
     std::optional<std::string> key;  ///< the public one
     bool isPublicHalfReadable = true;
+    std::optional<std::string> fingerprint;     ///< of the key; none: made of it
     std::map<Server, std::string> hosts;        ///< fingerprints of their keys
     std::optional<Error> error;                 ///< why nothing can be changed
     std::vector<Url> imported;                  ///< what was to be taken over
@@ -35,7 +36,7 @@ public:
     }
     std::optional<std::string> keyFingerprint() const override {
         if (!publicKey()) return std::nullopt;
-        return "SHA256:" + *key + " (ED25519)";
+        return fingerprint.value_or("SHA256:" + *key + " (ED25519)");
     }
     Result<> generate() override {
         key.reset();

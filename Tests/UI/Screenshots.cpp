@@ -113,6 +113,8 @@ void server(WindowScript& script) {
     script.setProperty("publicKey",
                        "ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIGq2Xw0rT8n0yVfL0y2wFv8mB1kQ3r5uT7wXz "
                        "bildkurier");
+    script.setProperty("fingerprint",
+                       "SHA256:m0Z8bq1vJtq3T1v2Qk9y7xqYF0uXnJrW5c6H2sLd4aE bildkurier (ED25519)");
 }
 
 void check(WindowScript& script) {

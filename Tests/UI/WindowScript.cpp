@@ -40,6 +40,7 @@ void WindowScript::begin() {
     store_->isNetwork = onNetwork_;
     access_->granted = granted_;
     keyring_->key = present(publicKey_);
+    keyring_->fingerprint = present(fingerprint_);
     keyring_->isPublicHalfReadable = publicKeyReadable_;
     settings_->storedUser = "quarzfeld";
     settings_->storedHost = "nas.local:2222";

@@ -38,6 +38,7 @@ class WindowScript : public QObject {
     Q_PROPERTY(bool onNetwork MEMBER onNetwork_)
     Q_PROPERTY(bool keyRequired MEMBER keyRequired_)
     Q_PROPERTY(QString publicKey MEMBER publicKey_)
+    Q_PROPERTY(QString fingerprint MEMBER fingerprint_)
     Q_PROPERTY(bool publicKeyReadable MEMBER publicKeyReadable_)
     Q_PROPERTY(bool startsWithServer MEMBER startsWithServer_)
 
@@ -125,6 +126,7 @@ private:
     bool onNetwork_ = false;
     bool keyRequired_ = false;
     QString publicKey_;
+    QString fingerprint_;
     bool publicKeyReadable_ = true;
     bool startsWithServer_ = false;
 };

@@ -264,6 +264,17 @@ TEST_F(BildkurierWithoutADisplay, AnswersWhatNeedsNone) {
     EXPECT_EQ(card.err, "Die Karte „" + home.path("weg") + "“ ist kein lesbarer Ordner.\n");
 }
 
+TEST_F(BildkurierTest, WritesCountsAsItWritesSizes) {
+    ASSERT_TRUE(window.has("push button", "35 importieren"));
+    for (int i = 1; i <= 1000; ++i)
+        std::ofstream(window.card + "/DCIM/100BILDK/N" + std::to_string(i) + ".JPG") << "x";
+    ASSERT_TRUE(window.goTo("push button", "Kamera und Zielordner neu einlesen"));
+    OpenWindow::press("space");
+    EXPECT_TRUE(window.has("push button", "1.035 importieren"));
+    EXPECT_TRUE(window.has("label", "JPG: 1.024 (1,5 MB)"));
+    close();
+}
+
 TEST_F(BildkurierTest, MakesAKeyForServers) {
     ASSERT_TRUE(window.goTo("radio button", "Ordner"));
     OpenWindow::press("Right");

@@ -198,7 +198,7 @@ WindowTest {
         view.height = 480;
         openLog();
         const form = named("form"), log = named("logView");
-        form.contentY = form.contentHeight - form.height;
+        form.contentY = form.contentHeight - form.height - 60;
         log.contentY = 100;
         const before = form.contentY;
         mouseClick(log, 20, 60);
@@ -214,8 +214,12 @@ WindowTest {
         const form = named("form"), disclosure = has("Button", "Protokoll");
         tryVerify(isLaidOut);
         form.contentY = disclosure.mapToItem(form.contentItem, 0, 0).y + 15 - form.height;
+        const before = form.contentY;
         const place = disclosure.mapToItem(view, 40, 8);
         mousePress(view, place.x, place.y);
+        compare(form.contentY, before);
+        // A hand is never quite still.
+        mouseMove(view, place.x + 1, place.y, -1, Qt.LeftButton);
         mouseRelease(view, place.x, place.y);
         compare(view.showLog, true);
     }
