@@ -18,7 +18,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-const UsbPlace place{.port = "usb:001,011", .mountName = "Kamera_S1"};
+const UsbPlace held{.port = "usb:001,011", .mountName = "Kamera_S1"};
 constexpr milliseconds patience{60'000};
 
 /// Whether releasing a camera takes no longer than it may, in a process that meets its desktop for
@@ -35,7 +35,7 @@ bool isQuick(const std::function<void()>& release) {
 TEST(DesktopMounts, AreLeftAloneWhereThereIsNoDesktop) {
     // Not that of whoever runs this.
     const EnvironmentVariable bus("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
-    EXPECT_TRUE(isQuick([] { releaseFromDesktop(place, UsbSession(), patience); }));
+    EXPECT_TRUE(isQuick([] { releaseFromDesktop(held, UsbSession(), patience); }));
 }
 
 /// A desktop whose file manager never comes up.
@@ -55,7 +55,7 @@ protected:
 };
 
 TEST_F(SilentDesktopTest, IsWaitedForNoLongerThanAgreed) {
-    EXPECT_TRUE(isQuick([] { releaseFromDesktop(place, UsbSession(), milliseconds(200)); }));
+    EXPECT_TRUE(isQuick([] { releaseFromDesktop(held, UsbSession(), milliseconds(200)); }));
 }
 
 TEST_F(SilentDesktopTest, IsWaitedForNoLongerThanTheSessionLasts) {
@@ -65,7 +65,7 @@ TEST_F(SilentDesktopTest, IsWaitedForNoLongerThanTheSessionLasts) {
             session.endsWithin(milliseconds(200));
             session.end(UsbSession::End::Closed);
         });
-        releaseFromDesktop(place, session, patience);
+        releaseFromDesktop(held, session, patience);
     }));
 }
 
