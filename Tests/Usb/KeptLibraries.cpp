@@ -17,9 +17,7 @@ void* kept(const char* library) { return ::dlopen(library, RTLD_LAZY | RTLD_NODE
 #if defined(__SANITIZE_ADDRESS__)
 /// The driver forgets what it has made for a camera that cannot be opened, and what it knew of a
 /// file that has changed.
-extern "C" const char* __lsan_default_suppressions() {
-    return "leak:^camera_init$\nleak:^gp_camera_wait_for_event$";
-}
+extern "C" const char* __lsan_default_suppressions() { return "leak:ptp2.so"; }
 #endif
 
 #if defined(__SANITIZE_THREAD__)

@@ -377,7 +377,9 @@ TEST_F(UsbImportTest, LoadsTheWholeOfAShotThatWasToldOfTooEarly) {
         usb.plugIn("1-1", device);
         start();
         importAll();
-        addLarge("card/DCIM/100TEST/IMG_0002.JPG", 3'000'000);
+        // At once, or the camera would tell of what is written by then.
+        addLarge("aside/IMG_0002.JPG", 3'000'000);
+        fs::rename(folder.path("aside/IMG_0002.JPG"), card + "/DCIM/100TEST/IMG_0002.JPG");
         runUntil([this] {
             return model->phase() == Phase::ready && model->newFiles().size() == 1 &&
                    model->newFiles()[0]->size() == 3'000'000;
