@@ -93,6 +93,7 @@ void ImportCommand::nextCamera() {
 }
 
 void ImportCommand::passOver(ExitStatus status, const std::string& message) {
+    if (severalCameras_ && stage_ == Stage::reading) report().cameras({&camera_, 1});
     if (waiting_.empty()) return stop(status, message);
     concludeImport();
     report().error(message);
@@ -119,10 +120,9 @@ void ImportCommand::look() {
 }
 
 void ImportCommand::lookWhileProving() {
-    if (isAttached()) return;
-    if (waiting_.empty()) return stop(ExitStatus::filesFailed, "Die Kamera wurde getrennt.");
-    // The proof comes to its end: what it can no longer read counts as not proved.
-    setStatus(ExitStatus::filesFailed);
+    // With others waiting the proof comes to its end: what it cannot read counts as not proved.
+    if (!isAttached() && waiting_.empty())
+        stop(ExitStatus::filesFailed, "Die Kamera wurde getrennt.");
 }
 
 bool ImportCommand::isAttached() const {

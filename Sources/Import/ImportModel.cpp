@@ -386,9 +386,9 @@ void ImportModel::cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) 
         // A file may have been loaded since the last report.
         publish(progress_, runner_->progress());
         interrupted = noteInterruptedImport(*camera);
+        runner_->abandon();
+        endRun();
     }
-    runner_->abandon();
-    endRun();
     camera_.reset();
     publish(phase_, Phase::noCamera);
     select(cameras_.empty() ? std::nullopt : std::optional(cameras_.front()->id()));
@@ -541,7 +541,8 @@ void ImportModel::scanDestination() {
 }
 
 ImportModel::SavedKeys ImportModel::savedKeysToResume() const {
-    return canResume() && renamed_.destination == dest_ ? renamed_.savedKeys : SavedKeys();
+    return camera_ && isAwaited(*camera_) && renamed_.destination == dest_ ? renamed_.savedKeys
+                                                                           : SavedKeys();
 }
 
 void ImportModel::destinationScanned(DestinationScan scan) {

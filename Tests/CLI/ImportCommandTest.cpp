@@ -1015,6 +1015,29 @@ TEST_F(ImportCommandTest, ProvesWhatItHasLoadedWhenNothingIsMissingAfterTheRetur
     expectEnd(ExitStatus::success);
 }
 
+TEST_F(ImportCommandTest, KeepsTheLockForAProofWhoseCameraIsLostBeforeTheNext) {
+    options.verify = true;
+    options.cards = {"/a", "/b"};
+    const auto first = attach("A");
+    const auto second = attach("B");
+    const auto held = file(*first, "A.JPG", "aaaa");
+    held->holdsBack = true;
+    file(*second, "B.JPG", "bb");
+    begin();
+    deliver(*first);
+    held->deliver();
+    loop.settle();
+    EXPECT_EQ(held->downloads, 2);
+    lose(first);
+    EXPECT_TRUE(lock->held);
+    EXPECT_TRUE(ends.empty());
+    held->deliver();
+    loop.settle();
+    deliver(*second);
+    EXPECT_FALSE(lock->held);
+    expectEnd(ExitStatus::success);
+}
+
 TEST_F(ImportCommandTest, StopsAProofWhoseCameraIsLost) {
     options.verify = true;
     const auto camera = attach("A");

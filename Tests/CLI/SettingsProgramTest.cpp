@@ -199,7 +199,7 @@ TEST_F(SettingsProgramTest, SayWhenTheyCannotBeKept) {
 TEST_F(SettingsProgramTest, TakeADestinationThatIsNoWholePathForNone) {
     for (const std::string path : {"", "bilder"}) {
         for (const std::string key : {"dest", "destBookmark"}) {
-            folder.write("damaged/bildkurier/bildkurier.conf", "[General]\n" + key + "=" + path);
+            folder.write("config/bildkurier/bildkurier.conf", "[General]\n" + key + "=" + path);
             EXPECT_TRUE(value("dest").ends_with("/Pictures/Bildkurier\n")) << value("dest");
         }
     }

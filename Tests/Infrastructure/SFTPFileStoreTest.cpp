@@ -572,21 +572,19 @@ TEST_F(SFTPFileStoreTest, PutsNothingWhereAListingBrokeOffUntilItIsWhole) {
         "seine Liste ab: Broken pipe";
     answer({{255, "sftp> -ls -ln \"/p\"\nBroken pipe\nConnection closed"}});
     EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{});
-    EXPECT_EQ(store.createDirectory(server("/p/JPG")).error().message, trouble);
     EXPECT_EQ(store.moveItem(Url::file(local), server("/p/JPG/A")).error().message,
               "Übertragung fehlgeschlagen: " + trouble);
     EXPECT_FALSE(store.moveItem(Url::file(local), server("/p/A")));
     EXPECT_EQ(runner->calls.size(), 1U);
     EXPECT_TRUE(fs::exists(local));
 
-    // A check of the destination goes on as ever, and so do other destinations.
-    answer({{255, ""}, {0, ""}, {0, ""}});
-    EXPECT_TRUE(store.createDirectory(server("/p")));
-    EXPECT_TRUE(store.createDirectory(server("/q/JPG")));
+    // A folder of it may be made, and be checked and listed as a destination of its own.
     runner->calls.clear();
-    answer({{0, "sftp> -ls -ln \"/p\""}, {0, ""}});
-    EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{});
-    EXPECT_TRUE(store.createDirectory(server("/p/JPG")));
+    answer({{0, ""}, {0, "sftp> -ls -ln \"/p/q\""}, {1, "full"}, {0, "sftp> -ls -ln \"/p\""}});
+    EXPECT_TRUE(store.createDirectory(server("/p/q")));
+    EXPECT_EQ(store.existingFileKeys(server("/p/q")), FileKeys{});
+    EXPECT_EQ(store.moveItem(Url::file(local), server("/p/q/A")).error().message,
+              "Übertragung fehlgeschlagen: full");
 }
 
 TEST_F(SFTPFileStoreTest, SeesEightLevels) {

@@ -45,7 +45,7 @@ TEST_F(UsbCamerasTest, ShowsACameraThatDoesNotSayInTimeWhoItIs) {
     timing.identifying = Milliseconds(500);
     device.serial = "";
     device.settings["serial"] = "P1001";
-    device.settings["rate"] = "1000";
+    device.settings["rate"] = "300";
     usb.plugIn("1-1", device);
     start();
     runUntil([this] { return !sink->events.empty() && sink->events.back() == "reported"; });
@@ -73,7 +73,7 @@ TEST_F(UsbCamerasTest, ShowsAHangingCameraThatIsPluggedInLater) {
 TEST_F(UsbCamerasTest, TellsANameThatBecomesKnownLater) {
     timing.identifying = Milliseconds(30);
     VirtualBus::Device slow{.serial = "", .settings = device.settings};
-    slow.settings.insert({{"serial", "P1001"}, {"rate", "1000"}});
+    slow.settings.insert({{"serial", "P1001"}, {"rate", "300"}});
     usb.plugIn("1-1", slow);
     start();
     runUntil([this] { return usb.count("1-1", "openings") == 1; });

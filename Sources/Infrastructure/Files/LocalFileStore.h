@@ -10,7 +10,8 @@
 
 namespace bildkurier {
 
-/// Folders of this computer, on any mounted volume. Every call asks the file system afresh.
+/// Folders of this computer, on any mounted volume. Every call asks the file system afresh;
+/// only which folders are durable is remembered.
 class LocalFileStore final : public FileStore {
 public:
     Url stagingDirectory(const Url& destination) override;

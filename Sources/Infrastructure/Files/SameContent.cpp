@@ -27,8 +27,8 @@ namespace bildkurier {
 
 namespace {
 
-constexpr std::string_view card = "auf der Karte";
-constexpr std::string_view destination = "am Ziel";
+constexpr std::string_view onCard = "auf der Karte";
+constexpr std::string_view atDestination = "am Ziel";
 constexpr std::size_t comparedBytes = 1 << 20;
 constexpr std::align_val_t blockBytes{4096};  ///< what reads past the cache have to begin at
 
@@ -128,16 +128,16 @@ private:
 
 }  // namespace
 
-Result<bool> haveSameContent(const PlacedFile& one, const PlacedFile& other, std::int64_t size,
-                             const std::function<bool(std::int64_t)>& step) {
-    FileOnMedium first(card);
-    FileOnMedium second(destination);
-    const auto firstSize = first.open(one);
+Result<bool> haveSameContent(const PlacedFile& card, const PlacedFile& destination,
+                             std::int64_t size, const std::function<bool(std::int64_t)>& step) {
+    FileOnMedium first(onCard);
+    FileOnMedium second(atDestination);
+    const auto firstSize = first.open(card);
     if (!firstSize) return std::unexpected(firstSize.error());
-    const auto secondSize = second.open(other);
+    const auto secondSize = second.open(destination);
     if (!secondSize) return std::unexpected(secondSize.error());
-    if (*firstSize != size) return changed(card);
-    if (*secondSize != size) return changed(destination);
+    if (*firstSize != size) return changed(onCard);
+    if (*secondSize != size) return changed(atDestination);
     std::int64_t compared = 0;
     while (compared < size) {
         const auto ours = first.next();
@@ -145,9 +145,9 @@ Result<bool> haveSameContent(const PlacedFile& one, const PlacedFile& other, std
         const auto theirs = second.next();
         if (!theirs) return std::unexpected(theirs.error());
         if (ours->size() != theirs->size())
-            return changed(ours->size() < theirs->size() ? card : destination);
+            return changed(ours->size() < theirs->size() ? onCard : atDestination);
         if (std::memcmp(ours->data(), theirs->data(), ours->size()) != 0) return false;
-        if (ours->empty()) return changed(card);
+        if (ours->empty()) return changed(onCard);
         compared += std::ssize(*ours);
         if (!step(std::ssize(*ours))) return failure("Die Prüfung wurde abgebrochen");
     }

@@ -22,17 +22,28 @@ bool isWithin(const Url& url, const Url& folder) {
 
 }  // namespace
 
-void ListingRecord::note(const Url& folder, std::optional<std::string> trouble) {
-    Listing listing{withSlash(folder), std::move(trouble)};
+std::uint64_t ListingRecord::begin() {
     const std::lock_guard lock(mutex_);
-    std::erase_if(listings_,
-                  [&](const Listing& old) { return isWithin(old.folder, listing.folder); });
+    return ++begun_;
+}
+
+void ListingRecord::note(std::uint64_t number, const Url& folder,
+                         std::optional<std::string> trouble) {
+    Listing listing{withSlash(folder), std::move(trouble), number};
+    const std::lock_guard lock(mutex_);
+    const auto isNewer = [&](const Listing& other) {
+        return other.number > number && isWithin(listing.folder, other.folder);
+    };
+    if (std::ranges::any_of(listings_, isNewer)) return;
+    std::erase_if(listings_, [&](const Listing& other) {
+        return other.number < number && isWithin(other.folder, listing.folder);
+    });
     listings_.push_back(std::move(listing));
 }
 
 std::optional<std::string> ListingRecord::troubleAbove(const Url& url) const {
     const std::lock_guard lock(mutex_);
-    // The deepest folder tells, for the others were listed before it.
+    // The deepest folder tells: it was listed for itself, or after what is above it.
     const Listing* nearest = nullptr;
     for (const Listing& listing : listings_) {
         const auto length = listing.folder.path.size();

@@ -4,6 +4,7 @@
 
 #include "Url.h"
 
+#include <cstdint>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -12,11 +13,15 @@
 namespace bildkurier {
 
 /// Remembers of the folders of servers whether they were listed to the end when they were listed
-/// last. Any thread.
+/// last. Several may be under way at once. Any thread.
 class ListingRecord {
 public:
-    /// `trouble` is why the listing of `folder` broke off; absent when it did not.
-    void note(const Url& folder, std::optional<std::string> trouble);
+    /// A listing begins: its number, for when it ends.
+    std::uint64_t begin();
+
+    /// `trouble` is why the listing of `folder` broke off; absent when it did not. It says nothing
+    /// about what one that began later has listed.
+    void note(std::uint64_t number, const Url& folder, std::optional<std::string> trouble);
 
     /// Why it is not known what is in the folder in which `url` lies; absent when it is known, or
     /// nobody has asked.
@@ -26,10 +31,12 @@ private:
     struct Listing {
         Url folder;  ///< with a slash at the end
         std::optional<std::string> trouble;
+        std::uint64_t number = 0;
     };
 
     mutable std::mutex mutex_;
     std::vector<Listing> listings_;
+    std::uint64_t begun_ = 0;
 };
 
 }  // namespace bildkurier

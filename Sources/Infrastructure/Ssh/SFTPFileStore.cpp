@@ -142,9 +142,10 @@ Result<> SFTPFileStore::walk(const Url& folder, SftpKeyWalk& walk) {
 }
 
 FileKeys SFTPFileStore::existingFileKeys(const Url& folder) {
+    const auto listing = record_.begin();
     SftpKeyWalk keyWalk(folder.path);
     const auto walked = walk(folder, keyWalk);
-    record_.note(folder, walked ? std::nullopt : std::optional(walked.error().message));
+    record_.note(listing, folder, walked ? std::nullopt : std::optional(walked.error().message));
     return keyWalk.keys();
 }
 
@@ -256,7 +257,6 @@ std::optional<std::int64_t> SFTPFileStore::availableCapacity(const Url& url) {
 }
 
 Result<> SFTPFileStore::createDirectory(const Url& url) {
-    if (auto known = knowWhatIsThere(url); !known) return known;
     auto commands = makeDirectories(url.path);
     commands.push_back(command("cd", url.path));
     const auto result = batch(url, commands);

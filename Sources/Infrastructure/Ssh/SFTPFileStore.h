@@ -31,8 +31,8 @@ namespace bildkurier {
 /// A server has ten seconds to be reached. One that stops answering later is waited for until it
 /// answers, its connection is closed, or the program ends.
 ///
-/// Where the listing for `existingFileKeys` breaks off, nothing is put below that folder, and no
-/// folder made there, until it has been listed to the end.
+/// Where the listing for `existingFileKeys` breaks off, nothing is put below that folder until it
+/// has been listed to the end.
 ///
 /// Unlike a local folder, a server may let `moveItem` replace a file that is there: the client's
 /// plain "rename" works on every server, but on some it replaces. So `moveItem` relies on

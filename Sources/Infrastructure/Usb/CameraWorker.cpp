@@ -131,18 +131,20 @@ void CameraWorker::identify() {
     tellFacts();
 }
 
-void CameraWorker::readSerial() {
+CameraFault CameraWorker::readSerial() {
     const auto [code, serial] = connection_->cameraInStep().serial();
     const CameraFault fault = connection_->fault(code);
     facts_.serial = actualSerial(serial);
     facts_.isComplete = fault != CameraFault::Transfer && fault != CameraFault::Busy &&
                         fault != CameraFault::Gone && fault != CameraFault::Cancelled;
+    return fault;
 }
 
 /// A camera that is open and does not say it then never will: it is known by what everybody sees.
 void CameraWorker::insistOnSerial(const UsbSession& session) {
     constexpr int mostTries = 3;
-    for (int tries = 0; tries < mostTries && !facts_.isComplete; ++tries) readSerial();
+    for (int tries = 0; tries < mostTries && !facts_.isComplete; ++tries)
+        if (readSerial() == CameraFault::Gone) return;
     if (!session.hasEnded()) facts_.isComplete = true;
 }
 

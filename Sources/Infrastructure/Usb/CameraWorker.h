@@ -68,7 +68,7 @@ private:
     void work();
     Task next();
     void identify();
-    void readSerial();
+    CameraFault readSerial();
     void insistOnSerial(const UsbSession& session);
     void tellFacts();
     void openSession(const std::shared_ptr<UsbSession>& session, SessionEvents events);
