@@ -121,9 +121,7 @@ void PortalDialog::send(const QDBusMessage& call,
 
 void PortalDialog::answered(uint response, const QVariantMap& results) {
     constexpr uint confirmed = 0;
-    constexpr uint cancelled = 1;
-    // What shows its dialogs has failed.
-    if (response > cancelled) return done(noPortal);
+    // Of the other answers, desktops do not tell apart whether a dialog was cancelled or closed.
     const QStringList uris = results.value("uris").toStringList();
     if (response == confirmed && !uris.isEmpty()) choice_ = fileAt(uris.constFirst());
     done(choice_ ? Accepted : Rejected);

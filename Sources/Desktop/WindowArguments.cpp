@@ -33,7 +33,7 @@ constexpr auto help =
     "  --version       Die Version\n"
     "  --card ORDNER   Speicherkarte oder Ordner als Kamera nehmen (mehrfach möglich)";
 
-/// What the toolkit takes for itself; session managers start programs again with the first.
+/// Of what the toolkit takes for itself; session managers start programs again with the first.
 const QStringList ofTheToolkit{"session", "platform", "style", "display", "qwindowgeometry"};
 
 // Names of files are bytes: a letter for each.
