@@ -10,7 +10,7 @@
 
 /// Writes a sample memory card: bildkurier-sample-card DIR
 int main(int count, char** arguments) {
-    if (count != 2) {
+    if (count != 2 || *arguments[1] == '-') {
         fmt::print(stderr, "Aufruf: bildkurier-sample-card ORDNER\n");
         return 2;
     }

@@ -113,7 +113,9 @@ std::string endOfHelp() {
            "Ziel\n"
            "  2    falscher Aufruf\n"
            "  3    keine Kamera, oder nicht diese\n"
-           "  4    Ziel nicht brauchbar, oder es läuft schon ein Import\n"
+           "  4    Ziel oder Schlüssel nicht brauchbar, eine Einstellung nicht zu speichern, oder "
+           "es läuft\n"
+           "       schon ein Import\n"
            "  130  mit Strg-C beendet";
 }
 
