@@ -2,9 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #define FUSE_USE_VERSION 31
 
-#include "CaseBlindVolume.h"
-
-#include "PrivateMounts.h"
+#include "CardLikeVolume.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -16,6 +14,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -25,6 +24,16 @@ namespace bildkurier {
 namespace {
 
 namespace fs = std::filesystem;
+
+/// What a volume's calls are about.
+struct Contents {
+    std::string folder;
+    std::uintmax_t bytesPerSecond;
+};
+
+const Contents& contents() {
+    return *static_cast<const Contents*>(fuse_get_context()->private_data);
+}
 
 /// `name` as it is written in `folder`, if it is there in whatever case.
 std::string asWritten(const fs::path& folder, const std::string& name) {
@@ -38,7 +47,7 @@ std::string asWritten(const fs::path& folder, const std::string& name) {
 
 /// Where in the backing folder the file `path` of the volume is.
 std::string backing(const char* path) {
-    fs::path found = *static_cast<const std::string*>(fuse_get_context()->private_data);
+    fs::path found = contents().folder;
     for (const auto& name : fs::path(path).relative_path()) {
         found /= asWritten(found, name.string());
     }
@@ -87,7 +96,12 @@ int createFile(const char* path, mode_t mode, fuse_file_info* file) {
 
 int readFile(const char* /*path*/, char* bytes, std::size_t count, off_t offset,
              fuse_file_info* file) {
-    return outcome(pread(descriptor(file), bytes, count, offset));
+    using Seconds = std::chrono::duration<double>;
+    const int answer = outcome(pread(descriptor(file), bytes, count, offset));
+    if (answer > 0 && contents().bytesPerSecond != CardLikeVolume::unlimited)
+        std::this_thread::sleep_for(Seconds(answer) /
+                                    static_cast<double>(contents().bytesPerSecond));
+    return answer;
 }
 
 int writeFile(const char* /*path*/, const char* bytes, std::size_t count, off_t offset,
@@ -146,12 +160,12 @@ fuse_operations operations() {
 
 }  // namespace
 
-struct CaseBlindVolume::Session {
-    explicit Session(std::string folder) : backingFolder(std::move(folder)) {
+struct CardLikeVolume::Session {
+    explicit Session(Contents shown) : contents(std::move(shown)) {
         fuse_args arguments = FUSE_ARGS_INIT(0, nullptr);
         fuse_opt_add_arg(&arguments, "bildkurier-test");
         const fuse_operations all = operations();
-        fuse = fuse_new(&arguments, &all, sizeof all, &backingFolder);
+        fuse = fuse_new(&arguments, &all, sizeof all, &contents);
         fuse_opt_free_args(&arguments);
     }
     Session(const Session&) = delete;
@@ -172,18 +186,19 @@ struct CaseBlindVolume::Session {
         return true;
     }
 
-    std::string backingFolder;
+    Contents contents;
     std::string mountedOn;
     struct fuse* fuse = nullptr;
     std::thread server;
 };
 
-CaseBlindVolume::CaseBlindVolume(const std::string& folder, const std::string& backing) {
-    if (!fs::exists("/dev/fuse") || !mountPrivately()) return;
-    auto session = std::make_unique<Session>(backing);
+CardLikeVolume::CardLikeVolume(const std::string& folder, const std::string& backing,
+                               std::uintmax_t bytesPerSecond) {
+    if (!fs::exists("/dev/fuse")) return;
+    auto session = std::make_unique<Session>(Contents{backing, bytesPerSecond});
     if (session->mountOn(folder)) session_ = std::move(session);
 }
 
-CaseBlindVolume::~CaseBlindVolume() = default;
+CardLikeVolume::~CardLikeVolume() = default;
 
 }  // namespace bildkurier
