@@ -72,6 +72,9 @@ OpenWindow::OpenWindow(std::map<std::string, std::string> environment)
         throw std::runtime_error("the window does not open");
     // There is no window manager that would do so.
     xdotool({"search", "--sync", "--onlyvisible", "--name", "^Bildkurier$", "windowfocus"});
+    // Until it knows so, it does not hear keys.
+    if (!soon([&] { return is("frame", "Bildkurier", ATSPI_STATE_ACTIVE); }))
+        throw std::runtime_error("the window does not take the keys");
 }
 
 OpenWindow::~OpenWindow() {
