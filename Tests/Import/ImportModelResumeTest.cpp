@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "LinkedFolder.h"
 #include "PluggedCameraTest.h"
 #include "SlowMoves.h"
 
@@ -987,6 +988,28 @@ TEST_F(ImportModelResumeTest, WaitsForTheFileThatIsOnItsWayWhenTheCameraIsLost) 
     EXPECT_EQ(model->phase(), Phase::ready);
     EXPECT_FALSE(lock->held);
     EXPECT_FALSE(store->fileExists(Url::file("/bilder/.bildkurier-tmp")));
+}
+
+TEST_F(ImportModelResumeTest, WaitsForTheFileThatIsOnItsWayByWhateverPathALinkGives) {
+    const auto slow = std::make_shared<SlowMoves>(std::make_shared<LinkedFolder>(store));
+    files = slow;
+    start();
+    const auto lost = plugIn("1", std::nullopt, three, 0);
+    slow->meanwhile = [&] {
+        unplug(lost);
+        plugIn("2", std::nullopt, three);
+        model->setDest(Url::file("/link"));
+        EXPECT_EQ(model->status(), "Prüfe Zielordner …");
+        loop.settle();
+        EXPECT_EQ(model->phase(), Phase::checking);
+        EXPECT_EQ(model->status(),
+                  "Warte auf die Datei, die beim Abbruch des Imports noch unterwegs war …");
+    };
+    startImport();
+    fileOf(*lost, 0).deliver();
+    loop.settle();
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(model->newFiles().size(), 2U) << "it has arrived after all";
 }
 
 TEST_F(ImportModelResumeTest, ImportsIntoAnotherDestinationWhileAFileIsStillOnItsWay) {
