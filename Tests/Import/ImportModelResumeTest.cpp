@@ -473,6 +473,22 @@ TEST_F(ImportModelResumeTest, KeepsCountingAfterARunThatWasCancelled) {
     EXPECT_EQ(model->status(), gaveUp);
 }
 
+TEST_F(ImportModelResumeTest, KeepsCountingAfterARunThatWasCancelledBeforeAnyFile) {
+    start();
+    for (const auto* id : {"1", "2"}) loseImport(id, 0);
+    const auto back = holding("3", identity, three);
+    model->cameraBrowserDidAdd(back);
+    back->sessionOpened();
+    back->catalogReady();
+    while (!isImporting()) ASSERT_TRUE(loop.stepBackground() || loop.stepMain());
+    model->cancelImport();
+    loop.settle();
+    ASSERT_EQ(model->log().back(), "Fertig: 0 geladen (0 KB), abgebrochen");
+    unplug(back);
+    loseImport("4", 0);
+    EXPECT_EQ(model->status(), gaveUp);
+}
+
 TEST_F(ImportModelResumeTest, GivesUpAtOnceOnACameraThatCannotBeRecognised) {
     for (const int delivered : {0, 2}) {
         SCOPED_TRACE(delivered);

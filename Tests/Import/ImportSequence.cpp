@@ -35,6 +35,7 @@ constexpr auto refusedSession =
     "Canon-Software schließen, dann Kamera neu verbinden.";
 constexpr auto chooseFolderStatus = "Zielordner wählen: unter Ziel auf „Ändern …“ klicken.";
 constexpr auto returned = " wieder verbunden. Import wird fortgesetzt …";
+constexpr auto summaryStart = "Fertig: ";
 constexpr auto nothingMissing = "Nach der Trennung fehlt nichts mehr im Zielordner.";
 constexpr auto allPresent = "Auto-Import: alle Dateien dieser Kamera sind bereits im Zielordner.";
 constexpr auto notWritable =
@@ -1084,8 +1085,10 @@ void ImportSequence::takeUpPending() {
     if (pendingAutoImport_ && camera->identity() == pendingAutoImport_ && isTrusted(*camera) &&
         camera->isIdentityFinal()) {
         autoImportDecided_ = true;
+        // The summary of a run that has just ended is what shows last.
+        const bool isSummed = status.starts_with(summaryStart) && needsChoice();
         RC_ASSERT(
-            (filterings > 1 ||
+            (filterings > 1 || isSummed ||
              isAmong(status, {allPresent, notWritable, noRoom, chooseFolderStatus, anotherRuns}) ||
              status.starts_with(cannotWrite)));
         if (status == anotherRuns || (filterings > 1 && lock_->takenByAnother)) postponed_ = true;
@@ -1188,7 +1191,7 @@ void ImportSequence::checkStatus() const {
     const bool lost = isAmong(status, {goesOn, gaveUp});
     // Told of a camera that was held already, when it could say who it is.
     const bool back = camera && canResume(*camera) && status.ends_with(returned);
-    const bool finished = status.starts_with("Fertig: ");
+    const bool finished = status.starts_with(summaryStart);
     switch (phase_) {
         case Phase::noCamera:
             RC_ASSERT((lost || isAmong(status, {searching, refusedSession})));
