@@ -150,31 +150,37 @@ void readyBesideTwoScans(benchmark::State& state) {
                     .limit = 3});
 }
 
-/// What the main queue does, in milliseconds, while thousands of files are loaded, the import
-/// is cancelled, and what is still missing is found out.
+/// What the main queue does, in milliseconds, while a full card is imported: thousands of its
+/// files, until that is cancelled, and then all that is found to be missing still.
 double longestTaskOfImport(const fs::path& card, const fs::path& target) {
     CardModel run(card, target);
     ImportModel& model = run.model();
     run.runUntilReady();
     if (model.newFiles().size() != manyFiles) throw std::runtime_error("a file is there");
     run.queue().forget();
-    run.queue().post([&] {
+    const auto start = [&] {
         // As whoever shows what will be loaded does.
         benchmark::DoNotOptimize(model.newByType());
         model.startImport();
         if (model.phase() != ImportModel::Phase::importing)
             throw std::runtime_error(model.status());
-    });
+    };
+    run.queue().post(start);
     constexpr int thousands = 2'000;
     run.runUntil([&] { return model.progress().done >= thousands; });
     run.queue().post([&] { model.cancelImport(); });
     run.runUntilReady();
+    run.queue().post(start);
+    run.runUntil([&] { return model.progress().done == model.progress().total; });
+    run.runUntilReady();
+    if (!model.newFiles().empty()) throw std::runtime_error("a file is missing");
     return run.queue().longestTask().count() * 1000;
 }
 
 void longestTask(benchmark::State& state) {
     const fs::path card = made(full("films"));
-    const fs::path target = benchFolder() / "target";
+    // The main queue does the same wherever the files go; to a disk, flushing them takes minutes.
+    const fs::path target = "/dev/shm/bildkurier-bench";
     std::vector<double> milliseconds;
     for ([[maybe_unused]] const auto _ : state) {
         fs::remove_all(target);
@@ -236,7 +242,7 @@ void captureDate(benchmark::State& state) {
 BENCHMARK(scanBesideFind)->UseManualTime()->Iterations(7)->Unit(benchmark::kMillisecond);
 BENCHMARK(planBesideTwoScans)->UseManualTime()->Iterations(7)->Unit(benchmark::kMillisecond);
 BENCHMARK(readyBesideTwoScans)->UseManualTime()->Iterations(7)->Unit(benchmark::kMillisecond);
-BENCHMARK(longestTask)->Iterations(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(longestTask)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(planMemory)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(captureDate)->Unit(benchmark::kMillisecond);
 BENCHMARK(importBesideCopyWithFlushes)

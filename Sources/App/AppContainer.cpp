@@ -14,6 +14,7 @@
 #include "ImportRunner.h"
 #include "LocalFileStore.h"
 #include "SFTPFileStore.h"
+#include "ScratchDefaults.h"
 #include "SettingsKey.h"
 #include "SystemAdapters.h"
 #include "UserDefaultsSettings.h"
@@ -22,6 +23,18 @@
 #include <utility>
 
 namespace bildkurier {
+
+namespace {
+
+AppContainer::Choices choicesIn(const std::shared_ptr<UserDefaults>& defaults) {
+    return {.settings = std::make_shared<UserDefaultsSettings>(defaults),
+            .folderAccess = std::make_shared<BookmarkFolderAccess>(
+                defaults, SettingsKey::destinationBookmark, Fassung::sandbox(), systemBookmarks())};
+}
+
+}  // namespace
+
+AppContainer::Choices AppContainer::choices() { return choicesIn(systemDefaults()); }
 
 AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, Options options) {
     const bool sandboxed = Fassung::sandbox();
@@ -35,23 +48,23 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
     const auto router =
         std::make_shared<FileStoreRouter>(std::make_shared<LocalFileStore>(), sftpStore);
     const auto defaults = options.defaults ? options.defaults : systemDefaults();
-    const auto settings = std::make_shared<UserDefaultsSettings>(defaults);
+    const Choices choices =
+        choicesIn(std::make_shared<ScratchDefaults>(defaults, std::move(options.ownKeys)));
+    options.choose(*choices.settings);
     const auto browser = std::make_shared<ImageCaptureBrowser>(
         systemCameras(main, background, std::move(options.cards)));
     auto runner = std::make_unique<ImportRunner>(router, main, background);
-    const auto bookmarks = systemBookmarks();
     const auto lock = std::make_shared<ImportLock>();
     const auto model = std::make_shared<ImportModel>(
         ImportModel::Collaborators{
             .browser = browser,
             .fileStore = router,
-            .settings = settings,
+            .settings = choices.settings,
             .folderPicker = picker,
             .runner = std::move(runner),
-            .autoImport = std::make_shared<AutoImport>(settings, router),
+            .autoImport = std::make_shared<AutoImport>(choices.settings, router),
             .sleepBlocker = systemSleepBlocker(background),
-            .folderAccess = std::make_shared<BookmarkFolderAccess>(
-                defaults, SettingsKey::destinationBookmark, sandboxed, bookmarks),
+            .folderAccess = choices.folderAccess,
             .runLock = lock,
             .keyring = keyring,
             .workspace = std::move(options.workspace),
@@ -61,10 +74,11 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
     browser->onAttachedCamerasReported = std::move(options.onAttachedCamerasReported);
     if (options.discovers) browser->start(model);
     const auto keys = std::make_shared<SSHKeyModel>(
-        SSHKeyModel::Collaborators{.keyring = keyring,
-                                   .picker = picker,
-                                   .fileAccess = std::make_shared<BookmarkFileAccess>(bookmarks),
-                                   .homeFolder = homeFolder()},
+        SSHKeyModel::Collaborators{
+            .keyring = keyring,
+            .picker = picker,
+            .fileAccess = std::make_shared<BookmarkFileAccess>(systemBookmarks()),
+            .homeFolder = homeFolder()},
         sandboxed, main, background);
     const auto proof = std::make_shared<CardProof>(
         CardProof::Collaborators{
@@ -74,7 +88,8 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
             .runLock = lock,
             .staging = Fassung::zwischenOrdner(cachesFolder()).appending("verify")},
         main, background);
-    return {.model = model,
+    return {.settings = choicesIn(defaults).settings,
+            .model = model,
             .keys = keys,
             .proof = proof,
             .browser = browser,

@@ -6,6 +6,7 @@
 #include "CameraBrowser.h"
 #include "CardProof.h"
 #include "FileStore.h"
+#include "FolderAccess.h"
 #include "FolderPicker.h"
 #include "ImportModel.h"
 #include "MainQueue.h"
@@ -13,6 +14,7 @@
 #include "RunLock.h"
 #include "SSHKeyModel.h"
 #include "SSHKeyring.h"
+#include "SettingsStore.h"
 #include "ThreadPool.h"
 #include "UserDefaults.h"
 #include "Workspace.h"
@@ -20,6 +22,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -27,11 +30,21 @@ namespace bildkurier {
 
 /// Builds every object of the system once and connects them, whatever the front end.
 struct AppContainer {
+    /// What is kept between launches.
+    struct Choices {
+        std::shared_ptr<SettingsStore> settings;
+        std::shared_ptr<FolderAccess> folderAccess;
+    };
+
     /// What a front end may want otherwise.
     struct Options {
         /// Folders to take for cameras; all others are then left alone.
         std::vector<std::string> cards;
-        std::shared_ptr<UserDefaults> defaults;      ///< none: the user's own
+        std::shared_ptr<UserDefaults> defaults;  ///< none: the user's own
+        /// What this process chooses for itself alone: keys that begin without a value, and what
+        /// to choose under them before anybody reads it.
+        std::set<std::string> ownKeys;
+        std::function<void(SettingsStore&)> choose = [](SettingsStore&) {};
         std::shared_ptr<FolderPicker> folderPicker;  ///< none: the system's own, if any
         std::shared_ptr<Workspace> workspace;        ///< none: folders cannot be shown
         /// Name or identity of a camera to trust as soon as it is connected.
@@ -44,6 +57,7 @@ struct AppContainer {
 
     /// What a front end works with. Ends before the main queue does.
     struct Parts {
+        std::shared_ptr<SettingsStore> settings;  ///< the user's, whatever this process chooses
         std::shared_ptr<ImportModel> model;
         std::shared_ptr<SSHKeyModel> keys;
         std::shared_ptr<CardProof> proof;
@@ -54,6 +68,9 @@ struct AppContainer {
         /// Runs what the background waits for; to be ended before that is.
         std::shared_ptr<ProcessCommandRunner> programs;
     };
+
+    /// The user's, for a front end that needs nothing else. Main thread.
+    static Choices choices();
 
     /// Main thread. Discovery has begun when this returns; cameras are reported by tasks of the
     /// main queue. `main` must outlive `background`, and this the parts.

@@ -3,6 +3,7 @@
 #include "CameraChoice.h"
 
 #include "CameraName.h"
+#include "CardFolder.h"
 #include "FileName.h"
 
 #include <fmt/format.h>
@@ -13,11 +14,6 @@
 namespace bildkurier {
 
 namespace {
-
-std::string noSuchCard(const std::vector<std::string>& cards) {
-    if (cards.size() > 1) return "Nicht jede angegebene Karte ist ein lesbarer Ordner.";
-    return fmt::format("Die Karte „{}“ ist kein lesbarer Ordner.", displayText(cards.front()));
-}
 
 std::string notFound(const std::string& camera,
                      const std::vector<std::shared_ptr<Camera>>& cameras) {
@@ -40,9 +36,11 @@ std::optional<std::string> unknownIdentity(const std::vector<std::shared_ptr<Cam
 
 Result<> checkAttached(const CommandLine& commandLine,
                        const std::vector<std::shared_ptr<Camera>>& cameras) {
-    if (cameras.size() < commandLine.cards.size()) return failure(noSuchCard(commandLine.cards));
-    if (cameras.empty()) return failure("Keine Kamera gefunden.");
-    return {};
+    if (!cameras.empty() && cameras.size() >= commandLine.cards.size()) return {};
+    for (const auto& card : commandLine.cards) {
+        if (auto readable = checkCardFolder(card); !readable) return readable;
+    }
+    return failure("Keine Kamera gefunden.");
 }
 
 Result<std::deque<std::shared_ptr<Camera>>> chooseCameras(

@@ -3,23 +3,17 @@
 #include "Program.h"
 
 #include "AppContainer.h"
-#include "BookmarkFolderAccess.h"
 #include "EventLoop.h"
-#include "Fassung.h"
 #include "GivenFile.h"
 #include "ImportCommand.h"
-#include "IniUserDefaults.h"
 #include "InterruptSignals.h"
 #include "JsonReport.h"
 #include "KeyCommand.h"
-#include "ScratchDefaults.h"
 #include "ServerCommand.h"
 #include "SettingsCommand.h"
 #include "SettingsKey.h"
-#include "SystemAdapters.h"
 #include "TextReport.h"
 #include "ThreadPool.h"
-#include "UserDefaultsSettings.h"
 #include "VerifyCommand.h"
 #include "WatchCommand.h"
 
@@ -40,10 +34,8 @@ namespace {
 
 using Command = CommandLine::Command;
 
-/// The user's choices, with those that the call makes otherwise, or must not touch, in their
-/// place.
-std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine,
-                                          std::shared_ptr<UserDefaults> stored) {
+/// The keys of what the call makes otherwise than the user has chosen, or must not touch.
+std::set<std::string> ownKeys(const CommandLine& commandLine) {
     using Key = SettingsKey;
     std::set<std::string> own{Key::useFromDate, Key::fromDay};
     if (commandLine.command != Command::watch) own.insert(Key::autoImportEnabled);
@@ -53,36 +45,48 @@ std::shared_ptr<UserDefaults> defaultsFor(const CommandLine& commandLine,
     }
     if (commandLine.byDate) own.insert(Key::byDate);
     if (commandLine.byType) own.insert(Key::byType);
-    auto defaults = std::make_shared<ScratchDefaults>(std::move(stored), std::move(own));
-    UserDefaultsSettings settings(defaults);
+    return own;
+}
+
+void chooseServer(SettingsStore& settings, const std::string& user, const std::string& host,
+                  const std::string& path) {
+    settings.setDestinationKind(DestinationKind::sftp);
+    settings.setSftpUser(user);
+    settings.setSftpHost(host);
+    settings.setSftpPath(path);
+}
+
+/// Makes what the call says the choice of this process.
+void choose(const CommandLine& commandLine, SettingsStore& settings) {
     if (commandLine.destination) settings.setDestination(Url::file(*commandLine.destination));
-    if (commandLine.server) {
-        settings.setDestinationKind(DestinationKind::sftp);
-        settings.setSftpUser(commandLine.server->user);
-        settings.setSftpHost(commandLine.server->host);
-        settings.setSftpPath(commandLine.server->path);
-    }
+    if (const auto& server = commandLine.server)
+        chooseServer(settings, server->user, server->host, server->path);
     if (commandLine.byDate) settings.setByDate(*commandLine.byDate);
     if (commandLine.byType) settings.setByType(*commandLine.byType);
     if (commandLine.since) settings.setUseFromDate(true);
-    return defaults;
 }
 
-/// Tells the user that it could not be kept.
-ExitStatus failToSave(Report& report) {
+AppContainer::Options optionsFor(const CommandLine& commandLine) {
+    AppContainer::Options options;
+    options.cards = commandLine.cards;
+    options.ownKeys = ownKeys(commandLine);
+    options.choose = [&commandLine](SettingsStore& settings) { choose(commandLine, settings); };
+    options.trusted = commandLine.trust;
+    return options;
+}
+
+/// Tells the user where what was chosen could not be kept.
+ExitStatus kept(const SettingsStore& settings, Report& report) {
+    if (!settings.lostChanges()) return ExitStatus::success;
     report.error(settingNotKept);
     return ExitStatus::destinationUnusable;
 }
 
 /// Makes the server that answered the user's destination.
-ExitStatus keepServer(const ImportModel& model, Report& report) {
-    const auto defaults = std::make_shared<IniUserDefaults>();
-    UserDefaultsSettings settings(defaults);
-    settings.setDestinationKind(DestinationKind::sftp);
-    settings.setSftpUser(model.sftpUser());
-    settings.setSftpHost(model.sftpHost());
-    settings.setSftpPath(model.sftpPath());
-    return defaults->lostChanges() ? failToSave(report) : ExitStatus::success;
+ExitStatus keepServer(const AppContainer::Parts& parts, Report& report) {
+    const ImportModel& model = *parts.model;
+    chooseServer(*parts.settings, model.sftpUser(), model.sftpHost(), model.sftpPath());
+    return kept(*parts.settings, report);
 }
 
 bool isAboutServer(const CommandLine& commandLine) {
@@ -95,14 +99,12 @@ bool isAboutKey(const CommandLine& commandLine) {
 }
 
 std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
-                                          const AppContainer::Parts& parts,
-                                          std::shared_ptr<const IniUserDefaults> stored,
-                                          MainQueue& main, Background& background, Report& report,
+                                          const AppContainer::Parts& parts, MainQueue& main,
+                                          Background& background, Report& report,
                                           ModelCommand::Done done) {
     if (commandLine.command == Command::watch) {
-        return std::make_shared<WatchCommand>(
-            commandLine.trust, [stored = std::move(stored)] { return stored->lostChanges(); },
-            parts.model, main, report, std::move(done));
+        return std::make_shared<WatchCommand>(commandLine, parts.settings, parts.model, main,
+                                              report, std::move(done));
     }
     if (isAboutServer(commandLine)) {
         return std::make_shared<ServerCommand>(commandLine.command, *commandLine.server,
@@ -115,14 +117,11 @@ std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
 }
 
 ExitStatus runSettings(const CommandLine& commandLine) {
-    const auto defaults = std::make_shared<IniUserDefaults>();
-    UserDefaultsSettings settings(defaults);
-    BookmarkFolderAccess access(defaults, SettingsKey::destinationBookmark, Fassung::sandbox(),
-                                systemBookmarks());
+    const AppContainer::Choices choices = AppContainer::choices();
     const auto report = makeReport(commandLine.json);
-    const ExitStatus status = runSettings(commandLine, settings, access, *report);
-    const bool isLost = status == ExitStatus::success && defaults->lostChanges();
-    return isLost ? failToSave(*report) : status;
+    const ExitStatus status =
+        runSettings(commandLine, *choices.settings, *choices.folderAccess, *report);
+    return status == ExitStatus::success ? kept(*choices.settings, *report) : status;
 }
 
 ExitStatus runModel(const CommandLine& commandLine) {
@@ -131,24 +130,19 @@ ExitStatus runModel(const CommandLine& commandLine) {
     std::shared_ptr<ModelCommand> command;
     std::optional<InterruptSignals> signals(std::in_place, loop, [&] { command->interrupt(); });
     std::optional<ThreadPool> pool(std::in_place);
-    const auto stored = std::make_shared<IniUserDefaults>();
-    AppContainer::Parts parts =
-        AppContainer::make(loop, *pool,
-                           {.cards = commandLine.cards,
-                            .defaults = defaultsFor(commandLine, stored),
-                            .folderPicker = nullptr,
-                            .trusted = commandLine.trust,
-                            .onAttachedCamerasReported = [&] { command->begin(); },
-                            .discovers = !isAboutServer(commandLine)});
+    AppContainer::Options options = optionsFor(commandLine);
+    options.onAttachedCamerasReported = [&] { command->begin(); };
+    options.discovers = !isAboutServer(commandLine);
+    AppContainer::Parts parts = AppContainer::make(loop, *pool, std::move(options));
     ExitStatus status = ExitStatus::success;
-    command = makeCommand(commandLine, parts, stored, loop, *pool, *report, [&](ExitStatus ended) {
+    command = makeCommand(commandLine, parts, loop, *pool, *report, [&](ExitStatus ended) {
         status = ended;
         loop.stop();
     });
     if (isAboutServer(commandLine)) command->begin();
     loop.run();
     if (commandLine.command == Command::sftpCheck && status == ExitStatus::success)
-        status = keepServer(*parts.model, *report);
+        status = keepServer(parts, *report);
 
     // From here on the signals end the program again, should a file system hang.
     signals.reset();
@@ -163,15 +157,11 @@ ExitStatus runVerify(const CommandLine& commandLine) {
     std::shared_ptr<VerifyCommand> command;
     std::optional<InterruptSignals> signals(std::in_place, loop, [&] { command->interrupt(); });
     std::optional<ThreadPool> pool(std::in_place);
+    AppContainer::Options options = optionsFor(commandLine);
+    options.onAttachedCamerasReported = [&] { command->begin(); };
     // The model is left alone with the destination: it would try whether it can write there.
-    AppContainer::Parts parts = AppContainer::make(
-        loop, *pool,
-        {.cards = commandLine.cards,
-         .defaults = defaultsFor(commandLine, std::make_shared<IniUserDefaults>()),
-         .folderPicker = nullptr,
-         .trusted = {},
-         .onAttachedCamerasReported = [&] { command->begin(); },
-         .discovers = false});
+    options.discovers = false;
+    AppContainer::Parts parts = AppContainer::make(loop, *pool, std::move(options));
     ExitStatus status = ExitStatus::success;
     command = std::make_shared<VerifyCommand>(commandLine, parts.model->dest(), parts.proof, loop,
                                               *report, [&](ExitStatus ended) {
@@ -193,12 +183,10 @@ ExitStatus runKeys(const CommandLine& commandLine) {
     EventLoop loop;
     const auto report = makeReport(commandLine.json);
     std::optional<ThreadPool> pool(std::in_place);
-    auto parts = AppContainer::make(loop, *pool,
-                                    {.cards = {},
-                                     .defaults = nullptr,
-                                     .folderPicker = std::make_shared<GivenFile>(commandLine.file),
-                                     .trusted = {},
-                                     .discovers = false});
+    AppContainer::Options options;
+    options.folderPicker = std::make_shared<GivenFile>(commandLine.file);
+    options.discovers = false;
+    auto parts = AppContainer::make(loop, *pool, std::move(options));
     ExitStatus status = ExitStatus::success;
     KeyCommand command(commandLine, parts.keys, *report, [&](ExitStatus ended) {
         status = ended;

@@ -13,15 +13,20 @@
 
 namespace bildkurier {
 
-WatchCommand::WatchCommand(std::optional<std::string> trust, std::function<bool()> lostChoice,
+WatchCommand::WatchCommand(CommandLine commandLine, std::shared_ptr<const SettingsStore> settings,
                            std::shared_ptr<ImportModel> model, MainQueue& main, Report& report,
                            Done done)
     : ModelCommand(std::move(model), main, report, std::move(done)),
-      trust_(std::move(trust)),
-      lostChoice_(std::move(lostChoice)) {}
+      commandLine_(std::move(commandLine)),
+      settings_(std::move(settings)) {}
 
 void WatchCommand::start() {
-    if (!trust_ && !model().trustsCamera()) {
+    const auto& given = commandLine_.cards;
+    // Any other camera may come later; a folder that is none is a slip of the pen.
+    const auto attached =
+        given.empty() ? Result<>() : checkAttached(commandLine_, model().cameras());
+    if (!attached) return stop(ExitStatus::noCamera, attached.error().message);
+    if (!commandLine_.trust && !model().trustsCamera()) {
         return stop(ExitStatus::noCamera,
                     "Noch ist keine Kamera vertraut: bitte mit --trust eine nennen.");
     }
@@ -31,13 +36,13 @@ void WatchCommand::start() {
 
 void WatchCommand::tellOfMissingCamera() {
     const auto isMeant = [this](const auto& camera) {
-        return camera->isIdentityFinal() && answersTo(*camera, *trust_);
+        return camera->isIdentityFinal() && answersTo(*camera, *commandLine_.trust);
     };
-    if (!trust_ || std::ranges::any_of(model().cameras(), isMeant)) return;
+    if (!commandLine_.trust || std::ranges::any_of(model().cameras(), isMeant)) return;
     if (const auto unknown = unknownIdentity(model().cameras())) return report().status(*unknown);
     report().status(
         fmt::format("Eine Kamera „{}“ ist nicht verbunden; ihr wird vertraut, sobald sie es ist.",
-                    displayText(*trust_)));
+                    displayText(*commandLine_.trust)));
 }
 
 void WatchCommand::tellOfSuspension() {
@@ -48,7 +53,7 @@ void WatchCommand::tellOfSuspension() {
 }
 
 void WatchCommand::look() {
-    if (!toldLoss_ && lostChoice_()) {
+    if (!toldLoss_ && settings_->lostChanges()) {
         toldLoss_ = true;
         report().error(settingNotKept);
     }

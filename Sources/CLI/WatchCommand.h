@@ -2,9 +2,10 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
+#include "CommandLine.h"
 #include "ModelCommand.h"
+#include "SettingsStore.h"
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,9 +16,9 @@ namespace bildkurier {
 /// is connected.
 class WatchCommand final : public ModelCommand {
 public:
-    /// `trust`: name or identity of a camera that the model will trust as soon as it is connected.
-    /// `lostChoice` tells whether that, or another choice, could not be stored.
-    WatchCommand(std::optional<std::string> trust, std::function<bool()> lostChoice,
+    /// The model trusts the camera that the user names as soon as that is connected. `settings`
+    /// are the user's own.
+    WatchCommand(CommandLine commandLine, std::shared_ptr<const SettingsStore> settings,
                  std::shared_ptr<ImportModel> model, MainQueue& main, Report& report, Done done);
 
 private:
@@ -28,8 +29,8 @@ private:
     void tellOfMissingCamera();
     void tellOfSuspension();
 
-    std::optional<std::string> trust_;
-    std::function<bool()> lostChoice_;
+    CommandLine commandLine_;
+    std::shared_ptr<const SettingsStore> settings_;
     bool toldLoss_ = false;
     bool running_ = false;
     bool suspended_ = false;

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "WindowArguments.h"
 
+#include "CardFolder.h"
 #include "FileName.h"
 
 #include <QByteArray>
@@ -59,12 +60,6 @@ std::string absolute(const std::string& path) {
     return error ? path : found.string();
 }
 
-bool isReadableFolder(const std::string& path) {
-    std::error_code error;
-    const fs::directory_iterator entries(path, error);
-    return !error;
-}
-
 }  // namespace
 
 std::expected<WindowArguments, WindowAnswer> parseWindowArguments(
@@ -92,10 +87,8 @@ std::expected<WindowArguments, WindowAnswer> parseWindowArguments(
     WindowArguments result;
     for (const QString& card : parser.values(cardOption)) {
         const std::string folder = absolute(bytes(card));
-        if (!isReadableFolder(folder)) {
-            return answer(noCamera,
-                          "Die Karte „" + displayText(folder) + "“ ist kein lesbarer Ordner.");
-        }
+        if (const auto readable = checkCardFolder(folder); !readable)
+            return answer(noCamera, readable.error().message);
         result.cards.push_back(folder);
     }
     return result;

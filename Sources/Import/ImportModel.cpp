@@ -31,6 +31,7 @@ constexpr Duration retryInterval{5.0};
 constexpr double speedWindow = 2.0;  // seconds
 constexpr std::size_t longestLog = 500;
 constexpr int mostFruitlessResumes = 2;
+constexpr auto checkingStatus = "Prüfe Zielordner …";
 constexpr auto windingUpStatus =
     "Warte auf die Datei, die beim Abbruch des Imports noch unterwegs war …";
 constexpr auto sleepReason = "Bildkurier läuft";
@@ -512,13 +513,26 @@ void ImportModel::recompute() {
         return publish(status_, chooseFolderStatus);
     }
     publish(phase_, Phase::checking);
-    scanWaits_ = runner_->isWindingUp(dest_);
-    if (scanWaits_) return publish(status_, windingUpStatus);
-    scanDestination();
+    scanAtRest();
+}
+
+void ImportModel::scanAtRest() {
+    const auto goOn = [this](const Url& dest) {
+        scanWaits_ = runner_->isWindingUp(dest);
+        if (scanWaits_) return publish(status_, windingUpStatus);
+        scanDestination();
+    };
+    if (runner_->isSettled() || runner_->isWindingUp(dest_)) return goOn(dest_);
+    // Another path may lead to the same folder. To ask for it can take long.
+    scanWaits_ = false;
+    publish(status_, checkingStatus);
+    runThen(
+        background_, main_, [store = fileStore_, dest = dest_] { return store->resolved(dest); },
+        scanGeneration_(goOn));
 }
 
 void ImportModel::scanDestination() {
-    publish(status_, "Prüfe Zielordner …");
+    publish(status_, checkingStatus);
     runThen(
         background_, main_,
         [store = fileStore_, overlaps = camera_->overlapTest(), dest = dest_,
@@ -643,9 +657,7 @@ void ImportModel::runSettled(const std::optional<std::string>& arrived) {
         fruitlessResumes_ = 0;
         addLog(*arrived);
     }
-    if (phase_ != Phase::checking || !scanWaits_ || runner_->isWindingUp(dest_)) return;
-    scanWaits_ = false;
-    scanDestination();
+    if (phase_ == Phase::checking && scanWaits_) scanAtRest();
 }
 
 void ImportModel::fileRenamed(const ImportRunner::RenamedFile& file) {

@@ -237,6 +237,8 @@ private:
     void loadCatalog();
     void setCameraDays();
     void recompute();
+    /// Scans the destination once no abandoned run can bring a file there any more.
+    void scanAtRest();
     void scanDestination();
     SavedKeys savedKeysToResume() const;
     void destinationScanned(DestinationScan scan);

@@ -54,7 +54,8 @@ ImportRunner::ImportRunner(std::shared_ptr<FileStore> fileStore, MainQueue& main
 
 Result<> ImportRunner::start(std::vector<std::shared_ptr<CameraFile>> files, const Url& destination,
                              FolderLayout layout) {
-    if (isRunning_ || isWindingUp(destination)) return failure("Es läuft schon ein Import.");
+    const Url resolved = fileStore_->resolved(destination);
+    if (isRunning_ || isWindingUp(resolved)) return failure("Es läuft schon ein Import.");
     const Url staging = fileStore_->stagingDirectory(destination);
     fileStore_->removeItem(staging);
     if (auto created = fileStore_->createDirectory(staging); !created) {
@@ -70,7 +71,7 @@ Result<> ImportRunner::start(std::vector<std::shared_ptr<CameraFile>> files, con
         }
     }
 
-    place_ = {.destination = destination, .staging = staging};
+    place_ = {.destination = destination, .resolved = resolved, .staging = staging};
     layout_ = layout;
     progress_ = {.total = std::ssize(files)};
     failedFiles_.clear();
@@ -97,7 +98,7 @@ void ImportRunner::abandon() {
 
 bool ImportRunner::isWindingUp(const Url& destination) const {
     return std::ranges::any_of(windingUp_, [&](const Place& other) {
-        return overlap(other.destination, destination) ||
+        return overlap(other.destination, destination) || overlap(other.resolved, destination) ||
                overlap(other.staging, fileStore_->stagingDirectory(destination));
     });
 }

@@ -85,7 +85,8 @@ public:
     /// there.
     bool isSettled() const { return !isRunning_ && windingUp_.empty(); }
     /// Whether an abandoned run may still bring a file to that destination, or to a folder in it
-    /// or above it, or still needs the folder in which a run there would stage.
+    /// or above it, or still needs the folder in which a run there would stage. Compares paths:
+    /// of one that has links only `FileStore::resolved` tells for sure.
     bool isWindingUp(const Url& destination) const;
     /// Where the runs stage that have not come to rest.
     std::vector<Url> stagingDirectories() const;
@@ -101,7 +102,8 @@ private:
     /// Where a run works.
     struct Place {
         Url destination;
-        Url staging;  ///< that of one destination may be that of others, too
+        Url resolved;  ///< the same
+        Url staging;   ///< that of one destination may be that of others, too
 
         bool operator==(const Place&) const = default;
     };
@@ -135,7 +137,8 @@ private:
     bool isMoving_ = false;         ///< the run's file in hand is on its way into place
     std::vector<Place> windingUp_;  ///< of abandoned runs that have not come to rest
     std::deque<std::shared_ptr<CameraFile>> queue_;
-    Place place_{.destination = Url::file("/"), .staging = Url::file("/")};
+    Place place_{
+        .destination = Url::file("/"), .resolved = Url::file("/"), .staging = Url::file("/")};
     FolderLayout layout_;
     bool cancelRequested_ = false;
     Guard runID_;  ///< renewed with every run, so that an older run's answers are dropped

@@ -27,6 +27,10 @@ public:
     /// may lie elsewhere than in the destination. Nothing is created.
     virtual Url stagingDirectory(const Url& destination) = 0;
 
+    /// `url` by the one path that leads there through no link, as far as it exists: two
+    /// destinations of the same path are the same.
+    virtual Url resolved(const Url& url) { return url; }
+
     /// Keys of every regular file below `folder`, at any depth, hidden ones left out.
     /// A folder that cannot be read is empty.
     virtual FileKeys existingFileKeys(const Url& folder) = 0;

@@ -47,6 +47,9 @@ public:
     virtual void setAutoImportCameraIdentity(const std::string& identity) = 0;
     virtual std::optional<std::string> autoImportCameraName() const = 0;
     virtual void setAutoImportCameraName(const std::string& name) = 0;
+
+    /// Whether a choice could not be stored, and lasts as long as this process.
+    virtual bool lostChanges() const = 0;
 };
 
 }  // namespace bildkurier

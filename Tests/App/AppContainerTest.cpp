@@ -5,6 +5,7 @@
 #include "EventLoop.h"
 #include "ImportLock.h"
 #include "IniUserDefaults.h"
+#include "SettingsKey.h"
 #include "TemporaryFolder.h"
 #include "ThreadPool.h"
 #include "Tree.h"
@@ -112,6 +113,37 @@ TEST_F(AppContainerTest, HandsTheModelTheGivenChoices) {
     make({.discovers = false});
     EXPECT_EQ(parts.model->dest(), folder.url("bilder"));
     EXPECT_TRUE(parts.model->byDate());
+}
+
+TEST_F(AppContainerTest, KeepsToThisProcessWhatItChoosesForItself) {
+    UserDefaultsSettings settings(defaults);
+    settings.setByDate(true);
+    settings.setByType(false);
+    make({.ownKeys = {SettingsKey::destination, SettingsKey::byDate},
+          .choose = [this](SettingsStore& own) { own.setDestination(folder.url("bilder")); },
+          .discovers = false});
+    EXPECT_EQ(parts.model->dest(), folder.url("bilder"));
+    EXPECT_FALSE(parts.model->byDate());
+    EXPECT_FALSE(parts.model->byType());
+    parts.model->setByType(true);
+    for (const SettingsStore* stored :
+         {parts.settings.get(), static_cast<SettingsStore*>(&settings)}) {
+        EXPECT_NE(stored->destination(), folder.url("bilder"));
+        EXPECT_TRUE(stored->byDate());
+        EXPECT_TRUE(stored->byType());
+    }
+}
+
+TEST_F(AppContainerTest, HandsOutTheUsersChoicesByThemselves) {
+    const auto choices = AppContainer::choices();
+    choices.folderAccess->remember(folder.url("bilder"));
+    EXPECT_EQ(AppContainer::choices().folderAccess->restore(), folder.url("bilder"));
+    choices.settings->setByDate(true);
+    defaults = nullptr;
+    make({.discovers = false});
+    EXPECT_TRUE(parts.settings->byDate());
+    EXPECT_TRUE(parts.model->byDate());
+    EXPECT_EQ(parts.model->dest(), folder.url("bilder"));
 }
 
 TEST_F(AppContainerTest, WorksWithoutDialogsAndWithoutAFileManager) {

@@ -285,10 +285,10 @@ TEST_F(ImportCommandTest, ImportsTheSecondCardWhateverComesOfTheFirst) {
 }
 
 TEST_F(ImportCommandTest, DoesNotPassOverACardThatIsNotThere) {
-    options.cards = {"/a", "/b"};
+    options.cards = {"/", "/b"};
     attach("A");
     begin();
-    EXPECT_EQ(reported(), (Lines{"error: Nicht jede angegebene Karte ist ein lesbarer Ordner."}));
+    EXPECT_EQ(reported(), (Lines{"error: Die Karte „/b“ ist kein lesbarer Ordner."}));
     expectEnd(ExitStatus::noCamera);
 
     options.cards = {"/c"};

@@ -28,13 +28,17 @@ protected:
     void begin(const std::optional<std::string>& wanted = {}) {
         make();
         if (wanted) model->trustWhenConnected(*wanted);
-        command = std::make_shared<WatchCommand>(
-            wanted, [this] { return losesChoices; }, model, loop, report, done());
+        makeCommand({.trust = wanted});
         command->begin();
         loop.settle();
     }
 
-    bool losesChoices = false;
+    void makeCommand(CommandLine options) {
+        options.command = CommandLine::Command::watch;
+        command = std::make_shared<WatchCommand>(std::move(options), settings, model, loop, report,
+                                                 done());
+    }
+
     std::shared_ptr<WatchCommand> command;
 };
 
@@ -49,6 +53,45 @@ TEST_F(WatchCommandTest, WantsATrustedCamera) {
                   (Lines{"error: Noch ist keine Kamera vertraut: bitte mit --trust eine nennen."}));
         expectEnd(ExitStatus::noCamera);
     }
+}
+
+TEST_F(WatchCommandTest, WantsEveryFolderGivenToBeThereAtFirst) {
+    const struct {
+        Lines cards;
+        std::string complaint;
+    } cases[] = {
+        {{"/c"}, "error: Die Karte „/c“ ist kein lesbarer Ordner."},
+        {{"/", "/c"}, "error: Die Karte „/c“ ist kein lesbarer Ordner."},
+        {{"/", "/"}, "error: Keine Kamera gefunden."},
+    };
+    for (const auto& [cards, complaint] : cases) {
+        trust("serial:A");
+        make();
+        ends.clear();
+        if (cards.size() > 1) attach("A");
+        makeCommand({.cards = cards});
+        command->begin();
+        EXPECT_EQ(reported(), Lines{complaint});
+        expectEnd(ExitStatus::noCamera);
+    }
+}
+
+TEST_F(WatchCommandTest, WaitsForAFolderGivenThatHasGone) {
+    trust("serial:A");
+    make();
+    const auto card = attach("A");
+    file(*card, "A.JPG", "aaaa");
+    makeCommand({.cards = {"/c"}});
+    command->begin();
+    deliver(*card);
+    model->cameraBrowserDidRemove(card);
+    loop.settle();
+    EXPECT_TRUE(ends.empty());
+    const auto again = returned(*card);
+    file(*again, "B.JPG", "bb");
+    deliver(*again);
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"A.JPG", "aaaa"}, {"B.JPG", "bb"}}));
+    EXPECT_TRUE(ends.empty());
 }
 
 TEST_F(WatchCommandTest, ImportsTheTrustedCameraEachTimeItIsConnected) {
@@ -105,8 +148,7 @@ TEST_F(WatchCommandTest, SaysWhyACameraCannotBeTrustedYet) {
         make();
         attached(held);
         model->trustWhenConnected(wanted);
-        command = std::make_shared<WatchCommand>(
-            wanted, [] { return false; }, model, loop, report, done());
+        makeCommand({.trust = wanted});
         command->begin();
         loop.settle();
         EXPECT_EQ(std::ranges::count(reported(),
@@ -143,8 +185,7 @@ TEST_F(WatchCommandTest, SaysThatTheCameraToTrustIsNotConnected) {
     for (const std::string wanted : {"Kamera A", "serial:A"}) {
         make();
         attach("A");
-        command = std::make_shared<WatchCommand>(
-            wanted, [] { return false; }, model, loop, report, done());
+        makeCommand({.trust = wanted});
         command->begin();
         EXPECT_EQ(isTold(wanted), 0);
     }
@@ -152,7 +193,7 @@ TEST_F(WatchCommandTest, SaysThatTheCameraToTrustIsNotConnected) {
 
 TEST_F(WatchCommandTest, SaysOnceThatItsTrustIsNotKept) {
     begin("Kamera B");
-    losesChoices = true;
+    settings->losesChanges = true;
     deliver(*attach("B"));
     deliver(*attach("C"));
     EXPECT_EQ(

@@ -131,6 +131,20 @@ TEST_F(WatchedFolderTest, KeepsOtherImportsFromStartingForAsLongAsItLives) {
     expectCardAtDestination();
 }
 
+TEST_F(WatchedFolderTest, IsImportedAgainWheneverItReturns) {
+    RunningProgram program(watch(options));
+    ASSERT_TRUE(program.waitUntilItSays("Fertig: 3 geladen")) << program.out();
+    const std::string away = folder.path("away");
+    fs::rename(card, away);
+    ASSERT_TRUE(program.waitUntilItSays("Suche Kamera")) << program.out();
+    folder.write("away/IMG_4.JPG", "four");
+    fs::rename(away, card);
+    ASSERT_TRUE(program.waitUntilItSays("Fertig: 1 geladen")) << program.out();
+    program.send(SIGTERM);
+    EXPECT_EQ(program.finish().exitStatus, 130);
+    expectCardAtDestination();
+}
+
 /// The card is a volume that is mounted and unmounted.
 class WatchedVolumeTest : public WatchProgramTest {
 protected:

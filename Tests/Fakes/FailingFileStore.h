@@ -24,6 +24,7 @@ public:
     std::size_t calls = 0;  ///< counted so far
 
     Url stagingDirectory(const Url& destination) override;
+    Url resolved(const Url& url) override { return store_->resolved(url); }
     FileKeys existingFileKeys(const Url& folder) override;
     bool fileExists(const Url& url) override;
     std::optional<std::int64_t> fileSize(const Url& url) override;

@@ -28,6 +28,7 @@ public:
         return isServer(destination) ? Url::file("/staging")
                                      : store_->stagingDirectory(destination);
     }
+    Url resolved(const Url& url) override { return store_->resolved(url); }
     FileKeys existingFileKeys(const Url& folder) override {
         return connects(folder) ? store_->existingFileKeys(folder) : FileKeys();
     }

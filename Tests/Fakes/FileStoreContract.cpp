@@ -40,6 +40,15 @@ TEST_P(FileStoreContract, NamesAStagingFolderWithoutMakingIt) {
     EXPECT_EQ(store().stagingDirectory(destination()), staging);
 }
 
+TEST_P(FileStoreContract, FindsNoOtherPathToAFolderWithoutLinks) {
+    ASSERT_TRUE(store().createDirectory(at("bilder")));
+    const Url folder = store().resolved(at("bilder"));
+    EXPECT_TRUE(folder.path.ends_with("/bilder")) << folder.path;
+    EXPECT_EQ(folder.scheme, at("bilder").scheme);
+    EXPECT_EQ(store().resolved(folder), folder);
+    EXPECT_EQ(store().resolved(folder.appending("noch/keiner")), folder.appending("noch/keiner"));
+}
+
 TEST_P(FileStoreContract, NeverCountsWhatIsBeingStaged) {
     const Url staged = stage("half a picture");
     EXPECT_EQ(contents(staged), "half a picture");

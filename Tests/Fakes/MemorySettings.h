@@ -24,6 +24,7 @@ public:
     bool storedAutoImport = false;
     std::optional<std::string> storedIdentity;
     std::optional<std::string> storedName;
+    bool losesChanges = false;
 
     Url destination() const override { return storedDestination; }
     void setDestination(const Url& folder) override { storedDestination = folder; }
@@ -51,6 +52,7 @@ public:
     }
     std::optional<std::string> autoImportCameraName() const override { return storedName; }
     void setAutoImportCameraName(const std::string& name) override { storedName = name; }
+    bool lostChanges() const override { return losesChanges; }
 };
 
 }  // namespace bildkurier

@@ -17,6 +17,7 @@ public:
     Url stagingDirectory(const Url& destination) override {
         return store_->stagingDirectory(destination);
     }
+    Url resolved(const Url& url) override { return store_->resolved(url); }
     FileKeys existingFileKeys(const Url& folder) override {
         return store_->existingFileKeys(folder);
     }

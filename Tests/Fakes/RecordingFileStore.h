@@ -21,6 +21,7 @@ public:
     Url stagingDirectory(const Url& destination) override {
         return noted("stagingDirectory", destination).stagingDirectory(destination);
     }
+    Url resolved(const Url& url) override { return noted("resolved", url).resolved(url); }
     FileKeys existingFileKeys(const Url& folder) override {
         return noted("existingFileKeys", folder).existingFileKeys(folder);
     }

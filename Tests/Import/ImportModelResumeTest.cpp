@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "LinkedFolder.h"
 #include "PluggedCameraTest.h"
 #include "SlowMoves.h"
 
@@ -467,6 +468,22 @@ TEST_F(ImportModelResumeTest, KeepsCountingAfterARunThatWasCancelled) {
     ASSERT_EQ(model->log().back(), "Fertig: 0 geladen (" +
                                        formatBytes(std::ssize(contentsOf("A.JPG"))) +
                                        "), 1 fehlgeschlagen, abgebrochen");
+    unplug(back);
+    loseImport("4", 0);
+    EXPECT_EQ(model->status(), gaveUp);
+}
+
+TEST_F(ImportModelResumeTest, KeepsCountingAfterARunThatWasCancelledBeforeAnyFile) {
+    start();
+    for (const auto* id : {"1", "2"}) loseImport(id, 0);
+    const auto back = holding("3", identity, three);
+    model->cameraBrowserDidAdd(back);
+    back->sessionOpened();
+    back->catalogReady();
+    while (!isImporting()) ASSERT_TRUE(loop.stepBackground() || loop.stepMain());
+    model->cancelImport();
+    loop.settle();
+    ASSERT_EQ(model->log().back(), "Fertig: 0 geladen (0 KB), abgebrochen");
     unplug(back);
     loseImport("4", 0);
     EXPECT_EQ(model->status(), gaveUp);
@@ -987,6 +1004,28 @@ TEST_F(ImportModelResumeTest, WaitsForTheFileThatIsOnItsWayWhenTheCameraIsLost) 
     EXPECT_EQ(model->phase(), Phase::ready);
     EXPECT_FALSE(lock->held);
     EXPECT_FALSE(store->fileExists(Url::file("/bilder/.bildkurier-tmp")));
+}
+
+TEST_F(ImportModelResumeTest, WaitsForTheFileThatIsOnItsWayByWhateverPathALinkGives) {
+    const auto slow = std::make_shared<SlowMoves>(std::make_shared<LinkedFolder>(store));
+    files = slow;
+    start();
+    const auto lost = plugIn("1", std::nullopt, three, 0);
+    slow->meanwhile = [&] {
+        unplug(lost);
+        plugIn("2", std::nullopt, three);
+        model->setDest(Url::file("/link"));
+        EXPECT_EQ(model->status(), "Prüfe Zielordner …");
+        loop.settle();
+        EXPECT_EQ(model->phase(), Phase::checking);
+        EXPECT_EQ(model->status(),
+                  "Warte auf die Datei, die beim Abbruch des Imports noch unterwegs war …");
+    };
+    startImport();
+    fileOf(*lost, 0).deliver();
+    loop.settle();
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(model->newFiles().size(), 2U) << "it has arrived after all";
 }
 
 TEST_F(ImportModelResumeTest, ImportsIntoAnotherDestinationWhileAFileIsStillOnItsWay) {

@@ -27,6 +27,8 @@ rc::Gen<ImportStep> anyStep() {
         rc::gen::set(&ImportStep::event, rc::gen::weightedElement<Event>({
                                              {6, Event::connect},
                                              {6, Event::replug},
+                                             {1, Event::tellLate},
+                                             {3, Event::identify},
                                              {3, Event::plugIn},
                                              {2, Event::unplug},
                                              {4, Event::openSession},

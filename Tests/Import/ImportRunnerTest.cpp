@@ -5,6 +5,7 @@
 #include "Formatting.h"
 #include "ImportError.h"
 #include "ImportRunner.h"
+#include "LinkedFolder.h"
 #include "ManualRunLoop.h"
 #include "MemoryFileStore.h"
 #include "SlowMoves.h"
@@ -437,6 +438,27 @@ TEST_F(ImportRunnerTest, LoadsIntoAnotherDestinationWhileAMoveHangs) {
     EXPECT_TRUE(runner->isSettled());
     for (const char* path : {"/bilder", "/archiv"})
         EXPECT_EQ(store->tree(Url::file(path)), (Tree{{"A.JPG", "aaaa"}})) << path;
+}
+
+TEST_F(ImportRunnerTest, KnowsADestinationByWhateverPathALinkGivesIt) {
+    const auto linked = std::make_shared<LinkedFolder>(store);
+    runner = std::make_unique<ImportRunner>(linked, loop, loop);
+    const Url link = Url::file("/link");
+    for (const auto& [begun, other] :
+         {std::pair(destination, link), std::pair(link, destination)}) {
+        SCOPED_TRACE(begun.path);
+        file("A.JPG", "aaaa");
+        ASSERT_TRUE(runner->start({files.begin(), files.end()}, begun, {}));
+        runner->abandon();
+        EXPECT_TRUE(runner->isWindingUp(begun));
+        EXPECT_TRUE(runner->isWindingUp(linked->resolved(other)));
+        EXPECT_FALSE(runner->isWindingUp(Url::file("/linker")));
+        EXPECT_FALSE(runner->start({files.begin(), files.end()}, other, {}));
+        loop.settle();
+        EXPECT_TRUE(runner->start({files.begin(), files.end()}, other, {}));
+        runner->abandon();
+        loop.settle();
+    }
 }
 
 TEST_F(ImportRunnerTest, WaitsForAMoveThatNeedsTheStagingFolderOfAnotherDestination) {

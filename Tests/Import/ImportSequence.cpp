@@ -34,6 +34,8 @@ constexpr auto refusedSession =
     "Verbindung fehlgeschlagen: Die Kamera ist belegt. „Digitale Bilder“, „Fotos“ und "
     "Canon-Software schließen, dann Kamera neu verbinden.";
 constexpr auto chooseFolderStatus = "Zielordner wählen: unter Ziel auf „Ändern …“ klicken.";
+constexpr auto returned = " wieder verbunden. Import wird fortgesetzt …";
+constexpr auto summaryStart = "Fertig: ";
 constexpr auto nothingMissing = "Nach der Trennung fehlt nichts mehr im Zielordner.";
 constexpr auto allPresent = "Auto-Import: alle Dateien dieser Kamera sind bereits im Zielordner.";
 constexpr auto notWritable =
@@ -46,6 +48,8 @@ constexpr auto otherHostKey =
     "Der Server zeigt einen anderen Schlüssel als beim ersten Verbinden. Nur wenn der Server neu "
     "eingerichtet wurde: gespeicherten Server-Schlüssel vergessen.";
 constexpr auto keyForgotten = "Server-Schlüssel vergessen. Jetzt erneut „Verbinden und prüfen“.";
+/// Of all cameras that cannot tell yet who they are.
+constexpr auto commonPlace = "persistent:usb";
 constexpr std::int64_t plenty = 1'000'000'000'000;
 
 const std::array destinations = {"/bilder"s, "/archiv"s, "/fehlt"s};
@@ -137,6 +141,12 @@ void ImportSequence::happen(const ImportStep& step) {
             break;
         case Event::replug:
             replug();
+            break;
+        case Event::tellLate:
+            device.tellsLate = !device.tellsLate;
+            break;
+        case Event::identify:
+            identify(which);
             break;
         case Event::openSession:
             openSession(which, std::nullopt);
@@ -277,26 +287,18 @@ void ImportSequence::plugIn(Device& device) {
     for (const auto& picture : device.card) {
         camera->add(std::make_shared<ScriptedFile>(store_, picture));
     }
+    if (device.tellsLate) camera->isOnlyKnownBy(commonPlace);
     device.attached = camera;
     attached_.push_back(camera);
     connections_.push_back(camera);
 
     const bool importing = phase_ == Phase::importing;
-    const bool resumes =
-        pendingResume_ && device.identity == pendingResume_->identity && !importing;
-    if (resumes) resumeReady_ = true;
-    if (!resumes && expectedTrust_ && device.identity == expectedTrust_) {
-        expectedTrust_.reset();
-        settings_->storedAutoImport = true;
-        settings_->storedIdentity = device.identity;
-    }
-    const bool imports = !resumes && isTrusted(*camera);
-    if (imports) pendingAutoImport_ = device.identity;
+    const Recognition found = recognised(*camera);
     const auto selected = model_->selectedID();
     sawReturn_ = false;
     model_->cameraBrowserDidAdd(camera);
-    RC_ASSERT(sawReturn_ == resumes);
-    if (resumes || (imports && !importing) || (!selected && !importing)) {
+    RC_ASSERT(sawReturn_ == found.resumes);
+    if (!importing && (found.isTakenUp() || !selected)) {
         RC_ASSERT(held() == camera);
         RC_ASSERT(model_->phase() == Phase::connecting);
         RC_ASSERT(model_->status() == fmt::format("Verbinde mit Kamera {} …", camera->id()));
@@ -304,6 +306,49 @@ void ImportSequence::plugIn(Device& device) {
         RC_ASSERT(held() != camera);
         if (selected) RC_ASSERT(model_->selectedID() == selected);
     }
+}
+
+/// A camera that is attached can tell by now who it is.
+void ImportSequence::identify(std::size_t which) {
+    std::vector<std::shared_ptr<ScriptedCamera>> late;
+    std::ranges::copy_if(attached_, std::back_inserter(late),
+                         [](const auto& camera) { return !camera->isIdentityFinal(); });
+    if (late.empty()) return;
+    const auto camera = pick(late, which);
+    camera->identify();
+    const Recognition found = recognised(*camera);
+    const auto tell = [&] { model_->cameraBrowserDidIdentify(camera); };
+    if (phase_ == Phase::importing || !found.isTakenUp()) return checkNothingHappens(tell);
+    const Phase before = phase_;
+    const bool isRead = camera == held() && before != Phase::noCamera;
+    sawReturn_ = false;
+    tell();
+    RC_ASSERT(sawReturn_ == found.resumes);
+    RC_ASSERT(held() == camera);
+    if (!isRead) {
+        RC_ASSERT(model_->phase() == Phase::connecting);
+    } else if (before != Phase::ready) {
+        RC_ASSERT(model_->phase() == before);
+    } else if (!needsChoice()) {
+        RC_ASSERT(model_->phase() == Phase::checking);
+    }
+}
+
+ImportSequence::Recognition ImportSequence::recognised(const ScriptedCamera& camera) {
+    Recognition found;
+    found.isAwaited =
+        phase_ != Phase::importing && pendingResume_ && camera.isKnownAs(pendingResume_->identity);
+    found.resumes = found.isAwaited && camera.isIdentityFinal();
+    if (found.resumes) resumeReady_ = true;
+    if (found.isAwaited) return found;
+    if (expectedTrust_ && camera.isIdentityFinal() && camera.isKnownAs(*expectedTrust_)) {
+        expectedTrust_.reset();
+        settings_->storedAutoImport = true;
+        settings_->storedIdentity = camera.identity();
+    }
+    found.imports = isTrusted(camera);
+    if (found.imports) pendingAutoImport_ = camera.identity();
+    return found;
 }
 
 void ImportSequence::unplug(std::size_t which) {
@@ -410,7 +455,7 @@ void ImportSequence::happenDuringMove(std::size_t which) {
 }
 
 void ImportSequence::expectCamera(const Device& device) {
-    if (!device.identity || device.attached) return;
+    if (!device.identity || (device.attached && device.attached->isIdentityFinal())) return;
     expectedTrust_ = device.identity;
     checkNothingHappens([this] { model_->trustWhenConnected(*expectedTrust_); });
 }
@@ -446,8 +491,14 @@ void ImportSequence::catalogReady(std::size_t which) {
     if (camera != held() || phase_ == Phase::importing) {
         return checkNothingHappens([&] { camera->catalogReady(); });
     }
+    const auto storedDay = settings_->storedFromDay;
     camera->catalogReady();
     RC_ASSERT(camera->read == camera->card);
+    const auto& days = model_->cameraDays();
+    const auto chosen =
+        std::ranges::find_if(days, [&](Date day) { return dayFormatter().text(day) == storedDay; });
+    const auto index = chosen == days.end() ? std::ssize(days) - 1 : chosen - days.begin();
+    RC_ASSERT(model_->fromDayIndex() == static_cast<double>(std::max<std::ptrdiff_t>(index, 0)));
     if (!needsChoice()) {
         RC_ASSERT(model_->phase() == Phase::checking);
         const bool waits = runner_->isWindingUp(model_->dest());
@@ -547,6 +598,7 @@ void ImportSequence::start() {
     } else {
         RC_ASSERT(model_->phase() == Phase::importing);
         RC_ASSERT(model_->log().empty());
+        RC_ASSERT(model_->speed() == SpeedMeter::Reading());
     }
 }
 
@@ -566,6 +618,7 @@ void ImportSequence::moveSlider(double index) {
     }
     ++filterings_;
     model_->setFromDayIndex(index);
+    RC_ASSERT(model_->fromDayIndex() == index);
     const auto day = model_->fromDaySelected();
     if (day) RC_ASSERT(settings_->storedFromDay == dayFormatter().text(*day));
 }
@@ -574,7 +627,7 @@ void ImportSequence::switchAutoImport(bool on) {
     const auto camera = held();
     const Shown before = shown();
     model_->setAutoImportEnabled(on);
-    const bool works = on && camera && camera->identity();
+    const bool works = on && camera && camera->identity() && camera->isIdentityFinal();
     Shown expected = before;
     if (works) {
         expected.status =
@@ -695,6 +748,12 @@ void ImportSequence::finish() {
     store_->capacity = plenty;
     lock_->takenByAnother = false;
     slow_->meanwhile = nullptr;
+    while (std::ranges::any_of(attached_,
+                               [](const auto& camera) { return !camera->isIdentityFinal(); })) {
+        identify(0);
+        check();
+    }
+    for (auto& device : devices_) device.tellsLate = false;
     // What waits for the other process goes on.
     loop_.advance(retryInterval);
     check();
@@ -795,17 +854,16 @@ void ImportSequence::leave() {
 
 void ImportSequence::observed() {
     ++notifications_;
-    if (model_->status().ends_with(" wieder verbunden. Import wird fortgesetzt …")) {
-        sawReturn_ = true;
-    }
     if (model_->phase() != phase_) {
         const Phase from = std::exchange(phase_, model_->phase());
         changed(from, phase_);
     }
+    measured();
     noteDestination();
     if (phase_ == Phase::checking) noteRetry();
     if (status_ != model_->status()) {
         status_ = model_->status();
+        if (status_.ends_with(returned)) sawReturn_ = true;
         if (status_ == anotherRuns) refused_ = true;
         // The last word of every comparison with a folder that must be chosen again.
         if (status_ == chooseFolderStatus && !userStarts_) ++filterings_;
@@ -817,6 +875,19 @@ void ImportSequence::observed() {
     logSize_ = log.size();
     logBack_ = back;
     if (grown) logged(*back);
+}
+
+/// The speed is that of the run, and measured over all of it.
+void ImportSequence::measured() {
+    const auto& progress = model_->progress();
+    const auto& speed = model_->speed();
+    if (run_) run_->bytes = std::max(run_->bytes, progress.bytesDone + progress.currentBytes);
+    if (speed == std::exchange(speed_, speed)) return;
+    RC_ASSERT(run_);
+    const double seconds = (loop_.now() - run_->began).count();
+    const double average = seconds > 0 ? static_cast<double>(run_->bytes) / seconds : 0;
+    RC_ASSERT((speed.average >= 0 && speed.average <= average * (1 + 1e-9)));
+    RC_ASSERT((speed.current >= 0 && speed.current <= speed.peak));
 }
 
 /// No server becomes the destination but one that the user has applied and that is good.
@@ -839,6 +910,7 @@ void ImportSequence::changed(Phase from, Phase to) {
         run_ = {.files = model_->newFiles(),
                 .dest = model_->dest(),
                 .layout = {.byDate = model_->byDate(), .byType = model_->byType()},
+                .began = loop_.now(),
                 .present = scans_->keys,
                 .firstStatus = model_->status(),
                 .byUser = userStarts_};
@@ -921,8 +993,7 @@ void ImportSequence::checkLoaded(const std::string& line) {
 
 void ImportSequence::checkResumed(const std::string& line) {
     RC_ASSERT((run_ && !run_->byUser && !run_->announced));
-    RC_ASSERT((pendingResume_ && resumeReady_));
-    RC_ASSERT(held()->identity() == pendingResume_->identity);
+    RC_ASSERT(canResume(*held()));
     run_->ignoresDateFilter = pendingResume_->ignoresDateFilter;
     const auto since = run_->ignoresDateFilter ? std::nullopt : filterDay();
     run_->present = presentToResume();
@@ -939,7 +1010,7 @@ void ImportSequence::checkAutoImport() {
     RC_ASSERT((run_ && !run_->byUser && !run_->announced));
     RC_ASSERT(model_->log().size() == 1);
     RC_ASSERT(held()->identity() == pendingAutoImport_);
-    RC_ASSERT(isTrusted(*held()));
+    RC_ASSERT((isTrusted(*held()) && held()->isIdentityFinal()));
     RC_ASSERT(run_->files == missing(std::nullopt, run_->present));
     run_->announced = true;
     run_->ignoresDateFilter = true;
@@ -961,6 +1032,7 @@ void ImportSequence::check() {
     checkRun();
     checkCameras();
     checkCatalogue();
+    checkDay();
     checkStatus();
     if (!held() || model_->selectedID() == held()->id()) selectionDiffers_ = false;
     RC_ASSERT(model_->autoImportEnabled() == settings_->storedAutoImport);
@@ -999,7 +1071,7 @@ void ImportSequence::takeUpPending() {
     if (filterings > 0) autoImportDecided_ = false;
     if (phase_ != Phase::ready || !camera || camera->read.empty() || filterings == 0) return;
     const std::string& status = model_->status();
-    if (resumeReady_ && pendingResume_ && camera->identity() == pendingResume_->identity) {
+    if (canResume(*camera)) {
         resumed_ = true;
         // Another comparison at once has a status of its own.
         RC_ASSERT((filterings > 1 ||
@@ -1010,10 +1082,13 @@ void ImportSequence::takeUpPending() {
         resumeReady_ = false;
         if (--filterings == 0) return;
     }
-    if (pendingAutoImport_ && camera->identity() == pendingAutoImport_ && isTrusted(*camera)) {
+    if (pendingAutoImport_ && camera->identity() == pendingAutoImport_ && isTrusted(*camera) &&
+        camera->isIdentityFinal()) {
         autoImportDecided_ = true;
+        // The summary of a run that has just ended is what shows last.
+        const bool isSummed = status.starts_with(summaryStart) && needsChoice();
         RC_ASSERT(
-            (filterings > 1 ||
+            (filterings > 1 || isSummed ||
              isAmong(status, {allPresent, notWritable, noRoom, chooseFolderStatus, anotherRuns}) ||
              status.starts_with(cannotWrite)));
         if (status == anotherRuns || (filterings > 1 && lock_->takenByAnother)) postponed_ = true;
@@ -1096,6 +1171,16 @@ void ImportSequence::checkCatalogue() const {
         (fits(scans_->keys) || (ungranted_ && fits({})) || (resumed_ && fits(presentToResume()))));
 }
 
+void ImportSequence::checkDay() const {
+    const auto& days = model_->cameraDays();
+    const auto day = model_->fromDaySelected();
+    RC_ASSERT(day.has_value() == !days.empty());
+    if (!day) return;
+    const auto last = static_cast<double>(days.size() - 1);
+    const double place = std::clamp(std::trunc(model_->fromDayIndex()), 0.0, last);
+    RC_ASSERT(*day == days[static_cast<std::size_t>(place)]);
+}
+
 void ImportSequence::checkStatus() const {
     const std::string& status = model_->status();
     if (status == cancelling || status.starts_with("Auto-Import für ")) {
@@ -1104,20 +1189,22 @@ void ImportSequence::checkStatus() const {
     }
     const auto camera = held();
     const bool lost = isAmong(status, {goesOn, gaveUp});
-    const bool finished = status.starts_with("Fertig: ");
+    // Told of a camera that was held already, when it could say who it is.
+    const bool back = camera && canResume(*camera) && status.ends_with(returned);
+    const bool finished = status.starts_with(summaryStart);
     switch (phase_) {
         case Phase::noCamera:
             RC_ASSERT((lost || isAmong(status, {searching, refusedSession})));
             break;
         case Phase::connecting:
-            RC_ASSERT((lost || status == "Lese Kamera neu ein …" ||
+            RC_ASSERT((lost || back || status == "Lese Kamera neu ein …" ||
                        status == fmt::format("Verbinde mit Kamera {} …", camera->id())));
             break;
         case Phase::reading:
-            RC_ASSERT(status == "Lese Dateiliste der Karte(n) …");
+            RC_ASSERT((back || status == "Lese Dateiliste der Karte(n) …"));
             break;
         case Phase::checking:
-            RC_ASSERT((finished || isAmong(status, {"Prüfe Zielordner …", windingUp})));
+            RC_ASSERT((finished || back || isAmong(status, {"Prüfe Zielordner …", windingUp})));
             break;
         case Phase::ready:
             RC_ASSERT((isStatusOfReady(status) || (finished && needsChoice())));
@@ -1189,6 +1276,11 @@ std::shared_ptr<ScriptedCamera> ImportSequence::waitingCamera() const {
 bool ImportSequence::isTrusted(const ScriptedCamera& camera) const {
     return settings_->storedAutoImport && camera.identity() &&
            camera.identity() == settings_->storedIdentity;
+}
+
+bool ImportSequence::canResume(const ScriptedCamera& camera) const {
+    return resumeReady_ && pendingResume_ && camera.isIdentityFinal() &&
+           camera.isKnownAs(pendingResume_->identity);
 }
 
 std::optional<Date> ImportSequence::filterDay() const {

@@ -57,6 +57,15 @@ private:
         std::optional<std::string> identity;
         std::vector<Picture> card;
         std::shared_ptr<ScriptedCamera> attached;
+        bool tellsLate = false;  ///< who it is, once it is attached
+    };
+
+    /// What a camera is to the model as soon as that hears who it is.
+    struct Recognition {
+        bool isAwaited = false;  ///< by an import that was interrupted
+        bool resumes = false;    ///< awaited, and known for sure
+        bool imports = false;    ///< by itself
+        bool isTakenUp() const { return isAwaited || imports; }
     };
 
     /// The import that runs.
@@ -64,6 +73,8 @@ private:
         CameraFiles files;
         Url dest;
         FolderLayout layout;
+        Instant began;
+        std::int64_t bytes = 0;   ///< that progress told of, at most
         FileKeys present;         ///< at the destination, before it
         std::string firstStatus;  ///< shown until the first report
         bool byUser = false;
@@ -102,6 +113,7 @@ private:
     void unplug(std::size_t which);
     void connect(Device& device);
     void replug();
+    void identify(std::size_t which);
     void happenDuringMove(std::size_t which);
     void expectCamera(const Device& device);
     void noteRetry();
@@ -131,6 +143,7 @@ private:
     void observed();
     void changed(Phase from, Phase to);
     void noteDestination();
+    void measured();
     void logged(const std::string& line);
     bool hasArrivedLate(const LostRun& lost) const;
     void checkLoaded(const std::string& line);
@@ -142,6 +155,7 @@ private:
     void checkRun() const;
     void checkCameras() const;
     void checkCatalogue() const;
+    void checkDay() const;
     void checkStatus() const;
     void checkDestination() const;
     void checkServerState() const;
@@ -159,6 +173,8 @@ private:
     bool needsChoice() const;
     Url formURL() const;
     bool isTrusted(const ScriptedCamera& camera) const;
+    Recognition recognised(const ScriptedCamera& camera);
+    bool canResume(const ScriptedCamera& camera) const;
     std::optional<Date> filterDay() const;
     CameraFiles missing(std::optional<Date> since, const FileKeys& present) const;
     FileKeys presentToResume() const;
@@ -194,6 +210,7 @@ private:
     std::string status_;
     std::size_t logSize_ = 0;
     const std::string* logBack_ = nullptr;
+    SpeedMeter::Reading speed_;
     int notifications_ = 0;
     bool sawReturn_ = false;  ///< "… wieder verbunden …" was shown since the last plugging in
 

@@ -15,6 +15,8 @@ struct ImportStep {
         unplug,
         connect,
         replug,
+        tellLate,
+        identify,
         openSession,
         refuseSession,
         catalogReady,

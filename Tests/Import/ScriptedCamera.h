@@ -46,13 +46,26 @@ public:
     void catalogChanged() {
         if (const auto to = delegate.lock()) to->cameraCatalogChanged(*this);
     }
+    /// Who it is, it cannot tell yet, only its place.
+    void isOnlyKnownBy(std::string place) {
+        place_ = std::move(place);
+        isIdentified_ = false;
+    }
+    /// Now it can, if it has an identity of its own.
+    void identify() { isIdentified_ = true; }
     void unplug() {
         for (const auto& file : taken) file->unplugged = true;
     }
 
     std::string id() const override { return id_; }
     std::optional<std::string> name() const override { return "Kamera " + id_; }
-    std::optional<std::string> identity() const override { return identity_; }
+    std::optional<std::string> identity() const override {
+        return isIdentified_ && identity_ ? identity_ : place_;
+    }
+    bool isIdentityFinal() const override { return isIdentified_; }
+    bool isKnownAs(const std::string& identity) const override {
+        return this->identity() == identity || place_ == identity;
+    }
     std::vector<std::shared_ptr<CameraFile>> files() const override {
         read = card;
         return {card.begin(), card.end()};
@@ -71,6 +84,8 @@ public:
 private:
     std::string id_;
     std::optional<std::string> identity_;
+    std::optional<std::string> place_;  ///< unless it could tell at once who it is
+    bool isIdentified_ = true;
 };
 
 }  // namespace bildkurier

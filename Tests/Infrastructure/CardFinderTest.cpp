@@ -115,6 +115,27 @@ TEST_F(CardFinderTest, HasNothingToLookForAgainAtACard) {
     EXPECT_EQ(cards.nextLook(), std::nullopt);
 }
 
+TEST_F(CardFinderTest, LooksEverySecondWhetherAGivenFolderIsThere) {
+    media.makeFolder("a");
+    media.makeFolder("EOS");
+    table = {mount(1, "EOS")};
+    auto cards = finder({real("a")});
+    EXPECT_EQ(cards.nextLook(), std::nullopt);
+    const auto first = cards.look(table, at(10)).come;
+    ASSERT_EQ(names(first), Names{"a"});
+    EXPECT_EQ(cards.nextLook(), at(10.5)) << "because of the volume";
+    cards.look(table, at(10.5));
+    EXPECT_EQ(cards.nextLook(), at(11.5));
+
+    fs::rename(media.path("a"), media.path("b"));
+    EXPECT_EQ(cards.look(table, at(11.5)).gone, first);
+    EXPECT_EQ(cards.nextLook(), at(12.5));
+    fs::rename(media.path("b"), media.path("a"));
+    const auto again = cards.look(table, at(12.5)).come;
+    ASSERT_EQ(names(again), Names{"a"});
+    EXPECT_EQ(again[0]->facts.persistentId, first[0]->facts.persistentId);
+}
+
 TEST_F(CardFinderTest, ReportsAVolumeThatWasUnmounted) {
     table = {card(1, "EOS"), card(2, "NIKON")};
     auto cards = finder({});

@@ -23,13 +23,15 @@ protected:
 
     const Url onServer{.scheme = "sftp", .host = "nas", .path = "/p"};
     const std::vector<std::string> everything{
-        "stagingDirectory /p",  "existingFileKeys /p",    "fileExists /p",
-        "fileSize /p",          "isWritableDirectory /p", "isNetworkVolume /p",
-        "availableCapacity /p", "createDirectory /p",     "removeItem /p",
+        "stagingDirectory /p", "resolved /p",          "existingFileKeys /p",
+        "fileExists /p",       "fileSize /p",          "isWritableDirectory /p",
+        "isNetworkVolume /p",  "availableCapacity /p", "createDirectory /p",
+        "removeItem /p",
     };
 
     void callEverything(const Url& url) {
         router.stagingDirectory(url);
+        router.resolved(url);
         router.existingFileKeys(url);
         router.fileExists(url);
         router.fileSize(url);

@@ -65,6 +65,17 @@ TEST_F(LocalFileStoreTest, FindsTheKeysOfADestinationThatIsALink) {
     EXPECT_EQ(store.existingFileKeys(folder.url("link")), FileKeys{"img_1.jpg|3"});
 }
 
+TEST_F(LocalFileStoreTest, KnowsAFolderByWhateverPathALinkGivesIt) {
+    const Url bilder = store.resolved(Url::file(folder.makeFolder("fotos/bilder")));
+    fs::create_symlink("fotos", folder.path("link"));
+    for (const char* path : {"fotos/bilder", "link/bilder", "link/bilder/", "link/../fotos/bilder"})
+        EXPECT_EQ(store.resolved(folder.url(path)), bilder) << path;
+    EXPECT_EQ(store.resolved(folder.url("link/bilder/noch/keiner")),
+              bilder.appending("noch/keiner"));
+    EXPECT_EQ(store.resolved(Url::file("/")), Url::file("/"));
+    EXPECT_EQ(store.resolved(Url::file(std::string("/a\0b", 4))).scheme, "file");
+}
+
 TEST_F(LocalFileStoreTest, FindsTheKeysAroundAFolderThatMayNotBeRead) {
     folder.write("closed/IMG_1.JPG", "one");
     folder.write("open/IMG_2.JPG", "two");

@@ -13,6 +13,7 @@ namespace bildkurier {
 class MemoryUserDefaults final : public UserDefaults {
 public:
     std::map<std::string, std::variant<std::string, bool>> values;
+    bool losesChanges = false;
 
     std::optional<std::string> string(const std::string& key) const override {
         return stored<std::string>(key);
@@ -20,6 +21,7 @@ public:
     void setString(const std::string& key, const std::string& text) override { values[key] = text; }
     std::optional<bool> boolean(const std::string& key) const override { return stored<bool>(key); }
     void setBoolean(const std::string& key, bool value) override { values[key] = value; }
+    bool lostChanges() const override { return losesChanges; }
 
 private:
     template <class T>

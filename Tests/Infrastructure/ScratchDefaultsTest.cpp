@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "IniUserDefaults.h"
+#include "MemoryUserDefaults.h"
 #include "ScratchDefaults.h"
 #include "TemporaryFolder.h"
 
@@ -47,6 +48,14 @@ TEST_F(ScratchDefaultsTest, ShareAllOtherKeys) {
     shared->setBoolean("byType", false);
     EXPECT_EQ(shared->string("fromDay"), "2024-05-09");
     EXPECT_EQ(scratch.boolean("byType"), false);
+}
+
+TEST_F(ScratchDefaultsTest, TellWhenTheOthersCannotBeStored) {
+    const auto memory = std::make_shared<MemoryUserDefaults>();
+    const ScratchDefaults scratch(memory, {"dest"});
+    EXPECT_FALSE(scratch.lostChanges());
+    memory->losesChanges = true;
+    EXPECT_TRUE(scratch.lostChanges());
 }
 
 }  // namespace

@@ -17,6 +17,7 @@ namespace bildkurier {
 namespace {
 
 constexpr Duration secondLookDelay(0.5);
+constexpr Duration folderLookInterval(1.0);
 
 }  // namespace
 
@@ -26,12 +27,13 @@ CardFinder::CardFinder(const MountedCards::Options& options)
 CardFinder::Changes CardFinder::look(std::span<const Mount> table, Instant now) {
     Changes changes;
     lookAtFolders(table, changes);
+    if (!folders_.empty()) nextLookAtFolders_ = now + folderLookInterval;
     if (findsVolumes_) lookAtVolumes(table, now, changes);
     return changes;
 }
 
 std::optional<Instant> CardFinder::nextLook() const {
-    std::optional<Instant> next;
+    std::optional<Instant> next = nextLookAtFolders_;
     for (const Volume& volume : volumes_) {
         if (volume.nextLook && (!next || *volume.nextLook < *next)) next = volume.nextLook;
     }

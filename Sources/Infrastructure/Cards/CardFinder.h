@@ -35,7 +35,7 @@ public:
     Changes look(std::span<const Mount> table, Instant now);
 
     /// When to look again even if the table stays as it is: a volume may get its folders
-    /// shortly after it was mounted.
+    /// shortly after it was mounted, and a folder given can go and return at any time.
     std::optional<Instant> nextLook() const;
 
 private:
@@ -53,6 +53,7 @@ private:
 
     std::vector<GivenFolder> folders_;
     bool findsVolumes_;
+    std::optional<Instant> nextLookAtFolders_;
     std::vector<Volume> volumes_;  ///< in the order of the table
 };
 

@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "FolderOverlap.h"
 
+#include "ResolvedPath.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
@@ -13,13 +15,6 @@ namespace bildkurier {
 namespace {
 
 namespace fs = std::filesystem;
-
-fs::path resolved(const std::string& folder) {
-    std::error_code error;
-    auto path = fs::weakly_canonical(folder, error);
-    if (error) path = folder;
-    return path.has_filename() ? path : path.parent_path();
-}
 
 /// Whether `inner`, or a folder above it, is `outer`, under whatever name.
 bool isWithin(fs::path inner, const fs::path& outer) {
@@ -63,8 +58,8 @@ bool shareVolume(std::span<const Mount> table, std::string_view folder, std::str
 }
 
 bool foldersOverlap(const std::string& folder, const std::string& other) {
-    const auto one = resolved(folder);
-    const auto two = resolved(other);
+    const fs::path one = resolvedPath(folder);
+    const fs::path two = resolvedPath(other);
     return isWithin(one, two) || isWithin(two, one) ||
            shareVolume(readMountTable(), one.native(), two.native());
 }

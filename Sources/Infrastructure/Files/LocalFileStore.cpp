@@ -6,6 +6,7 @@
 #include "DurableFiles.h"
 #include "FileDescriptor.h"
 #include "MountTable.h"
+#include "ResolvedPath.h"
 #include "SystemCall.h"
 #include "SystemError.h"
 
@@ -102,6 +103,8 @@ std::size_t count(const std::vector<FoundItems<Item>>& found) {
 Url LocalFileStore::stagingDirectory(const Url& destination) {
     return destination.appending(".bildkurier-tmp");
 }
+
+Url LocalFileStore::resolved(const Url& url) { return Url::file(resolvedPath(localPath(url))); }
 
 FileKeys LocalFileStore::existingFileKeys(const Url& folder) {
     auto found = scanned<std::string>(folder, isNetworkVolume(folder), [](const WalkedFile& file) {

@@ -15,6 +15,7 @@ namespace bildkurier {
 class LocalFileStore final : public FileStore {
 public:
     Url stagingDirectory(const Url& destination) override;
+    Url resolved(const Url& url) override;
     FileKeys existingFileKeys(const Url& folder) override;
     bool fileExists(const Url& url) override;
     std::optional<std::int64_t> fileSize(const Url& url) override;

@@ -13,6 +13,7 @@ public:
     void setString(const std::string& key, const std::string& text) override;
     std::optional<bool> boolean(const std::string& key) const override;
     void setBoolean(const std::string& key, bool value) override;
+    bool lostChanges() const override { return false; }
 };
 
 }  // namespace bildkurier

@@ -30,9 +30,7 @@ public:
     void setString(const std::string& key, const std::string& text) override;
     std::optional<bool> boolean(const std::string& key) const override;
     void setBoolean(const std::string& key, bool value) override;
-
-    /// Whether something could not be written.
-    bool lostChanges() const;
+    bool lostChanges() const override;
 
 private:
     void open();

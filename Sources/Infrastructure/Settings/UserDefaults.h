@@ -20,6 +20,10 @@ public:
 
     virtual std::optional<bool> boolean(const std::string& key) const = 0;
     virtual void setBoolean(const std::string& key, bool value) = 0;
+
+    /// Whether something could not be stored, and lasts as long as this process, as far as the
+    /// system tells.
+    virtual bool lostChanges() const = 0;
 };
 
 }  // namespace bildkurier

@@ -38,6 +38,7 @@ public:
     void setAutoImportCameraIdentity(const std::string& identity) override;
     std::optional<std::string> autoImportCameraName() const override;
     void setAutoImportCameraName(const std::string& name) override;
+    bool lostChanges() const override { return defaults_->lostChanges(); }
 
 private:
     std::shared_ptr<UserDefaults> defaults_;

@@ -13,6 +13,8 @@ Url FileStoreRouter::stagingDirectory(const Url& destination) {
     return storeFor(destination).stagingDirectory(destination);
 }
 
+Url FileStoreRouter::resolved(const Url& url) { return storeFor(url).resolved(url); }
+
 FileKeys FileStoreRouter::existingFileKeys(const Url& folder) {
     return storeFor(folder).existingFileKeys(folder);
 }

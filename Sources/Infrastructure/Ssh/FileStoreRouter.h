@@ -15,6 +15,7 @@ public:
     FileStoreRouter(std::shared_ptr<FileStore> local, std::shared_ptr<FileStore> sftp);
 
     Url stagingDirectory(const Url& destination) override;
+    Url resolved(const Url& url) override;
     FileKeys existingFileKeys(const Url& folder) override;
     bool fileExists(const Url& url) override;
     std::optional<std::int64_t> fileSize(const Url& url) override;
