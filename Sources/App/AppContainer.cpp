@@ -81,6 +81,7 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
             .fileStore = router,
             .keyring = keyring,
             .runLock = lock,
+            .servers = sftpStore,
             .programs = programs};
 }
 
@@ -92,6 +93,7 @@ void AppContainer::end(Parts parts, std::optional<ThreadPool>& background) {
     parts.model.reset();
     parts.browser.reset();
     parts.keys.reset();
+    parts.servers->awaitProbes();
     parts.programs->endAll();
     background.reset();
     for (const Url& folder : staged) parts.fileStore->removeItem(folder);
