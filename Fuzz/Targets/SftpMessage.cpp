@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "Demand.h"
 #include "SFTPFileStore.h"
+#include "SftpComplaint.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,6 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string output(reinterpret_cast<const char*>(data), size);
     const auto message = SFTPFileStore::message(output);
     demand(output.contains(message));
+    const auto meaning = meaningOf(message, output);
+    demand(!meaning || !meaning->empty());
     if (message == output) return 0;
     demand(!message.empty());
     demand(!message.contains('\n'));

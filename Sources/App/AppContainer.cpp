@@ -96,6 +96,7 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
             .fileStore = router,
             .keyring = keyring,
             .runLock = lock,
+            .servers = sftpStore,
             .programs = programs};
 }
 
@@ -107,6 +108,7 @@ void AppContainer::end(Parts parts, std::optional<ThreadPool>& background) {
     parts.model.reset();
     parts.browser.reset();
     parts.keys.reset();
+    parts.servers->awaitProbes();
     parts.programs->endAll();
     background.reset();
     for (const Url& folder : staged) parts.fileStore->removeItem(folder);

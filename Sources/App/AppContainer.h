@@ -12,6 +12,7 @@
 #include "MainQueue.h"
 #include "ProcessCommandRunner.h"
 #include "RunLock.h"
+#include "SFTPFileStore.h"
 #include "SSHKeyModel.h"
 #include "SSHKeyring.h"
 #include "SettingsStore.h"
@@ -65,6 +66,7 @@ struct AppContainer {
         std::shared_ptr<FileStore> fileStore;
         std::shared_ptr<SSHKeyring> keyring;
         std::shared_ptr<RunLock> runLock;
+        std::shared_ptr<SFTPFileStore> servers;
         /// Runs what the background waits for; to be ended before that is.
         std::shared_ptr<ProcessCommandRunner> programs;
     };

@@ -277,8 +277,9 @@ private:
     void addSftp() {
         CLI::App* sftp = addGroup(app_, "sftp", "Server als Ziel");
         sftp->require_subcommand(1);
-        addServer(*addCommand(*sftp, "check", "Verbindet, prüft und stellt das Ziel ein",
-                              Command::sftpCheck));
+        addServer(*addCommand(
+            *sftp, "check", "Verbindet, legt den Ordner an, prüft ihn und stellt ihn als Ziel ein",
+            Command::sftpCheck));
         addServer(*addCommand(*sftp, "forget", "Vergisst den gespeicherten Server-Schlüssel",
                               Command::sftpForget));
     }

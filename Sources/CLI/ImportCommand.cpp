@@ -135,9 +135,12 @@ void ImportCommand::lookWhileReading() {
     if (model().phase() != Phase::ready) return;
     if (model().destOverlaps())
         return passOver(ExitStatus::destinationUnusable, ImportModel::overlapStatus);
+    plan_ = chosenPlan();
+    if (plan_.files > 0 && model().destUnlisted())
+        return passOver(ExitStatus::destinationUnusable, ImportModel::unlistedStatus);
     if (severalCameras_) report().cameras({&camera_, 1});
     if (commandLine_.command == Command::import) return startImport();
-    report().plan(chosenPlan());
+    report().plan(plan_);
     nextCamera();
 }
 
@@ -159,7 +162,6 @@ Report::Plan ImportCommand::chosenPlan() {
 }
 
 void ImportCommand::startImport() {
-    plan_ = chosenPlan();
     announceImport(plan_);
     const auto unreadable = tellOfUnreadable();
     if (plan_.files == 0) return finished(unreadable);

@@ -96,7 +96,7 @@ private:
     std::deque<std::shared_ptr<Camera>> waiting_;
     std::shared_ptr<Camera> camera_;
     Stage stage_ = Stage::beginning;
-    Report::Plan plan_;                      ///< of the import that runs or was interrupted
+    Report::Plan plan_;                      ///< that was told last, as of the import that runs
     std::vector<PlannedFile> files_;         ///< the same, in the order in which they are loaded
     ImportRunner::Progress lost_;            ///< of the import that was interrupted
     std::vector<PlannedFile> lostFailures_;  ///< those that had failed in it

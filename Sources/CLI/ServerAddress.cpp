@@ -3,6 +3,7 @@
 #include "ServerAddress.h"
 
 #include "FileName.h"
+#include "ServerName.h"
 #include "SftpUrl.h"
 
 #include <fmt/format.h>
@@ -38,11 +39,6 @@ std::string percentDecoded(std::string_view text) {
 /// Whether the form would cut something off.
 bool hasOuterBlank(std::string_view text) { return text.starts_with(' ') || text.ends_with(' '); }
 
-/// Whether it is a numerical address like "[::1]".
-bool isInBrackets(std::string_view host) {
-    return host.starts_with('[') && host.find(']') == host.size() - 1;
-}
-
 std::unexpected<std::string> notAnAddress(std::string_view text) {
     return std::unexpected(
         fmt::format("„{}“ ist keine Adresse wie sftp://benutzer@rechner:22/ordner.",
@@ -72,12 +68,12 @@ std::expected<ServerAddress, std::string> ServerAddress::parse(std::string_view 
     address.host = authority;
     if (address.path.empty()) address.path = "/";
     const Url url = sftpURL(address.user, address.host, address.path);
+    const bool isOddUser = !address.user.empty() && !isLoginName(address.user);
     // What names no port is taken for a part of the host.
-    const bool isOddHost = url.host.empty() || (url.host.contains(':') && !isInBrackets(url.host));
-    const bool odd = isOddHost || hasOuterBlank(address.user) || hasOuterBlank(address.host) ||
-                     hasOuterBlank(address.path);
-    if (odd || hasControlCharacters(address.user + address.host + address.path))
+    if (isOddUser || hasOuterBlank(address.user) || !isHostName(url.host) ||
+        hasOuterBlank(address.path) || hasControlCharacters(address.path)) {
         return notAnAddress(text);
+    }
     return address;
 }
 

@@ -4,7 +4,9 @@
 
 #include "FileName.h"
 #include "LocalDay.h"
+#include "ServerName.h"
 #include "SettingsKey.h"
+#include "SftpBatch.h"
 #include "SftpUrl.h"
 
 #include <fmt/format.h>
@@ -61,15 +63,37 @@ Setting text(const char* key, std::string (SettingsStore::*read)() const,
             }};
 }
 
-/// Text whose spaces and tabs at both ends do not count.
-Setting trimmedText(const char* key, std::string (SettingsStore::*read)() const,
-                    void (SettingsStore::*write)(const std::string&)) {
+/// A part of a server's address, whose spaces and tabs at both ends do not count.
+Setting serverPart(const char* key, std::string (SettingsStore::*read)() const,
+                   void (SettingsStore::*write)(const std::string&),
+                   const std::function<Written(const std::string&)>& check) {
     Setting setting = text(key, read, write);
-    setting.write = [write = std::move(setting.write)](SettingsStore& settings,
-                                                       const std::string& value) {
-        return write(settings, withoutBlanks(value));
+    setting.write = [check, write = std::move(setting.write)](SettingsStore& settings,
+                                                              const std::string& value) {
+        const std::string part = withoutBlanks(value);
+        const auto checked = check(part);
+        return checked ? write(settings, part) : checked;
     };
     return setting;
+}
+
+Written checkUser(const std::string& user) {
+    if (user.empty() || isLoginName(user)) return {};
+    return noSuchValue(fmt::format("„{}“ ist kein Benutzername.", displayText(user)));
+}
+
+Written checkHost(const std::string& host) {
+    if (isHostName(sftpURL({}, host, {}).host)) return {};
+    return noSuchValue(fmt::format(
+        "„{}“ ist kein Rechner wie nas oder nas:2222 (Port 1 bis 65535).", displayText(host)));
+}
+
+Written checkServersFolder(const std::string& path) {
+    if (const auto reason = objection({path})) return noSuchValue(*reason + ".");
+    // On the server neither means anything but a folder of that name.
+    if (!path.starts_with('~') && !path.contains("://")) return {};
+    return noSuchValue(
+        fmt::format("„{}“ ist kein Ordner des Servers wie /home/anna/fotos.", displayText(path)));
 }
 
 Setting optionalText(const char* key, std::optional<std::string> (SettingsStore::*read)() const,
@@ -174,9 +198,10 @@ std::vector<Setting> allSettings(FolderAccess& access) {
     return {
         destination(access),
         kind(),
-        trimmedText(SettingsKey::sftpUser, &Store::sftpUser, &Store::setSftpUser),
-        trimmedText(SettingsKey::sftpHost, &Store::sftpHost, &Store::setSftpHost),
-        trimmedText(SettingsKey::sftpPath, &Store::sftpPath, &Store::setSftpPath),
+        serverPart(SettingsKey::sftpUser, &Store::sftpUser, &Store::setSftpUser, checkUser),
+        serverPart(SettingsKey::sftpHost, &Store::sftpHost, &Store::setSftpHost, checkHost),
+        serverPart(SettingsKey::sftpPath, &Store::sftpPath, &Store::setSftpPath,
+                   checkServersFolder),
         boolean(SettingsKey::byDate, &Store::byDate, &Store::setByDate),
         boolean(SettingsKey::byType, &Store::byType, &Store::setByType),
         boolean(SettingsKey::useFromDate, &Store::useFromDate, &Store::setUseFromDate),

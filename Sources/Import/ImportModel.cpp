@@ -91,6 +91,7 @@ struct ImportModel::DestinationScan {
     bool writable = false;
     bool overlaps = false;
     std::optional<std::int64_t> capacity;
+    std::optional<std::string> trouble;  ///< why more may be there than was listed
     ImportPlanner planner;
     std::optional<ImportPlanner> resumePlanner;
 };
@@ -506,6 +507,7 @@ void ImportModel::recompute() {
         resumePlanner_.reset();
         destWritable_ = false;
         destOverlaps_ = false;
+        destUnlisted_ = false;
         destCapacity_.reset();
         publish(destOnNetwork_, false);
         publish(phase_, Phase::ready);
@@ -544,6 +546,7 @@ void ImportModel::scanDestination() {
             scan.capacity = store->availableCapacity(dest);
             // What lies on the card is not there because it was imported.
             auto keys = scan.overlaps ? FileKeys() : store->existingFileKeys(dest);
+            if (!scan.overlaps) scan.trouble = store->listingTrouble(dest);
             scan.planner = ImportPlanner(*candidates, keys);
             if (auto arrived = arrivedKeys(savedKeys, keys); !arrived.empty()) {
                 keys.merge(arrived);
@@ -564,9 +567,13 @@ void ImportModel::destinationScanned(DestinationScan scan) {
     publish(destOnNetwork_, scan.onNetwork);
     destWritable_ = scan.writable;
     destOverlaps_ = scan.overlaps;
+    destUnlisted_ = scan.trouble.has_value();
     destCapacity_ = scan.capacity;
     planner_ = std::move(scan.planner);
     resumePlanner_ = std::move(scan.resumePlanner);
+    if (scan.trouble)
+        addLog(fmt::format("✗ {} Zielordner nicht vollständig aufgelistet: {}", timeStamp(),
+                           *scan.trouble));
     publish(phase_, Phase::ready);
     applyFilter();
     if (camera_ && changedMeanwhile_) cameraCatalogChanged(*camera_);
@@ -582,6 +589,8 @@ void ImportModel::applyFilter() {
         publish(status_, overlapStatus);
     } else if (newFiles_.empty()) {
         publish(status_, nothingNewStatus);
+    } else if (destUnlisted_) {
+        publish(status_, unlistedStatus);
     } else if (since) {
         publish(status_,
                 fmt::format("{} neue Dateien ({}) bereit zum Import (ab {})", newFiles_.size(),
@@ -595,6 +604,12 @@ void ImportModel::applyFilter() {
     } else {
         startPendingAutoImport();
     }
+}
+
+const char* ImportModel::objectionToDestination() const {
+    if (destNeedsChoice()) return chooseFolderStatus;
+    if (destOverlaps_) return overlapStatus;
+    return destUnlisted_ ? unlistedStatus : nullptr;
 }
 
 ImportSelection ImportModel::missingFilesSince(std::optional<Date> since) const {
@@ -612,8 +627,7 @@ void ImportModel::showMissing(ImportSelection missing) {
 
 void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRun) {
     if (phase_ != Phase::ready || newFiles_.empty()) return;
-    if (destNeedsChoice()) return publish(status_, chooseFolderStatus);
-    if (destOverlaps_) return publish(status_, overlapStatus);
+    if (const char* objection = objectionToDestination()) return publish(status_, objection);
     if (const auto locked = runLock_->acquire(); !locked)
         return publish(status_, locked.error().message);
     if (!continuingPreviousRun) publish(log_, {});
@@ -734,7 +748,7 @@ void ImportModel::resumeInterruptedImport() {
     const auto resume = pendingResume_.value_or(Resume());
     if (resume.ignoresDateFilter) showMissing(missingFilesSince(std::nullopt));
     pendingResume_.reset();
-    const bool mayStart = !newFiles_.empty() && !destNeedsChoice() && !destOverlaps_;
+    const bool mayStart = !newFiles_.empty() && !objectionToDestination();
     if (const auto locked = mayStart ? runLock_->acquire() : Result<>(); !locked) {
         pendingResume_ = resume;
         return postpone("Fortsetzung", locked.error().message);
@@ -760,6 +774,7 @@ void ImportModel::startPendingAutoImport() {
                        "Auto-Import: alle Dateien dieser Kamera sind bereits im Zielordner.");
     }
     if (!destWritable_) return suspendAutoImport("Zielordner fehlt oder ist nicht beschreibbar.");
+    if (destUnlisted_) return suspendAutoImport(unlistedStatus);
     if (destCapacity_ && *destCapacity_ < missing.bytes) {
         return suspendAutoImport("zu wenig freier Platz im Zielordner.");
     }

@@ -87,6 +87,10 @@ public:
     static constexpr auto suspendedStatus = "Auto-Import ausgesetzt: ";
     static constexpr auto overlapStatus =
         "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.";
+    /// While files would be counted as missing that are there, maybe.
+    static constexpr auto unlistedStatus =
+        "Der Zielordner ließ sich nicht vollständig auflisten: Was dort fehlt, ist nicht bekannt. "
+        "Bitte noch einmal einlesen.";
 
     /// Restores what the settings hold. `main` must outlive the model, and `background` end
     /// before `main`. Discovery is begun by starting the browser with the model as delegate.
@@ -153,6 +157,9 @@ public:
     bool destNeedsChoice() const;
     /// Whether the card lies in the destination or the other way round, as last found.
     bool destOverlaps() const { return destOverlaps_; }
+    /// Whether there may be more at the destination than was listed last: some of `newFiles` may
+    /// be there.
+    bool destUnlisted() const { return destUnlisted_; }
     bool destIsSFTP() const { return dest_.scheme == "sftp"; }
     /// For human eyes.
     std::string destDescription() const;
@@ -242,6 +249,8 @@ private:
     void scanDestination();
     SavedKeys savedKeysToResume() const;
     void destinationScanned(DestinationScan scan);
+    /// Why nothing may be loaded to the destination; null when it may.
+    const char* objectionToDestination() const;
     void applyFilter();
     /// Whether that is another day than before.
     bool chooseFromDay(double index);
@@ -336,6 +345,7 @@ private:
     bool scanWaits_ = false;  ///< for an abandoned run to come to rest
     bool destWritable_ = false;
     bool destOverlaps_ = false;
+    bool destUnlisted_ = false;
     std::optional<std::int64_t> destCapacity_;
     Guard sftpChecks_;      ///< never renewed: of several checks, each shows what came of it
     Handle pendingReload_;  ///< a catalogue re-read is scheduled

@@ -141,7 +141,8 @@ void ImportRunner::downloadNext() {
             if (!prepared.folder) {
                 if (!log(fmt::format("Kann Ordner nicht anlegen: {}: {}",
                                      displayText(item.folder.path),
-                                     prepared.folder.error().message))) {
+                                     prepared.folder.error().message)) ||
+                    !logUntried()) {
                     return;
                 }
                 queue_.clear();
@@ -271,6 +272,14 @@ bool ImportRunner::log(const std::string& line) {
     const auto run = runID_.watch();
     onLog(line);
     return !run.expired();
+}
+
+bool ImportRunner::logUntried() {
+    if (queue_.empty()) return true;
+    return log(queue_.size() == 1
+                   ? "1 weitere Datei wurde nicht mehr versucht und fehlt noch."
+                   : fmt::format("{} weitere Dateien wurden nicht mehr versucht und fehlen noch.",
+                                 queue_.size()));
 }
 
 bool ImportRunner::report() {

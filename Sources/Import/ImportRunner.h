@@ -123,6 +123,7 @@ private:
     /// Tell the owner, who may start, abandon or destroy this meanwhile: false when this run
     /// must not be touched any more.
     bool log(const std::string& line);
+    bool logUntried();
     bool report();
     void watch(const Url& staged);
     void stopWatching();

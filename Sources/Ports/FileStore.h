@@ -35,6 +35,10 @@ public:
     /// A folder that cannot be read is empty.
     virtual FileKeys existingFileKeys(const Url& folder) = 0;
 
+    /// Why the last `existingFileKeys` of `folder` may lack something, as a clause; absent when it
+    /// lacks nothing, as far as this store can tell. Does not block.
+    virtual std::optional<std::string> listingTrouble(const Url& /*folder*/) { return {}; }
+
     /// Whether there is anything, file or folder.
     virtual bool fileExists(const Url& url) = 0;
 

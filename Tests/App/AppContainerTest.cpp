@@ -163,7 +163,7 @@ TEST_F(AppContainerTest, LogsInToServersWithTheKeyThereIsNow) {
     };
     // The user's own setup is told to be quiet about the reason, the application's key is not.
     const std::string advice = "Den Grund zeigt im Terminal der Befehl: sftp -P 1 127.0.0.1";
-    const std::string reason = "Connection refused";
+    const std::string reason = "Connection refused)";
     make({.discovers = false});
     EXPECT_TRUE(complaint().ends_with(advice)) << complaint();
     parts.keys->generate();

@@ -429,6 +429,21 @@ TEST_F(ImportCommandTest, GivesUpOnAServerThatCannotBeReached) {
     }
 }
 
+TEST_F(ImportCommandTest, PlansNothingForAServerThatItCouldNotList) {
+    haveServer()->breakOfListings = "Broken pipe";
+    for (const Command which : {Command::plan, Command::import}) {
+        another(which);
+        const auto camera = attach("A");
+        file(*camera, "A.JPG", "aaaa");
+        run(*camera);
+        const Lines lines = reported();
+        ASSERT_EQ(lines.size(), 2);
+        EXPECT_TRUE(lines[0].ends_with("nicht vollständig aufgelistet: Broken pipe")) << lines[0];
+        EXPECT_EQ(lines[1], std::string("error: ") + ImportModel::unlistedStatus);
+        expectEnd(ExitStatus::destinationUnusable);
+    }
+}
+
 TEST_F(ImportCommandTest, ShowsTheKeyOfAServerThatItMeetsForTheFirstTime) {
     haveServer();
     keyring->key = "ssh-ed25519 abc";

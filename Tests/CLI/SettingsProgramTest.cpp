@@ -100,8 +100,8 @@ TEST_F(SettingsProgramTest, KeepAChangeBesideLinesThatNobodyCanRead) {
 
 TEST_F(SettingsProgramTest, KeepTheAddressOfAServerWithoutBlanks) {
     for (const std::string key : {"sftpUser", "sftpHost", "sftpPath"}) {
-        ASSERT_EQ(settings({key, " \t a b  "}).exitStatus, 0);
-        EXPECT_EQ(value(key), key + " = a b\n");
+        ASSERT_EQ(settings({key, " \t ab  "}).exitStatus, 0);
+        EXPECT_EQ(value(key), key + " = ab\n");
     }
 }
 
@@ -133,6 +133,15 @@ TEST_F(SettingsProgramTest, RefusesWhatIsNoValueOfThatKind) {
     } cases[] = {
         {{"farbe"}, "Eine Einstellung „farbe“ gibt es nicht.\n"},
         {{"byDate", "ja"}, "„ja“ ist weder true noch false.\n"},
+        {{"sftpUser", "a:b"}, "„a:b“ ist kein Benutzername.\n"},
+        {{"sftpHost", ""}, "„“ ist kein Rechner wie nas oder nas:2222 (Port 1 bis 65535).\n"},
+        {{"sftpHost", "nas:70000"},
+         "„nas:70000“ ist kein Rechner wie nas oder nas:2222 (Port 1 bis 65535).\n"},
+        {{"sftpHost", "n;s"}, "„n;s“ ist kein Rechner wie nas oder nas:2222 (Port 1 bis 65535).\n"},
+        {{"sftpPath", "/a\nb"}, "Der Pfad enthält Zeilenumbrüche oder Steuerzeichen.\n"},
+        {{"sftpPath", "~/fotos"}, "„~/fotos“ ist kein Ordner des Servers wie /home/anna/fotos.\n"},
+        {{"sftpPath", "sftp://nas/x"},
+         "„sftp://nas/x“ ist kein Ordner des Servers wie /home/anna/fotos.\n"},
         {{"byType", "1"}, "„1“ ist weder true noch false.\n"},
         {{"destinationKind", "SFTP"}, "„SFTP“ ist weder folder noch sftp.\n"},
         {{"fromDay", "9.5.2024"}, "„9.5.2024“ ist kein Tag wie 2024-05-09.\n"},

@@ -22,6 +22,8 @@ public:
     std::string hostKey = "SHA256:erster (ED25519)";
     std::optional<std::string> refusal;  ///< of every connection, in the client's words
     bool isWritable = true;
+    /// Why listings break off before they have found anything.
+    std::optional<std::string> breakOfListings;
 
     /// For the server: on this computer.
     Url stagingDirectory(const Url& destination) override {
@@ -30,7 +32,11 @@ public:
     }
     Url resolved(const Url& url) override { return store_->resolved(url); }
     FileKeys existingFileKeys(const Url& folder) override {
-        return connects(folder) ? store_->existingFileKeys(folder) : FileKeys();
+        return listingTrouble(folder) ? FileKeys() : store_->existingFileKeys(folder);
+    }
+    std::optional<std::string> listingTrouble(const Url& folder) override {
+        if (auto complaint = connect(folder)) return complaint;
+        return isServer(folder) ? breakOfListings : std::nullopt;
     }
     bool fileExists(const Url& url) override { return connects(url) && store_->fileExists(url); }
     std::optional<std::int64_t> fileSize(const Url& url) override {

@@ -260,6 +260,63 @@ TEST_F(ImportModelServerTest, ReadsTheServerOnceItIsTheDestination) {
     EXPECT_EQ(newNames(), (Names{"A.JPG"}));
 }
 
+TEST_F(ImportModelServerTest, LoadsNothingWhileItIsNotKnownWhatTheServerHas) {
+    store->files["/fotos/A.JPG"] = "aaaa";
+    file(*attached, "A.JPG", "aaaa");
+    server->breakOfListings = "Broken pipe";
+    connect(attached);
+    check();
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_TRUE(model->destUnlisted());
+    EXPECT_EQ(model->status(), ImportModel::unlistedStatus);
+    ASSERT_EQ(model->log().size(), 1);
+    EXPECT_TRUE(model->log()[0].starts_with("✗ "));
+    EXPECT_TRUE(
+        model->log()[0].ends_with(" Zielordner nicht vollständig aufgelistet: Broken pipe"));
+
+    model->setUseFromDate(true);
+    EXPECT_EQ(model->status(), ImportModel::unlistedStatus);
+    model->startImport();
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(model->status(), ImportModel::unlistedStatus);
+    EXPECT_EQ(model->log().size(), 1);
+
+    server->breakOfListings.reset();
+    check();
+    EXPECT_FALSE(model->destUnlisted());
+    EXPECT_EQ(model->status(), nothingNew);
+}
+
+TEST_F(ImportModelServerTest, SuspendsAnAutoImportToAServerThatItCouldNotList) {
+    attached->deviceIdentity = "SN";
+    ASSERT_TRUE(autoImport->enable(*attached));
+    file(*attached, "A.JPG", "aaaa");
+    check();
+    server->breakOfListings = "Broken pipe";
+    connect(attached);
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(model->status(),
+              std::string("Auto-Import ausgesetzt: ") + ImportModel::unlistedStatus);
+}
+
+TEST_F(ImportModelServerTest, GoesOnWithNothingWhileItIsNotKnownWhatTheServerHas) {
+    attached->deviceIdentity = "SN";
+    file(*attached, "A.JPG", "aaaa")->holdsBack = true;
+    check();
+    connect(attached);
+    model->startImport();
+    loop.settle();
+    ASSERT_EQ(model->phase(), Phase::importing);
+    model->cameraBrowserDidRemove(attached);
+    loop.settle();
+    server->breakOfListings = "Broken pipe";
+    connect(attached);
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(model->status(), ImportModel::unlistedStatus);
+    EXPECT_FALSE(model->awaitsCamera());
+    EXPECT_FALSE(lock->held);
+}
+
 TEST_F(ImportModelServerTest, LeavesTheDestinationUnreadByACheckThatFails) {
     file(*attached, "A.JPG", "aaaa");
     connect(attached);

@@ -356,12 +356,23 @@ TEST_F(ImportRunnerTest, EndsTheRunWhenAFolderCannotBeMade) {
     file("B.CR3", "bb");
     file("C.JPG", "cc");
     runAll({.byType = true});
-    ASSERT_EQ(log.size(), 2);
+    ASSERT_EQ(log.size(), 3);
     EXPECT_TRUE(log[1].starts_with("Kann Ordner nicht anlegen: /bilder/CR3: ")) << log[1];
     EXPECT_GT(log[1].size(), std::string("Kann Ordner nicht anlegen: /bilder/CR3: ").size());
+    EXPECT_EQ(log[2], "1 weitere Datei wurde nicht mehr versucht und fehlt noch.");
     EXPECT_EQ(finished[0].first, (Progress{.total = 3, .done = 1, .failed = 1, .bytesDone = 4}));
     EXPECT_EQ(runner->failedFiles(), std::vector<std::size_t>{1});
     EXPECT_EQ(files[2]->downloads, 0);
+}
+
+TEST_F(ImportRunnerTest, CountsWhatItDoesNotTryWithoutItsFolder) {
+    ASSERT_TRUE(store->createDirectory(destination));
+    store->files["/bilder/JPG"] = "in the way";
+    for (const char* name : {"A.JPG", "B.JPG", "C.JPG"}) file(name, "aaaa");
+    runAll({.byType = true});
+    ASSERT_EQ(log.size(), 2);
+    EXPECT_EQ(log[1], "2 weitere Dateien wurden nicht mehr versucht und fehlen noch.");
+    EXPECT_EQ(finished[0].first, (Progress{.total = 3, .failed = 1}));
 }
 
 TEST_F(ImportRunnerTest, CompletesTheFileInFlightWhenCancelled) {

@@ -40,6 +40,9 @@ constexpr auto nothingMissing = "Nach der Trennung fehlt nichts mehr im Zielordn
 constexpr auto allPresent = "Auto-Import: alle Dateien dieser Kamera sind bereits im Zielordner.";
 constexpr auto notWritable =
     "Auto-Import ausgesetzt: Zielordner fehlt oder ist nicht beschreibbar.";
+constexpr auto notListed =
+    "Auto-Import ausgesetzt: Der Zielordner ließ sich nicht vollständig auflisten: Was dort fehlt, "
+    "ist nicht bekannt. Bitte noch einmal einlesen.";
 constexpr auto windingUp = "Warte auf die Datei, die beim Abbruch des Imports noch unterwegs war …";
 constexpr auto noRoom = "Auto-Import ausgesetzt: zu wenig freier Platz im Zielordner.";
 constexpr auto anotherRuns = "Es läuft schon ein Import.";
@@ -589,6 +592,9 @@ void ImportSequence::start() {
     if (needsChoice()) {
         RC_ASSERT(model_->status() == chooseFolderStatus);
         RC_ASSERT(model_->phase() == Phase::ready);
+    } else if (model_->destUnlisted()) {
+        RC_ASSERT(model_->status() == ImportModel::unlistedStatus);
+        RC_ASSERT(model_->phase() == Phase::ready);
     } else if (lock_->takenByAnother) {
         RC_ASSERT(model_->status() == anotherRuns);
         RC_ASSERT(model_->phase() == Phase::ready);
@@ -1075,7 +1081,8 @@ void ImportSequence::takeUpPending() {
         resumed_ = true;
         // Another comparison at once has a status of its own.
         RC_ASSERT((filterings > 1 ||
-                   isAmong(status, {nothingMissing, chooseFolderStatus, anotherRuns}) ||
+                   isAmong(status, {nothingMissing, chooseFolderStatus, ImportModel::unlistedStatus,
+                                    anotherRuns}) ||
                    status.starts_with(cannotWrite)));
         if (status == anotherRuns) return;  // it waits
         pendingResume_.reset();
@@ -1087,10 +1094,10 @@ void ImportSequence::takeUpPending() {
         autoImportDecided_ = true;
         // The summary of a run that has just ended is what shows last.
         const bool isSummed = status.starts_with(summaryStart) && needsChoice();
-        RC_ASSERT(
-            (filterings > 1 || isSummed ||
-             isAmong(status, {allPresent, notWritable, noRoom, chooseFolderStatus, anotherRuns}) ||
-             status.starts_with(cannotWrite)));
+        RC_ASSERT((filterings > 1 || isSummed ||
+                   isAmong(status, {allPresent, notWritable, noRoom, notListed, chooseFolderStatus,
+                                    anotherRuns}) ||
+                   status.starts_with(cannotWrite)));
         if (status == anotherRuns || (filterings > 1 && lock_->takenByAnother)) postponed_ = true;
     }
     pendingAutoImport_.reset();
@@ -1165,7 +1172,8 @@ void ImportSequence::checkCatalogue() const {
     const auto fits = [this](const FileKeys& present) {
         const auto& files = model_->newFiles();
         return files == missing(filterDay(), present) ||
-               ((refused_ || ungranted_) && files == missing(std::nullopt, present));
+               ((refused_ || ungranted_ || model_->destUnlisted()) &&
+                files == missing(std::nullopt, present));
     };
     RC_ASSERT(
         (fits(scans_->keys) || (ungranted_ && fits({})) || (resumed_ && fits(presentToResume()))));
@@ -1227,10 +1235,11 @@ bool ImportSequence::isStatusOfReady(const std::string& status) const {
     if (status == chooseFolderStatus) return ungranted_;
     if (status == anotherRuns) return refused_;
     if (model_->cameraFileCount() == 0) return status == "Die Kamera meldet keine Dateien.";
-    if (isAmong(status, {allPresent, notWritable, noRoom})) return autoImportDecided_;
+    if (isAmong(status, {allPresent, notWritable, noRoom, notListed})) return autoImportDecided_;
     if (model_->newFiles().empty()) {
         return isAmong(status, {"Nichts Neues im gewählten Zeitraum.", nothingMissing});
     }
+    if (model_->destUnlisted()) return status == ImportModel::unlistedStatus;
     if (status.starts_with(cannotWrite)) return true;
     const auto day = filterDay();
     const std::string start =

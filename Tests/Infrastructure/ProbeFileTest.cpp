@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ProbeFile.h"
+#include "SystemCallFilter.h"
 #include "TemporaryFolder.h"
 #include "Tree.h"
 
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <optional>
 #include <thread>
@@ -47,6 +50,21 @@ TEST(ProbeFile, IsNoneWhereItCannotBeMade) {
     for (const std::string name : {"missing/probe", "file/probe", "folder", "link"})
         EXPECT_FALSE(ProbeFile(folder.path(name))) << name;
     EXPECT_EQ(tree(folder.path()).at("file"), "picture");
+}
+
+TEST(ProbeFile, NeedsNoLocks) {
+    const TemporaryFolder folder;
+    for (const int error : {ENOLCK, EOPNOTSUPP}) {
+        const bool isFiltered = runFiltered(
+            {SYS_flock}, [error](const auto&) { return error; },
+            [&] {
+                const ProbeFile probe(folder.path("probe"));
+                EXPECT_TRUE(probe);
+                EXPECT_EQ(tree(folder.path()), oneProbe);
+            });
+        if (!isFiltered) GTEST_SKIP() << "the kernel lets no calls be filtered";
+        EXPECT_EQ(tree(folder.path()), Tree{});
+    }
 }
 
 TEST(ProbeFile, IsThereForEveryoneAmongMany) {

@@ -10,10 +10,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace bildkurier {
@@ -210,10 +214,12 @@ TEST_F(SFTPFileStoreTest, ReplacesNothingThatItCouldNotSeeBefore) {
         {{255, "ssh: connect to host nas port 22: Connection refused\r\nConnection closed"},
          {0, "-rw-r--r-- 1 0 0 9 May  9 10:00 /p/not found"},
          failed + "Eine Datei dieses Namens ist schon da"},
-        {{-1, "no client"}, {255, "Broken pipe"}, failed + "Broken pipe"},
+        {{-1, "no client"},
+         {255, "Broken pipe"},
+         failed + "Die Verbindung ist abgebrochen (Broken pipe)"},
         {{1, "sftp> ls -ln \"/p/not found\"\nremote readdir: Failure"},
          {255, "sftp> ls -ln \"/p/not found\"\nConnection reset"},
-         failed + "Connection reset"},
+         failed + "Die Verbindung ist abgebrochen (Connection reset)"},
     };
     for (const auto& [firstLook, secondLook, message] : cases) {
         runner->calls.clear();
@@ -362,6 +368,26 @@ TEST_F(SFTPFileStoreTest, TakesAFolderForReadOnlyWhenTheProbeFails) {
     }
 }
 
+TEST_F(SFTPFileStoreTest, IsWaitedForUntilItsProbeIsGone) {
+    std::promise<void> begun;
+    std::promise<void> mayEnd;
+    std::atomic<bool> isGone = false;
+    runner->answer = [&](const auto&) {
+        begun.set_value();
+        mayEnd.get_future().wait();
+        isGone = true;
+        return CommandResult{0, ""};
+    };
+    store.awaitProbes(std::chrono::hours(1));  // for none
+    const std::jthread probing([&] { EXPECT_TRUE(store.isWritableDirectory(server("/photos"))); });
+    begun.get_future().wait();
+    store.awaitProbes(std::chrono::milliseconds(0));
+    EXPECT_FALSE(isGone);
+    mayEnd.set_value();
+    store.awaitProbes(std::chrono::hours(1));
+    EXPECT_TRUE(isGone);
+}
+
 TEST_F(SFTPFileStoreTest, ProbesNothingWithoutAPlaceForTheProbe) {
     folder.write("root", "a file");
     EXPECT_FALSE(store.isWritableDirectory(server("/photos")));
@@ -377,9 +403,24 @@ TEST_F(SFTPFileStoreTest, MakesAFolderAndAllAboveItInOneRun) {
 }
 
 TEST_F(SFTPFileStoreTest, SaysWhyAFolderCannotBeMade) {
-    answer({{1, "sftp> cd \"/a\"\nremote mkdir \"/a\": Permission denied\nConnection closed"}});
-    EXPECT_EQ(store.createDirectory(server("/a")).error().message,
-              "Ordner lässt sich nicht anlegen: remote mkdir \"/a\": Permission denied");
+    const struct {
+        std::string output;
+        std::string reason;
+    } cases[] = {
+        {"sftp> cd \"/a\"\nremote mkdir \"/a\": Permission denied\nConnection closed",
+         "Der Server verweigert den Zugriff (remote mkdir \"/a\": Permission denied)"},
+        {"remote mkdir \"/a\": Permission denied\r\nstat remote: No such file or directory",
+         "Der Server verweigert den Zugriff (stat remote: No such file or directory)"},
+        {"sftp> cd \"/a\"\nConnection closed",
+         "Die Verbindung ist abgebrochen (Connection closed)"},
+        {"something new", "something new"},
+    };
+    for (const auto& [output, reason] : cases) {
+        runner->calls.clear();
+        answer({{1, output}});
+        EXPECT_EQ(store.createDirectory(server("/a")).error().message,
+                  "Ordner lässt sich nicht anlegen: " + reason);
+    }
 }
 
 TEST_F(SFTPFileStoreTest, LetsNoServerWriteToTheTerminal) {
@@ -424,7 +465,10 @@ TEST_F(SFTPFileStoreTest, AdvisesHowToFindOutWhatAQuietClientKeepsToItself) {
          {255, "sftp> -mkdir \"/a\"\nConnection closed"},
          failed + "Die Verbindung ist abgebrochen"},
         {SSHLogin::userSSH(), server("/a"), {1, "sftp> cd \"/a\""}, failed + "sftp> cd \"/a\""},
-        {appKey, server("/a"), {255, "Connection closed"}, failed + "Connection closed"},
+        {appKey,
+         server("/a"),
+         {255, "Connection closed"},
+         failed + "Die Verbindung ist abgebrochen (Connection closed)"},
     };
     for (const auto& [who, url, result, message] : cases) {
         login = who;
@@ -476,8 +520,10 @@ TEST_F(SFTPFileStoreTest, UploadsUnderANameThatIsNotTooLong) {
 TEST_F(SFTPFileStoreTest, KeepsTheFileWhenTheUploadFails) {
     const auto local = folder.write("staged", "picture");
     answer({{1, "sftp> put\nwrite remote \"/p/A.part\": Failure"}, {1, "not found"}});
-    EXPECT_EQ(store.moveItem(Url::file(local), server("/p/A")).error().message,
-              "Übertragung fehlgeschlagen: write remote \"/p/A.part\": Failure");
+    EXPECT_EQ(
+        store.moveItem(Url::file(local), server("/p/A")).error().message,
+        "Übertragung fehlgeschlagen: Der Server nimmt nicht mehr an; vielleicht ist dort kein "
+        "Platz mehr (write remote \"/p/A.part\": Failure)");
     EXPECT_EQ(scripts().size(), 2U);
     EXPECT_EQ(scripts().back(), "-rm \"/p/A.part\"\n");
     EXPECT_TRUE(fs::exists(local));
@@ -569,9 +615,12 @@ TEST_F(SFTPFileStoreTest, PutsNothingWhereAListingBrokeOffUntilItIsWhole) {
     const auto local = folder.write("staged", "picture");
     const std::string trouble =
         "Damit nichts doppelt geladen wird, muss das Ziel erst neu geprüft werden; zuletzt brach "
-        "seine Liste ab: Broken pipe";
+        "seine Liste ab: Die Verbindung ist abgebrochen (Broken pipe)";
     answer({{255, "sftp> -ls -ln \"/p\"\nBroken pipe\nConnection closed"}});
+    EXPECT_EQ(store.listingTrouble(server("/p")), std::nullopt);
     EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{});
+    EXPECT_EQ(store.listingTrouble(server("/p")), "Die Verbindung ist abgebrochen (Broken pipe)");
+    EXPECT_EQ(store.listingTrouble(server("/other")), std::nullopt);
     EXPECT_EQ(store.moveItem(Url::file(local), server("/p/JPG/A")).error().message,
               "Übertragung fehlgeschlagen: " + trouble);
     EXPECT_FALSE(store.moveItem(Url::file(local), server("/p/A")));
@@ -632,6 +681,9 @@ TEST_F(SFTPFileStoreTest, StartsNothingThatCannotGoWell) {
         {withHost("a:b", "nas"), invalid},
         {withHost("", "[::1]:22"), invalid},
         {withHost("", "nas\n"), invalid},
+        {withHost("anna", "-oProxyCommand=x"), invalid},
+        {withHost("anna", "[]"), invalid},
+        {withHost("anna", "n;s"), invalid},
         {server("/a\n!touch x"), control},
         {server(std::string("/a\0b", 4)), control},
         {server("/a\r"), control},

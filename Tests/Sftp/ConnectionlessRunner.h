@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace bildkurier {
@@ -15,15 +16,19 @@ namespace bildkurier {
 /// connect to. Tests skip where `isInstalled` is false.
 class ConnectionlessRunner final : public CommandRunner {
 public:
-    static bool isInstalled() { return std::filesystem::exists(server); }
+    static constexpr auto usualServer = "/usr/lib/openssh/sftp-server";
+
+    static bool isInstalled() { return std::filesystem::exists(usualServer); }
+
+    explicit ConnectionlessRunner(std::string server = usualServer) : server_(std::move(server)) {}
 
     CommandResult run(const std::string& program, const std::vector<std::string>& /*arguments*/,
                       const std::optional<std::string>& input) override {
-        return ProcessCommandRunner().run(program, {"-b", "-", "-D", server}, input);
+        return ProcessCommandRunner().run(program, {"-b", "-", "-D", server_}, input);
     }
 
 private:
-    static constexpr auto server = "/usr/lib/openssh/sftp-server";
+    std::string server_;
 };
 
 }  // namespace bildkurier

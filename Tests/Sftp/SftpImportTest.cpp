@@ -155,10 +155,12 @@ TEST_F(SftpImportTest, EndsWhenTheFolderCannotBeMade) {
     fs::permissions(server->path(""), fs::perms::owner_read | fs::perms::owner_exec);
     CardToServer import(card, store, server->url("photos"));
     EXPECT_EQ(import.import().failed, 1);
-    ASSERT_EQ(import.log.size(), 1U);
+    ASSERT_EQ(import.log.size(), 2U);
     EXPECT_TRUE(import.log[0].starts_with("Kann Ordner nicht anlegen: " + server->path("photos") +
-                                          ": Ordner lässt sich nicht anlegen: "))
+                                          ": Ordner lässt sich nicht anlegen: Der Server "
+                                          "verweigert den Zugriff ("))
         << import.log[0];
+    EXPECT_EQ(import.log[1], "3 weitere Dateien wurden nicht mehr versucht und fehlen noch.");
 }
 
 TEST_F(SftpImportTest, IsMadeGoodByTheNextOneOnceTheObstacleIsGone) {

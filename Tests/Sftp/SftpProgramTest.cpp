@@ -7,9 +7,12 @@
 
 #include <fmt/format.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <future>
+#include <mutex>
 
 namespace bildkurier {
 namespace {
@@ -160,6 +163,10 @@ TEST_F(SftpProgramTest, SaysThatTheKeyIsRefused) {
     for (const auto& words : {Strings{"sftp", "check", address()}, import(), plan()}) {
         const auto result = run(words);
         EXPECT_EQ(result.exitStatus, 4);
+        EXPECT_TRUE(result.err.starts_with(
+            "Ordner lässt sich nicht anlegen: Der Server lässt die Anmeldung mit diesem Schlüssel "
+            "nicht zu ("))
+            << result.err;
         EXPECT_TRUE(result.err.contains("Permission denied (publickey")) << result.err;
     }
 }
@@ -191,6 +198,51 @@ TEST_F(SftpProgramTest, SaysThatTheFolderIsReadOnlyOrCannotBeMade) {
         EXPECT_TRUE(result.err.starts_with("Ordner lässt sich nicht anlegen: ")) << result.err;
     }
     EXPECT_EQ(tree(server->path("fotos")), Tree{});
+}
+
+TEST_F(SftpProgramTest, CountsNothingAsMissingWhenTheListBreaksOff) {
+    ASSERT_EQ(run(import()).exitStatus, 0);
+    server->connection().finished();
+    ASSERT_EQ(run(plan()).exitStatus, 0);
+    const auto connections = server->connection().finished();  // the last one lists
+    for (const auto& words : {plan(), import()}) {
+        server->connection().cutNext({unlimited, connections.back().toClient - 150},
+                                     connections.size() - 1);
+        const auto result = run(words);
+        server->connection().finished();
+        EXPECT_EQ(result.exitStatus, 4);
+        EXPECT_EQ(result.err,
+                  "Der Zielordner ließ sich nicht vollständig auflisten: Was dort fehlt, ist nicht "
+                  "bekannt. Bitte noch einmal einlesen.\n");
+        EXPECT_TRUE(result.out.contains(
+            " Zielordner nicht vollständig aufgelistet: Die Verbindung ist abgebrochen ("))
+            << result.out;
+        EXPECT_FALSE(result.out.contains("bereit zum Import")) << result.out;
+    }
+    EXPECT_EQ(tree(server->path("fotos")), card);
+}
+
+TEST_F(SftpProgramTest, LeavesNoProbeWhereACheckIsInterrupted) {
+    const std::string probe = server->path("fotos/.bildkurier-probe");
+    std::promise<void> seen;
+    std::promise<void> interrupted;
+    std::once_flag once;
+    server->connection().slowDown(std::chrono::milliseconds(10), [&] {
+        if (!fs::exists(probe)) return;
+        std::call_once(once, [&] {
+            seen.set_value();
+            interrupted.get_future().wait();
+        });
+    });
+    RunningProgram program(call({"sftp", "check", address()}));
+    EXPECT_EQ(seen.get_future().wait_for(std::chrono::minutes(1)), std::future_status::ready);
+    program.send(SIGINT);
+    interrupted.set_value();
+    const auto result = program.finish();
+    server->connection().finished();  // so that nobody looks any more
+    EXPECT_EQ(result.exitStatus, 130) << result.err;
+    EXPECT_FALSE(fs::exists(probe));
+    expectNothingStaged();
 }
 
 TEST_F(SftpProgramTest, LeavesAServerThatStoppedAnsweringAtTheSecondInterrupt) {

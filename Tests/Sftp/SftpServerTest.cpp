@@ -138,6 +138,9 @@ TEST_F(SftpServerTest, SaysThatNobodyListens) {
     nowhere.port = 1;
     const auto made = store->createDirectory(nowhere);
     ASSERT_FALSE(made);
+    EXPECT_TRUE(made.error().message.starts_with(
+        "Ordner lässt sich nicht anlegen: Der Rechner nimmt an diesem Port keine Verbindung an ("))
+        << made.error().message;
     EXPECT_TRUE(made.error().message.contains("Connection refused")) << made.error().message;
 }
 

@@ -19,6 +19,10 @@ FileKeys FileStoreRouter::existingFileKeys(const Url& folder) {
     return storeFor(folder).existingFileKeys(folder);
 }
 
+std::optional<std::string> FileStoreRouter::listingTrouble(const Url& folder) {
+    return storeFor(folder).listingTrouble(folder);
+}
+
 bool FileStoreRouter::fileExists(const Url& url) { return storeFor(url).fileExists(url); }
 
 std::optional<std::int64_t> FileStoreRouter::fileSize(const Url& url) {

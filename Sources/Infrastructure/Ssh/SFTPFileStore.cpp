@@ -4,6 +4,7 @@
 
 #include "FileName.h"
 #include "ProbeFile.h"
+#include "SftpComplaint.h"
 #include "SftpKeyWalk.h"
 #include "SftpOutput.h"
 
@@ -18,6 +19,8 @@ namespace bildkurier {
 namespace {
 
 constexpr std::string_view probeName = ".bildkurier-probe";
+constexpr std::string_view farewell = "Connection closed";
+constexpr std::string_view connectionBroke = "Die Verbindung ist abgebrochen";
 
 /// `text` in quotes, with a backslash in front of each of the characters `escaped`.
 std::string quotedWith(std::string_view escaped, std::string_view text) {
@@ -69,14 +72,27 @@ std::optional<std::string_view> complaint(std::string_view output) {
     for (auto line : std::views::reverse(nonEmptyLines(output))) {
         if (line.ends_with('\r')) line.remove_suffix(1);
         const bool saysWhy =
-            !line.empty() && !line.starts_with("sftp>") && !line.starts_with("Connection closed");
+            !line.empty() && !line.starts_with("sftp>") && !line.starts_with(farewell);
         if (saysWhy) return line;
     }
     return {};
 }
 
-/// Why the client failed, for human eyes: the server may have worded it.
-std::string shown(const std::string& output) { return displayText(SFTPFileStore::message(output)); }
+/// Whether the client bids farewell in the end: the connection was lost, or never came about.
+bool endsInFarewell(std::string_view output) {
+    const auto lines = nonEmptyLines(output);
+    return !lines.empty() && lines.back().starts_with(farewell);
+}
+
+/// Why the client failed, for human eyes: what it means, and in what words it or the server said
+/// so.
+std::string shown(const std::string& output) {
+    const auto line = complaint(output);
+    if (!line && endsInFarewell(output)) return fmt::format("{} ({})", connectionBroke, farewell);
+    const std::string words = displayText(SFTPFileStore::message(output));
+    const auto meaning = line ? meaningOf(*line, output) : std::nullopt;
+    return meaning ? fmt::format("{} ({})", *meaning, words) : words;
+}
 
 /// The output as the client wrote it, as far as names go: the last one may end in blanks.
 std::string wholeLines(const CommandResult& result) { return result.output + result.lastBlanks; }
@@ -147,6 +163,10 @@ FileKeys SFTPFileStore::existingFileKeys(const Url& folder) {
     const auto walked = walk(folder, keyWalk);
     record_.note(listing, folder, walked ? std::nullopt : std::optional(walked.error().message));
     return keyWalk.keys();
+}
+
+std::optional<std::string> SFTPFileStore::listingTrouble(const Url& folder) {
+    return record_.troubleAbove(folder.appending("anything"));
 }
 
 Result<> SFTPFileStore::knowWhatIsThere(const Url& url) const {
@@ -237,10 +257,34 @@ std::optional<std::int64_t> SFTPFileStore::fileSize(const Url& url) {
     return {};
 }
 
+/// One probe, from before it is put somewhere until after it has been removed.
+class SFTPFileStore::UnderWay {
+public:
+    explicit UnderWay(SFTPFileStore& store) : store_(store) { count(1); }
+    UnderWay(const UnderWay&) = delete;
+    UnderWay& operator=(const UnderWay&) = delete;
+    ~UnderWay() { count(-1); }
+
+private:
+    void count(int difference) {
+        const std::lock_guard lock(store_.probesMutex_);
+        store_.probes_ += difference;
+        store_.probesEnded_.notify_all();
+    }
+
+    SFTPFileStore& store_;
+};
+
+void SFTPFileStore::awaitProbes(std::chrono::milliseconds patience) {
+    std::unique_lock lock(probesMutex_);
+    probesEnded_.wait_for(lock, patience, [this] { return probes_ == 0; });
+}
+
 bool SFTPFileStore::isWritableDirectory(const Url& url) {
     (void)localStore_.createDirectory(stagingRoot_);
     const ProbeFile probe(stagingRoot_.appending(probeName).path);
     if (!probe) return false;
+    const UnderWay underWay(*this);
     const auto remoteProbe = url.appending(probeName);
     const auto removal = command("rm", remoteProbe.path);
     const auto result = batch(
@@ -308,7 +352,7 @@ CommandResult SFTPFileStore::batch(const Url& server, const SftpCommands& comman
     const bool isSilent = login.kind == SSHLogin::Kind::userSSH && result.status == noConnection &&
                           !complaint(result.output);
     if (isSilent && hasBegun(result.output)) {
-        result.output = "Die Verbindung ist abgebrochen";
+        result.output = connectionBroke;
     } else if (isSilent) {
         result.output = adviceToTry(*who, server.port);
     }

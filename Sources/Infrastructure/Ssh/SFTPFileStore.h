@@ -11,6 +11,8 @@
 #include "SftpBatch.h"
 #include "SftpKeyWalk.h"
 
+#include <chrono>
+#include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -63,10 +65,14 @@ public:
 
     Url stagingDirectory(const Url& destination) override;
     FileKeys existingFileKeys(const Url& folder) override;
+    std::optional<std::string> listingTrouble(const Url& folder) override;
     bool fileExists(const Url& url) override;
     std::optional<std::int64_t> fileSize(const Url& url) override;
     /// Puts an empty file there and removes it.
     bool isWritableDirectory(const Url& url) override;
+    /// Waits for the files with which that tries to be removed again: before clients are ended
+    /// that would leave them.
+    void awaitProbes(std::chrono::milliseconds patience = std::chrono::seconds(2));
     bool isNetworkVolume(const Url& url) override;
     std::optional<std::int64_t> availableCapacity(const Url& url) override;
     Result<> createDirectory(const Url& url) override;
@@ -99,6 +105,8 @@ public:
     static std::string message(const std::string& output);
 
 private:
+    class UnderWay;
+
     CommandResult batch(const Url& server, const SftpCommands& commands);
     Result<> walk(const Url& folder, SftpKeyWalk& walk);
     /// Whether there is anything; an error where the server did not say.
@@ -116,6 +124,9 @@ private:
     ListingRecord record_;
     std::mutex doubtsMutex_;
     std::vector<Url> doubts_;  ///< of which it is not known whether anything is there
+    std::mutex probesMutex_;
+    std::condition_variable probesEnded_;
+    int probes_ = 0;  ///< under way
 };
 
 }  // namespace bildkurier

@@ -3,23 +3,16 @@
 #include "SftpBatch.h"
 
 #include "FileName.h"
+#include "ServerName.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <string_view>
 
 namespace bildkurier {
 namespace {
 
 constexpr std::size_t longestLine = 2046;  // of the client's 2048 bytes, without "\n" and NUL
-
-/// Whether the client takes a part of it for a path, or all of it for an option.
-bool isMisread(std::string_view account) {
-    if (account.starts_with('-')) return true;
-    auto host = account.substr(account.rfind('@') + 1);
-    const bool isBracketed = host.starts_with('[') && host.find(']') == host.size() - 1;
-    if (isBracketed) account.remove_suffix(host.size());
-    return account.contains(':');
-}
 
 /// Whether the client reads `path`, in quotes, as another one: it puts in what stands for
 /// variables, and takes quotes and backslashes away.
@@ -39,9 +32,13 @@ std::optional<std::string> objection(const SftpCommands& commands) {
 }
 
 std::optional<std::string> objectionToAccount(const std::string& account) {
-    if (isMisread(account) || hasControlCharacters(account))
-        return "Der Benutzer oder der Rechner ist ungültig";
-    return {};
+    const auto at = account.rfind('@');
+    const bool isPlain = at == std::string::npos
+                             ? isHostName(account)
+                             : isLoginName(std::string_view(account).substr(0, at)) &&
+                                   isHostName(std::string_view(account).substr(at + 1));
+    if (isPlain) return {};
+    return "Der Benutzer oder der Rechner ist ungültig";
 }
 
 std::optional<std::string> objectionToLogin(const SSHLogin& login) {

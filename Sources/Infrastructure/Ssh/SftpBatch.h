@@ -18,7 +18,8 @@ using SftpCommands = std::vector<std::string>;
 /// what comes behind would be a command of its own, even one for the shell.
 std::optional<std::string> objection(const SftpCommands& commands);
 
-/// Why the client would not take `account` for a host, as a clause; absent when it does.
+/// Why the client would not take `account`, with a user in front of an "@" or without, for what
+/// it is, as a clause; absent when it does.
 std::optional<std::string> objectionToAccount(const std::string& account);
 
 /// Why the client would not take the files of `login` for what they are, as a clause; absent

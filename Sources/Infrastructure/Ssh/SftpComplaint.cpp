@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "SftpComplaint.h"
+
+#include "SftpOutput.h"
+
+#include <algorithm>
+
+namespace bildkurier {
+namespace {
+
+constexpr std::string_view accessDenied = ": Permission denied";
+constexpr std::string_view nothingThere = ": No such file or directory";
+
+/// Names, which may be anything, stand between the two.
+struct Complaint {
+    std::string_view beginning;
+    std::string_view end;
+    std::string_view meaning;
+};
+
+constexpr std::string_view noLogin = "Der Server lässt die Anmeldung mit diesem Schlüssel nicht zu";
+constexpr std::string_view unreachable = "Der Rechner ist im Netz nicht zu erreichen";
+constexpr std::string_view noAnswer = "Der Rechner antwortet nicht";
+constexpr std::string_view broken = "Die Verbindung ist abgebrochen";
+constexpr std::string_view refused = "Der Server verweigert den Zugriff";
+constexpr std::string_view full = "Auf dem Server ist kein Platz mehr";
+
+// The first that fits counts.
+constexpr Complaint complaints[] = {
+    {"Host key verification failed", "", "Der Schlüssel des Servers ist nicht der bekannte"},
+    {"", ": Too many authentication failures", noLogin},
+    {"ssh: Could not resolve hostname ", "", "Der Rechner ist unter diesem Namen nicht zu finden"},
+    {"ssh: ", ": Connection refused", "Der Rechner nimmt an diesem Port keine Verbindung an"},
+    {"ssh: ", " timed out", noAnswer},
+    {"Connection timed out", "", noAnswer},
+    {"Connection to ", " timed out", noAnswer},
+    {"ssh: ", ": No route to host", unreachable},
+    {"ssh: ", ": Network is unreachable", unreachable},
+    {"Unable to negotiate ", "", "Der Server und dieser Rechner haben kein Verfahren gemeinsam"},
+    {"subsystem request failed ", "", "Der Server bietet kein SFTP an"},
+    {"Received message too long ", "", "Der Server antwortet mit etwas anderem als SFTP"},
+    {"Connection reset", "", broken},
+    {"Connection lost", "", broken},
+    {"Connection to ", " closed by remote host.", broken},
+    {"", ": Connection closed by remote host", broken},
+    {"", "Connection reset by peer", broken},
+    {"", "Broken pipe", broken},
+    {"stat local ", "", "Auf diesem Rechner ist die Datei nicht lesbar"},
+    {"local open ", "", "Auf diesem Rechner ist die Datei nicht lesbar"},
+    {"", accessDenied, refused},
+    {"", ": Read-only file system", refused},
+    {"", nothingThere, "Auf dem Server fehlt der Ordner oder die Datei"},
+    {"", " is not a directory", "Dort liegt auf dem Server eine Datei und kein Ordner"},
+    {"", ": No space left on device", full},
+    {"", ": Disk quota exceeded", full},
+    {"write remote ", ": Failure",
+     "Der Server nimmt nicht mehr an; vielleicht ist dort kein Platz mehr"},
+    {"", ": Failure", "Der Server meldet einen Fehler"},
+    {"", ": Operation unsupported", "Der Server kann das nicht"},
+};
+
+bool fits(const Complaint& known, std::string_view line) {
+    return line.size() >= known.beginning.size() + known.end.size() &&
+           line.starts_with(known.beginning) && line.ends_with(known.end);
+}
+
+bool refusesKey(std::string_view line) {
+    return line.contains("Permission denied (") && line.ends_with(").");
+}
+
+std::string_view withoutReturn(std::string_view line) {
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    return line;
+}
+
+}  // namespace
+
+std::optional<std::string_view> meaningOf(std::string_view complaint) {
+    if (refusesKey(complaint)) return noLogin;
+    const auto* const known = std::ranges::find_if(
+        complaints, [complaint](const Complaint& one) { return fits(one, complaint); });
+    if (known == std::end(complaints)) return {};
+    return known->meaning;
+}
+
+std::optional<std::string_view> meaningOf(std::string_view complaint, std::string_view output) {
+    const auto isDenied = [](std::string_view line) {
+        return withoutReturn(line).ends_with(accessDenied);
+    };
+    // What could not be made is missing afterwards.
+    if (complaint.ends_with(nothingThere) && std::ranges::any_of(nonEmptyLines(output), isDenied))
+        return refused;
+    return meaningOf(complaint);
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace bildkurier {
+
+/// What the line with which the sftp client, or the server through it, complains means, as a
+/// German clause; absent when it is none of those that are known.
+std::optional<std::string_view> meaningOf(std::string_view complaint);
+
+/// Of the client's whole output, whose line `complaint` says why it failed.
+std::optional<std::string_view> meaningOf(std::string_view complaint, std::string_view output);
+
+}  // namespace bildkurier
