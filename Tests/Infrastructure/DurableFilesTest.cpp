@@ -56,12 +56,13 @@ const struct {
     std::string does;
     std::string (*which)(const seccomp_data& call);
 } watched[] = {
-    {SYS_fsync, "flush ", openFile},  {SYS_renameat2, "rename ", path},
-    {SYS_renameat, "replace ", path}, {SYS_linkat, "link ", path},
-    {SYS_unlinkat, "remove ", path},  {SYS_mkdirat, "make ", path},
-    {SYS_openat, "open ", path},      {SYS_read, "read ", openFile},
-    {SYS_write, "write ", openFile},  {SYS_utimensat, "date ", openFile},
-    {SYS_close, "close ", openFile},  {SYS_newfstatat, "look ", path},
+    {SYS_fsync, "flush ", openFile},    {SYS_renameat2, "rename ", path},
+    {SYS_syncfs, "sync ", openFile},    {SYS_renameat, "replace ", path},
+    {SYS_linkat, "link ", path},        {SYS_unlinkat, "remove ", path},
+    {SYS_mkdirat, "make ", path},       {SYS_openat, "open ", path},
+    {SYS_read, "read ", openFile},      {SYS_write, "write ", openFile},
+    {SYS_utimensat, "date ", openFile}, {SYS_close, "close ", openFile},
+    {SYS_newfstatat, "look ", path},
 };
 
 /// A system call in words: what it does, and to which file.
@@ -690,16 +691,48 @@ TEST_F(DurableFiles, FlushTheNameOfAFolderAgainWhereThatFailed) {
 }
 
 TEST_F(DurableFiles, TakeAFolderWhereTheOneAboveCannotBeFlushed) {
-    const std::pair<std::string, int> lacking[] = {
-        {"flush JPG", EINVAL}, {"flush JPG", ENOSYS}, {"open JPG", EACCES}};
     const auto make = [&] { return makeFolder(folder.path("JPG/a")); };
-    for (const auto& [call, error] : lacking) {
+    for (const int lacking : {EINVAL, ENOSYS}) {
         folder.makeFolder("JPG/a");
-        rule = always(call, error);
-        EXPECT_EQ(run(make), 0) << call;
+        rule = always("flush JPG", lacking);
+        EXPECT_EQ(run(make), 0) << lacking;
         fs::remove(folder.path("JPG/a"));
-        EXPECT_EQ(run(make), 0) << call;
-        EXPECT_TRUE(fs::exists(folder.path("JPG/a"))) << call;
+        EXPECT_EQ(run(make), 0) << lacking;
+        EXPECT_TRUE(fs::exists(folder.path("JPG/a"))) << lacking;
+    }
+}
+
+TEST_F(DurableFiles, FlushTheVolumeWhereTheFolderAboveMayBeWrittenButNotRead) {
+    rule = always("open JPG", EACCES);
+    EXPECT_EQ(run([&] { return makeFolder(folder.path("JPG/a/b")); }), 0);
+    const std::string above = "flush " + shortName(folder.path());
+    EXPECT_EQ(calls, (Calls{above, "make a", "sync a", "make b", "flush a"}));
+    rule = [](const std::string& call) {
+        if (call == "open JPG") return EACCES;
+        return call == "sync a" ? EIO : 0;
+    };
+    EXPECT_EQ(run([&] { return makeFolder(folder.path("JPG/a")); }), EIO);
+    EXPECT_EQ(calls, Calls{"sync a"});
+}
+
+TEST_F(DurableFiles, FlushTheNameOfAFolderThatThisUserMayHaveMade) {
+    const TemporaryVolume volume(1'000'000);
+    if (!volume.isMounted()) GTEST_SKIP() << "cannot mount a volume here";
+    const fs::path above = fs::path(volume.path()) / "above";
+    fs::create_directories(above / "a");
+    const auto enter = fs::perms::others_exec;
+    fs::permissions(fs::path(volume.path()).parent_path(), enter, fs::perm_options::add);
+    const std::pair<unsigned, Calls> cases[] = {
+        {0711, {}}, {0733, {"sync a"}}, {0755, {"flush above"}}};
+    for (const auto& [mode, flushes] : cases) {
+        fs::permissions(above, fs::perms(mode));
+        EXPECT_EQ(run([&] {
+                      int error = -1;
+                      runAsOrdinaryUser([&] { error = makeFolder((above / "a").string()); });
+                      return error;
+                  }),
+                  0);
+        EXPECT_EQ(calls, flushes) << mode;
     }
 }
 

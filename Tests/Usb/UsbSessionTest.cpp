@@ -15,7 +15,7 @@ TEST(UsbSession, EndsWhileTheDiskTakesItsTime) {
     std::latch begun(1);
     std::latch ended(1);
     std::thread disk([&] {
-        session.ifOpen([&] {
+        session.ifOpen("/", [&] {
             begun.count_down();
             ended.wait();
         });
@@ -30,9 +30,9 @@ TEST(UsbSession, EndsWhileTheDiskTakesItsTime) {
 TEST(UsbSession, LetsAFileBeMadeOnlyWhileItIsOpen) {
     UsbSession session;
     int made = 0;
-    session.ifOpen([&] { ++made; });
+    session.ifOpen("/", [&] { ++made; });
     session.end(UsbSession::End::Closed);
-    session.ifOpen([&] { ++made; });
+    session.ifOpen("/", [&] { ++made; });
     EXPECT_EQ(made, 1);
 }
 

@@ -39,7 +39,7 @@ using WhyStop = std::function<std::optional<Error>()>;
 
 Result<> create(PartialFile& copy, const DownloadRequest& request, const WhyStop& whyStop) {
     Result<> created;
-    withDownloadFence([&] {
+    withDownloadFence(request.directory, [&] {
         if (auto reason = whyStop()) {
             created = std::unexpected(*std::move(reason));
         } else {
@@ -99,7 +99,7 @@ Result<> copyFile(const FileDescriptor& source, std::int64_t size, const Downloa
     std::optional<PartialFile> copy(std::in_place);
     if (auto created = create(*copy, request, whyStop); !created) return created;
     auto copied = copyWhole(source, before, *copy, whyStop);
-    if (!copied) withDownloadFence([&] { copy.reset(); });
+    if (!copied) withDownloadFence(request.directory, [&] { copy.reset(); });
     return copied;
 }
 

@@ -220,17 +220,22 @@ int rename(const FlushedFile& file, const Place& from, const Place& to) {
 }
 
 /// Makes the name of a folder durable, which may have been there before: its maker may have ended
-/// too early. Where this user may not read, that is left to who may.
-int flushName(const std::string& above) {
+/// too early. Where this user may write above but not read, nothing less than the volume can be
+/// flushed. Where neither, that is left to who may.
+int flushName(const std::string& path, const std::string& above) {
     const FileDescriptor folder = openedFolder(above);
     if (folder) return flushFolder(folder);
-    return errno == EACCES ? 0 : errno;
+    if (errno != EACCES) return errno;
+    if (::faccessat(AT_FDCWD, above.c_str(), W_OK, AT_EACCESS) != 0) return 0;
+    const FileDescriptor inVolume = openedFolder(path);
+    if (!inVolume) return errno == EACCES ? 0 : errno;
+    return outcome([&] { return ::syncfs(inVolume.get()); });
 }
 
 int makeOneFolder(const std::string& path, const std::string& above) {
     const int error = outcome([&] { return ::mkdirat(AT_FDCWD, path.c_str(), 0777); });
     if (error != 0 && lookForFolder(path) != 0) return error;
-    return flushName(above);
+    return flushName(path, above);
 }
 
 }  // namespace
@@ -238,7 +243,7 @@ int makeOneFolder(const std::string& path, const std::string& above) {
 int makeFolder(const std::string& path) {
     const std::string above = folderAbove(path);
     const int found = lookForFolder(path);
-    if (found == 0) return flushName(above);
+    if (found == 0) return flushName(path, above);
     if (found != ENOENT) return found;
     const int error = above.size() < path.size() ? makeFolder(above) : 0;
     return error == 0 ? makeOneFolder(path, above) : error;

@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "EventLoop.h"
 
+#include "ShortWait.h"
+
 #include <utility>
 
 namespace bildkurier {
@@ -19,6 +21,7 @@ void EventLoop::post(Task task) {
     // Notified under the lock: whoever waits for this task may destroy the loop right after.
     const std::lock_guard lock(mutex_);
     tasks_.push_back(std::move(task));
+    taskCount_ = tasks_.size();
     posted_.notify_one();
 }
 
@@ -52,9 +55,14 @@ Task EventLoop::next() {
         if (!tasks_.empty()) {
             Task task = std::move(tasks_.front());
             tasks_.pop_front();
+            taskCount_ = tasks_.size();
             return task;
         }
         if (timersTurn_) continue;
+        lock.unlock();
+        if (comesSoon([this] { return taskCount_ > 0; })) continue;
+        lock.lock();
+        if (!tasks_.empty()) continue;
         if (timers_.empty()) {
             posted_.wait(lock);
         } else {

@@ -4,7 +4,9 @@
 
 #include "MainQueue.h"
 
+#include <atomic>
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <map>
 #include <memory>
@@ -43,6 +45,7 @@ private:
     std::mutex mutex_;  ///< guards `tasks_`
     std::condition_variable posted_;
     std::deque<Task> tasks_;
+    std::atomic<std::size_t> taskCount_ = 0;  ///< of `tasks_`, for a look without the lock
     std::multimap<Instant, std::weak_ptr<Timer>> timers_;
     bool timersTurn_ = true;
     bool stopped_ = false;

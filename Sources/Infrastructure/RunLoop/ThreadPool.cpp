@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ThreadPool.h"
 
+#include "ShortWait.h"
+
 #include <system_error>
 #include <utility>
 
@@ -12,6 +14,7 @@ ThreadPool::~ThreadPool() {
         const std::lock_guard lock(mutex_);
         stopping_ = true;
         tasks_.clear();
+        taskCount_ = 0;
         changed_.notify_all();
     }
     for (std::thread& thread : threads_) thread.join();
@@ -21,8 +24,9 @@ void ThreadPool::run(Task task) {
     const std::lock_guard lock(mutex_);
     if (stopping_) return;
     tasks_.push_back(std::move(task));
+    taskCount_ = tasks_.size();
     if (idle_ < tasks_.size()) addThread();
-    changed_.notify_one();
+    if (looking_ < tasks_.size()) changed_.notify_one();
 }
 
 void ThreadPool::addThread() {
@@ -35,20 +39,26 @@ void ThreadPool::addThread() {
 }
 
 void ThreadPool::work() {
+    while (const Task task = next()) task();
+}
+
+Task ThreadPool::next() {
     std::unique_lock lock(mutex_);
-    for (;;) {
-        ++idle_;
-        changed_.wait(lock, [this] { return stopping_ || !tasks_.empty(); });
-        --idle_;
-        if (tasks_.empty()) return;
-        {
-            const Task task = std::move(tasks_.front());
-            tasks_.pop_front();
-            lock.unlock();
-            task();
-        }
+    ++idle_;
+    if (tasks_.empty()) {
+        ++looking_;
+        lock.unlock();
+        comesSoon([this] { return taskCount_ > 0; });
         lock.lock();
+        --looking_;
     }
+    changed_.wait(lock, [this] { return stopping_ || !tasks_.empty(); });
+    --idle_;
+    if (tasks_.empty()) return {};
+    Task task = std::move(tasks_.front());
+    tasks_.pop_front();
+    taskCount_ = tasks_.size();
+    return task;
 }
 
 }  // namespace bildkurier

@@ -4,6 +4,7 @@
 
 #include "Background.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -27,13 +28,17 @@ public:
 
 private:
     void work();
+    /// Waits for the next task; empty at the end.
+    Task next();
     void addThread();
 
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<Task> tasks_;
     std::vector<std::thread> threads_;
-    std::size_t idle_ = 0;
+    std::size_t idle_ = 0;                    ///< threads without a task
+    std::size_t looking_ = 0;                 ///< those of them that need not be woken
+    std::atomic<std::size_t> taskCount_ = 0;  ///< of `tasks_`, for a look without the lock
     bool stopping_ = false;
 };
 

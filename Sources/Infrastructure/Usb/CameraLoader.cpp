@@ -67,7 +67,7 @@ Error CameraLoader::reason(CameraFault fault) const {
 bool CameraLoader::createFile() {
     // The session ends before another download of this name can begin: what is made and removed
     // here is not that one's.
-    session_.ifOpen([this] {
+    session_.ifOpen(load_.request.directory, [this] {
         file_ = std::make_unique<PartialFile>();
         const auto created =
             file_->create(load_.request.directory, load_.request.saveAs, load_.request.overwrite);

@@ -198,7 +198,7 @@ void CameraWorker::loadFile(const std::shared_ptr<UsbSession>& session,
     const auto outcome = loader.load();
     if (outcome != CameraLoader::Outcome::Over)
         return deliver(*session, load, loader, outcome == CameraLoader::Outcome::Loaded);
-    session->ifOpen([&] { loader.file().reset(); });
+    session->ifOpen(load->request.directory, [&] { loader.file().reset(); });
     if (loader.file()) loader.file()->disown();
     // Whoever hears of it ends the session, and with it this download: a run must not go on
     // to its next files before it knows.

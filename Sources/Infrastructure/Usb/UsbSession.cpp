@@ -48,8 +48,8 @@ bool UsbSession::endsWithin(std::chrono::milliseconds time) const {
     return changed_.wait_for(lock, time, [this] { return ended_ != End::Not; });
 }
 
-void UsbSession::ifOpen(const std::function<void()>& action) const {
-    withDownloadFence([&] {
+void UsbSession::ifOpen(const std::string& folder, const std::function<void()>& action) const {
+    withDownloadFence(folder, [&] {
         if (!hasEnded()) action();
     });
 }

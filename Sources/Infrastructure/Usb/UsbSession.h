@@ -45,10 +45,10 @@ public:
     Error endReason() const;
     /// Whether it has ended; waits for that, but not longer than `time`.
     bool endsWithin(std::chrono::milliseconds time) const;
-    /// Runs `action`, which makes or removes a file, unless the session has ended; one at a time
-    /// for all sessions, so that what it does comes before what the next session does. It may
-    /// end meanwhile: nobody waits for the disk but other sessions.
-    void ifOpen(const std::function<void()>& action) const;
+    /// Runs `action`, which makes or removes a file in `folder`, unless the session has ended; one
+    /// at a time for all sessions, so that what it does there comes before what the next session
+    /// does. It may end meanwhile: nobody waits for the disk but sessions that use that folder.
+    void ifOpen(const std::string& folder, const std::function<void()>& action) const;
 
 private:
     mutable std::mutex mutex_;
