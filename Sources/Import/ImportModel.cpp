@@ -566,6 +566,8 @@ void ImportModel::applyFilter() {
     if (allFiles_.empty()) return publish(status_, "Die Kamera meldet keine Dateien.");
     if (destOverlaps_) {
         publish(status_, overlapStatus);
+    } else if (destNeedsServer()) {
+        publish(status_, nameServerStatus);
     } else if (newFiles_.empty()) {
         publish(status_, nothingNewStatus);
     } else if (since) {
@@ -600,6 +602,7 @@ void ImportModel::startImport(bool ignoringDateFilter, bool continuingPreviousRu
     if (phase_ != Phase::ready || newFiles_.empty()) return;
     if (destNeedsChoice()) return publish(status_, chooseFolderStatus);
     if (destOverlaps_) return publish(status_, overlapStatus);
+    if (destNeedsServer()) return publish(status_, nameServerStatus);
     if (const auto locked = runLock_->acquire(); !locked)
         return publish(status_, locked.error().message);
     if (!continuingPreviousRun) publish(log_, {});
@@ -722,7 +725,8 @@ void ImportModel::resumeInterruptedImport() {
     const auto resume = pendingResume_.value_or(Resume());
     if (resume.ignoresDateFilter) showMissing(missingFilesSince(std::nullopt));
     pendingResume_.reset();
-    const bool mayStart = !newFiles_.empty() && !destNeedsChoice() && !destOverlaps_;
+    const bool mayStart =
+        !newFiles_.empty() && !destNeedsChoice() && !destOverlaps_ && !destNeedsServer();
     if (const auto locked = mayStart ? runLock_->acquire() : Result<>(); !locked) {
         pendingResume_ = resume;
         return postpone("Fortsetzung", locked.error().message);

@@ -87,6 +87,8 @@ public:
     static constexpr auto suspendedStatus = "Auto-Import ausgesetzt: ";
     static constexpr auto overlapStatus =
         "Karte und Zielordner liegen ineinander; bitte einen anderen Zielordner wählen.";
+    static constexpr auto nameServerStatus =
+        "Server angeben: unter Ziel den Rechner eintragen, dann „Verbinden und prüfen“.";
 
     /// Restores what the settings hold. `main` must outlive the model, and `background` end
     /// before `main`. Discovery is begun by starting the browser with the model as delegate.
@@ -153,6 +155,8 @@ public:
     bool destNeedsChoice() const;
     /// Whether the card lies in the destination or the other way round, as last found.
     bool destOverlaps() const { return destOverlaps_; }
+    /// Whether the destination is on a server that has not been named.
+    bool destNeedsServer() const { return destIsSFTP() && dest_.host.empty(); }
     bool destIsSFTP() const { return dest_.scheme == "sftp"; }
     /// For human eyes.
     std::string destDescription() const;
