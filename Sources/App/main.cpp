@@ -22,6 +22,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QByteArray>
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QQmlApplicationEngine>
@@ -46,7 +47,16 @@ int say(const WindowAnswer& answer) {
     return answer.exitStatus;
 }
 
-void bringToFront(const QQmlApplicationEngine& engine) {
+/// What the desktop gives a program that it starts, so that its window may come to the front; to be
+/// taken before the toolkit does so.
+std::string activationToken() {
+    const auto token = qgetenv("XDG_ACTIVATION_TOKEN");
+    return (token.isEmpty() ? qgetenv("DESKTOP_STARTUP_ID") : token).toStdString();
+}
+
+void bringToFront(const QQmlApplicationEngine& engine, const std::string& token) {
+    // Where the toolkit looks for it, under Wayland.
+    if (!token.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
     for (QObject* root : engine.rootObjects()) {
         auto* window = qobject_cast<QQuickWindow*>(root);
         if (window == nullptr) continue;
@@ -73,9 +83,9 @@ int show(const AppContainer::Parts& parts, SingleInstance& instance, MainQueue& 
                                  {"privacy", webPage(Fassung::datenschutz())}});
     engine.loadData("import Bildkurier\nMainWindow {}");
     if (engine.rootObjects().isEmpty()) return 1;
-    instance.onAnother = [&engine] { bringToFront(engine); };
+    instance.onAnother = [&engine](const std::string& token) { bringToFront(engine, token); };
     const int status = QApplication::exec();
-    instance.onAnother = [] {};
+    instance.onAnother = [](const std::string&) {};
     // With a screen reader listening, the toolkit crashes over items that tell of their own end.
     QAccessible::installUpdateHandler([](QAccessibleEvent*) {});
     return status;
@@ -120,6 +130,7 @@ int main(int argc, char** argv) {
     prepareProcess();
     const auto arguments = parseWindowArguments(std::span(argv, static_cast<std::size_t>(argc)));
     if (!arguments) return say(arguments.error());
+    const auto token = activationToken();
     // The window is drawn by the processor: it comes up sooner, with a fraction of the memory.
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
         QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
@@ -134,6 +145,6 @@ int main(int argc, char** argv) {
     if (dialogs.load(QStringLiteral("qtbase_de"),
                      QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(&dialogs);
-    SingleInstance instance(runtimeFolder());
+    SingleInstance instance(runtimeFolder(), token);
     return instance.isFirst() ? run(instance, *arguments) : leaveToFirst(instance, *arguments);
 }

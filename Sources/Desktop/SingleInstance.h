@@ -3,8 +3,10 @@
 #pragma once
 
 #include <QLocalServer>
+#include <QLocalSocket>
 #include <QLockFile>
 #include <QObject>
+#include <chrono>
 #include <functional>
 #include <string>
 
@@ -14,20 +16,23 @@ namespace bildkurier {
 /// is started, which should then end.
 class SingleInstance {
 public:
-    /// `folder` is the user's own, for what matters only while processes run.
-    explicit SingleInstance(const std::string& folder);
+    /// `folder` is the user's own, for what matters only while processes run. Where there is
+    /// another one, `token` is passed on to it, and this waits so long for its answer.
+    explicit SingleInstance(const std::string& folder, const std::string& token = {},
+                            std::chrono::milliseconds patience = std::chrono::seconds(2));
 
     /// False when there is another one already.
     bool isFirst() const { return lock_.error() != QLockFile::LockFailedError; }
-    /// Whether that one has been told of this one.
+    /// Whether that one has answered.
     bool hasToldFirst() const { return hasToldFirst_; }
 
-    /// Called whenever another one is started.
-    std::function<void()> onAnother = [] {};
+    /// Called with its token whenever another one is started.
+    std::function<void(const std::string& token)> onAnother = [](const std::string&) {};
 
 private:
     void listen();
-    bool tellFirst() const;
+    void hear(QLocalSocket& caller);
+    bool tellFirst(const std::string& token, std::chrono::milliseconds patience) const;
 
     QString name_;
     QLockFile lock_;

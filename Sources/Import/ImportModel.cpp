@@ -587,6 +587,8 @@ void ImportModel::applyFilter() {
     if (allFiles_.empty()) return publish(status_, "Die Kamera meldet keine Dateien.");
     if (destOverlaps_) {
         publish(status_, overlapStatus);
+    } else if (destNeedsServer()) {
+        publish(status_, nameServerStatus);
     } else if (newFiles_.empty()) {
         publish(status_, nothingNewStatus);
     } else if (destUnlisted_) {
@@ -609,6 +611,7 @@ void ImportModel::applyFilter() {
 const char* ImportModel::objectionToDestination() const {
     if (destNeedsChoice()) return chooseFolderStatus;
     if (destOverlaps_) return overlapStatus;
+    if (destNeedsServer()) return nameServerStatus;
     return destUnlisted_ ? unlistedStatus : nullptr;
 }
 

@@ -91,6 +91,8 @@ public:
     static constexpr auto unlistedStatus =
         "Der Zielordner ließ sich nicht vollständig auflisten: Was dort fehlt, ist nicht bekannt. "
         "Bitte noch einmal einlesen.";
+    static constexpr auto nameServerStatus =
+        "Server angeben: unter Ziel den Rechner eintragen, dann „Verbinden und prüfen“.";
 
     /// Restores what the settings hold. `main` must outlive the model, and `background` end
     /// before `main`. Discovery is begun by starting the browser with the model as delegate.
@@ -160,6 +162,8 @@ public:
     /// Whether there may be more at the destination than was listed last: some of `newFiles` may
     /// be there.
     bool destUnlisted() const { return destUnlisted_; }
+    /// Whether the destination is on a server that has not been named.
+    bool destNeedsServer() const { return destIsSFTP() && dest_.host.empty(); }
     bool destIsSFTP() const { return dest_.scheme == "sftp"; }
     /// For human eyes.
     std::string destDescription() const;

@@ -22,6 +22,7 @@ T.ComboBox {
             passedReturn();
     }
 
+    Accessible.description: displayText
     Accessible.name: qsTr("Kamera")
     Accessible.role: Accessible.ComboBox
     currentIndex: selected
@@ -58,6 +59,8 @@ T.ComboBox {
 
         Accessible.name: text
         Accessible.role: Accessible.ListItem
+        Accessible.selectable: true
+        Accessible.selected: highlighted
         highlighted: picker.highlightedIndex === index
         implicitHeight: 28
         text: modelData
@@ -98,6 +101,8 @@ T.ComboBox {
             radius: 8
         }
         contentItem: ListView {
+            Accessible.name: picker.Accessible.name
+            Accessible.role: Accessible.List
             clip: true
             currentIndex: picker.highlightedIndex
             implicitHeight: Math.min(contentHeight, 240)

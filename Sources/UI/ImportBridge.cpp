@@ -275,7 +275,8 @@ QString ImportBridge::importTitle() const {
 }
 
 bool ImportBridge::mayImport() const {
-    return model_->phase() == Phase::ready && !model_->newFiles().empty() && !destNeedsChoice();
+    return model_->phase() == Phase::ready && !model_->newFiles().empty() && !destNeedsChoice() &&
+           !model_->destNeedsServer();
 }
 
 void ImportBridge::reload() { model_->reload(); }

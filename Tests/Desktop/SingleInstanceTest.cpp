@@ -7,8 +7,12 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <atomic>
+#include <chrono>
 #include <memory>
-#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
 
 namespace bildkurier {
 namespace {
@@ -17,6 +21,7 @@ class SingleInstanceTest : public testing::Test {
 protected:
     TemporaryFolder folder;
     std::string place = folder.path("run/ä");
+    static constexpr std::chrono::milliseconds shortWhile{100};
 };
 
 TEST_F(SingleInstanceTest, IsFirstWhenThereIsNoOther) {
@@ -25,20 +30,36 @@ TEST_F(SingleInstanceTest, IsFirstWhenThereIsNoOther) {
 
 TEST_F(SingleInstanceTest, TellsTheFirstOfEveryOther) {
     SingleInstance first(place);
-    int told = 0;
-    first.onAnother = [&] { ++told; };
-    for (int another = 1; another <= 2; ++another) {
-        const SingleInstance other(place);
-        EXPECT_FALSE(other.isFirst());
-        EXPECT_TRUE(other.hasToldFirst());
+    std::vector<std::string> told;
+    first.onAnother = [&](const std::string& token) { told.push_back(token); };
+    for (const std::string token : {"Marke 1", ""}) {
+        std::atomic<bool> isFirst = true;
+        std::atomic<bool> hasToldFirst = false;
+        std::atomic<bool> isDone = false;
+        const std::jthread start([&] {
+            const SingleInstance other(place, token, std::chrono::seconds(20));
+            isFirst = other.isFirst();
+            hasToldFirst = other.hasToldFirst();
+            isDone = true;
+        });
+        EXPECT_TRUE(eventsUntil([&] { return isDone.load(); }));
+        EXPECT_FALSE(isFirst);
+        EXPECT_TRUE(hasToldFirst);
     }
-    EXPECT_TRUE(eventsUntil([&] { return told == 2; }));
+    EXPECT_EQ(told, (std::vector<std::string>{"Marke 1", ""}));
 }
 
 TEST_F(SingleInstanceTest, KnowsWhenTheFirstDoesNotListen) {
     const SingleInstance first(place);
     ASSERT_TRUE(QFile::remove(QString::fromStdString(place + "/window")));
-    const SingleInstance other(place);
+    const SingleInstance other(place, {}, shortWhile);
+    EXPECT_FALSE(other.isFirst());
+    EXPECT_FALSE(other.hasToldFirst());
+}
+
+TEST_F(SingleInstanceTest, KnowsWhenTheFirstDoesNotAnswer) {
+    const SingleInstance first(place);  // hangs: it handles no events
+    const SingleInstance other(place, {}, shortWhile);
     EXPECT_FALSE(other.isFirst());
     EXPECT_FALSE(other.hasToldFirst());
 }

@@ -225,6 +225,7 @@ TEST_F(ImportModelScanTest, DropsARunningScanWhenTheGrantIsLost) {
 
 TEST_F(ImportModelScanTest, ScansAServerWithoutGrant) {
     settings->storedKind = DestinationKind::sftp;
+    settings->storedHost = "nas";
     access->granted = false;
     make();
     file(*attached, "A.JPG", "aaaa");

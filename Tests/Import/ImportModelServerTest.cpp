@@ -375,6 +375,34 @@ TEST_F(ImportModelServerTest, ImportsToTheServer) {
     EXPECT_EQ(model->status(), nothingNew);
 }
 
+TEST_F(ImportModelServerTest, AsksForAServerThatHasNotBeenNamed) {
+    constexpr auto advice =
+        "Server angeben: unter Ziel den Rechner eintragen, dann „Verbinden und prüfen“.";
+    file(*attached, "A.JPG", "aaaa");
+    connect(attached);
+    const auto before = store->tree(Url::file("/"));
+    EXPECT_FALSE(model->destNeedsServer());
+    model->setDestinationKind(DestinationKind::sftp);
+    loop.settle();
+    EXPECT_TRUE(model->destNeedsServer());
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(model->status(), advice);
+    model->setUseFromDate(true);
+    EXPECT_EQ(model->status(), advice);
+    model->startImport();
+    loop.settle();
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(model->status(), advice);
+    EXPECT_EQ(store->tree(Url::file("/")), before);
+    EXPECT_FALSE(lock->held);
+
+    check();
+    EXPECT_FALSE(model->destNeedsServer());
+    model->startImport();
+    loop.settle();
+    EXPECT_EQ(store->files.at("/fotos/JPG/A.JPG"), "aaaa");
+}
+
 TEST_F(ImportModelServerTest, DescribesTheDestination) {
     const struct {
         Url dest;

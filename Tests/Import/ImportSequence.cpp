@@ -98,9 +98,9 @@ ImportSequence::ImportSequence(const Beginning& beginning) {
     settings_->storedDestination = Url::file(destinations[0]);
     settings_->storedAutoImport = beginning.trusts;
     if (beginning.trusts) settings_->storedIdentity = devices_[0].identity;
+    settings_->storedHost = "nas";
     if (beginning.onServer) {
         settings_->storedKind = DestinationKind::sftp;
-        settings_->storedHost = "nas";
         settings_->storedPath = "server";
         serverDest_ = sftpURL(settings_->storedUser, settings_->storedHost, settings_->storedPath);
         seenDest_ = serverDest_;

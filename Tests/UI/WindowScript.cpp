@@ -43,7 +43,7 @@ void WindowScript::begin() {
     keyring_->fingerprint = present(fingerprint_);
     keyring_->isPublicHalfReadable = publicKeyReadable_;
     settings_->storedUser = "quarzfeld";
-    settings_->storedHost = "nas.local:2222";
+    settings_->storedHost = serverName_.toStdString();
     settings_->storedPath = "/fotos";
     if (startsWithServer_) settings_->storedKind = DestinationKind::sftp;
     import_ = std::make_shared<ImportModel>(

@@ -41,6 +41,7 @@ class WindowScript : public QObject {
     Q_PROPERTY(QString fingerprint MEMBER fingerprint_)
     Q_PROPERTY(bool publicKeyReadable MEMBER publicKeyReadable_)
     Q_PROPERTY(bool startsWithServer MEMBER startsWithServer_)
+    Q_PROPERTY(QString serverName MEMBER serverName_)
 
     Q_PROPERTY(QStringList shownFolders READ shownFolders)
     Q_PROPERTY(int dialogs READ dialogs)
@@ -129,6 +130,7 @@ private:
     QString fingerprint_;
     bool publicKeyReadable_ = true;
     bool startsWithServer_ = false;
+    QString serverName_ = QStringLiteral("nas.local:2222");
 };
 
 }  // namespace bildkurier

@@ -55,6 +55,17 @@ void walkDesktop(const std::function<void(const Element&)>& visit) {
     walk(desktop, visit);
 }
 
+/// The first of that role and name that can be seen; null without one.
+Element find(const std::string& role, const std::string& name) {
+    const std::string wanted = role + ": " + name;
+    Element found;
+    walkDesktop([&](const Element& element) {
+        if (!found && hasState(element, ATSPI_STATE_SHOWING) && line(element) == wanted)
+            found = element;
+    });
+    return found;
+}
+
 void xdotool(std::vector<std::string> arguments) {
     const ProgramCall call{.path = "/usr/bin/xdotool", .arguments = std::move(arguments)};
     if (call.run().exitStatus != 0) throw std::runtime_error("xdotool failed");
@@ -62,19 +73,17 @@ void xdotool(std::vector<std::string> arguments) {
 
 }  // namespace
 
-OpenWindow::OpenWindow(std::map<std::string, std::string> environment)
+OpenWindow::OpenWindow(std::map<std::string, std::string> environment,
+                       std::vector<std::string> otherCards)
     : environment_(std::move(environment)),
+      otherCards_(std::move(otherCards)),
       listener_(atspi_event_listener_new(note, &heard_, nullptr), g_object_unref) {
     atspi_event_listener_register(listener_.get(), "object:state-changed:showing", nullptr);
     prepare();
     program_.emplace(call());
     if (!has("push button", "Kamera und Zielordner neu einlesen"))
         throw std::runtime_error("the window does not open");
-    // There is no window manager that would do so.
-    xdotool({"search", "--sync", "--onlyvisible", "--name", "^Bildkurier$", "windowfocus"});
-    // Until it knows so, it does not hear keys.
-    if (!soon([&] { return is("frame", "Bildkurier", ATSPI_STATE_ACTIVE); }))
-        throw std::runtime_error("the window does not take the keys");
+    takeKeys();
 }
 
 OpenWindow::~OpenWindow() {
@@ -103,6 +112,8 @@ ProgramCall OpenWindow::call() const {
                                      {"QT_QPA_PLATFORM", "xcb"},
                                      {"LC_ALL", "C.UTF-8"}},
                      .deadline = std::chrono::seconds(100)};
+    for (const auto& other : otherCards_)
+        call.arguments.insert(call.arguments.end(), {"--card", home.path(other)});
     call.environment.insert(environment_.begin(), environment_.end());
     return call;
 }
@@ -115,6 +126,7 @@ ProgramResult OpenWindow::startAgain(std::vector<std::string> arguments) const {
 
 void OpenWindow::prepare() const {
     std::filesystem::permissions(home.makeFolder("run"), std::filesystem::perms::owner_all);
+    for (const auto& other : otherCards_) home.write(other + "/DCIM/100BILDK/BILD.JPG", "x");
     ProgramCall settings = call();
     settings.path = BILDKURIER_CLI;
     settings.arguments = {"settings", "dest", destination};
@@ -137,16 +149,17 @@ std::vector<std::string> OpenWindow::all() const {
 }
 
 bool OpenWindow::is(const std::string& role, const std::string& name, AtspiStateType state) const {
-    const std::string wanted = role + ": " + name;
-    Element found;
-    walkDesktop([&](const Element& element) {
-        if (!found && hasState(element, ATSPI_STATE_SHOWING) && line(element) == wanted)
-            found = element;
-    });
+    const Element found = find(role, name);
     return found && hasState(found, state);
 }
 
-bool OpenWindow::goTo(const std::string& role, const std::string& name) const {
+std::string OpenWindow::description(const std::string& role, const std::string& name) const {
+    const Element found = find(role, name);
+    return found ? own(atspi_accessible_get_description(found.get(), nullptr)) : "";
+}
+
+bool OpenWindow::goTo(const std::string& role, const std::string& name,
+                      const std::string& key) const {
     const std::string wanted = role + ": " + name;
     for (int presses = 0; presses < 40; ++presses) {
         std::string focused;
@@ -154,12 +167,27 @@ bool OpenWindow::goTo(const std::string& role, const std::string& name) const {
             if (hasState(element, ATSPI_STATE_FOCUSED)) focused = line(element);
         });
         if (focused == wanted) return true;
-        press("Tab");
+        press(key);
         listen();
     }
     return false;
 }
 
+void OpenWindow::takeKeys() {
+    xdotool({"search", "--sync", "--onlyvisible", "--name", "^Bildkurier$", "windowfocus"});
+    // Until it knows so, it does not hear keys.
+    const auto isActive = [] {
+        bool active = false;
+        walkDesktop([&](const Element& element) {
+            if (hasState(element, ATSPI_STATE_ACTIVE)) active = true;
+        });
+        return active;
+    };
+    if (!soon(isActive)) throw std::runtime_error("the window does not take the keys");
+}
+
 void OpenWindow::press(const std::string& key) { xdotool({"key", key}); }
+
+void OpenWindow::type(const std::string& text) { xdotool({"type", "--", text}); }
 
 }  // namespace bildkurier

@@ -20,12 +20,14 @@
 namespace bildkurier {
 
 /// The program with its window, as someone works it who has no mouse and does not see: what the
-/// accessibility bus tells, and keys. Its home is a temporary folder, its only camera a sample
-/// card, its destination a folder beside it.
+/// accessibility bus tells, and keys. Its home is a temporary folder, its camera a sample card, its
+/// destination a folder beside it.
 class OpenWindow {
 public:
-    /// With these things added to the program's environment.
-    explicit OpenWindow(std::map<std::string, std::string> environment = {});
+    /// With these things added to the program's environment, and with these cards beside the sample
+    /// card, each of one picture, by the names of their folders.
+    explicit OpenWindow(std::map<std::string, std::string> environment = {},
+                        std::vector<std::string> otherCards = {});
     ~OpenWindow();
     OpenWindow(const OpenWindow&) = delete;
     OpenWindow& operator=(const OpenWindow&) = delete;
@@ -34,14 +36,23 @@ public:
     bool has(const std::string& role, const std::string& name) const;
     /// Whether the first such control is in that state.
     bool is(const std::string& role, const std::string& name, AtspiStateType state) const;
+    /// What is told of the first such control besides its name; empty for none.
+    std::string description(const std::string& role, const std::string& name) const;
     /// Everything that is told, as in "push button: Importieren".
     std::vector<std::string> all() const;
     /// Whether a notification with this text was, or soon will be, heard of.
     bool hears(const std::string& notification) const;
-    /// Presses Tab until that control has the focus; false if it never does.
-    bool goTo(const std::string& role, const std::string& name) const;
+    /// Presses a key until that control has the focus; false if it never does.
+    bool goTo(const std::string& role, const std::string& name,
+              const std::string& key = "Tab") const;
+    bool goBackTo(const std::string& role, const std::string& name) const {
+        return goTo(role, name, "shift+Tab");
+    }
+    /// Lets the window have the keys, for want of a window manager that would do so.
+    static void takeKeys();
     /// As in "Return" and "ctrl+q".
     static void press(const std::string& key);
+    static void type(const std::string& text);
 
     void send(int signal) const { program_->send(signal); }
 
@@ -62,6 +73,7 @@ private:
     static void note(AtspiEvent* event, void* heard);
 
     std::map<std::string, std::string> environment_;
+    std::vector<std::string> otherCards_;
     std::shared_ptr<AtspiEventListener> listener_;
     std::set<std::string> heard_;
     std::optional<RunningProgram> program_;

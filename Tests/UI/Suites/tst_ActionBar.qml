@@ -43,6 +43,25 @@ WindowTest {
         compare(script.model.importing, false);
     }
 
+    function test_importsNothingUntilAServerIsNamed() {
+        script.startsWithServer = true;
+        script.serverName = "";
+        openWith([["A.JPG", 1e6, "2024-05-09"]]);
+        const advice = "Server angeben: unter Ziel den Rechner eintragen, dann „Verbinden und prüfen“.";
+        tryCompare(named("status"), "text", advice);
+        isEnabled("Button", "1 importieren", false);
+        view.forceActiveFocus();
+        keyClick(Qt.Key_Return);
+        compare(script.model.importing, false);
+        compare(named("status").text, advice);
+
+        script.model.sftpHost = "nas";
+        press("Verbinden und prüfen");
+        script.settle();
+        tryCompare(named("status"), "text", "1 neue Dateien (1 MB) bereit zum Import.");
+        isEnabled("Button", "1 importieren", true);
+    }
+
     function test_showsAnImport() {
         const camera = openWith([["A.JPG", 600, "2024-05-09"], ["B.JPG", 400, "2024-05-09"]]);
         press("2 importieren");

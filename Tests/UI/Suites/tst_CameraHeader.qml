@@ -79,11 +79,13 @@ WindowTest {
         connect([["B.JPG", 1e6, "2024-05-09"], ["C.JPG", 1e6, "2024-05-09"]], "X100");
         const picker = has("ComboBox", "Kamera");
         compare(picker.displayText, "EOS R6");
+        compare(told("ComboBox", "Kamera").description, "EOS R6");
 
         picker.forceActiveFocus();
         keyClick(Qt.Key_Down);
         tryCompare(named("cameraTitle"), "text", "X100");
         tryCompare(picker, "displayText", "X100");
+        compare(told("ComboBox", "Kamera").description, "X100");
         shows("Verbinde …");
 
         keyClick(Qt.Key_Space);
