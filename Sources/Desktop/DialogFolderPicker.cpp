@@ -9,6 +9,8 @@
 #include <QFileDialog>
 #include <QGuiApplication>
 #include <QWindow>
+#include <filesystem>
+#include <system_error>
 
 namespace bildkurier {
 
@@ -17,6 +19,15 @@ namespace {
 /// Names of files are bytes.
 QString decoded(const std::string& path) {
     return QFile::decodeName(QByteArray::fromStdString(path));
+}
+
+/// The folder itself, or the nearest one around it that there is.
+Url nearestFolder(const Url& folder) {
+    std::filesystem::path path = folder.path;
+    std::error_code error;
+    while (!std::filesystem::is_directory(path, error) && path.has_relative_path())
+        path = path.parent_path();
+    return Url::file(path.string());
 }
 
 std::optional<Url> askHere(bool folder, const Url& start, const QString& prompt) {
@@ -45,8 +56,9 @@ std::optional<Url> DialogFolderPicker::chooseFile(const Url& start, const std::s
     return choose(false, start, QString::fromStdString(prompt));
 }
 
-std::optional<Url> DialogFolderPicker::choose(bool folder, const Url& start,
+std::optional<Url> DialogFolderPicker::choose(bool folder, const Url& wanted,
                                               const QString& prompt) const {
+    const Url start = nearestFolder(wanted);
     PortalDialog portal(bus_, {.start = start, .accept = prompt, .forFolder = folder});
     if (const auto answer = portal.ask()) return *answer;
     return askHere(folder, start, prompt);

@@ -22,7 +22,7 @@ public:
     std::optional<Url> chooseFile(const Url& start, const std::string& prompt) override;
 
 private:
-    std::optional<Url> choose(bool folder, const Url& start, const QString& prompt) const;
+    std::optional<Url> choose(bool folder, const Url& wanted, const QString& prompt) const;
 
     QDBusConnection bus_;
 };

@@ -12,7 +12,7 @@ namespace bildkurier {
 
 namespace {
 
-constexpr auto answer = "!";
+constexpr auto heard = "!";
 
 }  // namespace
 
@@ -41,7 +41,7 @@ void SingleInstance::hear(QLocalSocket& caller) {
     QObject::connect(&caller, &QLocalSocket::readyRead, &server_, [this, &caller] {
         if (!caller.canReadLine()) return;
         const auto token = caller.readLine().chopped(1).toStdString();
-        caller.write(answer);
+        caller.write(heard);
         onAnother(token);
     });
 }
@@ -54,7 +54,7 @@ bool SingleInstance::tellFirst(const std::string& token, std::chrono::millisecon
         first.connectToServer(name_);
         if (first.waitForConnected(timeLeft())) {
             first.write(QByteArray::fromStdString(token) + '\n');
-            return first.waitForReadyRead(timeLeft()) && first.readAll() == answer;
+            return first.waitForReadyRead(timeLeft()) && first.readAll() == heard;
         }
         // It may be about to listen.
         QThread::msleep(50);

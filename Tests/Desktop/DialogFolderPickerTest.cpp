@@ -82,9 +82,15 @@ TEST_F(DialogFolderPickerTest, AsksInFrontOfTheWindow) {
     picker.chooseFolder(folder.url());
 }
 
-TEST_F(DialogFolderPickerTest, BeginsSomewhereWhenTheFolderIsGone) {
-    inDialog([](QFileDialog& dialog) { dialog.reject(); });
-    EXPECT_EQ(picker.chooseFolder(folder.url("weg")), std::nullopt);
+TEST_F(DialogFolderPickerTest, BeginsInTheNearestFolderThatThereIs) {
+    folder.write("datei", "x");
+    for (const std::string gone : {"weg", "weg/auch weg", "datei"}) {
+        inDialog([&](QFileDialog& dialog) {
+            EXPECT_EQ(dialog.directory().absolutePath().toStdString(), folder.path());
+            dialog.reject();
+        });
+        EXPECT_EQ(picker.chooseFolder(folder.url(gone)), std::nullopt);
+    }
 }
 
 }  // namespace

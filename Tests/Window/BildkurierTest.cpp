@@ -187,6 +187,8 @@ TEST_F(BildkurierTest, TellsOfEveryControlForServers) {
     OpenWindow::press("space");
     expectToldOf({"dialog: Neuen Schlüssel erzeugen?", "push button: Abbrechen"});
     ASSERT_TRUE(soon([&] { return window.is("push button", "Abbrechen", ATSPI_STATE_FOCUSED); }));
+    EXPECT_TRUE(window.goTo("push button", "Neuen Schlüssel erzeugen"));
+    EXPECT_TRUE(window.goBackTo("push button", "Abbrechen"));
     OpenWindow::press("Return");
     EXPECT_TRUE(soon([&] {
         return std::ranges::count(window.all(), "dialog: Neuen Schlüssel erzeugen?") == 0;
