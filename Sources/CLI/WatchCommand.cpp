@@ -22,7 +22,7 @@ WatchCommand::WatchCommand(CommandLine commandLine, std::shared_ptr<const Settin
 
 void WatchCommand::start() {
     const auto& given = commandLine_.cards;
-    // Any other camera may come later; a folder that is none is a slip of the pen.
+    // Any other camera may come later, but who names a folder takes it for there.
     const auto attached =
         given.empty() ? Result<>() : checkAttached(commandLine_, model().cameras());
     if (!attached) return stop(ExitStatus::noCamera, attached.error().message);

@@ -520,6 +520,7 @@ void ImportModel::recompute() {
 
 void ImportModel::scanAtRest() {
     const auto goOn = [this](const Url& dest) {
+        if (phase_ != Phase::checking) return;
         scanWaits_ = runner_->isWindingUp(dest);
         if (scanWaits_) return publish(status_, windingUpStatus);
         scanDestination();

@@ -1028,6 +1028,28 @@ TEST_F(ImportModelResumeTest, WaitsForTheFileThatIsOnItsWayByWhateverPathALinkGi
     EXPECT_EQ(model->newFiles().size(), 2U) << "it has arrived after all";
 }
 
+TEST_F(ImportModelResumeTest, FindsOutNothingOfADestinationWhileItReadsTheCameraAgain) {
+    const auto slow = std::make_shared<SlowMoves>(std::make_shared<LinkedFolder>(store));
+    files = slow;
+    start();
+    const auto lost = plugIn("1", std::nullopt, three, 0);
+    bool hung = false;
+    slow->meanwhile = [&] {
+        hung = true;
+        unplug(lost);
+        plugIn("2", std::nullopt, three);
+        model->setDest(Url::file("/link"));
+        model->reload();
+        loop.settle();
+        EXPECT_EQ(model->status(), "Lese Kamera neu ein …");
+    };
+    startImport();
+    fileOf(*lost, 0).deliver();
+    loop.settle();
+    EXPECT_TRUE(hung);
+    EXPECT_EQ(model->status(), "Lese Kamera neu ein …");
+}
+
 TEST_F(ImportModelResumeTest, ImportsIntoAnotherDestinationWhileAFileIsStillOnItsWay) {
     const auto slow = std::make_shared<SlowMoves>(store);
     files = slow;

@@ -59,6 +59,7 @@ constexpr Switch switches[] = {
 class UserDefaultsSettingsTest : public testing::Test {
 protected:
     auto& values() { return defaults_->values; }
+    MemoryUserDefaults& defaults() { return *defaults_; }
     UserDefaultsSettings settings() const { return UserDefaultsSettings(defaults_); }
 
 private:
@@ -137,6 +138,12 @@ TEST_F(UserDefaultsSettingsTest, TakesADestinationThatIsNoWholePathForAbsent) {
         values()["dest"] = path;
         EXPECT_EQ(settings().destination(), Url::file(homeFolder() + "/Pictures/Bildkurier"));
     }
+}
+
+TEST_F(UserDefaultsSettingsTest, TellsWhenAChoiceCannotBeStored) {
+    EXPECT_FALSE(settings().lostChanges());
+    defaults().losesChanges = true;
+    EXPECT_TRUE(settings().lostChanges());
 }
 
 TEST_F(UserDefaultsSettingsTest, AnswersADestinationThatDoesNotExist) {
