@@ -33,11 +33,11 @@ std::optional<std::string> objection(const SftpCommands& commands) {
 
 std::optional<std::string> objectionToAccount(const std::string& account) {
     const auto at = account.rfind('@');
-    const bool isPlain = at == std::string::npos
-                             ? isHostName(account)
-                             : isLoginName(std::string_view(account).substr(0, at)) &&
-                                   isHostName(std::string_view(account).substr(at + 1));
-    if (isPlain) return {};
+    const bool isGood = at == std::string::npos
+                            ? isHostName(account)
+                            : isLoginName(std::string_view(account).substr(0, at)) &&
+                                  isHostName(std::string_view(account).substr(at + 1));
+    if (isGood) return {};
     return "Der Benutzer oder der Rechner ist ungültig";
 }
 

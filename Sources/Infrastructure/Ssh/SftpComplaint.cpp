@@ -22,9 +22,9 @@ struct Complaint {
 constexpr std::string_view noLogin = "Der Server lässt die Anmeldung mit diesem Schlüssel nicht zu";
 constexpr std::string_view unreachable = "Der Rechner ist im Netz nicht zu erreichen";
 constexpr std::string_view noAnswer = "Der Rechner antwortet nicht";
-constexpr std::string_view broken = "Die Verbindung ist abgebrochen";
-constexpr std::string_view refused = "Der Server verweigert den Zugriff";
-constexpr std::string_view full = "Auf dem Server ist kein Platz mehr";
+constexpr std::string_view lostConnection = "Die Verbindung ist abgebrochen";
+constexpr std::string_view noAccess = "Der Server verweigert den Zugriff";
+constexpr std::string_view noRoomLeft = "Auf dem Server ist kein Platz mehr";
 
 // The first that fits counts.
 constexpr Complaint complaints[] = {
@@ -40,27 +40,27 @@ constexpr Complaint complaints[] = {
     {"Unable to negotiate ", "", "Der Server und dieser Rechner haben kein Verfahren gemeinsam"},
     {"subsystem request failed ", "", "Der Server bietet kein SFTP an"},
     {"Received message too long ", "", "Der Server antwortet mit etwas anderem als SFTP"},
-    {"Connection reset", "", broken},
-    {"Connection lost", "", broken},
-    {"Connection to ", " closed by remote host.", broken},
-    {"", ": Connection closed by remote host", broken},
-    {"", "Connection reset by peer", broken},
-    {"", "Broken pipe", broken},
+    {"Connection reset", "", lostConnection},
+    {"Connection lost", "", lostConnection},
+    {"Connection to ", " closed by remote host.", lostConnection},
+    {"", ": Connection closed by remote host", lostConnection},
+    {"", "Connection reset by peer", lostConnection},
+    {"", "Broken pipe", lostConnection},
     {"stat local ", "", "Auf diesem Rechner ist die Datei nicht lesbar"},
     {"local open ", "", "Auf diesem Rechner ist die Datei nicht lesbar"},
-    {"", accessDenied, refused},
-    {"", ": Read-only file system", refused},
+    {"", accessDenied, noAccess},
+    {"", ": Read-only file system", noAccess},
     {"", nothingThere, "Auf dem Server fehlt der Ordner oder die Datei"},
     {"", " is not a directory", "Dort liegt auf dem Server eine Datei und kein Ordner"},
-    {"", ": No space left on device", full},
-    {"", ": Disk quota exceeded", full},
+    {"", ": No space left on device", noRoomLeft},
+    {"", ": Disk quota exceeded", noRoomLeft},
     {"write remote ", ": Failure",
      "Der Server nimmt nicht mehr an; vielleicht ist dort kein Platz mehr"},
     {"", ": Failure", "Der Server meldet einen Fehler"},
     {"", ": Operation unsupported", "Der Server kann das nicht"},
 };
 
-bool fits(const Complaint& known, std::string_view line) {
+bool isSuchA(const Complaint& known, std::string_view line) {
     return line.size() >= known.beginning.size() + known.end.size() &&
            line.starts_with(known.beginning) && line.ends_with(known.end);
 }
@@ -76,22 +76,22 @@ std::string_view withoutReturn(std::string_view line) {
 
 }  // namespace
 
-std::optional<std::string_view> meaningOf(std::string_view complaint) {
-    if (refusesKey(complaint)) return noLogin;
+std::optional<std::string_view> meaningOf(std::string_view line) {
+    if (refusesKey(line)) return noLogin;
     const auto* const known = std::ranges::find_if(
-        complaints, [complaint](const Complaint& one) { return fits(one, complaint); });
+        complaints, [line](const Complaint& one) { return isSuchA(one, line); });
     if (known == std::end(complaints)) return {};
     return known->meaning;
 }
 
-std::optional<std::string_view> meaningOf(std::string_view complaint, std::string_view output) {
-    const auto isDenied = [](std::string_view line) {
-        return withoutReturn(line).ends_with(accessDenied);
+std::optional<std::string_view> meaningOf(std::string_view line, std::string_view output) {
+    const auto isDenied = [](std::string_view other) {
+        return withoutReturn(other).ends_with(accessDenied);
     };
     // What could not be made is missing afterwards.
-    if (complaint.ends_with(nothingThere) && std::ranges::any_of(nonEmptyLines(output), isDenied))
-        return refused;
-    return meaningOf(complaint);
+    if (line.ends_with(nothingThere) && std::ranges::any_of(nonEmptyLines(output), isDenied))
+        return noAccess;
+    return meaningOf(line);
 }
 
 }  // namespace bildkurier

@@ -9,9 +9,9 @@ namespace bildkurier {
 
 /// What the line with which the sftp client, or the server through it, complains means, as a
 /// German clause; absent when it is none of those that are known.
-std::optional<std::string_view> meaningOf(std::string_view complaint);
+std::optional<std::string_view> meaningOf(std::string_view line);
 
-/// Of the client's whole output, whose line `complaint` says why it failed.
-std::optional<std::string_view> meaningOf(std::string_view complaint, std::string_view output);
+/// Of the client's whole output, whose `line` says why it failed.
+std::optional<std::string_view> meaningOf(std::string_view line, std::string_view output);
 
 }  // namespace bildkurier
