@@ -89,6 +89,7 @@ AppContainer::Parts AppContainer::make(MainQueue& main, Background& background, 
             .staging = Fassung::zwischenOrdner(cachesFolder()).appending("verify")},
         main, background);
     return {.settings = choicesIn(defaults).settings,
+            .folderAccess = choices.folderAccess,
             .model = model,
             .keys = keys,
             .proof = proof,

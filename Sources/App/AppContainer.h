@@ -58,7 +58,8 @@ struct AppContainer {
 
     /// What a front end works with. Ends before the main queue does.
     struct Parts {
-        std::shared_ptr<SettingsStore> settings;  ///< the user's, whatever this process chooses
+        std::shared_ptr<SettingsStore> settings;     ///< the user's, whatever this process chooses
+        std::shared_ptr<FolderAccess> folderAccess;  ///< to what this process chooses
         std::shared_ptr<ImportModel> model;
         std::shared_ptr<SSHKeyModel> keys;
         std::shared_ptr<CardProof> proof;

@@ -25,12 +25,15 @@ using Phase = ImportModel::Phase;
 }  // namespace
 
 ImportCommand::ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
-                             std::shared_ptr<CardProof> proof, std::shared_ptr<FileStore> fileStore,
+                             std::shared_ptr<CardProof> proof,
+                             std::shared_ptr<FolderAccess> folderAccess,
+                             std::shared_ptr<FileStore> fileStore,
                              std::shared_ptr<SSHKeyring> keyring, std::shared_ptr<RunLock> runLock,
                              MainQueue& main, Background& background, Report& report, Done done)
     : ModelCommand(std::move(model), main, report, std::move(done)),
       commandLine_(std::move(commandLine)),
       proof_(std::move(proof)),
+      folderAccess_(std::move(folderAccess)),
       fileStore_(std::move(fileStore)),
       keyring_(std::move(keyring)),
       runLock_(std::move(runLock)),
@@ -59,9 +62,20 @@ void ImportCommand::start() {
     if (const auto locked = imports ? runLock_->acquire() : Result<>(); !locked)
         return stop(ExitStatus::destinationUnusable, locked.error().message);
     const Url& destination = model().dest();
-    if (!destination.isFile()) return reachServer();
+    destination.isFile() ? lookForFolder(destination) : reachServer();
+}
+
+void ImportCommand::lookForFolder(const Url& destination) {
     if (fileStore_->fileSize(destination))
         return stop(ExitStatus::destinationUnusable, "Der Zielordner ist kein Ordner.");
+    // A folder that was there when it was chosen: what is made in its place would hide where the
+    // disk appears again.
+    if (folderAccess_->restore() == destination && !fileStore_->fileExists(destination)) {
+        return stop(ExitStatus::destinationUnusable,
+                    fmt::format("Der Zielordner {} ist nicht mehr da. Ist die Platte angesteckt? "
+                                "Mit --to würde er neu angelegt.",
+                                displayText(destination.path)));
+    }
     nextCamera();
 }
 

@@ -7,6 +7,7 @@
 #include "CardProof.h"
 #include "CommandLine.h"
 #include "FileKey.h"
+#include "FolderAccess.h"
 #include "ModelCommand.h"
 #include "RunLock.h"
 #include "SSHKeyring.h"
@@ -25,9 +26,10 @@ namespace bildkurier {
 class ImportCommand final : public ModelCommand {
 public:
     ImportCommand(CommandLine commandLine, std::shared_ptr<ImportModel> model,
-                  std::shared_ptr<CardProof> proof, std::shared_ptr<FileStore> fileStore,
-                  std::shared_ptr<SSHKeyring> keyring, std::shared_ptr<RunLock> runLock,
-                  MainQueue& main, Background& background, Report& report, Done done);
+                  std::shared_ptr<CardProof> proof, std::shared_ptr<FolderAccess> folderAccess,
+                  std::shared_ptr<FileStore> fileStore, std::shared_ptr<SSHKeyring> keyring,
+                  std::shared_ptr<RunLock> runLock, MainQueue& main, Background& background,
+                  Report& report, Done done);
 
 private:
     enum class Stage : std::uint8_t {
@@ -52,6 +54,7 @@ private:
     void look() override;
     bool isUnderWay() const override;
     void reachServer();
+    void lookForFolder(const Url& destination);
     void nextCamera();
     /// Leaves this camera for the next one; ends the command where there is none.
     void passOver(ExitStatus status, const std::string& message);
@@ -88,6 +91,7 @@ private:
 
     CommandLine commandLine_;
     std::shared_ptr<CardProof> proof_;
+    std::shared_ptr<FolderAccess> folderAccess_;
     std::shared_ptr<FileStore> fileStore_;
     std::shared_ptr<SSHKeyring> keyring_;
     std::shared_ptr<RunLock> runLock_;

@@ -111,9 +111,9 @@ std::shared_ptr<ModelCommand> makeCommand(const CommandLine& commandLine,
                                                parts.model, parts.keyring, main, report,
                                                std::move(done));
     }
-    return std::make_shared<ImportCommand>(commandLine, parts.model, parts.proof, parts.fileStore,
-                                           parts.keyring, parts.runLock, main, background, report,
-                                           std::move(done));
+    return std::make_shared<ImportCommand>(
+        commandLine, parts.model, parts.proof, parts.folderAccess, parts.fileStore, parts.keyring,
+        parts.runLock, main, background, report, std::move(done));
 }
 
 ExitStatus runSettings(const CommandLine& commandLine) {

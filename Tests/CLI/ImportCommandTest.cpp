@@ -29,8 +29,8 @@ protected:
                                      .runLock = lock,
                                      .staging = Url::file("/cache")},
             loop, loop);
-        command = std::make_shared<ImportCommand>(options, model, proof, files, keyring, lock, loop,
-                                                  loop, report, done());
+        command = std::make_shared<ImportCommand>(options, model, proof, access, files, keyring,
+                                                  lock, loop, loop, report, done());
     }
 
     std::shared_ptr<FakeCamera> attach(const std::string& id) {
@@ -413,6 +413,20 @@ TEST_F(ImportCommandTest, GivesUpOnADestinationThatIsAFile) {
         file(*attach("A"), "A.JPG", "aaaa");
         begin();
         EXPECT_EQ(reported(), (Lines{"error: Der Zielordner ist kein Ordner."}));
+        expectEnd(ExitStatus::destinationUnusable);
+    }
+}
+
+TEST_F(ImportCommandTest, MakesNoFolderAnewThatWasChosenAndIsGone) {
+    for (const Command which : {Command::plan, Command::import}) {
+        another(which);
+        access->restorable = Url::file("/bilder");
+        file(*attach("A"), "A.JPG", "aaaa");
+        begin();
+        EXPECT_EQ(reported(),
+                  (Lines{"error: Der Zielordner /bilder ist nicht mehr da. Ist die Platte "
+                         "angesteckt? Mit --to würde er neu angelegt."}));
+        EXPECT_FALSE(store->fileExists(Url::file("/bilder")));
         expectEnd(ExitStatus::destinationUnusable);
     }
 }

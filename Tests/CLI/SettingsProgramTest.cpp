@@ -188,6 +188,15 @@ TEST_F(SettingsProgramTest, MakesADestinationThatAnImportUses) {
     const auto result = run({"import", "--card", card}, environment);
     EXPECT_EQ(result.exitStatus, 0) << result.err;
     EXPECT_EQ(tree(destination), (Tree{{"IMG_1.JPG", "one"}}));
+
+    std::filesystem::remove_all(destination);
+    const auto gone = run({"import", "--card", card}, environment);
+    EXPECT_EQ(gone.exitStatus, 4);
+    EXPECT_TRUE(gone.err.contains("ist nicht mehr da")) << gone.err;
+    EXPECT_FALSE(std::filesystem::exists(destination));
+    const auto wanted = run({"import", "--card", card, "--to", destination}, environment);
+    EXPECT_EQ(wanted.exitStatus, 0) << wanted.err;
+    EXPECT_EQ(tree(destination), (Tree{{"IMG_1.JPG", "one"}}));
 }
 
 TEST_F(SettingsProgramTest, MakeAFolderTheDestinationInPlaceOfAServer) {

@@ -4,6 +4,7 @@
 #include "FakeCaptureDates.h"
 #include "InTimeZone.h"
 #include "ManualRunLoop.h"
+#include "MountedVolume.h"
 #include "RecordingDeviceSink.h"
 #include "TemporaryFolder.h"
 #include "Tree.h"
@@ -138,6 +139,19 @@ TEST_F(CardDeviceTest, SaysWhyItCannotBeOpened) {
 
 TEST_F(CardDeviceTest, OpensNoOtherVolumeInItsPlace) {
     ++place.device;
+    open();
+    EXPECT_EQ(sink->events,
+              Names{"failed: Die Karte ist nicht lesbar: Das Gerät ist nicht mehr da"});
+}
+
+TEST_F(CardDeviceTest, OpensNoOtherVolumeWithItsDeviceInItsPlace) {
+    place.mountNumber = mountNumber(card.path());
+    if (!place.mountNumber) GTEST_SKIP() << "the kernel has no lasting numbers of mounts";
+    open();
+    EXPECT_EQ(sink->events, (Names{"opened", "ready"}));
+    sink->events.clear();
+    ++*place.mountNumber;
+    attach();
     open();
     EXPECT_EQ(sink->events,
               Names{"failed: Die Karte ist nicht lesbar: Das Gerät ist nicht mehr da"});

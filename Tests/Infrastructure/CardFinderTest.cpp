@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CardFinder.h"
+#include "MountedVolume.h"
 #include "TemporaryFolder.h"
+#include "TemporaryVolume.h"
 
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 
+#include <array>
 #include <filesystem>
 #include <span>
 
@@ -156,6 +160,35 @@ TEST_F(CardFinderTest, TellsAnotherCardFromTheOneWhoseMountNumberItHas) {
     EXPECT_EQ(changes.gone, come);
     EXPECT_EQ(names(changes.come), Names{"EOS"});
     EXPECT_NE(changes.come, come);
+}
+
+TEST_F(CardFinderTest, TellsAnotherCardFromTheOneThatWasMountedThereBefore) {
+    const TemporaryVolume volume(1'000'000);
+    if (!volume.isMounted()) GTEST_SKIP() << "cannot mount a volume here";
+    if (!mountNumber(volume.path())) GTEST_SKIP() << "the kernel has no lasting numbers of mounts";
+    const std::string folders = volume.path() + "/DCIM";
+    fs::create_directory(folders);
+    table = {mount(1, "EOS")};
+    table[0].point = volume.path();
+    auto found = finder({});
+    auto whole = finder({volume.path()}, false);
+    auto part = finder({folders}, false);
+    const std::array cards{&found, &whole, &part};
+    std::vector<std::vector<CardFinder::Place>> first;
+    for (CardFinder* each : cards) {
+        first.push_back(each->look(table, at(0)).come);
+        ASSERT_EQ(first.back().size(), 1U);
+        EXPECT_TRUE(each->look(table, at(1)).gone.empty());
+    }
+    ASSERT_EQ(::umount(volume.path().c_str()), 0);
+    ASSERT_EQ(::mount("tmpfs", volume.path().c_str(), "tmpfs", 0, ""), 0);
+    fs::create_directory(folders);
+    for (std::size_t i = 0; i < cards.size(); ++i) {
+        const auto changes = cards[i]->look(table, at(2));
+        EXPECT_EQ(changes.gone, first[i]) << i;
+        ASSERT_EQ(changes.come.size(), 1U) << i;
+        EXPECT_NE(changes.come, first[i]) << i;
+    }
 }
 
 TEST_F(CardFinderTest, KeepsACardWhoseMountOptionsChange) {

@@ -75,21 +75,5 @@ TEST(CardVolumes, AreInTheOrderOfTheTable) {
               (Points{"/mnt/b", "/mnt/a", "/mnt/c"}));
 }
 
-TEST(CardVolumes, TellAMountFromAnotherOfItsNumber) {
-    const Mount first = mount(2, "/mnt/a");
-    Mount second = first;
-    EXPECT_TRUE(isSameMount(first, second));
-    second.options = "ro";
-    EXPECT_TRUE(isSameMount(first, second));
-    second.device = 3;
-    EXPECT_FALSE(isSameMount(first, second));
-    second = first;
-    second.point = "/mnt/b";
-    EXPECT_FALSE(isSameMount(first, second));
-    second = first;
-    second.id = 9;
-    EXPECT_FALSE(isSameMount(first, second));
-}
-
 }  // namespace
 }  // namespace bildkurier

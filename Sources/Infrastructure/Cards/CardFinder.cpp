@@ -5,7 +5,6 @@
 #include "CameraFolders.h"
 #include "CardVolumes.h"
 #include "VolumeFacts.h"
-#include "VolumeIdentity.h"
 
 #include <sys/stat.h>
 
@@ -52,15 +51,17 @@ void CardFinder::lookAtFolders(std::span<const Mount> table, Changes& changes) {
 
 void CardFinder::lookAtVolumes(std::span<const Mount> table, Instant now, Changes& changes) {
     std::vector<Volume> known = std::exchange(volumes_, {});
-    for (Mount& mount : cardVolumes(table)) {
+    for (const Mount& mount : cardVolumes(table)) {
+        auto mounted = mountedVolume(mount, mount.point);
         const auto same = std::ranges::find_if(
-            known, [&mount](const Volume& volume) { return isSameMount(volume.mount, mount); });
+            known, [&](const Volume& volume) { return isSameVolume(volume.mounted, mounted); });
         const bool isNew = same == known.end();
-        Volume& volume = volumes_.emplace_back(isNew ? Volume{std::move(mount)} : std::move(*same));
+        Volume& volume =
+            volumes_.emplace_back(isNew ? Volume{std::move(mounted)} : std::move(*same));
         if (!isNew) known.erase(same);
         const bool isDue = volume.nextLook && *volume.nextLook <= now;
         if (!isNew && !isDue) continue;
-        volume.isCard = hasCameraFolders(volume.mount.point);
+        volume.isCard = hasCameraFolders(volume.mounted.mount.point);
         volume.nextLook.reset();
         if (isNew && !volume.isCard) volume.nextLook = now + secondLookDelay;
     }
@@ -68,7 +69,7 @@ void CardFinder::lookAtVolumes(std::span<const Mount> table, Instant now, Change
         if (volume.place) changes.gone.push_back(volume.place);
     }
     for (Volume& volume : volumes_) {
-        if (volume.isCard && !isReported(volume.mount)) report(volume, changes);
+        if (volume.isCard && !isReported(volume.mounted.mount)) report(volume, changes);
     }
 }
 
@@ -76,7 +77,8 @@ void CardFinder::lookAtVolumes(std::span<const Mount> table, Instant now, Change
 bool CardFinder::isReported(const Mount& mount) const {
     return std::ranges::any_of(volumes_,
                                [&mount](const Volume& volume) {
-                                   return volume.place && volume.mount.device == mount.device;
+                                   return volume.place &&
+                                          volume.mounted.mount.device == mount.device;
                                }) ||
            std::ranges::any_of(folders_, [&mount](const GivenFolder& folder) {
                return folder.place() && folder.place()->root == mount.point;
@@ -85,10 +87,10 @@ bool CardFinder::isReported(const Mount& mount) const {
 
 void CardFinder::report(Volume& volume, Changes& changes) const {
     struct stat root{};
-    if (::stat(volume.mount.point.c_str(), &root) != 0) return;
-    const Mount& mount = volume.mount;
+    const auto& [mount, number, identity] = volume.mounted;
+    if (::stat(mount.point.c_str(), &root) != 0) return;
     volume.place = std::make_shared<const CardPlace>(
-        mount.point, volumeFacts(volumeIdentity(mount), mount.point), root.st_dev, mount);
+        mount.point, volumeFacts(identity, mount.point), root.st_dev, mount, number);
     changes.come.push_back(volume.place);
 }
 

@@ -7,6 +7,7 @@
 #include "MainQueue.h"
 #include "MountTable.h"
 #include "MountedCards.h"
+#include "MountedVolume.h"
 
 #include <cstdint>
 #include <memory>
@@ -40,7 +41,7 @@ public:
 
 private:
     struct Volume {
-        Mount mount;
+        MountedVolume mounted;
         std::optional<Instant> nextLook;
         bool isCard = false;
         Place place;  ///< null unless reported

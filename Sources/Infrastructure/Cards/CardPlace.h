@@ -6,6 +6,7 @@
 #include "NativeCamera.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace bildkurier {
@@ -14,8 +15,9 @@ namespace bildkurier {
 struct CardPlace {
     std::string root;  ///< absolute path
     DeviceFacts facts;
-    std::uint64_t device = 0;  ///< st_dev of `root`
-    Mount mount;               ///< that `root` lies on
+    std::uint64_t device = 0;                  ///< st_dev of `root`
+    Mount mount;                               ///< that `root` lies on
+    std::optional<std::uint64_t> mountNumber;  ///< of that, where it has one
 };
 
 }  // namespace bildkurier

@@ -2,10 +2,12 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CardSession.h"
 
+#include "MountedVolume.h"
 #include "SystemCall.h"
 #include "SystemError.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -35,7 +37,10 @@ Result<FileDescriptor> CardSession::openRoot() const {
         [this] { return ::open(place_->root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     struct stat found{};
     if (!root || ::fstat(root.get(), &found) != 0) return unreadable(errno);
-    if (found.st_dev != place_->device) return unreadable(ENODEV);
+    const bool isOther =
+        place_->mountNumber &&
+        mountNumber(fmt::format("/proc/self/fd/{}", root.get())) != place_->mountNumber;
+    if (isOther || found.st_dev != place_->device) return unreadable(ENODEV);
     return root;
 }
 

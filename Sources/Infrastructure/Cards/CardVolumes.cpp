@@ -53,8 +53,4 @@ std::vector<Mount> cardVolumes(std::span<const Mount> table) {
     return volumes;
 }
 
-bool isSameMount(const Mount& a, const Mount& b) {
-    return a.id == b.id && a.device == b.device && a.point == b.point && a.source == b.source;
-}
-
 }  // namespace bildkurier

@@ -13,7 +13,4 @@ namespace bildkurier {
 /// that can be seen where they are mounted and are no part of its system.
 std::vector<Mount> cardVolumes(std::span<const Mount> table);
 
-/// Whether a mount in one table is that of another. The kernel reuses its number at once.
-bool isSameMount(const Mount& a, const Mount& b);
-
 }  // namespace bildkurier

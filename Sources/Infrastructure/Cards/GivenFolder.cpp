@@ -2,7 +2,6 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "GivenFolder.h"
 
-#include "CardVolumes.h"
 #include "FileName.h"
 #include "VolumeFacts.h"
 
@@ -41,22 +40,25 @@ std::optional<GivenFolder::Found> GivenFolder::find(std::span<const Mount> table
     const std::string root = std::filesystem::canonical(path_, error).string();
     struct stat folder{};
     if (error || ::stat(root.c_str(), &folder) != 0 || !S_ISDIR(folder.st_mode)) return {};
-    lookAtVolume(mountAbove(table, root).value_or(Mount{}));
-    const std::uint64_t inode = numbersFilesAnew(mount_.type) ? 0 : folder.st_ino;
-    const std::string path = pathInVolume(mount_, root);
-    return Found{root, folder.st_dev, inode, path, volumeName_ + ":" + path};
+    const Mount mount = mountAbove(table, root).value_or(Mount{});
+    auto volume = mountedVolume(mount, root);
+    const auto number = volume.number;
+    noteVolume(std::move(volume));
+    const std::uint64_t inode = numbersFilesAnew(mount.type) ? 0 : folder.st_ino;
+    const std::string path = pathInVolume(mount, root);
+    return Found{root, folder.st_dev, inode, path, volumeName_ + ":" + path, number};
 }
 
-void GivenFolder::lookAtVolume(Mount mount) {
-    if (!volumeName_.empty() && isSameMount(mount, mount_)) return;
-    mount_ = std::move(mount);
-    volume_ = volumeIdentity(mount_);
-    volumeName_ = nameOf(mount_, volume_);
+void GivenFolder::noteVolume(MountedVolume volume) {
+    if (!volumeName_.empty() && isSameVolume(volume_, volume)) return;
+    volume_ = std::move(volume);
+    volumeName_ = nameOf(volume_.mount, volume_.identity);
 }
 
 DeviceFacts GivenFolder::factsOf(const Found& found) const {
-    const bool isVolume = found.path == "/" && !(volume_.uuid.empty() && volume_.serial.empty());
-    if (isVolume) return volumeFacts(volume_, found.root);
+    const VolumeIdentity& volume = volume_.identity;
+    const bool isVolume = found.path == "/" && !(volume.uuid.empty() && volume.serial.empty());
+    if (isVolume) return volumeFacts(volume, found.root);
     return {.name = std::string(lastPathComponent(found.root)),
             .serial = {},
             .persistentId = identity_,
@@ -72,8 +74,8 @@ void GivenFolder::look(std::span<const Mount> table) {
     if (!found_) return;
     if (!identity_) identity_ = found_->identity;
     if (found_->identity != identity_) return;
-    place_ =
-        std::make_shared<const CardPlace>(found_->root, factsOf(*found_), found_->device, mount_);
+    place_ = std::make_shared<const CardPlace>(found_->root, factsOf(*found_), found_->device,
+                                               volume_.mount, found_->mountNumber);
 }
 
 }  // namespace bildkurier

@@ -4,8 +4,8 @@
 
 #include "CardPlace.h"
 #include "MountTable.h"
+#include "MountedVolume.h"
 #include "NativeCamera.h"
-#include "VolumeIdentity.h"
 
 #include <cstdint>
 #include <memory>
@@ -36,21 +36,21 @@ private:
         std::uint64_t inode = 0;  ///< 0 where the file system numbers its files anew at will
         std::string path;         ///< in its volume
         std::string identity;
+        std::optional<std::uint64_t> mountNumber;
 
         bool operator==(const Found&) const = default;
     };
 
     std::optional<Found> find(std::span<const Mount> table);
-    /// Asks the device only about a mount that is new.
-    void lookAtVolume(Mount mount);
+    /// Keeps what was found of the volume at first, for as long as it stays.
+    void noteVolume(MountedVolume volume);
     DeviceFacts factsOf(const Found& found) const;
 
     std::string path_;
     std::optional<Found> found_;
     std::shared_ptr<const CardPlace> place_;
     std::optional<std::string> identity_;  ///< of the folder first seen; no other replaces it
-    Mount mount_;                          ///< that it was last seen on
-    VolumeIdentity volume_;                ///< what is mounted there
+    MountedVolume volume_;                 ///< that it was last seen on
     std::string volumeName_;               ///< the same, or by its place; empty while unknown
 };
 

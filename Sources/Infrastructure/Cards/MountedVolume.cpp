@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#include "MountedVolume.h"
+
+#include "SystemCall.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace bildkurier {
+
+namespace {
+
+/// Whether two values are known and different.
+template <class Value>
+bool differ(const Value& before, const Value& now) {
+    return before != Value() && now != Value() && before != now;
+}
+
+}  // namespace
+
+std::optional<std::uint64_t> mountNumber(const std::string& path) {
+    constexpr unsigned unique = 0x4000;  // STATX_MNT_ID_UNIQUE, which older headers lack
+    struct statx found{};
+    const auto look = [&] { return ::statx(AT_FDCWD, path.c_str(), 0, unique, &found); };
+    if (retried(look) != 0 || (found.stx_mask & unique) == 0) return std::nullopt;
+    return found.stx_mnt_id;
+}
+
+MountedVolume mountedVolume(const Mount& mount, const std::string& folder) {
+    // The number first: should another volume be mounted meanwhile, the next look shows it.
+    const auto number = mountNumber(folder);
+    return {.mount = mount, .number = number, .identity = volumeIdentity(mount)};
+}
+
+bool isSameVolume(const MountedVolume& before, const MountedVolume& now) {
+    const Mount& a = before.mount;
+    const Mount& b = now.mount;
+    return a.id == b.id && a.device == b.device && a.point == b.point && a.source == b.source &&
+           !differ(before.number, now.number) && !differ(before.identity.uuid, now.identity.uuid);
+}
+
+}  // namespace bildkurier

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SPDX-FileCopyrightText: The Bildkurier authors
+#pragma once
+
+#include "MountTable.h"
+#include "VolumeIdentity.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace bildkurier {
+
+/// What a look at a mount found there.
+struct MountedVolume {
+    Mount mount;
+    std::optional<std::uint64_t> number;  ///< `mountNumber`
+    VolumeIdentity identity;
+};
+
+/// The number of the mount on which `path` lies, which the kernel gives to no other mount. Absent
+/// where nothing is there, or the kernel (before 6.8) has no such numbers.
+std::optional<std::uint64_t> mountNumber(const std::string& path);
+
+/// Looks at `mount`, on which `folder` lies. Blocks.
+MountedVolume mountedVolume(const Mount& mount, const std::string& folder);
+
+/// Whether it was the same volume both times, as far as can be told: a card that is swapped for
+/// another one gets the entry in the kernel's table that the first one had.
+bool isSameVolume(const MountedVolume& before, const MountedVolume& now);
+
+}  // namespace bildkurier
