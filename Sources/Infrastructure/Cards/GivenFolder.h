@@ -43,15 +43,19 @@ private:
     std::optional<Found> find(std::span<const Mount> table);
     /// Asks the device only about a mount that is new.
     void lookAtVolume(Mount mount);
+    void noteIdentity(bool stays);
     DeviceFacts factsOf(const Found& found) const;
 
     std::string path_;
     std::optional<Found> found_;
     std::shared_ptr<const CardPlace> place_;
-    std::optional<std::string> identity_;  ///< of the folder first seen; no other replaces it
-    Mount mount_;                          ///< that it was last seen on
-    VolumeIdentity volume_;                ///< what is mounted there
-    std::string volumeName_;               ///< the same, or by its place; empty while unknown
+    /// Of the folder first seen with something in it; no other replaces it. An empty one may be
+    /// where a card will be mounted.
+    std::optional<std::string> identity_;
+    bool wasEmpty_ = false;
+    Mount mount_;             ///< that it was last seen on
+    VolumeIdentity volume_;   ///< what is mounted there
+    std::string volumeName_;  ///< the same, or by its place; empty while unknown
 };
 
 }  // namespace bildkurier
