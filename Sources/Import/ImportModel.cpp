@@ -572,9 +572,10 @@ void ImportModel::destinationScanned(DestinationScan scan) {
     destCapacity_ = scan.capacity;
     planner_ = std::move(scan.planner);
     resumePlanner_ = std::move(scan.resumePlanner);
-    if (scan.trouble)
+    if (scan.trouble) {
         addLog(fmt::format("✗ {} Zielordner nicht vollständig aufgelistet: {}", timeStamp(),
                            *scan.trouble));
+    }
     publish(phase_, Phase::ready);
     applyFilter();
     if (camera_ && changedMeanwhile_) cameraCatalogChanged(*camera_);

@@ -77,19 +77,19 @@ void GivenFolder::look(std::span<const Mount> table) {
         place_.reset();
     }
     if (!found_) return;
-    noteIdentity(stays);
+    noteIdentity(*found_, stays);
     if (stays || (identity_ && found_->identity != *identity_)) return;
     place_ =
         std::make_shared<const CardPlace>(found_->root, factsOf(*found_), found_->device, mount_);
 }
 
-void GivenFolder::noteIdentity(bool stays) {
+void GivenFolder::noteIdentity(const Found& found, bool stays) {
     if (identity_) return;
-    if (isEmpty(found_->root)) {
+    if (isEmpty(found.root)) {
         wasEmpty_ = true;
     } else if (stays || !wasEmpty_) {
         // A mount that comes while one looks is seen half: it must have stayed.
-        identity_ = found_->identity;
+        identity_ = found.identity;
     }
 }
 

@@ -43,7 +43,7 @@ private:
     std::optional<Found> find(std::span<const Mount> table);
     /// Asks the device only about a mount that is new.
     void lookAtVolume(Mount mount);
-    void noteIdentity(bool stays);
+    void noteIdentity(const Found& found, bool stays);
     DeviceFacts factsOf(const Found& found) const;
 
     std::string path_;
