@@ -115,15 +115,20 @@ TEST_F(JsonLinesTest, TellAFailure) {
 }
 
 TEST_F(JsonLinesTest, TellWhatKeepsACommandFromBeingCarriedOut) {
+    const std::string none = folder.path("none");
     const struct {
         Strings words;
         int exitStatus;
         std::string line;
     } cases[] = {
         {{"import", "--frobnicate"}, 2, "Unbekannte Angabe: --frobnicate"},
-        {{"plan", "--card", folder.path("none")},
+        {{"plan", "--card", none}, 3, "Die Karte „" + none + "“ ist kein lesbarer Ordner."},
+        {{"import", "--card", card, "--card", none},
          3,
-         "Die Karte „" + folder.path("none") + "“ ist kein lesbarer Ordner."},
+         "Die Karte „" + none + "“ ist kein lesbarer Ordner."},
+        {{"watch", "--trust", "card", "--card", none},
+         3,
+         "Die Karte „" + none + "“ ist kein lesbarer Ordner."},
         {{"import", "--card", card, "--to", picture("IMG_1.JPG")},
          4,
          "Der Zielordner ist kein Ordner."},

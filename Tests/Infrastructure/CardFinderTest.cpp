@@ -295,12 +295,33 @@ TEST_F(CardFinderTest, LetsAGivenFolderGoAndReturnWithItsVolume) {
 
 TEST_F(CardFinderTest, TakesNoOtherVolumesFolderForTheGivenOne) {
     table = {card(1, "EOS")};
+    media.write("EOS/DCIM/IMG_1.JPG", "picture");
     auto cards = finder({media.path("EOS/DCIM")}, false);
     const auto first = cards.look(table, at(0)).come;
     const auto other = cards.look(std::vector{mount(2, "EOS")}, at(1));
     EXPECT_EQ(other.gone, first);
     EXPECT_TRUE(other.come.empty());
     EXPECT_EQ(names(cards.look(table, at(2)).come), Names{"DCIM"});
+}
+
+TEST_F(CardFinderTest, TakesWhatIsMountedOverAnEmptyFolderForTheGivenOne) {
+    media.makeFolder("EOS");
+    auto cards = finder({media.path("EOS")}, false);
+    const auto empty = cards.look({}, at(0)).come;
+    ASSERT_EQ(names(empty), Names{"EOS"});
+
+    table = {card(1, "EOS")};
+    const auto [gone, come] = cards.look(table, at(1));
+    EXPECT_EQ(gone, empty);
+    ASSERT_EQ(names(come), Names{"EOS"});
+    EXPECT_EQ(come[0]->facts.persistentId, "vfat:/dev/bildkurier-test1:/");
+
+    EXPECT_TRUE(cards.look(table, at(2)).come.empty());
+
+    const auto pulled = cards.look({}, at(2.5));
+    EXPECT_EQ(pulled.gone, come);
+    EXPECT_TRUE(pulled.come.empty());
+    EXPECT_EQ(names(cards.look(table, at(3)).come), Names{"EOS"});
 }
 
 TEST_F(CardFinderTest, NoticesAnotherFolderInPlaceOfTheGivenOne) {

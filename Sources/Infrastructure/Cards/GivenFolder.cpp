@@ -23,6 +23,11 @@ bool numbersFilesAnew(std::string_view fileSystem) {
     return std::ranges::find(types, fileSystem) != types.end() || fileSystem.starts_with("fuse");
 }
 
+bool isEmpty(const std::string& folder) {
+    std::error_code error;
+    return std::filesystem::is_empty(folder, error) && !error;
+}
+
 std::string nameOf(const Mount& mount, const VolumeIdentity& volume) {
     if (!volume.uuid.empty()) return volume.uuid;
     if (!volume.serial.empty()) return volume.serial;
@@ -61,21 +66,33 @@ DeviceFacts GivenFolder::factsOf(const Found& found) const {
     if (isVolume) return volumeFacts(volume, found.root);
     return {.name = std::string(lastPathComponent(found.root)),
             .serial = {},
-            .persistentId = identity_,
+            .persistentId = found.identity,
             .uuid = {},
             .folder = found.root};
 }
 
 void GivenFolder::look(std::span<const Mount> table) {
     auto found = find(table);
-    if (found == found_) return;
-    found_ = std::move(found);
-    place_.reset();
+    const bool stays = found == found_;
+    if (!stays) {
+        found_ = std::move(found);
+        place_.reset();
+    }
     if (!found_) return;
-    if (!identity_) identity_ = found_->identity;
-    if (found_->identity != identity_) return;
+    noteIdentity(*found_, stays);
+    if (stays || (identity_ && found_->identity != *identity_)) return;
     place_ = std::make_shared<const CardPlace>(found_->root, factsOf(*found_), found_->device,
                                                volume_.mount, found_->mountNumber);
+}
+
+void GivenFolder::noteIdentity(const Found& found, bool stays) {
+    if (identity_) return;
+    if (isEmpty(found.root)) {
+        wasEmpty_ = true;
+    } else if (stays || !wasEmpty_) {
+        // A mount that comes while one looks is seen half: it must have stayed.
+        identity_ = found.identity;
+    }
 }
 
 }  // namespace bildkurier

@@ -44,14 +44,18 @@ private:
     std::optional<Found> find(std::span<const Mount> table);
     /// Keeps what was found of the volume at first, for as long as it stays.
     void noteVolume(MountedVolume volume);
+    void noteIdentity(const Found& found, bool stays);
     DeviceFacts factsOf(const Found& found) const;
 
     std::string path_;
     std::optional<Found> found_;
     std::shared_ptr<const CardPlace> place_;
-    std::optional<std::string> identity_;  ///< of the folder first seen; no other replaces it
-    MountedVolume volume_;                 ///< that it was last seen on
-    std::string volumeName_;               ///< the same, or by its place; empty while unknown
+    /// Of the folder first seen with something in it; no other replaces it. An empty one may be
+    /// where a card will be mounted.
+    std::optional<std::string> identity_;
+    bool wasEmpty_ = false;
+    MountedVolume volume_;    ///< that it was last seen on
+    std::string volumeName_;  ///< the same, or by its place; empty while unknown
 };
 
 }  // namespace bildkurier

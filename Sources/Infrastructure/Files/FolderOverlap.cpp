@@ -41,9 +41,10 @@ std::vector<VolumePart> partsBelow(std::span<const Mount> table, std::string_vie
     std::vector<VolumePart> parts;
     if (const auto mount = mountAbove(table, folder))
         parts.push_back({mount->device, pathInVolume(*mount, folder)});
-    for (const Mount& mount : table)
+    for (const Mount& mount : table) {
         if (mount.point != folder && liesIn(mount.point, folder))
             parts.push_back({mount.device, mount.root});
+    }
     return parts;
 }
 
