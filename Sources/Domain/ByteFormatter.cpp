@@ -15,7 +15,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <limits>
+#include <vector>
 
 namespace bildkurier {
 namespace {
@@ -37,8 +39,8 @@ constexpr std::array<Unit, 7> units = {{
     {"petabyte", UNUM_UNIT_WIDTH_SHORT, 15, 2, 999'994'999'999'999'999},
     {"exabyte", UNUM_UNIT_WIDTH_NARROW, 18, 2, std::numeric_limits<std::int64_t>::max()},
 }};
-constexpr const Unit& kilobyte = units[1];
-constexpr const Unit& megabyte = units[2];
+constexpr std::size_t kilobyte = 1;
+constexpr std::size_t megabyte = 2;
 
 /// One plain space between number and unit, where ICU has a no-break space or none.
 void separate(icu::UnicodeString& text, std::int32_t unit) {
@@ -56,20 +58,22 @@ void capitalize(icu::UnicodeString& text, std::int32_t unit) {
     text.replace(unit, U16_LENGTH(initial), u_toupper(initial));
 }
 
-icu::number::FormattedNumber formatted(std::int64_t bytes, const Unit& unit,
-                                       const icu::Locale& locale, UErrorCode& status) {
+icu::number::LocalizedNumberFormatter formatter(const Unit& unit, const icu::Locale& locale) {
+    IcuStatus status;
+    const auto measure = icu::MeasureUnit::forIdentifier(unit.name, status);
+    status.assertSuccess();
     return icu::number::NumberFormatter::withLocale(locale)
-        .unit(icu::MeasureUnit::forIdentifier(unit.name, status))
+        .unit(measure)
         .unitWidth(unit.width)
         .scale(icu::number::Scale::powerOfTen(-unit.powerOfTen))
         .precision(icu::number::Precision::maxFraction(unit.decimals))
-        .roundingMode(UNUM_ROUND_HALFEVEN)
-        .formatInt(bytes, status);
+        .roundingMode(UNUM_ROUND_HALFEVEN);
 }
 
-std::string textOf(std::int64_t bytes, const Unit& unit, const icu::Locale& locale) {
+std::string textOf(std::int64_t bytes, const Unit& unit,
+                   const icu::number::LocalizedNumberFormatter& formatter) {
     IcuStatus status;
-    const auto number = formatted(bytes, unit, locale, status);
+    const auto number = formatter.formatInt(bytes, status);
     auto text = number.toString(status);
     icu::ConstrainedFieldPosition unitName;
     unitName.constrainField(UFIELD_CATEGORY_NUMBER, UNUM_MEASURE_UNIT_FIELD);
@@ -85,21 +89,28 @@ std::string textOf(std::int64_t bytes, const Unit& unit, const icu::Locale& loca
 }  // namespace
 
 struct ByteFormatter::Impl {
-    icu::Locale locale;
+    std::vector<icu::number::LocalizedNumberFormatter> formatters;  ///< as `units`
+
+    std::string text(std::int64_t bytes, std::size_t unit) const {
+        return textOf(bytes, units.at(unit), formatters.at(unit));
+    }
 };
 
-ByteFormatter::ByteFormatter(const std::string& locale)
-    : impl_(std::make_unique<Impl>(icu::Locale(locale.c_str()))) {}
+ByteFormatter::ByteFormatter(const std::string& locale) : impl_(std::make_unique<Impl>()) {
+    for (const Unit& unit : units)
+        impl_->formatters.push_back(formatter(unit, icu::Locale(locale.c_str())));
+}
 ByteFormatter::ByteFormatter(ByteFormatter&&) noexcept = default;
 ByteFormatter& ByteFormatter::operator=(ByteFormatter&&) noexcept = default;
 ByteFormatter::~ByteFormatter() = default;
 
 std::string ByteFormatter::text(std::int64_t bytes) const {
-    return textOf(bytes, *std::ranges::lower_bound(units, bytes, {}, &Unit::last), impl_->locale);
+    const auto unit = std::ranges::lower_bound(units, bytes, {}, &Unit::last);
+    return impl_->text(bytes, static_cast<std::size_t>(unit - units.begin()));
 }
 
-std::string ByteFormatter::zeroKilobytes() const { return textOf(0, kilobyte, impl_->locale); }
+std::string ByteFormatter::zeroKilobytes() const { return impl_->text(0, kilobyte); }
 
-std::string ByteFormatter::zeroMegabytes() const { return textOf(0, megabyte, impl_->locale); }
+std::string ByteFormatter::zeroMegabytes() const { return impl_->text(0, megabyte); }
 
 }  // namespace bildkurier

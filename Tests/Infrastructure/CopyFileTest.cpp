@@ -202,12 +202,12 @@ TEST_F(CopyFileTest, LeavesAFolderInItsPlaceAlone) {
 
 TEST_F(CopyFileTest, RefusesANameThatIsNone) {
     write("abc");
-    for (const char* bad : {"", ".", "..", "a/b", "/a", "../a", "a\nb"}) {
+    const std::vector<std::string> names = {"",   ".",    "..",   "a/b",
+                                            "/a", "../a", "a\nb", std::string("a\0b", 3)};
+    for (const std::string& bad : names) {
         name = bad;
-        EXPECT_TRUE(message(copy(3)).starts_with("Der Dateiname ist nicht zulässig: ")) << bad;
+        EXPECT_EQ(message(copy(3)), "Ungültiger Dateiname") << bad;
     }
-    name = std::string("a\0b", 3);
-    EXPECT_EQ(message(copy(3)), "Der Dateiname ist nicht zulässig: a␀b");
     EXPECT_TRUE(copies().empty());
 }
 

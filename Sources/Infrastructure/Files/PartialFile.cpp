@@ -38,8 +38,7 @@ bool PartialFile::isInItsPlace() const {
 }
 
 Result<> PartialFile::create(const std::string& folder, std::string name, bool overwrite) {
-    if (!isPlainFileName(name))
-        return failure("Der Dateiname ist nicht zulässig: " + displayText(name));
+    if (!isPlainFileName(name)) return failure("Ungültiger Dateiname");
     name_ = std::move(name);
     folder_ = FileDescriptor(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (!folder_) return writeFailure(errno);

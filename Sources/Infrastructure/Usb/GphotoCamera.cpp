@@ -27,10 +27,10 @@ using File = std::unique_ptr<::CameraFile, Destroy<gp_file_unref>>;
 constexpr int notOpen = GP_ERROR_IO;
 
 /// Of what this thread opens or lists; null while it does neither.
-thread_local ListingLog* listing = nullptr;
+thread_local ListingLog* listingLog = nullptr;
 
 void readLog(GPLogLevel /*level*/, const char* domain, const char* text, void* /*data*/) {
-    if (listing != nullptr) listing->read(domain, text);
+    if (listingLog != nullptr) listingLog->read(domain, text);
 }
 
 Names newNames() {
@@ -136,11 +136,11 @@ public:
     /// `log` reads along what is opened or listed; null for all else.
     explicit Call(const GphotoCamera& camera, ListingLog* log = nullptr)
         : isRead_(Library::shared().enter(log != nullptr, camera)) {
-        listing = log;
+        listingLog = log;
     }
     Call(const Call&) = delete;
     Call& operator=(const Call&) = delete;
-    ~Call() { Library::shared().leave(std::exchange(listing, nullptr) != nullptr); }
+    ~Call() { Library::shared().leave(std::exchange(listingLog, nullptr) != nullptr); }
 
     /// Whether the log reads along, which other cameras can prevent.
     bool isRead() const { return isRead_; }
