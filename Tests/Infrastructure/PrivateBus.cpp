@@ -8,17 +8,17 @@ namespace bildkurier {
 
 namespace {
 
-constexpr const char* program = "/usr/bin/dbus-daemon";
+constexpr const char* busDaemon = "/usr/bin/dbus-daemon";
 
 }  // namespace
 
-bool PrivateBus::isInstalled() { return ::access(program, X_OK) == 0; }
+bool PrivateBus::isInstalled() { return ::access(busDaemon, X_OK) == 0; }
 
 PrivateBus::PrivateBus()
     : daemon_([this] {
           const std::string printing = "--print-address=" + std::to_string(printed_.writingEnd());
           const std::string listening = "--address=" + address_;
-          ::execl(program, program, "--session", "--nofork", "--nopidfile", "--nosyslog",
+          ::execl(busDaemon, busDaemon, "--session", "--nofork", "--nopidfile", "--nosyslog",
                   printing.c_str(), listening.c_str(), nullptr);
           return false;
       }) {

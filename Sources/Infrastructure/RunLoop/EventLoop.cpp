@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "EventLoop.h"
 
-#include "ShortWait.h"
+#include "ComesSoon.h"
 
 #include <utility>
 

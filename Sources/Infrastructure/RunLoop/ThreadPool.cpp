@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ThreadPool.h"
 
-#include "ShortWait.h"
+#include "ComesSoon.h"
 
 #include <system_error>
 #include <utility>
