@@ -46,9 +46,10 @@ std::optional<GivenFolder::Found> GivenFolder::find(std::span<const Mount> table
     struct stat folder{};
     if (error || ::stat(root.c_str(), &folder) != 0 || !S_ISDIR(folder.st_mode)) return {};
     const Mount mount = mountAbove(table, root).value_or(Mount{});
-    auto volume = mountedVolume(mount, root);
-    const auto number = volume.number;
-    noteVolume(std::move(volume));
+    const auto number = mountNumber(root);
+    // Every second is too often to ask the device.
+    const bool isKnown = number && number == volume_.number && mount == volume_.mount;
+    if (!isKnown) noteVolume(mountedVolume(mount, root));
     const std::uint64_t inode = numbersFilesAnew(mount.type) ? 0 : folder.st_ino;
     const std::string path = pathInVolume(mount, root);
     return Found{root, folder.st_dev, inode, path, volumeName_ + ":" + path, number};
