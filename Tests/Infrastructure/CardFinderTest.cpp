@@ -119,7 +119,7 @@ TEST_F(CardFinderTest, HasNothingToLookForAgainAtACard) {
     EXPECT_EQ(cards.nextLook(), std::nullopt);
 }
 
-TEST_F(CardFinderTest, LooksEverySecondWhetherAGivenFolderIsThere) {
+TEST_F(CardFinderTest, LooksEverySecondForAGivenFolderThatIsAbsentOrEmpty) {
     media.makeFolder("a");
     media.makeFolder("EOS");
     table = {mount(1, "EOS")};
@@ -130,13 +130,17 @@ TEST_F(CardFinderTest, LooksEverySecondWhetherAGivenFolderIsThere) {
     EXPECT_EQ(cards.nextLook(), at(10.5)) << "because of the volume";
     cards.look(table, at(10.5));
     EXPECT_EQ(cards.nextLook(), at(11.5));
+    media.write("a/IMG_1.JPG", "picture");
+    EXPECT_EQ(cards.look(table, at(11.5)).come, std::vector<CardFinder::Place>());
+    EXPECT_EQ(cards.nextLook(), std::nullopt);
 
     fs::rename(media.path("a"), media.path("b"));
-    EXPECT_EQ(cards.look(table, at(11.5)).gone, first);
-    EXPECT_EQ(cards.nextLook(), at(12.5));
+    EXPECT_EQ(cards.look(table, at(20)).gone, first);
+    EXPECT_EQ(cards.nextLook(), at(21));
     fs::rename(media.path("b"), media.path("a"));
-    const auto again = cards.look(table, at(12.5)).come;
+    const auto again = cards.look(table, at(21)).come;
     ASSERT_EQ(names(again), Names{"a"});
+    EXPECT_EQ(cards.nextLook(), std::nullopt);
     EXPECT_EQ(again[0]->facts.persistentId, first[0]->facts.persistentId);
 }
 

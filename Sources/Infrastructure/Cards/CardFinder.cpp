@@ -26,7 +26,9 @@ CardFinder::CardFinder(const MountedCards::Options& options)
 CardFinder::Changes CardFinder::look(std::span<const Mount> table, Instant now) {
     Changes changes;
     lookAtFolders(table, changes);
-    if (!folders_.empty()) nextLookAtFolders_ = now + folderLookInterval;
+    nextLookAtFolders_.reset();
+    if (!std::ranges::all_of(folders_, &GivenFolder::isSettled))
+        nextLookAtFolders_ = now + folderLookInterval;
     if (findsVolumes_) lookAtVolumes(table, now, changes);
     return changes;
 }

@@ -36,7 +36,7 @@ public:
     Changes look(std::span<const Mount> table, Instant now);
 
     /// When to look again even if the table stays as it is: a volume may get its folders
-    /// shortly after it was mounted, and a folder given can go and return at any time.
+    /// shortly after it was mounted, and a folder given may be absent or empty for now.
     std::optional<Instant> nextLook() const;
 
 private:

@@ -28,6 +28,10 @@ public:
     /// Null while the folder is not there. The same object for as long as it stays.
     const std::shared_ptr<const CardPlace>& place() const { return place_; }
 
+    /// Whether it is there, and known to be the one that is meant: an empty folder may be where a
+    /// card will be mounted.
+    bool isSettled() const { return place_ && identity_; }
+
 private:
     /// What does not change while the folder stays.
     struct Found {

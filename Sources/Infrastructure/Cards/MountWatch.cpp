@@ -32,7 +32,8 @@ int timeoutUntil(const std::optional<Instant>& instant) {
 
 }  // namespace
 
-MountWatch::MountWatch(Look look) : look_(std::move(look)), end_(::eventfd(0, EFD_CLOEXEC)) {
+MountWatch::MountWatch(Look look, std::vector<std::string> folders)
+    : look_(std::move(look)), folders_(std::move(folders)), end_(::eventfd(0, EFD_CLOEXEC)) {
     if (!end_) throw std::system_error(errno, std::generic_category(), "eventfd");
     thread_ = std::thread([this] { watch(); });
 }
@@ -42,18 +43,28 @@ MountWatch::~MountWatch() {
     thread_.join();
 }
 
-void MountWatch::watch() const {
+void MountWatch::watch() {
     // Opened before the table is first read, so that no change falls in between.
     const FileDescriptor changes(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC));
-    std::array<pollfd, 2> watched{{{.fd = changes.get(), .events = POLLERR | POLLPRI, .revents = 0},
+    std::array<pollfd, 3> watched{{{.fd = changes.get(), .events = POLLERR | POLLPRI, .revents = 0},
+                                   {.fd = -1, .events = POLLIN, .revents = 0},
                                    {.fd = end_.get(), .events = POLLIN, .revents = 0}}};
-    while (watched[1].revents == 0) {
+    const auto& [table, told, end] = watched;
+    while (end.revents == 0) {
+        folders_.renew();
+        watched[1].fd = folders_.descriptor();
         const auto next = look_(readMountTable());
         const auto wait = [&] {
             return ::poll(watched.data(), watched.size(), timeoutUntil(next));
         };
-        // When the system is short of memory, say, it must not be asked without a pause.
-        if (retried(wait) < 0) std::this_thread::sleep_for(std::chrono::seconds(1));
+        // Most of what comes and goes in the folders above has other names.
+        while (true) {
+            const int answer = retried(wait);
+            // When the system is short of memory, say, it must not be asked without a pause.
+            if (answer < 0) std::this_thread::sleep_for(std::chrono::seconds(1));
+            if (answer <= 0 || table.revents != 0 || end.revents != 0 || folders_.takeChange())
+                break;
+        }
     }
 }
 

@@ -40,14 +40,15 @@ void MountedCards::Impl::start() {
     const Task onReported = events([this] {
         if (const auto receiver = sink.lock()) receiver->attachedDevicesReported();
     });
-    watch.emplace([&queue = main, onAdded, onRemoved, onReported, isFirst = true,
-                   finder = CardFinder(options)](std::span<const Mount> table) mutable {
+    auto look = [&queue = main, onAdded, onRemoved, onReported, isFirst = true,
+                 finder = CardFinder(options)](std::span<const Mount> table) mutable {
         const auto changes = finder.look(table, std::chrono::steady_clock::now());
         for (const auto& place : changes.gone) queue.post([onRemoved, place] { onRemoved(place); });
         for (const auto& place : changes.come) queue.post([onAdded, place] { onAdded(place); });
         if (std::exchange(isFirst, false)) queue.post(onReported);
         return finder.nextLook();
-    });
+    };
+    watch.emplace(std::move(look), options.folders);
 }
 
 void MountedCards::Impl::added(const CardFinder::Place& place) {
