@@ -21,6 +21,7 @@ namespace {
 constexpr std::string_view probeName = ".bildkurier-probe";
 constexpr std::string_view farewell = "Connection closed";
 constexpr std::string_view connectionBroke = "Die Verbindung ist abgebrochen";
+constexpr std::string_view unreadableAnswer = "Die Antwort des Servers ist nicht zu lesen";
 
 /// `text` in quotes, with a backslash in front of each of the characters `escaped`.
 std::string quotedWith(std::string_view escaped, std::string_view text) {
@@ -94,6 +95,11 @@ std::string shown(const std::string& output) {
     return meaning ? fmt::format("{} ({})", *meaning, words) : words;
 }
 
+/// Why a folder may hold more than was listed, by how the client complains of that.
+std::string whyUnlisted(const std::string& words) {
+    return words.empty() ? std::string(unreadableAnswer) : shown(words);
+}
+
 /// The output as the client wrote it, as far as names go: the last one may end in blanks.
 std::string wholeLines(const CommandResult& result) { return result.output + result.lastBlanks; }
 
@@ -154,6 +160,8 @@ Result<> SFTPFileStore::walk(const Url& folder, SftpKeyWalk& walk) {
         if (result.status != 0) return failure(shown(result.output));
         walk.read(wholeLines(result));
     }
+    const auto itself = walk.unlisted().find(folder.path);
+    if (itself != walk.unlisted().end()) return failure(whyUnlisted(itself->second));
     return {};
 }
 
@@ -162,6 +170,11 @@ FileKeys SFTPFileStore::existingFileKeys(const Url& folder) {
     SftpKeyWalk keyWalk(folder.path);
     const auto walked = walk(folder, keyWalk);
     record_.note(listing, folder, walked ? std::nullopt : std::optional(walked.error().message));
+    for (const auto& [path, words] : keyWalk.unlisted()) {
+        Url unlisted = folder;
+        unlisted.path = path;
+        record_.note(listing, unlisted, whyUnlisted(words));
+    }
     return keyWalk.keys();
 }
 
@@ -173,8 +186,8 @@ Result<> SFTPFileStore::knowWhatIsThere(const Url& url) const {
     const auto trouble = record_.troubleAbove(url);
     if (!trouble) return {};
     return failure(
-        "Damit nichts doppelt geladen wird, muss das Ziel erst neu geprüft werden; zuletzt brach "
-        "seine Liste ab: " +
+        "Damit nichts doppelt geladen wird, muss sich der Ordner erst ganz auflisten lassen; "
+        "zuletzt ging das nicht: " +
         *trouble);
 }
 
