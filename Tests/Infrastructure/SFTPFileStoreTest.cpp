@@ -410,7 +410,10 @@ TEST_F(SFTPFileStoreTest, SaysWhyAFolderCannotBeMade) {
         {"sftp> cd \"/a\"\nremote mkdir \"/a\": Permission denied\nConnection closed",
          "Der Server verweigert den Zugriff (remote mkdir \"/a\": Permission denied)"},
         {"remote mkdir \"/a\": Permission denied\r\nstat remote: No such file or directory",
-         "Der Server verweigert den Zugriff (stat remote: No such file or directory)"},
+         "Der Server verweigert den Zugriff (remote mkdir \"/a\": Permission denied)"},
+        {"remote mkdir \"/a\": Failure\r\nstat remote: No such file or directory",
+         "Der Server nimmt nicht mehr an; vielleicht ist dort kein Platz mehr (remote mkdir "
+         "\"/a\": Failure)"},
         {"sftp> cd \"/a\"\nConnection closed",
          "Die Verbindung ist abgebrochen (Connection closed)"},
         {"something new", "something new"},

@@ -90,8 +90,10 @@ bool endsInFarewell(std::string_view output) {
 std::string shown(const std::string& output) {
     const auto line = complaint(output);
     if (!line && endsInFarewell(output)) return fmt::format("{} ({})", connectionBroke, farewell);
-    const std::string words = displayText(SFTPFileStore::message(output));
-    const auto meaning = line ? meaningOf(*line, output) : std::nullopt;
+    if (!line) return displayText(output);
+    const auto cause = causeOf(*line, output);
+    const auto meaning = meaningOf(cause);
+    const std::string words = displayText(std::string(cause));
     return meaning ? fmt::format("{} ({})", *meaning, words) : words;
 }
 
