@@ -15,7 +15,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string output(reinterpret_cast<const char*>(data), size);
     const auto message = SFTPFileStore::message(output);
     demand(output.contains(message));
-    const auto meaning = meaningOf(message, output);
+    const auto cause = causeOf(message, output);
+    demand(output.contains(cause));
+    const auto meaning = meaningOf(cause);
     demand(!meaning || !meaning->empty());
     if (message == output) return 0;
     demand(!message.empty());

@@ -4,6 +4,7 @@
 
 #include "FileName.h"
 #include "ServerName.h"
+#include "ServersFolder.h"
 #include "SftpUrl.h"
 
 #include <fmt/format.h>
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <charconv>
 #include <optional>
+#include <utility>
 
 namespace bildkurier {
 
@@ -74,6 +76,8 @@ std::expected<ServerAddress, std::string> ServerAddress::parse(std::string_view 
         hasOuterBlank(address.path) || hasControlCharacters(address.path)) {
         return notAnAddress(text);
     }
+    if (auto reason = objectionToServersFolder(address.path))
+        return std::unexpected(std::move(*reason));
     return address;
 }
 

@@ -5,8 +5,8 @@
 #include "FileName.h"
 #include "LocalDay.h"
 #include "ServerName.h"
+#include "ServersFolder.h"
 #include "SettingsKey.h"
-#include "SftpBatch.h"
 #include "SftpUrl.h"
 
 #include <fmt/format.h>
@@ -89,11 +89,8 @@ Written checkHost(const std::string& host) {
 }
 
 Written checkServersFolder(const std::string& path) {
-    if (const auto reason = objection({path})) return noSuchValue(*reason + ".");
-    // On the server neither means anything but a folder of that name.
-    if (!path.starts_with('~') && !path.contains("://")) return {};
-    return noSuchValue(
-        fmt::format("„{}“ ist kein Ordner des Servers wie /home/anna/fotos.", displayText(path)));
+    const auto reason = objectionToServersFolder(path);
+    return reason ? noSuchValue(*reason) : Written();
 }
 
 Setting optionalText(const char* key, std::optional<std::string> (SettingsStore::*read)() const,

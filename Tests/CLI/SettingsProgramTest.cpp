@@ -140,6 +140,7 @@ TEST_F(SettingsProgramTest, RefusesWhatIsNoValueOfThatKind) {
         {{"sftpHost", "n;s"}, "„n;s“ ist kein Rechner wie nas oder nas:2222 (Port 1 bis 65535).\n"},
         {{"sftpPath", "/a\nb"}, "Der Pfad enthält Zeilenumbrüche oder Steuerzeichen.\n"},
         {{"sftpPath", "~/fotos"}, "„~/fotos“ ist kein Ordner des Servers wie /home/anna/fotos.\n"},
+        {{"sftpPath", "/~anna"}, "„/~anna“ ist kein Ordner des Servers wie /home/anna/fotos.\n"},
         {{"sftpPath", "sftp://nas/x"},
          "„sftp://nas/x“ ist kein Ordner des Servers wie /home/anna/fotos.\n"},
         {{"byType", "1"}, "„1“ ist weder true noch false.\n"},

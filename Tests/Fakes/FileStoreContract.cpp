@@ -78,6 +78,16 @@ TEST_P(FileStoreContract, FindsKeysAtAnyDepth) {
               (FileKeys{"img_2.jpg|6", "img_0412.cr3|13"}));
 }
 
+TEST_P(FileStoreContract, KnowsThatAWholeListLacksNothing) {
+    bring("2024-05-09/IMG_1.JPG", "one");
+    makeFolder(at("JPG"));
+    for (const Url& folder : {destination(), at("JPG"), at("missing")}) {
+        EXPECT_EQ(store().listingTrouble(folder), std::nullopt);
+        store().existingFileKeys(folder);
+        EXPECT_EQ(store().listingTrouble(folder), std::nullopt) << folder.path;
+    }
+}
+
 TEST_P(FileStoreContract, FindsOneKeyForEqualFilesInTwoFolders) {
     bring("a/IMG_1.JPG", "one");
     bring("b/img_1.jpg", "two");

@@ -2,16 +2,27 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "FileStoreRouter.h"
 #include "MemoryFileStore.h"
+#include "PassingFileStore.h"
 #include "RecordingFileStore.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace bildkurier {
 namespace {
+
+/// Never lists a folder to the end.
+class TroubledFileStore final : public PassingFileStore {
+public:
+    using PassingFileStore::PassingFileStore;
+    std::optional<std::string> listingTrouble(const Url& folder) override {
+        return folder.path + " is cut";
+    }
+};
 
 class FileStoreRouterTest : public testing::Test {
 protected:
@@ -87,6 +98,12 @@ TEST_F(FileStoreRouterTest, PassesAnswersOnUnchanged) {
     const auto refused = router.createDirectory(onServer.appending("X.JPG"));
     ASSERT_FALSE(refused);
     EXPECT_EQ(refused.error(), serverFiles->createDirectory(Url::file("/p/X.JPG")).error());
+}
+
+TEST_F(FileStoreRouterTest, AsksTheStoreOfAFolderWhatItsListLacks) {
+    FileStoreRouter troubled(local, std::make_shared<TroubledFileStore>(serverFiles));
+    EXPECT_EQ(troubled.listingTrouble(onServer), "/p is cut");
+    EXPECT_EQ(troubled.listingTrouble(Url::file("/p")), std::nullopt);
 }
 
 TEST_F(FileStoreRouterTest, FindsFreeNamesWhereTheFolderIs) {

@@ -97,5 +97,20 @@ TEST(ListingRecord, BelievesTheDeepestFolder) {
     EXPECT_EQ(record.troubleAbove(onNas("/p/a/x")), std::nullopt);
 }
 
+TEST(ListingRecord, TellsOfAFolderThatAListingCouldNotEnter) {
+    ListingRecord record;
+    const auto listing = record.begin();
+    record.note(listing, onNas("/p"), std::nullopt);
+    record.note(listing, onNas("/p/a"), "locked");
+    EXPECT_EQ(record.troubleAbove(onNas("/p/a/x")), "locked");
+    EXPECT_EQ(record.troubleAbove(onNas("/p/a/b/x")), "locked");
+    EXPECT_EQ(record.troubleAbove(onNas("/p/x")), std::nullopt);
+    EXPECT_EQ(record.troubleAbove(onNas("/p/b/x")), std::nullopt);
+    record.note(listing, onNas("/p"), "locked, too");
+    EXPECT_EQ(record.troubleAbove(onNas("/p/x")), "locked, too");
+    note(record, onNas("/p"), std::nullopt);
+    EXPECT_EQ(record.troubleAbove(onNas("/p/a/x")), std::nullopt);
+}
+
 }  // namespace
 }  // namespace bildkurier

@@ -410,7 +410,10 @@ TEST_F(SFTPFileStoreTest, SaysWhyAFolderCannotBeMade) {
         {"sftp> cd \"/a\"\nremote mkdir \"/a\": Permission denied\nConnection closed",
          "Der Server verweigert den Zugriff (remote mkdir \"/a\": Permission denied)"},
         {"remote mkdir \"/a\": Permission denied\r\nstat remote: No such file or directory",
-         "Der Server verweigert den Zugriff (stat remote: No such file or directory)"},
+         "Der Server verweigert den Zugriff (remote mkdir \"/a\": Permission denied)"},
+        {"remote mkdir \"/a\": Failure\r\nstat remote: No such file or directory",
+         "Der Server nimmt nicht mehr an; vielleicht ist dort kein Platz mehr (remote mkdir "
+         "\"/a\": Failure)"},
         {"sftp> cd \"/a\"\nConnection closed",
          "Die Verbindung ist abgebrochen (Connection closed)"},
         {"something new", "something new"},
@@ -614,8 +617,8 @@ TEST_F(SFTPFileStoreTest, HasNoKeysWhenTheFirstListingFails) {
 TEST_F(SFTPFileStoreTest, PutsNothingWhereAListingBrokeOffUntilItIsWhole) {
     const auto local = folder.write("staged", "picture");
     const std::string trouble =
-        "Damit nichts doppelt geladen wird, muss das Ziel erst neu geprüft werden; zuletzt brach "
-        "seine Liste ab: Die Verbindung ist abgebrochen (Broken pipe)";
+        "Damit nichts doppelt geladen wird, muss sich der Ordner erst ganz auflisten lassen; "
+        "zuletzt ging das nicht: Die Verbindung ist abgebrochen (Broken pipe)";
     answer({{255, "sftp> -ls -ln \"/p\"\nBroken pipe\nConnection closed"}});
     EXPECT_EQ(store.listingTrouble(server("/p")), std::nullopt);
     EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{});
@@ -634,6 +637,66 @@ TEST_F(SFTPFileStoreTest, PutsNothingWhereAListingBrokeOffUntilItIsWhole) {
     EXPECT_EQ(store.existingFileKeys(server("/p/q")), FileKeys{});
     EXPECT_EQ(store.moveItem(Url::file(local), server("/p/q/A")).error().message,
               "Übertragung fehlgeschlagen: full");
+}
+
+TEST_F(SFTPFileStoreTest, PutsNothingIntoAFolderThatCannotBeListed) {
+    const auto local = folder.write("staged", "picture");
+    const std::string denied = "remote readdir(\"/p/JPG/\"): Permission denied";
+    const std::string top =
+        "sftp> -ls -ln \"/p\"\ndrwxr-xr-x 1 0 0 0 May  9 10:00 /p/JPG\n"
+        "drwxr-xr-x 1 0 0 0 May  9 10:00 /p/MP4";
+    const std::string mp4 = "sftp> -ls -ln \"/p/MP4\"\n-rw-r--r-- 1 0 0 4 May  9 10:00 /p/MP4/Y";
+    const std::string jpg = "sftp> -ls -ln \"/p/JPG\"\n";
+    const CommandResult full{1, "full"};
+    const CommandResult removed{0, ""};
+    answer({{0, top}, {0, jpg + denied + "\n" + mp4}, full, removed});
+    EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{"y|4"});
+    EXPECT_EQ(store.listingTrouble(server("/p")), std::nullopt);
+    for (const auto* barred : {"/p/JPG/A", "/p/JPG/2024/A"}) {
+        EXPECT_EQ(store.moveItem(Url::file(local), server(barred)).error().message,
+                  "Übertragung fehlgeschlagen: Damit nichts doppelt geladen wird, muss sich der "
+                  "Ordner erst ganz auflisten lassen; zuletzt ging das nicht: Der Server "
+                  "verweigert den Zugriff (" +
+                      denied + ")");
+    }
+    EXPECT_EQ(runner->calls.size(), 2U);
+    EXPECT_EQ(store.moveItem(Url::file(local), server("/p/MP4/A")).error().message,
+              "Übertragung fehlgeschlagen: full");
+
+    runner->calls.clear();
+    answer({{0, top}, {0, jpg + mp4}, full, removed});
+    EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{"y|4"});
+    EXPECT_EQ(store.moveItem(Url::file(local), server("/p/JPG/A")).error().message,
+              "Übertragung fehlgeschlagen: full");
+}
+
+TEST_F(SFTPFileStoreTest, KnowsThatItCouldNotListTheDestinationItself) {
+    const std::string listing = "sftp> -ls -ln \"/p\"\n";
+    const std::string noAnswer = "Die Antwort des Servers ist nicht zu lesen";
+    const struct {
+        std::string output;
+        std::string trouble;
+    } cases[] = {
+        {listing + "remote readdir(\"/p/\"): Failure\r",
+         "Der Server meldet einen Fehler (remote readdir(\"/p/\"): Failure)"},
+        {listing + "Couldn't read directory: Failure",
+         "Der Server meldet einen Fehler (Couldn't read directory: Failure)"},
+        {"", noAnswer},
+        {"Willkommen " + listing + "-rw-r--r-- 1 0 0 3 May  9 10:00 /p/X.JPG", noAnswer},
+    };
+    for (const auto& [output, trouble] : cases) {
+        runner->answer = [&output](const auto&) { return CommandResult{0, output}; };
+        EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{});
+        EXPECT_EQ(store.listingTrouble(server("/p")), trouble);
+        const auto files = store.files(server("/p"));
+        ASSERT_FALSE(files);
+        EXPECT_EQ(files.error().message, trouble);
+    }
+    runner->answer = [&](const auto&) {
+        return CommandResult{0, listing + "Can't ls: \"/p\" not found"};
+    };
+    EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{});
+    EXPECT_EQ(store.listingTrouble(server("/p")), std::nullopt);
 }
 
 TEST_F(SFTPFileStoreTest, SeesEightLevels) {

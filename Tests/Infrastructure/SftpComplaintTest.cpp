@@ -49,11 +49,14 @@ TEST(MeaningOf, PutsIntoGermanWhatTheClientComplainsOf) {
         {"dest open \"/a\": Read-only file system", "Der Server verweigert den Zugriff"},
         {"stat remote: No such file or directory",
          "Auf dem Server fehlt der Ordner oder die Datei"},
+        {"realpath /a: No such file", "Auf dem Server fehlt der Ordner oder die Datei"},
         {"Can't change directory: \"/a\" is not a directory",
          "Dort liegt auf dem Server eine Datei und kein Ordner"},
         {"write remote \"/a\": No space left on device", "Auf dem Server ist kein Platz mehr"},
         {"write remote \"/a\": Disk quota exceeded", "Auf dem Server ist kein Platz mehr"},
         {"write remote \"/a\": Failure",
+         "Der Server nimmt nicht mehr an; vielleicht ist dort kein Platz mehr"},
+        {"remote mkdir \"/a\": Failure",
          "Der Server nimmt nicht mehr an; vielleicht ist dort kein Platz mehr"},
         {"remote rename \"/a\" to \"/b\": Failure", "Der Server meldet einen Fehler"},
         {"remote statvfs(\"/a\"): Operation unsupported", "Der Server kann das nicht"},
@@ -68,14 +71,27 @@ TEST(MeaningOf, TakesNoNameForAComplaint) {
     EXPECT_EQ(meaningOf(""), std::nullopt);
 }
 
-TEST(MeaningOf, SaysWhyAFolderIsMissingThatCouldNotBeMade) {
+TEST(CauseOf, IsWhyAFolderThatIsMissingCouldNotBeMade) {
+    const std::string above = "sftp> -mkdir \"/a\"\nremote mkdir \"/a\": Failure\n";
+    const std::string below = "remote mkdir \"/a/b/c\": No such file or directory\n";
+    for (const std::string missing :
+         {"stat remote: No such file or directory", "realpath /a/b/c: No such file"}) {
+        for (const std::string cause :
+             {"remote mkdir \"/a/b\": Failure", "remote mkdir \"/a/b\": Permission denied",
+              "remote mkdir \"/a/b\": Disk quota exceeded"}) {
+            EXPECT_EQ(causeOf(missing, above + cause + "\r\n" + below + missing), cause);
+        }
+    }
+}
+
+TEST(CauseOf, IsTheComplaintItselfWhereNothingWasToBeMade) {
     const std::string missing = "stat remote: No such file or directory";
-    EXPECT_EQ(meaningOf(missing, "sftp> -mkdir \"/a\"\nremote mkdir \"/a\": Permission denied\r\n" +
-                                     missing),
-              "Der Server verweigert den Zugriff");
-    EXPECT_EQ(meaningOf(missing, missing), "Auf dem Server fehlt der Ordner oder die Datei");
-    EXPECT_EQ(meaningOf("remote mkdir \"/a\": Failure", "x: Permission denied"),
-              "Der Server meldet einen Fehler");
+    EXPECT_EQ(causeOf(missing, missing), missing);
+    EXPECT_EQ(causeOf(missing, "x: Permission denied\n" + missing), missing);
+    EXPECT_EQ(causeOf(missing, "remote mkdir \"/a\": No such file or directory\n" + missing),
+              missing);
+    const std::string closed = "Connection reset by ::1 port 22";
+    EXPECT_EQ(causeOf(closed, "remote mkdir \"/a\": Failure\n" + closed), closed);
 }
 
 }  // namespace

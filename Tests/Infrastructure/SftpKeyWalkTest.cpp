@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 
 namespace bildkurier {
@@ -60,6 +61,39 @@ TEST(SftpKeyWalk, GoesIntoNoFolderWhosePathIsTooLong) {
               directory("/" + std::string(2000, 'p') + "/d"));
     EXPECT_EQ(walk.commands().size(), 1U);
     EXPECT_TRUE(walk.commands().front().ends_with("p/d\""));
+}
+
+TEST(SftpKeyWalk, KnowsTheFoldersThatCannotBeListed) {
+    using Unlisted = std::map<std::string, std::string>;
+    SftpKeyWalk walk("/p");
+    walk.read("sftp> -ls -ln \"/p\"\n" + directory("/p/a") + directory("/p/b") + directory("/p/c") +
+              directory("/p/d"));
+    EXPECT_EQ(walk.unlisted(), Unlisted{});
+    const std::string denied = "remote readdir(\"/p/a/\"): Permission denied\r";
+    const std::string failed = "Couldn't read directory: Failure";
+    walk.read("sftp> -ls -ln \"/p/a\"\n" + denied + "\nsftp> -ls -ln \"/p/b\"\n" + file("/p/b/x") +
+              failed + "\nsftp> -ls -ln \"/p/c\"\nCan't ls: \"/p/c\" not found\n" +
+              "sftp> -ls -ln \"/p/d\"\n" + directory("/p/d/e"));
+    EXPECT_EQ(walk.keys(), FileKeys{"x|5"});
+    EXPECT_EQ(walk.unlisted(), (Unlisted{{"/p/a", denied}, {"/p/b", failed}}));
+    EXPECT_EQ(walk.commands(), SftpCommands{"-ls -ln \"/p/d/e\""});
+}
+
+TEST(SftpKeyWalk, KnowsTheFoldersWhoseCommandsWereNotEchoed) {
+    using Unlisted = std::map<std::string, std::string>;
+    for (const std::string answer :
+         {"", "welcome sftp> -ls -ln \"/p\"\n", "sftp> -ls -ln \"/q\"\n"}) {
+        SftpKeyWalk walk("/p");
+        walk.read(answer + file("/p/x"));
+        EXPECT_EQ(walk.keys(), FileKeys{});
+        EXPECT_EQ(walk.unlisted(), (Unlisted{{"/p", ""}})) << answer;
+    }
+    SftpKeyWalk walk("/p");
+    walk.read("sftp> -ls -ln \"/p\"\n" + directory("/p/a") + directory("/p/b"));
+    walk.read("sftp> -ls -ln \"/p/a\"\n" + file("/p/a/x") + "welcome sftp> -ls -ln \"/p/b\"\n" +
+              file("/p/b/y"));
+    EXPECT_EQ(walk.keys(), FileKeys{"x|5"});
+    EXPECT_EQ(walk.unlisted(), (Unlisted{{"/p/b", ""}}));
 }
 
 TEST(SftpKeyWalk, ReadsTheRootAndFoldersWithASlashAtTheEnd) {

@@ -122,6 +122,40 @@ TEST_F(SftpImportTest, LoadsNothingTwiceBecauseAListingBrokeOff) {
     EXPECT_EQ(serversTree(), full);
 }
 
+TEST_F(SftpImportTest, LoadsNothingTwiceIntoAFolderThatCannotBeListed) {
+    constexpr auto writeOnly = fs::perms::owner_write | fs::perms::owner_exec;
+    const FolderLayout byType{.byType = true};
+    CardToServer import(card, store, server->root());
+    EXPECT_EQ(import.import(byType).done, 4);
+    fs::remove(server->path("MP4/clip.MP4"));
+    server->makeFolder("lost+found");
+    fs::permissions(server->path("lost+found"), fs::perms::none);
+    fs::permissions(server->path("JPG"), writeOnly);
+    for (const int missingElsewhere : {1, 0}) {
+        const auto progress = import.import(byType);
+        EXPECT_EQ(progress.done, missingElsewhere);
+        EXPECT_EQ(progress.failed, 3);
+        EXPECT_TRUE(import.log.back().contains("muss sich der Ordner erst ganz auflisten lassen"))
+            << import.log.back();
+    }
+    EXPECT_EQ(store->listingTrouble(server->root()), std::nullopt);
+
+    fs::permissions(server->path("JPG"), fs::perms::owner_all);
+    EXPECT_EQ(import.import(byType).total, 0);
+    EXPECT_EQ(tree(server->path("JPG")), (Tree{{"IMG_0001.JPG", "one"},
+                                               {"IMG_0002.JPG", "the second"},
+                                               {"Übung [3] *.jpg", "three"}}));
+    EXPECT_EQ(tree(server->path("MP4")), (Tree{{"clip.MP4", card.at("clip.MP4")}}));
+
+    fs::permissions(server->path(""), writeOnly);
+    EXPECT_EQ(store->existingFileKeys(server->root()), FileKeys{});
+    const auto trouble = store->listingTrouble(server->root());
+    ASSERT_TRUE(trouble);
+    EXPECT_TRUE(trouble->starts_with("Der Server verweigert den Zugriff (")) << *trouble;
+    fs::permissions(server->path(""), fs::perms::owner_all);
+    fs::permissions(server->path("lost+found"), fs::perms::owner_all);
+}
+
 TEST_F(SftpImportTest, KnowsFilesWhoseOwnersHaveBlanksInTheirNames) {
     CardToServer import(card, storeThatLists("$1 Anna Muster domain users"), server->root());
     EXPECT_EQ(import.import().done, 4);

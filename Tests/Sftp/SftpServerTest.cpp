@@ -3,6 +3,9 @@
 #include "SftpServerTest.h"
 
 #include "HostKeyMismatch.h"
+#include "TemporaryVolume.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -85,6 +88,23 @@ TEST_F(SftpServerTest, FindsAReadOnlyFolderNotWritable) {
     EXPECT_TRUE(moved.error().message.contains("Permission denied")) << moved.error().message;
     EXPECT_TRUE(fs::exists(staged()));
     EXPECT_EQ(serversTree(), (Tree{{"locked/", ""}}));
+}
+
+TEST_F(SftpServerTest, SaysThatThereIsNoRoomForAFolder) {
+    const TemporaryVolume volume(1'000'000, {"mkfs.ext2", "-q", "-N", "16"});
+    if (!volume.isMounted()) GTEST_SKIP() << "ein Volume einzuhängen braucht root und loop";
+    server = std::make_unique<SshServer>();  // knows the volumes of the moment it was started
+    fs::permissions(fs::path(volume.path()).parent_path(), fs::perms::all);
+    for (int n = 0; std::ofstream(volume.path() + fmt::format("/{}", n)); ++n) ASSERT_LT(n, 100);
+    server->handOver(volume.path());
+    Url full = server->root();
+    full.path = volume.path();
+    const auto made = store->createDirectory(full.appending("a/b"));
+    ASSERT_FALSE(made);
+    EXPECT_EQ(made.error().message,
+              fmt::format("Ordner lässt sich nicht anlegen: Der Server nimmt nicht mehr an; "
+                          "vielleicht ist dort kein Platz mehr (remote mkdir \"{}/a\": Failure)",
+                          full.path));
 }
 
 TEST_F(SftpServerTest, LeavesNoProbe) {

@@ -36,7 +36,7 @@ void ListingRecord::note(std::uint64_t number, const Url& folder,
     };
     if (std::ranges::any_of(listings_, isNewer)) return;
     std::erase_if(listings_, [&](const Listing& other) {
-        return other.number < number && isWithin(other.folder, listing.folder);
+        return other.number <= number && isWithin(other.folder, listing.folder);
     });
     listings_.push_back(std::move(listing));
 }

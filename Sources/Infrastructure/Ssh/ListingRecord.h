@@ -20,7 +20,8 @@ public:
     std::uint64_t begin();
 
     /// `trouble` is why the listing of `folder` broke off; absent when it did not. It says nothing
-    /// about what one that began later has listed.
+    /// about what one that began later has listed. The same listing may then tell of a folder
+    /// further down.
     void note(std::uint64_t number, const Url& folder, std::optional<std::string> trouble);
 
     /// Why it is not known what is in the folder in which `url` lies; absent when it is known, or

@@ -21,6 +21,7 @@ namespace {
 constexpr std::string_view probeName = ".bildkurier-probe";
 constexpr std::string_view farewell = "Connection closed";
 constexpr std::string_view connectionBroke = "Die Verbindung ist abgebrochen";
+constexpr std::string_view unreadableAnswer = "Die Antwort des Servers ist nicht zu lesen";
 
 /// `text` in quotes, with a backslash in front of each of the characters `escaped`.
 std::string quotedWith(std::string_view escaped, std::string_view text) {
@@ -89,9 +90,16 @@ bool endsInFarewell(std::string_view output) {
 std::string shown(const std::string& output) {
     const auto line = complaint(output);
     if (!line && endsInFarewell(output)) return fmt::format("{} ({})", connectionBroke, farewell);
-    const std::string words = displayText(SFTPFileStore::message(output));
-    const auto meaning = line ? meaningOf(*line, output) : std::nullopt;
+    if (!line) return displayText(output);
+    const auto cause = causeOf(*line, output);
+    const auto meaning = meaningOf(cause);
+    const std::string words = displayText(std::string(cause));
     return meaning ? fmt::format("{} ({})", *meaning, words) : words;
+}
+
+/// Why a folder may hold more than was listed, by how the client complains of that.
+std::string whyUnlisted(const std::string& words) {
+    return words.empty() ? std::string(unreadableAnswer) : shown(words);
 }
 
 /// The output as the client wrote it, as far as names go: the last one may end in blanks.
@@ -154,6 +162,8 @@ Result<> SFTPFileStore::walk(const Url& folder, SftpKeyWalk& walk) {
         if (result.status != 0) return failure(shown(result.output));
         walk.read(wholeLines(result));
     }
+    const auto itself = walk.unlisted().find(folder.path);
+    if (itself != walk.unlisted().end()) return failure(whyUnlisted(itself->second));
     return {};
 }
 
@@ -162,6 +172,11 @@ FileKeys SFTPFileStore::existingFileKeys(const Url& folder) {
     SftpKeyWalk keyWalk(folder.path);
     const auto walked = walk(folder, keyWalk);
     record_.note(listing, folder, walked ? std::nullopt : std::optional(walked.error().message));
+    for (const auto& [path, words] : keyWalk.unlisted()) {
+        Url unlisted = folder;
+        unlisted.path = path;
+        record_.note(listing, unlisted, whyUnlisted(words));
+    }
     return keyWalk.keys();
 }
 
@@ -173,8 +188,8 @@ Result<> SFTPFileStore::knowWhatIsThere(const Url& url) const {
     const auto trouble = record_.troubleAbove(url);
     if (!trouble) return {};
     return failure(
-        "Damit nichts doppelt geladen wird, muss das Ziel erst neu geprüft werden; zuletzt brach "
-        "seine Liste ab: " +
+        "Damit nichts doppelt geladen wird, muss sich der Ordner erst ganz auflisten lassen; "
+        "zuletzt ging das nicht: " +
         *trouble);
 }
 

@@ -34,7 +34,7 @@ namespace bildkurier {
 /// answers, its connection is closed, or the program ends.
 ///
 /// Where the listing for `existingFileKeys` breaks off, nothing is put below that folder until it
-/// has been listed to the end.
+/// has been listed to the end. A folder further down that cannot be listed bars itself alone.
 ///
 /// Unlike a local folder, a server may let `moveItem` replace a file that is there: the client's
 /// plain "rename" works on every server, but on some it replaces. So `moveItem` relies on
@@ -108,12 +108,13 @@ private:
     class UnderWay;
 
     CommandResult batch(const Url& server, const SftpCommands& commands);
+    /// Fails where it breaks off or `folder` itself cannot be listed.
     Result<> walk(const Url& folder, SftpKeyWalk& walk);
     /// Whether there is anything; an error where the server did not say.
     Result<bool> look(const Url& url);
     /// Makes sure that `target` is free if that was asked in vain before.
     Result<> dispelDoubt(const Url& target);
-    /// Fails below a folder whose listing broke off: what is there might be loaded twice.
+    /// Fails below a folder that was not listed to the end: what is there might be loaded twice.
     Result<> knowWhatIsThere(const Url& url) const;
 
     std::shared_ptr<CommandRunner> runner_;

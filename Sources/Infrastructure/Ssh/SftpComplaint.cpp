@@ -5,12 +5,15 @@
 #include "SftpOutput.h"
 
 #include <algorithm>
+#include <ranges>
 
 namespace bildkurier {
 namespace {
 
+constexpr std::string_view notMade = "remote mkdir \"";
 constexpr std::string_view accessDenied = ": Permission denied";
 constexpr std::string_view nothingThere = ": No such file or directory";
+constexpr std::string_view nothingThereEither = ": No such file";  // in the server's own words
 
 /// Names, which may be anything, stand between the two.
 struct Complaint {
@@ -24,7 +27,10 @@ constexpr std::string_view unreachable = "Der Rechner ist im Netz nicht zu errei
 constexpr std::string_view noAnswer = "Der Rechner antwortet nicht";
 constexpr std::string_view lostConnection = "Die Verbindung ist abgebrochen";
 constexpr std::string_view noAccess = "Der Server verweigert den Zugriff";
+constexpr std::string_view isMissing = "Auf dem Server fehlt der Ordner oder die Datei";
 constexpr std::string_view noRoomLeft = "Auf dem Server ist kein Platz mehr";
+constexpr std::string_view perhapsFull =
+    "Der Server nimmt nicht mehr an; vielleicht ist dort kein Platz mehr";
 
 // The first that fits counts.
 constexpr Complaint complaints[] = {
@@ -50,12 +56,13 @@ constexpr Complaint complaints[] = {
     {"local open ", "", "Auf diesem Rechner ist die Datei nicht lesbar"},
     {"", accessDenied, noAccess},
     {"", ": Read-only file system", noAccess},
-    {"", nothingThere, "Auf dem Server fehlt der Ordner oder die Datei"},
+    {"", nothingThere, isMissing},
+    {"", nothingThereEither, isMissing},
     {"", " is not a directory", "Dort liegt auf dem Server eine Datei und kein Ordner"},
     {"", ": No space left on device", noRoomLeft},
     {"", ": Disk quota exceeded", noRoomLeft},
-    {"write remote ", ": Failure",
-     "Der Server nimmt nicht mehr an; vielleicht ist dort kein Platz mehr"},
+    {"write remote ", ": Failure", perhapsFull},
+    {notMade, ": Failure", perhapsFull},
     {"", ": Failure", "Der Server meldet einen Fehler"},
     {"", ": Operation unsupported", "Der Server kann das nicht"},
 };
@@ -67,6 +74,10 @@ bool isSuchA(const Complaint& known, std::string_view line) {
 
 bool refusesKey(std::string_view line) {
     return line.contains("Permission denied (") && line.ends_with(").");
+}
+
+bool saysNothingThere(std::string_view line) {
+    return line.ends_with(nothingThere) || line.ends_with(nothingThereEither);
 }
 
 std::string_view withoutReturn(std::string_view line) {
@@ -84,14 +95,14 @@ std::optional<std::string_view> meaningOf(std::string_view line) {
     return known->meaning;
 }
 
-std::optional<std::string_view> meaningOf(std::string_view line, std::string_view output) {
-    const auto isDenied = [](std::string_view other) {
-        return withoutReturn(other).ends_with(accessDenied);
-    };
-    // What could not be made is missing afterwards.
-    if (line.ends_with(nothingThere) && std::ranges::any_of(nonEmptyLines(output), isDenied))
-        return noAccess;
-    return meaningOf(line);
+std::string_view causeOf(std::string_view line, std::string_view output) {
+    if (!saysNothingThere(line)) return line;
+    // What could not be made is missing afterwards, and so is what was to be made in there.
+    for (const auto other : std::views::reverse(nonEmptyLines(output))) {
+        const auto complaint = withoutReturn(other);
+        if (complaint.starts_with(notMade) && !saysNothingThere(complaint)) return complaint;
+    }
+    return line;
 }
 
 }  // namespace bildkurier

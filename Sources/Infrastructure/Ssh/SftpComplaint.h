@@ -11,7 +11,8 @@ namespace bildkurier {
 /// German clause; absent when it is none of those that are known.
 std::optional<std::string_view> meaningOf(std::string_view line);
 
-/// Of the client's whole output, whose `line` says why it failed.
-std::optional<std::string_view> meaningOf(std::string_view line, std::string_view output);
+/// The line of the client's whole output that says what `line`, why it failed in the end, is a
+/// consequence of: `line` itself if there is none.
+std::string_view causeOf(std::string_view line, std::string_view output);
 
 }  // namespace bildkurier

@@ -24,6 +24,12 @@ std::string join(const std::string& folder, std::string_view name) {
     return Url{.path = folder}.appending(name).path;
 }
 
+/// Whether the client complains in `line` that it could not read a folder to its end. One that is
+/// not there at all is none of these.
+bool saysUnreadable(std::string_view line) {
+    return line.starts_with("remote readdir(\"") || line.starts_with("Couldn't read directory: ");
+}
+
 /// The folders of a level by what the client echoes of the command for each, as it looks
 /// without escapes.
 class EchoedFolders {
@@ -41,6 +47,17 @@ public:
 
 private:
     std::unordered_map<std::string, const std::string*> folders_;
+};
+
+/// The folders to list next, each once.
+struct NextLevel {
+    std::vector<std::string> folders;
+    std::unordered_set<std::string> known;
+
+    void add(std::string folder) {
+        if (objection({listNamesCommand(folder)}) || !known.insert(folder).second) return;
+        folders.push_back(std::move(folder));
+    }
 };
 
 /// What the name may be of what `path` says to be in `folder`; nothing when it is elsewhere,
@@ -73,26 +90,28 @@ FileKeys SftpKeyWalk::keys() const {
 
 void SftpKeyWalk::read(std::string_view output) {
     const EchoedFolders folders(level_);
-    std::vector<std::string> nextLevel;
-    std::unordered_set<std::string> known;
+    std::unordered_set<const std::string*> answered;
     const std::string* folder = nullptr;
+    NextLevel next;
     for (const auto line : nonEmptyLines(output)) {
         if (line.starts_with(echoMark)) {
             folder = folders.named(line);
-            continue;
-        }
-        const auto entry = listingLine(line);
-        if (!folder || !entry) continue;
-        for (const auto& name : visibleNames(entry->path, *folder)) {
-            if (!entry->isDirectory) {
-                files_.insert_or_assign(join(*folder, name), entry->size);
-            } else if (auto deeper = join(*folder, name);
-                       !objection({listNamesCommand(deeper)}) && known.insert(deeper).second) {
-                nextLevel.push_back(std::move(deeper));
+            answered.insert(folder);
+        } else if (folder && saysUnreadable(line)) {
+            unlisted_.insert_or_assign(*folder, line);
+        } else if (const auto entry = listingLine(line); folder && entry) {
+            for (const auto& name : visibleNames(entry->path, *folder)) {
+                if (entry->isDirectory) {
+                    next.add(join(*folder, name));
+                } else {
+                    files_.insert_or_assign(join(*folder, name), entry->size);
+                }
             }
         }
     }
-    level_ = std::move(nextLevel);
+    for (const auto& asked : level_)
+        if (!answered.contains(&asked)) unlisted_.try_emplace(asked);
+    level_ = std::move(next.folders);
     --levelsLeft_;
 }
 

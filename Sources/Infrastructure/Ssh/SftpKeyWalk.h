@@ -15,7 +15,8 @@
 namespace bildkurier {
 
 /// A walk over the folders of a server, one level after the other, which gathers the files
-/// there. It asks nothing itself: it says what to ask, and reads the answers.
+/// there. It asks nothing itself: it says what to ask, and reads the answers. One folder that
+/// cannot be listed keeps it from no other.
 class SftpKeyWalk {
 public:
     explicit SftpKeyWalk(std::string folder) : level_{std::move(folder)} {}
@@ -32,11 +33,15 @@ public:
     /// Absolute paths and sizes in bytes. A file whose name can be read in two ways is there
     /// under both.
     const std::map<std::string, std::int64_t>& files() const { return files_; }
+    /// Absolute paths of the folders that may hold more than was listed, and how the client
+    /// complains of that; nothing where its answer cannot be read.
+    const std::map<std::string, std::string>& unlisted() const { return unlisted_; }
 
 private:
     int levelsLeft_ = 8;
     std::vector<std::string> level_;
     std::map<std::string, std::int64_t> files_;
+    std::map<std::string, std::string> unlisted_;
 };
 
 }  // namespace bildkurier
