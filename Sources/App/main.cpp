@@ -28,6 +28,7 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QTranslator>
+#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -54,9 +55,18 @@ std::string activationToken() {
     return (token.isEmpty() ? qgetenv("DESKTOP_STARTUP_ID") : token).toStdString();
 }
 
+/// How long to wait for the answer of a window that is open.
+std::chrono::milliseconds patience() {
+    bool isGiven = false;
+    const int given = qEnvironmentVariableIntValue("BILDKURIER_PATIENCE_MS", &isGiven);
+    return isGiven ? std::chrono::milliseconds(given) : SingleInstance::patienceByDefault;
+}
+
 void bringToFront(const QQmlApplicationEngine& engine, const std::string& token) {
-    // Where the toolkit looks for it, under Wayland.
-    if (!token.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+    // Where the toolkit looks for it, and no other display does.
+    const bool isPassedOn =
+        !token.empty() && QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    if (isPassedOn) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
     for (QObject* root : engine.rootObjects()) {
         auto* window = qobject_cast<QQuickWindow*>(root);
         if (window == nullptr) continue;
@@ -65,6 +75,7 @@ void bringToFront(const QQmlApplicationEngine& engine, const std::string& token)
         window->raise();
         window->requestActivate();
     }
+    if (isPassedOn) qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
 QUrl webPage(const std::string& address) { return QUrl(QString::fromStdString(address)); }
@@ -85,7 +96,8 @@ int show(const AppContainer::Parts& parts, SingleInstance& instance, MainQueue& 
     if (engine.rootObjects().isEmpty()) return 1;
     instance.onAnother = [&engine](const std::string& token) { bringToFront(engine, token); };
     const int status = QApplication::exec();
-    instance.onAnother = [](const std::string&) {};
+    // To end can take as long as a slow folder takes to answer. Meanwhile another window may open.
+    instance.letGo();
     // With a screen reader listening, the toolkit crashes over items that tell of their own end.
     QAccessible::installUpdateHandler([](QAccessibleEvent*) {});
     return status;
@@ -145,6 +157,6 @@ int main(int argc, char** argv) {
     if (dialogs.load(QStringLiteral("qtbase_de"),
                      QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(&dialogs);
-    SingleInstance instance(runtimeFolder(), token);
+    SingleInstance instance(runtimeFolder(), token, patience());
     return instance.isFirst() ? run(instance, *arguments) : leaveToFirst(instance, *arguments);
 }

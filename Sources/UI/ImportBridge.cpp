@@ -20,13 +20,22 @@ using Phase = ImportModel::Phase;
 
 /// How long changes are collected while files arrive, perhaps hundreds a second.
 constexpr std::chrono::milliseconds noticeDelay{100};
+/// How long what must be heard is not followed by anything else.
+constexpr std::chrono::seconds timeToHear{1};
+
+bool isAboutAFile(const QString& status) { return status.startsWith(QStringLiteral("Lade ")); }
 
 }  // namespace
 
 ImportBridge::ImportBridge(std::shared_ptr<ImportModel> model) : model_(std::move(model)) {
     notice_.setSingleShot(true);
     connect(&notice_, &QTimer::timeout, this, &ImportBridge::tell);
-    observation_ = model_->observe([this] { announce(); });
+    hearing_.setSingleShot(true);
+    connect(&hearing_, &QTimer::timeout, this, &ImportBridge::tell);
+    observation_ = model_->observe([this] {
+        noteImport();
+        announce();
+    });
     model_->onLog = [this](const std::string&) { hasNewLines_ = true; };
     tell();
 }
@@ -38,6 +47,19 @@ ImportBridge::~ImportBridge() {
 void ImportBridge::announce() {
     if (notice_.isActive()) return;
     notice_.start(importing() ? noticeDelay : std::chrono::milliseconds::zero());
+}
+
+/// At once, for by the time anything is told the status may be another one.
+void ImportBridge::noteImport() {
+    const bool isImporting = importing();
+    if (std::exchange(wasImporting_, isImporting) && model_->phase() == Phase::done)
+        mustBeHeard_.append(windowText(model_->log().back()));
+    if (!isImporting) {
+        hasNotedFirst_ = false;
+    } else if (!hasNotedFirst_ && isAboutAFile(status())) {
+        hasNotedFirst_ = true;
+        mustBeHeard_.append(status());
+    }
 }
 
 void ImportBridge::tell() {
@@ -63,10 +85,13 @@ void ImportBridge::tell() {
 }
 
 void ImportBridge::tellNews() {
-    const bool isOneOfMany =
-        importing() && wasImporting_ && status().startsWith(QStringLiteral("Lade "));
-    if (!isOneOfMany) news_ = status();
-    wasImporting_ = importing();
+    if (hearing_.isActive()) return;
+    if (!mustBeHeard_.isEmpty()) {
+        news_ = mustBeHeard_.takeFirst();
+        hearing_.start(timeToHear);
+    } else if (!importing() || !isAboutAFile(status())) {
+        news_ = status();
+    }
 }
 
 bool ImportBridge::connected() const { return model_->phase() != Phase::noCamera; }

@@ -152,7 +152,8 @@ public:
     QStringList log() const;
 
     QString status() const;
-    /// The status as long as it is worth hearing: of an import's files, the first only.
+    /// The status as long as it is worth hearing: of an import's files, the first only. That one,
+    /// and what came of the import, stay for a moment, whatever the status is by then.
     QString news() const { return news_; }
     /// 0 to 1.
     double progress() const { return model_->totalBytesProgress(); }
@@ -178,6 +179,7 @@ signals:
 
 private:
     void announce();
+    void noteImport();
     void tell();
     void tellNews();
 
@@ -191,7 +193,10 @@ private:
     bool hasNewLines_ = false;
     SpeedMeter::Reading shownSpeed_;
     QString news_;
+    QStringList mustBeHeard_;
+    QTimer hearing_;
     bool wasImporting_ = false;
+    bool hasNotedFirst_ = false;
     Handle observation_;
 };
 

@@ -15,6 +15,14 @@ Rectangle {
 
     signal chose(int index)
 
+    /// By the keyboard: the focus goes along.
+    function moveTo(index) {
+        if (index < 0 || index >= options.length)
+            return;
+        chose(index);
+        segments.itemAt(index).forceActiveFocus(Qt.TabFocusReason);
+    }
+
     Accessible.name: label
     Accessible.role: Accessible.Grouping
     color: Theme.groove
@@ -28,6 +36,8 @@ Rectangle {
         spacing: 0
 
         Repeater {
+            id: segments
+
             model: choice.options
 
             T.RadioButton {
@@ -64,8 +74,8 @@ Rectangle {
                     verticalAlignment: Text.AlignVCenter
                 }
 
-                Keys.onLeftPressed: choice.chose(Math.max(0, index - 1))
-                Keys.onRightPressed: choice.chose(Math.min(choice.options.length - 1, index + 1))
+                Keys.onLeftPressed: choice.moveTo(index - 1)
+                Keys.onRightPressed: choice.moveTo(index + 1)
                 onClicked: choice.chose(index)
             }
         }

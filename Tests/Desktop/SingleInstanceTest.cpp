@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QThread>
 #include <atomic>
 #include <chrono>
 #include <memory>
@@ -68,6 +69,30 @@ TEST_F(SingleInstanceTest, IsFirstAgainWhenTheFirstHasEnded) {
     auto first = std::make_unique<SingleInstance>(place);
     first.reset();
     EXPECT_TRUE(SingleInstance(place).isFirst());
+}
+
+TEST_F(SingleInstanceTest, IsFirstWhenTheFirstHasLetGo) {
+    SingleInstance first(place);
+    first.letGo();
+    EXPECT_TRUE(SingleInstance(place).isFirst());
+    EXPECT_TRUE(SingleInstance(place).isFirst());
+}
+
+TEST_F(SingleInstanceTest, TakesThePlaceOfAFirstThatLetsGoInsteadOfAnswering) {
+    SingleInstance first(place);
+    std::atomic<bool> isFirst = false;
+    std::atomic<bool> hasToldFirst = false;
+    const std::unique_ptr<QThread> start(QThread::create([&] {
+        const SingleInstance other(place, "Marke", std::chrono::seconds(20));
+        isFirst = other.isFirst();
+        hasToldFirst = other.hasToldFirst();
+    }));
+    start->start();
+    first.onAnother = [](const std::string&) { ADD_FAILURE() << "answered"; };
+    first.letGo();
+    start->wait();
+    EXPECT_TRUE(isFirst);
+    EXPECT_FALSE(hasToldFirst);
 }
 
 TEST_F(SingleInstanceTest, KeepsUsersApart) {

@@ -28,6 +28,8 @@ public:
     /// Waits until a signal has stopped it; false if it ends instead.
     bool waitUntilStopped();
     void send(int signal) const;
+    /// Until its end has been waited for.
+    pid_t process() const { return process_; }
     /// Waits until it has ended, which the deadline sees to. Once.
     ProgramResult finish();
 

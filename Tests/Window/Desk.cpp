@@ -31,10 +31,16 @@ Desk::Desk()
         throw std::runtime_error("the window manager does not start");
 }
 
-std::vector<std::string> Desk::windows() {
-    std::istringstream lines(told({"search", "--onlyvisible", "--name", "^Bildkurier$"}));
+std::vector<std::string> Desk::windows(std::size_t count) {
     std::vector<std::string> found;
-    for (std::string line; std::getline(lines, line);) found.push_back(line);
+    // One that the window manager is just taking cannot be seen.
+    const auto areAllThere = [&] {
+        std::istringstream lines(told({"search", "--onlyvisible", "--name", "^Bildkurier$"}));
+        found.clear();
+        for (std::string line; std::getline(lines, line);) found.push_back(line);
+        return found.size() == count;
+    };
+    if (!soon(areAllThere)) throw std::runtime_error("there are more windows, or fewer");
     return found;
 }
 

@@ -5,6 +5,7 @@
 #include "ProgramCall.h"
 #include "RunningProgram.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -17,8 +18,8 @@ public:
     /// Throws where there is no window manager.
     Desk();
 
-    /// All windows of the program.
-    static std::vector<std::string> windows();
+    /// All windows of the program, once there are so many; throws if there never are.
+    static std::vector<std::string> windows(std::size_t count);
     /// The one that gets the keys; empty for none.
     static std::string active();
     /// What is in front in the middle of the display: a window's frame.

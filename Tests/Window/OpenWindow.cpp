@@ -66,6 +66,15 @@ Element find(const std::string& role, const std::string& name) {
     return found;
 }
 
+/// What has the focus; empty while it moves.
+std::string focused() {
+    std::string found;
+    walkDesktop([&](const Element& element) {
+        if (hasState(element, ATSPI_STATE_FOCUSED)) found = line(element);
+    });
+    return found;
+}
+
 void xdotool(std::vector<std::string> arguments) {
     const ProgramCall call{.path = "/usr/bin/xdotool", .arguments = std::move(arguments)};
     if (call.run().exitStatus != 0) throw std::runtime_error("xdotool failed");
@@ -81,7 +90,7 @@ OpenWindow::OpenWindow(std::map<std::string, std::string> environment,
     atspi_event_listener_register(listener_.get(), "object:state-changed:showing", nullptr);
     prepare();
     program_.emplace(call());
-    if (!has("push button", "Kamera und Zielordner neu einlesen"))
+    if (!soon([this] { return hasOwn("push button", "Kamera und Zielordner neu einlesen"); }))
         throw std::runtime_error("the window does not open");
     takeKeys();
 }
@@ -118,8 +127,10 @@ ProgramCall OpenWindow::call() const {
     return call;
 }
 
-ProgramResult OpenWindow::startAgain(std::vector<std::string> arguments) const {
+ProgramResult OpenWindow::startAgain(std::vector<std::string> arguments,
+                                     const std::map<std::string, std::string>& environment) const {
     ProgramCall again = call();
+    again.environment.insert(environment.begin(), environment.end());
     again.arguments = std::move(arguments);
     return again.run();
 }
@@ -138,6 +149,28 @@ void OpenWindow::prepare() const {
 bool OpenWindow::has(const std::string& role, const std::string& name) const {
     const std::string wanted = role + ": " + name;
     return soon([&] { return std::ranges::count(all(), wanted) > 0; });
+}
+
+bool OpenWindow::hasOwn(const std::string& role, const std::string& name) const {
+    const auto process = static_cast<guint>(program_->process());
+    const std::string wanted = role + ": " + name;
+    bool found = false;
+    walkDesktop([&](const Element& element) {
+        if (!found && hasState(element, ATSPI_STATE_SHOWING) && line(element) == wanted)
+            found = atspi_accessible_get_process_id(element.get(), nullptr) == process;
+    });
+    return found;
+}
+
+bool OpenWindow::givesKeysTo(const std::string& role) const {
+    return soon([&] {
+        bool isActive = false;
+        walkDesktop([&](const Element& element) {
+            if (hasState(element, ATSPI_STATE_ACTIVE) && line(element).starts_with(role + ":"))
+                isActive = true;
+        });
+        return isActive;
+    });
 }
 
 std::vector<std::string> OpenWindow::all() const {
@@ -161,14 +194,16 @@ std::string OpenWindow::description(const std::string& role, const std::string& 
 bool OpenWindow::goTo(const std::string& role, const std::string& name,
                       const std::string& key) const {
     const std::string wanted = role + ": " + name;
+    std::string at = focused();
     for (int presses = 0; presses < 40; ++presses) {
-        std::string focused;
-        walkDesktop([&](const Element& element) {
-            if (hasState(element, ATSPI_STATE_FOCUSED)) focused = line(element);
-        });
-        if (focused == wanted) return true;
+        if (at == wanted) return true;
         press(key);
-        listen();
+        const std::string before = std::exchange(at, "");
+        const auto hasMoved = [&] {
+            at = focused();
+            return !at.empty() && at != before;
+        };
+        if (!soon(hasMoved)) return false;
     }
     return false;
 }

@@ -42,6 +42,8 @@ public:
     std::vector<std::string> all() const;
     /// Whether a notification with this text was, or soon will be, heard of.
     bool hears(const std::string& notification) const;
+    /// Whether a window of this role has the keys, or soon will have: "dialog".
+    bool givesKeysTo(const std::string& role) const;
     /// Presses a key until that control has the focus; false if it never does.
     bool goTo(const std::string& role, const std::string& name,
               const std::string& key = "Tab") const;
@@ -57,7 +59,8 @@ public:
     void send(int signal) const { program_->send(signal); }
 
     /// What a second start does.
-    ProgramResult startAgain(std::vector<std::string> arguments = {}) const;
+    ProgramResult startAgain(std::vector<std::string> arguments = {},
+                             const std::map<std::string, std::string>& environment = {}) const;
     /// Waits until the program has ended.
     ProgramResult finish() { return program_->finish(); }
 
@@ -68,6 +71,8 @@ public:
 private:
     ProgramCall call() const;
     void prepare() const;
+    /// Whether such a control of this very window can be seen; there may be others.
+    bool hasOwn(const std::string& role, const std::string& name) const;
 
     /// Notes what appears on the desktop.
     static void note(AtspiEvent* event, void* heard);

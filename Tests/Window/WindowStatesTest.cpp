@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <csignal>
+#include <regex>
+#include <sstream>
 #include <string>
 
 namespace bildkurier {
@@ -27,6 +29,23 @@ ProgramResult close(OpenWindow& window) {
     return window.finish();
 }
 
+/// The lines without what the toolkit's file dialog says when it is read out while it fills.
+std::string withoutDialogsComplaints(const std::string& lines) {
+    static const std::regex known("QAccessibleTable::child: Invalid index at: [0-9]+ [0-9]+");
+    std::istringstream all(lines);
+    std::string others;
+    for (std::string line; std::getline(all, line);)
+        if (!std::regex_match(line, known)) others += line + "\n";
+    return others;
+}
+
+/// It ends as it should, and nothing has complained.
+void expectQuietEnd(OpenWindow& window) {
+    const auto result = close(window);
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(withoutDialogsComplaints(result.err), "");
+}
+
 TEST(BildkurierWithTwoCameras, LetsChooseByKeyboardAlone) {
     OpenWindow window({}, {"zweite"});
     const auto chosen = [&](const std::string& camera) {
@@ -43,7 +62,8 @@ TEST(BildkurierWithTwoCameras, LetsChooseByKeyboardAlone) {
 
     OpenWindow::press("space");
     ASSERT_TRUE(window.has("list", "Kamera"));
-    EXPECT_TRUE(window.is("list item", "zweite", ATSPI_STATE_SELECTED));
+    EXPECT_TRUE(soon([&] { return window.is("list item", "zweite", ATSPI_STATE_SELECTED); }));
+    EXPECT_TRUE(window.has("list item", "karte"));
     EXPECT_FALSE(window.is("list item", "karte", ATSPI_STATE_SELECTED));
     OpenWindow::press("Up");
     EXPECT_TRUE(soon([&] { return window.is("list item", "karte", ATSPI_STATE_SELECTED); }));
@@ -51,7 +71,7 @@ TEST(BildkurierWithTwoCameras, LetsChooseByKeyboardAlone) {
     OpenWindow::press("Return");
     EXPECT_TRUE(chosen("karte"));
     EXPECT_TRUE(window.has("heading", "karte"));
-    EXPECT_EQ(close(window).err, "");
+    expectQuietEnd(window);
 }
 
 TEST(BildkurierInItsSandbox, TellsThatAFolderIsToBeChosen) {
@@ -71,23 +91,23 @@ TEST(BildkurierInItsSandbox, TellsThatAFolderIsToBeChosen) {
     ASSERT_TRUE(window.goTo("push button", "Ändern …"));
     OpenWindow::press("space");
     ASSERT_TRUE(window.has("push button", "Auswählen"));
+    ASSERT_TRUE(window.givesKeysTo("dialog"));
     OpenWindow::type(window.destination);
     OpenWindow::press("Return");
     EXPECT_TRUE(window.has("status bar", "35 neue Dateien (6,8 MB) bereit zum Import."));
     EXPECT_EQ(window.description("push button", "35 importieren"), "");
-    // The toolkit's dialog complains of being read out while it fills.
-    EXPECT_EQ(close(window).exitStatus, 0);
+    expectQuietEnd(window);
 }
 
 TEST(BildkurierThatHangs, IsNotTakenForOneThatAnswers) {
     OpenWindow window;
     window.send(SIGSTOP);
-    const auto second = window.startAgain();
+    const auto second = window.startAgain({}, {{"BILDKURIER_PATIENCE_MS", "500"}});
     window.send(SIGCONT);
     EXPECT_EQ(second.exitStatus, 1);
     EXPECT_EQ(second.err, "Bildkurier läuft schon, aber sein Fenster antwortet nicht.\n");
     EXPECT_EQ(window.startAgain().exitStatus, 0);
-    EXPECT_EQ(close(window).err, "");
+    expectQuietEnd(window);
 }
 
 TEST(BildkurierWithAServer, TellsOfTheKeysOfBoth) {
@@ -110,6 +130,7 @@ TEST(BildkurierWithAServer, TellsOfTheKeysOfBoth) {
     ASSERT_TRUE(window.goTo("push button", "Schlüssel übernehmen …"));
     OpenWindow::press("space");
     ASSERT_TRUE(window.has("push button", "Übernehmen"));
+    ASSERT_TRUE(window.givesKeysTo("dialog"));
     OpenWindow::type(server.login().keyFile.path);
     OpenWindow::press("Return");
     EXPECT_TRUE(window.has("alert", "Schlüssel übernommen."));
@@ -133,7 +154,7 @@ TEST(BildkurierWithAServer, TellsOfTheKeysOfBoth) {
     ASSERT_TRUE(window.goBackTo("push button", "Verbinden und prüfen"));
     OpenWindow::press("space");
     EXPECT_TRUE(tellsOf(window, "label: Erste Verbindung: Server-Schlüssel SHA256:"));
-    EXPECT_EQ(close(window).exitStatus, 0);
+    expectQuietEnd(window);
 }
 
 }  // namespace

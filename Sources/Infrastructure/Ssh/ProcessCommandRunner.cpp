@@ -85,9 +85,9 @@ public:
     }
 
     /// The new process, or an errno value.
-    std::expected<pid_t, int> spawn(std::vector<std::string> words) const {
+    std::expected<pid_t, int> spawn(std::vector<std::string> words,
+                                    std::vector<std::string> variables) const {
         if (std::ranges::any_of(words, hasNul)) return std::unexpected(EINVAL);
-        auto variables = childEnvironment();
         pid_t process = 0;
         const int error = posix_spawn(&process, words.front().c_str(), &files_, &attributes_,
                                       pointers(words).data(), pointers(variables).data());
@@ -135,6 +135,8 @@ struct ProcessCommandRunner::Child {
     FileDescriptor output;
 };
 
+ProcessCommandRunner::ProcessCommandRunner() : environment_(childEnvironment()) {}
+
 std::expected<ProcessCommandRunner::Child, int> ProcessCommandRunner::start(
     std::vector<std::string> words, bool withInput) {
     auto output = Pipe::make();
@@ -148,7 +150,8 @@ std::expected<ProcessCommandRunner::Child, int> ProcessCommandRunner::start(
     }
     const std::lock_guard lock(mutex_);
     if (ending_) return std::unexpected(ECANCELED);
-    const auto process = Surroundings(input.reading, output->writing).spawn(std::move(words));
+    const auto process =
+        Surroundings(input.reading, output->writing).spawn(std::move(words), environment_);
     if (!process) return std::unexpected(process.error());
     running_.push_back(*process);
     return Child{*process, std::move(input.writing), std::move(output->reading)};

@@ -11,15 +11,18 @@
 #include <condition_variable>
 #include <expected>
 #include <mutex>
+#include <string>
 #include <vector>
 
 namespace bildkurier {
 
-/// Runs programs as child processes. They have this process's environment, in which they are
-/// told never to ask anybody for a password, and nothing else of it: no open file, no blocked
-/// or ignored signal.
+/// Runs programs as child processes. They have the environment that this process had when the
+/// runner was made, in which they are told never to ask anybody for a password, and nothing else
+/// of it: no open file, no blocked or ignored signal.
 class ProcessCommandRunner final : public CommandRunner {
 public:
+    ProcessCommandRunner();
+
     CommandResult run(const std::string& program, const std::vector<std::string>& arguments,
                       const std::optional<std::string>& input) override;
 
@@ -37,6 +40,8 @@ private:
     std::int32_t statusAtEnd(pid_t process);
     void send(int signal) const;
 
+    /// Read once: another thread may change this process's own while programs are started.
+    const std::vector<std::string> environment_;
     std::mutex mutex_;
     std::condition_variable childEnded_;
     std::vector<pid_t> running_;  ///< each leads a group of its own with what it starts

@@ -110,6 +110,27 @@ WindowTest {
         hasNo("Button", "Abbrechen");
     }
 
+    function test_tellsOfAnImportWhoseFolderTakesLong() {
+        openWith([["A.JPG", 600, "2024-05-09"]]);
+        has("Notification", "1 neue Dateien (600 Byte) bereit zum Import.");
+        script.model.startImport();
+        tryCompare(script.model, "importing", true);
+        // Longer than changes are collected.
+        wait(150);
+        script.settle();
+        has("Notification", "Lade 1 von 1: A.JPG");
+    }
+
+    function test_tellsOfAnImportThatTakesNoTime() {
+        const camera = openWith([["A.JPG", 600, "2024-05-09"]]);
+        has("Notification", "1 neue Dateien (600 Byte) bereit zum Import.");
+        script.startImport();
+        script.deliver(camera, 0);
+        has("Notification", "Lade 1 von 1: A.JPG");
+        tryVerify(() => tree.all(view).some(line => line.startsWith("Notification: Fertig: 1 geladen (600 Byte)")));
+        has("Notification", "Nichts Neues im gewählten Zeitraum.");
+    }
+
     function test_cancels() {
         const camera = openWith([["A.JPG", 600, "2024-05-09"], ["B.JPG", 400, "2024-05-09"]]);
         press("2 importieren");

@@ -262,8 +262,13 @@ WindowTest {
         keyClick(Qt.Key_Right);
         shows("Benutzer");
         compare(told("RadioButton", "SFTP").checked, true);
+        compare(tree.focused(view), "RadioButton: SFTP");
+        compare(rings(), 1);
+        keyClick(Qt.Key_Right);
+        compare(tree.focused(view), "RadioButton: SFTP");
         keyClick(Qt.Key_Left);
         shows("/bilder");
+        compare(tree.focused(view), "RadioButton: Ordner");
     }
 
     function test_worksControlsWithTheSpaceBar() {
