@@ -58,6 +58,8 @@ Report::Plan ModelCommand::planned() const {
 
 void ModelCommand::showStatus() {
     if (model_->status() == shownStatus_) return;
+    // While an import waits for the destination, it looks there again and again.
+    if (model_->isPostponed() && model_->phase() == ImportModel::Phase::checking) return;
     shownStatus_ = model_->status();
     const auto& log = model_->log();
     if (log.empty() || !log.back().contains(shownStatus_)) report_.status(shownStatus_);

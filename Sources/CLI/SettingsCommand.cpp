@@ -83,7 +83,7 @@ Written checkUser(const std::string& user) {
 }
 
 Written checkHost(const std::string& host) {
-    if (isHostName(sftpURL({}, host, {}).host)) return {};
+    if (host.empty() || isHostName(sftpURL({}, host, {}).host)) return {};
     return noSuchValue(fmt::format(
         "„{}“ ist kein Rechner wie nas oder nas:2222 (Port 1 bis 65535).", displayText(host)));
 }

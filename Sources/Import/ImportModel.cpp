@@ -249,7 +249,10 @@ void ImportModel::setAutoImportEnabled(bool enabled) {
     }
     settings_->setAutoImportEnabled(false);
     autoImport_->clearPending();
-    if (!canResume()) pendingRetry_.reset();
+    if (canResume() || !isPostponed()) return;
+    // Nothing begins by itself any more.
+    pendingRetry_.reset();
+    applyFilter();
 }
 
 void ImportModel::trustWhenConnected(std::string nameOrIdentity) {
@@ -502,17 +505,17 @@ void ImportModel::recompute() {
     const bool isRead = isReadyOrDone() || (phase_ == Phase::checking && !allFiles_.empty());
     if (!camera_ || !isRead) return;
     scanGeneration_.renew();
-    if (destNeedsChoice()) {
+    if (destNeedsChoice() || destNeedsServer()) {
         planner_ = ImportPlanner(*candidates_, {});
         resumePlanner_.reset();
         destWritable_ = false;
         destOverlaps_ = false;
-        destUnlisted_ = false;
+        destTrouble_.reset();
         destCapacity_.reset();
         publish(destOnNetwork_, false);
         publish(phase_, Phase::ready);
         applyFilter();
-        return publish(status_, chooseFolderStatus);
+        return publish(status_, destNeedsChoice() ? chooseFolderStatus : nameServerStatus);
     }
     publish(phase_, Phase::checking);
     scanAtRest();
@@ -525,17 +528,16 @@ void ImportModel::scanAtRest() {
         if (scanWaits_) return publish(status_, windingUpStatus);
         scanDestination();
     };
+    publish(status_, checkingStatus);
     if (runner_->isSettled() || runner_->isWindingUp(dest_)) return goOn(dest_);
     // Another path may lead to the same folder. To ask for it can take long.
     scanWaits_ = false;
-    publish(status_, checkingStatus);
     runThen(
         background_, main_, [store = fileStore_, dest = dest_] { return store->resolved(dest); },
         scanGeneration_(goOn));
 }
 
 void ImportModel::scanDestination() {
-    publish(status_, checkingStatus);
     runThen(
         background_, main_,
         [store = fileStore_, overlaps = camera_->overlapTest(), dest = dest_,
@@ -568,11 +570,12 @@ void ImportModel::destinationScanned(DestinationScan scan) {
     publish(destOnNetwork_, scan.onNetwork);
     destWritable_ = scan.writable;
     destOverlaps_ = scan.overlaps;
-    destUnlisted_ = scan.trouble.has_value();
     destCapacity_ = scan.capacity;
     planner_ = std::move(scan.planner);
     resumePlanner_ = std::move(scan.resumePlanner);
-    if (scan.trouble) {
+    const bool isNews = !isPostponed() || scan.trouble != destTrouble_;
+    destTrouble_ = scan.trouble;
+    if (scan.trouble && isNews) {
         addLog(fmt::format("✗ {} Zielordner nicht vollständig aufgelistet: {}", timeStamp(),
                            *scan.trouble));
     }
@@ -586,14 +589,17 @@ void ImportModel::applyFilter() {
     const auto since = useFromDate_ ? fromDaySelected() : std::nullopt;
     showMissing(missingFilesSince(since));
     publish(phase_, Phase::ready);
-    if (allFiles_.empty()) return publish(status_, "Die Kamera meldet keine Dateien.");
+    if (allFiles_.empty()) {
+        pendingRetry_.reset();
+        return publish(status_, "Die Kamera meldet keine Dateien.");
+    }
     if (destOverlaps_) {
         publish(status_, overlapStatus);
     } else if (destNeedsServer()) {
         publish(status_, nameServerStatus);
     } else if (newFiles_.empty()) {
         publish(status_, nothingNewStatus);
-    } else if (destUnlisted_) {
+    } else if (destUnlisted()) {
         publish(status_, unlistedStatus);
     } else if (since) {
         publish(status_,
@@ -614,7 +620,7 @@ const char* ImportModel::objectionToDestination() const {
     if (destNeedsChoice()) return chooseFolderStatus;
     if (destOverlaps_) return overlapStatus;
     if (destNeedsServer()) return nameServerStatus;
-    return destUnlisted_ ? unlistedStatus : nullptr;
+    return destUnlisted() ? unlistedStatus : nullptr;
 }
 
 ImportSelection ImportModel::missingFilesSince(std::optional<Date> since) const {
@@ -753,6 +759,10 @@ void ImportModel::resumeInterruptedImport() {
     const auto resume = pendingResume_.value_or(Resume());
     if (resume.ignoresDateFilter) showMissing(missingFilesSince(std::nullopt));
     pendingResume_.reset();
+    if (!newFiles_.empty() && destUnlisted()) {
+        pendingResume_ = resume;
+        return postpone("Fortsetzung", unlistedWaitStatus);
+    }
     const bool mayStart = !newFiles_.empty() && !objectionToDestination();
     if (const auto locked = mayStart ? runLock_->acquire() : Result<>(); !locked) {
         pendingResume_ = resume;
@@ -775,16 +785,19 @@ void ImportModel::startPendingAutoImport() {
     if (destOverlaps_) return suspendAutoImport(overlapStatus);
     ImportSelection missing = missingFilesSince(std::nullopt);
     if (missing.files.empty()) {
+        pendingRetry_.reset();
         return publish(status_,
                        "Auto-Import: alle Dateien dieser Kamera sind bereits im Zielordner.");
     }
+    // What a server that cannot be reached now would allow is not known either.
+    if (destUnlisted()) return postpone("Auto-Import", unlistedWaitStatus);
     if (!destWritable_) return suspendAutoImport("Zielordner fehlt oder ist nicht beschreibbar.");
-    if (destUnlisted_) return suspendAutoImport(unlistedStatus);
     if (destCapacity_ && *destCapacity_ < missing.bytes) {
         return suspendAutoImport("zu wenig freier Platz im Zielordner.");
     }
     if (const auto locked = runLock_->acquire(); !locked)
         return postpone("Auto-Import", locked.error().message);
+    pendingRetry_.reset();
     std::optional<Date> earliest;
     for (const auto& file : missing.files) {
         const auto shot = file->shotDate();
@@ -811,9 +824,9 @@ void ImportModel::postpone(const std::string& what, const std::string& reason) {
 void ImportModel::retry() {
     if (phase_ != Phase::ready || !runLock_->acquire()) return;
     releaseLock();
-    pendingRetry_.reset();
+    if (!canResume() && !autoImport_->cameraConnected(*camera_)) return pendingRetry_.reset();
     // What the other process has imported need not be loaded again.
-    if (canResume() || autoImport_->cameraConnected(*camera_)) recompute();
+    recompute();
 }
 
 void ImportModel::trust(const Camera& camera) {
@@ -828,6 +841,7 @@ void ImportModel::trust(const Camera& camera) {
 }
 
 void ImportModel::suspendAutoImport(const std::string& reason) {
+    pendingRetry_.reset();
     const std::string message = suspendedStatus + reason;
     publish(status_, message);
     addLog(fmt::format("✗ {} Ziel: {}", message, displayText(dest_.path)));

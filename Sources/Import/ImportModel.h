@@ -91,6 +91,10 @@ public:
     static constexpr auto unlistedStatus =
         "Der Zielordner ließ sich nicht vollständig auflisten: Was dort fehlt, ist nicht bekannt. "
         "Bitte noch einmal einlesen.";
+    /// The same while an automatic import waits for that.
+    static constexpr auto unlistedWaitStatus =
+        "Der Zielordner ließ sich nicht vollständig auflisten. Der Import beginnt von selbst, "
+        "sobald das gelingt.";
     static constexpr auto nameServerStatus =
         "Server angeben: unter Ziel den Rechner eintragen, dann „Verbinden und prüfen“.";
 
@@ -161,7 +165,7 @@ public:
     bool destOverlaps() const { return destOverlaps_; }
     /// Whether there may be more at the destination than was listed last: some of `newFiles` may
     /// be there.
-    bool destUnlisted() const { return destUnlisted_; }
+    bool destUnlisted() const { return destTrouble_.has_value(); }
     /// Whether the destination is on a server that has not been named.
     bool destNeedsServer() const { return destIsSFTP() && dest_.host.empty(); }
     bool destIsSFTP() const { return dest_.scheme == "sftp"; }
@@ -171,6 +175,10 @@ public:
     double totalBytesProgress() const;
     /// Whether an interrupted import goes on as soon as its camera returns.
     bool awaitsCamera() const { return pendingResume_.has_value(); }
+    /// Whether an automatic import waits for another process or for the destination.
+    bool isPostponed() const { return static_cast<bool>(pendingRetry_); }
+    /// Why nothing may be loaded to the destination; null when it may.
+    const char* objectionToDestination() const;
     /// Whether nothing of a run touches the destination any more.
     bool isSettled() const { return runner_->isSettled(); }
     /// Where runs stage that have not come to rest: to be cleared should the model go before.
@@ -253,8 +261,6 @@ private:
     void scanDestination();
     SavedKeys savedKeysToResume() const;
     void destinationScanned(DestinationScan scan);
-    /// Why nothing may be loaded to the destination; null when it may.
-    const char* objectionToDestination() const;
     void applyFilter();
     /// Whether that is another day than before.
     bool chooseFromDay(double index);
@@ -285,7 +291,7 @@ private:
     void resumeInterruptedImport();
     void startPendingAutoImport();
     void suspendAutoImport(const std::string& reason);
-    /// Until no other process imports any more.
+    /// Until no other process imports any more and the destination can be listed.
     void postpone(const std::string& what, const std::string& reason);
     void retry();
     void trust(const Camera& camera);
@@ -349,7 +355,7 @@ private:
     bool scanWaits_ = false;  ///< for an abandoned run to come to rest
     bool destWritable_ = false;
     bool destOverlaps_ = false;
-    bool destUnlisted_ = false;
+    std::optional<std::string> destTrouble_;  ///< why more may be there than was listed
     std::optional<std::int64_t> destCapacity_;
     Guard sftpChecks_;      ///< never renewed: of several checks, each shows what came of it
     Handle pendingReload_;  ///< a catalogue re-read is scheduled
@@ -358,7 +364,7 @@ private:
     std::optional<Resume> pendingResume_;
     int fruitlessResumes_ = 0;
     bool runIgnoresDateFilter_ = false;
-    Handle pendingRetry_;                       ///< looks whether another process still imports
+    Handle pendingRetry_;                       ///< looks whether what an import waits for is over
     std::optional<std::string> expectedTrust_;  ///< name or identity of a camera to trust
     SpeedMeter speedMeter_;
     std::int64_t sampledBytes_ = 0;  ///< at most, since the run began

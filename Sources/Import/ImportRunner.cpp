@@ -55,7 +55,8 @@ ImportRunner::ImportRunner(std::shared_ptr<FileStore> fileStore, MainQueue& main
 Result<> ImportRunner::start(std::vector<std::shared_ptr<CameraFile>> files, const Url& destination,
                              FolderLayout layout) {
     const Url resolved = fileStore_->resolved(destination);
-    if (isRunning_ || isWindingUp(resolved)) return failure("Es läuft schon ein Import.");
+    if (isRunning_ || isWindingUp(destination) || isWindingUp(resolved))
+        return failure("Es läuft schon ein Import.");
     const Url staging = fileStore_->stagingDirectory(destination);
     fileStore_->removeItem(staging);
     if (auto created = fileStore_->createDirectory(staging); !created) {

@@ -300,8 +300,8 @@ QString ImportBridge::importTitle() const {
 }
 
 bool ImportBridge::mayImport() const {
-    return model_->phase() == Phase::ready && !model_->newFiles().empty() && !destNeedsChoice() &&
-           !model_->destNeedsServer();
+    return model_->phase() == Phase::ready && !model_->newFiles().empty() &&
+           !model_->objectionToDestination();
 }
 
 void ImportBridge::reload() { model_->reload(); }

@@ -102,6 +102,8 @@ TEST_F(SettingsProgramTest, KeepTheAddressOfAServerWithoutBlanks) {
     for (const std::string key : {"sftpUser", "sftpHost", "sftpPath"}) {
         ASSERT_EQ(settings({key, " \t ab  "}).exitStatus, 0);
         EXPECT_EQ(value(key), key + " = ab\n");
+        ASSERT_EQ(settings({key, ""}).exitStatus, 0);
+        EXPECT_EQ(value(key), key + " = \n");
     }
 }
 
@@ -134,7 +136,6 @@ TEST_F(SettingsProgramTest, RefusesWhatIsNoValueOfThatKind) {
         {{"farbe"}, "Eine Einstellung „farbe“ gibt es nicht.\n"},
         {{"byDate", "ja"}, "„ja“ ist weder true noch false.\n"},
         {{"sftpUser", "a:b"}, "„a:b“ ist kein Benutzername.\n"},
-        {{"sftpHost", ""}, "„“ ist kein Rechner wie nas oder nas:2222 (Port 1 bis 65535).\n"},
         {{"sftpHost", "nas:70000"},
          "„nas:70000“ ist kein Rechner wie nas oder nas:2222 (Port 1 bis 65535).\n"},
         {{"sftpHost", "n;s"}, "„n;s“ ist kein Rechner wie nas oder nas:2222 (Port 1 bis 65535).\n"},

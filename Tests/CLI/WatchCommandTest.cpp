@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "FakeServer.h"
 #include "Formatting.h"
 #include "ModelCommandTest.h"
 #include "WatchCommand.h"
@@ -302,6 +303,31 @@ TEST_F(WatchCommandTest, SaysThatAnotherImportRuns) {
     deliver(*camera);
     EXPECT_TRUE(report.lines.back().ends_with(" Auto-Import wartet: Es läuft schon ein Import."))
         << report.lines.back();
+    EXPECT_TRUE(ends.empty());
+}
+
+TEST_F(WatchCommandTest, WaitsForAServerThatItCouldNotListAndSaysSoOnce) {
+    trust("serial:A");
+    settings->storedKind = DestinationKind::sftp;
+    settings->storedHost = "nas";
+    settings->storedPath = "/fotos";
+    ASSERT_TRUE(store->createDirectory(Url::file("/fotos")));
+    const auto server = std::make_shared<FakeServer>(store, keyring);
+    files = server;
+    server->breakOfListings = "Broken pipe";
+    begin();
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    deliver(*camera);
+    EXPECT_TRUE(report.lines.back().ends_with(std::string(" Auto-Import wartet: ") +
+                                              ImportModel::unlistedWaitStatus))
+        << report.lines.back();
+    reported();
+    loop.advance(Duration(60));
+    EXPECT_EQ(reported(), Lines()) << "once is enough";
+    server->breakOfListings.reset();
+    loop.advance(Duration(5));
+    EXPECT_EQ(store->files.at("/fotos/A.JPG"), "aaaa");
     EXPECT_TRUE(ends.empty());
 }
 

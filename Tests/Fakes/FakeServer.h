@@ -72,6 +72,7 @@ private:
     /// What the client complains about, if anything.
     std::optional<std::string> connect(const Url& url) {
         if (!isServer(url)) return std::nullopt;
+        if (url.host.empty()) return "Kein Rechner angegeben";
         if (refusal) return refusal;
         if (!keyring_->hasKey()) return std::nullopt;
         const auto known = keyring_->hosts.try_emplace({url.host, url.port}, hostKey).first;

@@ -1028,6 +1028,32 @@ TEST_F(ImportModelResumeTest, WaitsForTheFileThatIsOnItsWayByWhateverPathALinkGi
     EXPECT_EQ(model->newFiles().size(), 2U) << "it has arrived after all";
 }
 
+TEST_F(ImportModelResumeTest, KeepsTheSummaryOnShowWhileARunToAnotherDestinationComesToRest) {
+    const auto slow = std::make_shared<SlowMoves>(store);
+    files = slow;
+    start();
+    const auto lost = plugIn("1", std::nullopt, three, 0);
+    bool imported = false;
+    slow->meanwhile = [&] {
+        unplug(lost);
+        plugIn("2", std::nullopt, three);
+        model->setDest(Url::file("/archiv"));
+        loop.settle();
+        ASSERT_EQ(model->newFiles().size(), 3U);
+        record();
+        model->startImport();
+        loop.settle();
+        imported = true;
+        ASSERT_GE(statuses.size(), 2U);
+        EXPECT_TRUE(statuses.end()[-2].starts_with("Fertig: 3 geladen")) << statuses.end()[-2];
+        EXPECT_EQ(statuses.back(), nothingNew);
+    };
+    startImport();
+    fileOf(*lost, 0).deliver();
+    loop.settle();
+    EXPECT_TRUE(imported);
+}
+
 TEST_F(ImportModelResumeTest, FindsOutNothingOfADestinationWhileItReadsTheCameraAgain) {
     const auto slow = std::make_shared<SlowMoves>(std::make_shared<LinkedFolder>(store));
     files = slow;

@@ -287,7 +287,7 @@ TEST_F(ImportModelServerTest, LoadsNothingWhileItIsNotKnownWhatTheServerHas) {
     EXPECT_EQ(model->status(), nothingNew);
 }
 
-TEST_F(ImportModelServerTest, SuspendsAnAutoImportToAServerThatItCouldNotList) {
+TEST_F(ImportModelServerTest, LetsAnAutoImportWaitForAServerThatItCouldNotList) {
     attached->deviceIdentity = "SN";
     ASSERT_TRUE(autoImport->enable(*attached));
     file(*attached, "A.JPG", "aaaa");
@@ -295,13 +295,74 @@ TEST_F(ImportModelServerTest, SuspendsAnAutoImportToAServerThatItCouldNotList) {
     server->breakOfListings = "Broken pipe";
     connect(attached);
     EXPECT_EQ(model->phase(), Phase::ready);
-    EXPECT_EQ(model->status(),
-              std::string("Auto-Import ausgesetzt: ") + ImportModel::unlistedStatus);
+    EXPECT_EQ(model->status(), ImportModel::unlistedWaitStatus);
+    EXPECT_TRUE(model->isPostponed());
+    ASSERT_EQ(model->log().size(), 2);
+    EXPECT_TRUE(model->log()[1].ends_with(std::string(" Auto-Import wartet: ") +
+                                          ImportModel::unlistedWaitStatus));
+    loop.advance(Duration(60));
+    EXPECT_EQ(model->log().size(), 2) << "once is enough";
+    server->breakOfListings = "Connection reset";
+    loop.advance(Duration(60));
+    ASSERT_EQ(model->log().size(), 3);
+    EXPECT_TRUE(model->log()[2].ends_with("aufgelistet: Connection reset"));
+    EXPECT_FALSE(lock->held);
+
+    server->breakOfListings.reset();
+    loop.advance(Duration(5));
+    EXPECT_EQ(store->files.at("/fotos/JPG/A.JPG"), "aaaa");
+    EXPECT_FALSE(model->isPostponed());
+    EXPECT_EQ(loop.timers(), 0);
 }
 
-TEST_F(ImportModelServerTest, GoesOnWithNothingWhileItIsNotKnownWhatTheServerHas) {
+TEST_F(ImportModelServerTest, LetsAnAutoImportWaitForAServerThatCannotBeReached) {
     attached->deviceIdentity = "SN";
-    file(*attached, "A.JPG", "aaaa")->holdsBack = true;
+    ASSERT_TRUE(autoImport->enable(*attached));
+    file(*attached, "A.JPG", "aaaa");
+    check();
+    server->refusal = "Connection refused";
+    connect(attached);
+    EXPECT_EQ(model->status(), ImportModel::unlistedWaitStatus);
+    server->refusal.reset();
+    loop.advance(Duration(5));
+    EXPECT_EQ(store->files.at("/fotos/JPG/A.JPG"), "aaaa");
+}
+
+TEST_F(ImportModelServerTest, PromisesNothingAnyMoreOnceAutoImportIsSwitchedOff) {
+    attached->deviceIdentity = "SN";
+    ASSERT_TRUE(autoImport->enable(*attached));
+    file(*attached, "A.JPG", "aaaa");
+    check();
+    server->breakOfListings = "Broken pipe";
+    connect(attached);
+    ASSERT_EQ(model->status(), ImportModel::unlistedWaitStatus);
+    model->setAutoImportEnabled(false);
+    EXPECT_EQ(model->status(), ImportModel::unlistedStatus);
+    EXPECT_FALSE(model->isPostponed());
+    EXPECT_EQ(loop.timers(), 0);
+}
+
+TEST_F(ImportModelServerTest, WaitsNoLongerWhereNothingIsMissingAfterAll) {
+    attached->deviceIdentity = "SN";
+    ASSERT_TRUE(autoImport->enable(*attached));
+    file(*attached, "A.JPG", "aaaa");
+    check();
+    server->breakOfListings = "Broken pipe";
+    connect(attached);
+    ASSERT_TRUE(model->isPostponed());
+    store->files["/fotos/A.JPG"] = "aaaa";
+    server->breakOfListings.reset();
+    loop.advance(Duration(5));
+    EXPECT_EQ(model->status(),
+              "Auto-Import: alle Dateien dieser Kamera sind bereits im Zielordner.");
+    EXPECT_FALSE(model->isPostponed());
+    EXPECT_EQ(loop.timers(), 0);
+}
+
+TEST_F(ImportModelServerTest, GoesOnOnceItIsKnownWhatTheServerHas) {
+    attached->deviceIdentity = "SN";
+    const auto held = file(*attached, "A.JPG", "aaaa");
+    held->holdsBack = true;
     check();
     connect(attached);
     model->startImport();
@@ -312,9 +373,18 @@ TEST_F(ImportModelServerTest, GoesOnWithNothingWhileItIsNotKnownWhatTheServerHas
     server->breakOfListings = "Broken pipe";
     connect(attached);
     EXPECT_EQ(model->phase(), Phase::ready);
-    EXPECT_EQ(model->status(), ImportModel::unlistedStatus);
-    EXPECT_FALSE(model->awaitsCamera());
+    EXPECT_EQ(model->status(), ImportModel::unlistedWaitStatus);
+    EXPECT_TRUE(model->awaitsCamera());
     EXPECT_FALSE(lock->held);
+    EXPECT_TRUE(model->log().back().ends_with(std::string(" Fortsetzung wartet: ") +
+                                              ImportModel::unlistedWaitStatus));
+
+    held->holdsBack = false;
+    server->breakOfListings.reset();
+    loop.advance(Duration(5));
+    EXPECT_FALSE(model->awaitsCamera());
+    EXPECT_EQ(store->files.at("/fotos/JPG/A.JPG"), "aaaa");
+    EXPECT_EQ(loop.timers(), 0);
 }
 
 TEST_F(ImportModelServerTest, LeavesTheDestinationUnreadByACheckThatFails) {
@@ -395,6 +465,7 @@ TEST_F(ImportModelServerTest, AsksForAServerThatHasNotBeenNamed) {
     EXPECT_EQ(model->status(), advice);
     EXPECT_EQ(store->tree(Url::file("/")), before);
     EXPECT_FALSE(lock->held);
+    EXPECT_TRUE(model->log().empty()) << "nothing has failed";
 
     check();
     EXPECT_FALSE(model->destNeedsServer());

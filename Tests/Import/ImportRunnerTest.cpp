@@ -472,6 +472,22 @@ TEST_F(ImportRunnerTest, KnowsADestinationByWhateverPathALinkGivesIt) {
     }
 }
 
+TEST_F(ImportRunnerTest, KnowsADestinationWhoseLinkLeadsElsewhereMeanwhile) {
+    const auto linked = std::make_shared<LinkedFolder>(store);
+    runner = std::make_unique<ImportRunner>(linked, loop, loop);
+    const Url link = Url::file("/link");
+    file("A.JPG", "aaaa");
+    ASSERT_TRUE(runner->start({files.begin(), files.end()}, link, {}));
+    runner->abandon();
+    store->folders.insert("/anderswo");
+    linked->leadsTo = "/anderswo";
+    EXPECT_FALSE(runner->start({files.begin(), files.end()}, link, {}));
+    loop.settle();
+    EXPECT_TRUE(runner->start({files.begin(), files.end()}, link, {}));
+    runner->abandon();
+    loop.settle();
+}
+
 TEST_F(ImportRunnerTest, WaitsForAMoveThatNeedsTheStagingFolderOfAnotherDestination) {
     store->folders.insert("/zwischen");
     for (const char* path : {"/zwischen/staging", "/zwischen", "/zwischen/staging/tiefer"}) {

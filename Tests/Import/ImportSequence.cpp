@@ -40,9 +40,6 @@ constexpr auto nothingMissing = "Nach der Trennung fehlt nichts mehr im Zielordn
 constexpr auto allPresent = "Auto-Import: alle Dateien dieser Kamera sind bereits im Zielordner.";
 constexpr auto notWritable =
     "Auto-Import ausgesetzt: Zielordner fehlt oder ist nicht beschreibbar.";
-constexpr auto notListed =
-    "Auto-Import ausgesetzt: Der Zielordner ließ sich nicht vollständig auflisten: Was dort fehlt, "
-    "ist nicht bekannt. Bitte noch einmal einlesen.";
 constexpr auto windingUp = "Warte auf die Datei, die beim Abbruch des Imports noch unterwegs war …";
 constexpr auto noRoom = "Auto-Import ausgesetzt: zu wenig freier Platz im Zielordner.";
 constexpr auto anotherRuns = "Es läuft schon ein Import.";
@@ -463,7 +460,7 @@ void ImportSequence::expectCamera(const Device& device) {
     checkNothingHappens([this] { model_->trustWhenConnected(*expectedTrust_); });
 }
 
-/// The other process has come to its end.
+/// What it waited for is over, or is looked for once more.
 void ImportSequence::noteRetry() {
     const auto camera = autoImport_->waitingCamera(model_->cameras(), nullptr);
     if (!postponed_ || !camera) return;
@@ -632,6 +629,7 @@ void ImportSequence::moveSlider(double index) {
 void ImportSequence::switchAutoImport(bool on) {
     const auto camera = held();
     const Shown before = shown();
+    const bool waited = model_->isPostponed();
     model_->setAutoImportEnabled(on);
     const bool works = on && camera && camera->identity() && camera->isIdentityFinal();
     Shown expected = before;
@@ -643,6 +641,8 @@ void ImportSequence::switchAutoImport(bool on) {
         userSpoke_ = true;
     } else {
         pendingAutoImport_.reset();
+        // It promises nothing any more.
+        if (waited && !model_->isPostponed()) expected.status = model_->status();
     }
     RC_ASSERT(shown() == expected);
     RC_ASSERT(model_->autoImportEnabled() == works);
@@ -1081,10 +1081,10 @@ void ImportSequence::takeUpPending() {
         resumed_ = true;
         // Another comparison at once has a status of its own.
         RC_ASSERT((filterings > 1 ||
-                   isAmong(status, {nothingMissing, chooseFolderStatus, ImportModel::unlistedStatus,
-                                    anotherRuns}) ||
+                   isAmong(status, {nothingMissing, chooseFolderStatus,
+                                    ImportModel::unlistedWaitStatus, anotherRuns}) ||
                    status.starts_with(cannotWrite)));
-        if (status == anotherRuns) return;  // it waits
+        if (isAmong(status, {anotherRuns, ImportModel::unlistedWaitStatus})) return;  // it waits
         pendingResume_.reset();
         resumeReady_ = false;
         if (--filterings == 0) return;
@@ -1095,10 +1095,10 @@ void ImportSequence::takeUpPending() {
         // The summary of a run that has just ended is what shows last.
         const bool isSummed = status.starts_with(summaryStart) && needsChoice();
         RC_ASSERT((filterings > 1 || isSummed ||
-                   isAmong(status, {allPresent, notWritable, noRoom, notListed, chooseFolderStatus,
-                                    anotherRuns}) ||
+                   isAmong(status, {allPresent, notWritable, noRoom, chooseFolderStatus,
+                                    anotherRuns, ImportModel::unlistedWaitStatus}) ||
                    status.starts_with(cannotWrite)));
-        if (status == anotherRuns || (filterings > 1 && lock_->takenByAnother)) postponed_ = true;
+        if (model_->isPostponed()) postponed_ = true;
     }
     pendingAutoImport_.reset();
 }
@@ -1235,11 +1235,14 @@ bool ImportSequence::isStatusOfReady(const std::string& status) const {
     if (status == chooseFolderStatus) return ungranted_;
     if (status == anotherRuns) return refused_;
     if (model_->cameraFileCount() == 0) return status == "Die Kamera meldet keine Dateien.";
-    if (isAmong(status, {allPresent, notWritable, noRoom, notListed})) return autoImportDecided_;
+    if (isAmong(status, {allPresent, notWritable, noRoom})) return autoImportDecided_;
     if (model_->newFiles().empty()) {
         return isAmong(status, {"Nichts Neues im gewählten Zeitraum.", nothingMissing});
     }
-    if (model_->destUnlisted()) return status == ImportModel::unlistedStatus;
+    if (model_->destUnlisted()) {
+        return status == ImportModel::unlistedStatus ||
+               (model_->isPostponed() && status == ImportModel::unlistedWaitStatus);
+    }
     if (status.starts_with(cannotWrite)) return true;
     const auto day = filterDay();
     const std::string start =

@@ -224,7 +224,7 @@ private:
     int fruitless_ = 0;
     std::optional<std::string> pendingAutoImport_;
     std::optional<std::string> expectedTrust_;
-    bool postponed_ = false;    ///< an automatic import, since another process imports
+    bool postponed_ = false;    ///< an automatic import that must wait
     std::vector<Url> applied_;  ///< servers that were to be checked
     Url seenDest_;
     Url serverDest_;  ///< the server that was the destination last

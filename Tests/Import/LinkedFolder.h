@@ -11,10 +11,12 @@
 
 namespace bildkurier {
 
-/// Another store in which the link /link leads to the folder /bilder.
+/// Another store in which the link /link leads to a folder.
 class LinkedFolder final : public FileStore {
 public:
     explicit LinkedFolder(std::shared_ptr<FileStore> store) : store_(std::move(store)) {}
+
+    std::string leadsTo = "/bilder";  ///< path
 
     Url stagingDirectory(const Url& destination) override {
         return store_->stagingDirectory(destination);
@@ -23,7 +25,7 @@ public:
         constexpr std::string_view link = "/link";
         Url found = url;
         if (found.appending("").path.starts_with("/link/"))
-            found.path.replace(0, link.size(), "/bilder");
+            found.path.replace(0, link.size(), leadsTo);
         return found;
     }
     FileKeys existingFileKeys(const Url& folder) override {
