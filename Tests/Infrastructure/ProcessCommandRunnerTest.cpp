@@ -143,6 +143,12 @@ TEST(ProcessCommandRunner, HandsOnTheEnvironment) {
     EXPECT_EQ(sh("echo \"$BILDKURIER_TEST\"").output, "ä b");
 }
 
+TEST(ProcessCommandRunner, HandsOnTheEnvironmentThatItWasMadeIn) {
+    ProcessCommandRunner runner;
+    const EnvironmentVariable variable("BILDKURIER_TEST", "later");
+    EXPECT_EQ(runner.run("/bin/sh", {"-c", "echo \"$BILDKURIER_TEST\""}, {}).output, "");
+}
+
 TEST(ProcessCommandRunner, NeverLetsAProgramAsk) {
     for (const auto& before : {std::optional<std::string>(), std::optional<std::string>("force"),
                                std::optional<std::string>("")}) {
