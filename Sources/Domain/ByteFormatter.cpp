@@ -17,6 +17,7 @@
 #include <array>
 #include <cstddef>
 #include <limits>
+#include <mutex>
 #include <vector>
 
 namespace bildkurier {
@@ -91,7 +92,10 @@ std::string textOf(std::int64_t bytes, const Unit& unit,
 struct ByteFormatter::Impl {
     std::vector<icu::number::LocalizedNumberFormatter> formatters;  ///< as `units`
 
+    mutable std::mutex mutex;  ///< ICU finishes a formatter only while it is used
+
     std::string text(std::int64_t bytes, std::size_t unit) const {
+        const std::lock_guard lock(mutex);
         return textOf(bytes, units.at(unit), formatters.at(unit));
     }
 };
