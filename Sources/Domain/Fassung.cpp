@@ -7,7 +7,7 @@
 namespace bildkurier {
 
 bool Fassung::sandbox() {
-    // Nothing in this program changes the environment. NOLINTNEXTLINE(concurrency-mt-unsafe)
+    // Nothing changes what is read here. NOLINTNEXTLINE(concurrency-mt-unsafe)
     static const bool confined = std::getenv("APP_SANDBOX_CONTAINER_ID") != nullptr;
     return confined;
 }

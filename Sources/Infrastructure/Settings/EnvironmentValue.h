@@ -9,7 +9,7 @@ namespace bildkurier {
 
 /// The variable's value; empty where it is not set.
 inline std::string environmentValue(const char* name) {
-    // Nothing in this program changes the environment. NOLINTNEXTLINE(concurrency-mt-unsafe)
+    // Nothing changes what is read here. NOLINTNEXTLINE(concurrency-mt-unsafe)
     const char* value = std::getenv(name);
     return value ? value : "";
 }
