@@ -272,7 +272,8 @@ void ImportCommand::lookWhileAwaiting() {
         plan_.files = 0;
         return endAfterReturn();
     }
-    // Any other camera that is ready has files to load, and waits for another process's import.
+    // Any other camera that is ready has files to load, and waits for another process's import or
+    // for a list of the server.
     if (model().phase() == Phase::ready && isEmpty)
         passOver(ExitStatus::filesFailed, model().status());
 }

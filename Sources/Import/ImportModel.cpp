@@ -28,6 +28,8 @@ constexpr Duration reloadDelay{1.5};
 constexpr Duration reopenDelay{1.0};
 constexpr Duration samplingInterval{0.25};
 constexpr Duration retryInterval{5.0};
+/// Each look at a server is a login, which one that refuses it may take amiss.
+constexpr Duration serverRetryInterval{60.0};
 constexpr double speedWindow = 2.0;  // seconds
 constexpr std::size_t longestLog = 500;
 constexpr int mostFruitlessResumes = 2;
@@ -515,7 +517,8 @@ void ImportModel::recompute() {
         publish(destOnNetwork_, false);
         publish(phase_, Phase::ready);
         applyFilter();
-        return publish(status_, destNeedsChoice() ? chooseFolderStatus : nameServerStatus);
+        if (destNeedsChoice()) publish(status_, chooseFolderStatus);
+        return;
     }
     publish(phase_, Phase::checking);
     scanAtRest();
@@ -600,7 +603,7 @@ void ImportModel::applyFilter() {
     } else if (newFiles_.empty()) {
         publish(status_, nothingNewStatus);
     } else if (destUnlisted()) {
-        publish(status_, unlistedStatus);
+        publish(status_, isPostponed() ? unlistedWaitStatus : unlistedStatus);
     } else if (since) {
         publish(status_,
                 fmt::format("{} neue Dateien ({}) bereit zum Import (ab {})", newFiles_.size(),
@@ -818,7 +821,8 @@ void ImportModel::postpone(const std::string& what, const std::string& reason) {
     publish(status_, reason);
     // A filter that is changed meanwhile tries again.
     if (!pendingRetry_) addLog(fmt::format("↻ {} {} wartet: {}", timeStamp(), what, reason));
-    pendingRetry_ = main_.every(retryInterval, [this] { retry(); });
+    pendingRetry_ =
+        main_.every(destUnlisted() ? serverRetryInterval : retryInterval, [this] { retry(); });
 }
 
 void ImportModel::retry() {

@@ -85,7 +85,8 @@ void ImportBridge::tell() {
 }
 
 void ImportBridge::tellNews() {
-    if (hearing_.isActive()) return;
+    const bool looksAgain = model_->isPostponed() && model_->phase() == Phase::checking;
+    if (hearing_.isActive() || looksAgain) return;
     if (!mustBeHeard_.isEmpty()) {
         news_ = mustBeHeard_.takeFirst();
         hearing_.start(timeToHear);

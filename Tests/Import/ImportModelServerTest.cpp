@@ -309,7 +309,7 @@ TEST_F(ImportModelServerTest, LetsAnAutoImportWaitForAServerThatItCouldNotList) 
     EXPECT_FALSE(lock->held);
 
     server->breakOfListings.reset();
-    loop.advance(Duration(5));
+    loop.advance(Duration(60));
     EXPECT_EQ(store->files.at("/fotos/JPG/A.JPG"), "aaaa");
     EXPECT_FALSE(model->isPostponed());
     EXPECT_EQ(loop.timers(), 0);
@@ -324,7 +324,7 @@ TEST_F(ImportModelServerTest, LetsAnAutoImportWaitForAServerThatCannotBeReached)
     connect(attached);
     EXPECT_EQ(model->status(), ImportModel::unlistedWaitStatus);
     server->refusal.reset();
-    loop.advance(Duration(5));
+    loop.advance(Duration(60));
     EXPECT_EQ(store->files.at("/fotos/JPG/A.JPG"), "aaaa");
 }
 
@@ -352,7 +352,7 @@ TEST_F(ImportModelServerTest, WaitsNoLongerWhereNothingIsMissingAfterAll) {
     ASSERT_TRUE(model->isPostponed());
     store->files["/fotos/A.JPG"] = "aaaa";
     server->breakOfListings.reset();
-    loop.advance(Duration(5));
+    loop.advance(Duration(60));
     EXPECT_EQ(model->status(),
               "Auto-Import: alle Dateien dieser Kamera sind bereits im Zielordner.");
     EXPECT_FALSE(model->isPostponed());
@@ -381,7 +381,7 @@ TEST_F(ImportModelServerTest, GoesOnOnceItIsKnownWhatTheServerHas) {
 
     held->holdsBack = false;
     server->breakOfListings.reset();
-    loop.advance(Duration(5));
+    loop.advance(Duration(60));
     EXPECT_FALSE(model->awaitsCamera());
     EXPECT_EQ(store->files.at("/fotos/JPG/A.JPG"), "aaaa");
     EXPECT_EQ(loop.timers(), 0);

@@ -36,8 +36,7 @@ void FolderWatch::watchWayTo(const std::filesystem::path& folder) {
     std::filesystem::path above = folder.root_path();
     for (const auto& name : folder.relative_path()) {
         const int watched = ::inotify_add_watch(told_.get(), above.c_str(), comingAndGoing);
-        if (watched < 0) return;
-        names_[watched].insert(name.string());
+        if (watched >= 0) names_[watched].insert(name.string());
         above /= name;
     }
 }
