@@ -81,13 +81,19 @@ std::string complaint(const CLI::ParseError& error, const CLI::App& app) {
         return fmt::format("Unbekannte Angabe: {}", fmt::join(extras, " "));
     }
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-        return fmt::format("Der Angabe {} fehlt ein Wert, oder sie steht doppelt.", subject);
+        if (what.ends_with(" missing"))
+            return fmt::format("Der Angabe {} fehlt ein Wert.", subject);
+        return fmt::format("Die Angabe {} steht doppelt.", subject);
     }
     if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr) {
         return what.substr(what.find(": ") + 2);
     }
     if (dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr) {
         return fmt::format("Die Angabe {} widerspricht einer anderen.", subject);
+    }
+    if (dynamic_cast<const CLI::ConversionError*>(&error) != nullptr) {
+        const std::string given = what.substr(what.find(": ") + 2);
+        return fmt::format("Die Angabe {} nimmt keinen Wert.", given.substr(0, given.find(' ')));
     }
     return fmt::format("Die Angabe {} ist nicht verständlich.", subject);
 }
@@ -152,13 +158,23 @@ public:
         } catch (const CLI::ParseError& error) {
             return std::unexpected(refusal(complaint(error, app_), arguments));
         }
-        for (std::string& card : result_.cards) card = absolute(card);
+        takeCards();
         if (result_.destination) result_.destination = absolute(*result_.destination);
         if (result_.file) result_.file = absolute(*result_.file);
         return result_;
     }
 
 private:
+    /// A folder that is named twice is one camera.
+    void takeCards() {
+        std::vector<std::string> cards;
+        for (const std::string& card : result_.cards) {
+            std::string path = absolute(card);
+            if (std::ranges::find(cards, path) == cards.end()) cards.push_back(std::move(path));
+        }
+        result_.cards = std::move(cards);
+    }
+
     std::string help() const {
         const std::string text = app_.help();
         return text.substr(0, text.find_last_not_of('\n') + 1);
@@ -341,7 +357,12 @@ private:
 
     static CLI::Validator destination() {
         return {[](const std::string& text) {
-                    return isServerAddress(text) ? server()(text) : folder()(text);
+                    if (isServerAddress(text)) return server()(text);
+                    if (text.empty() || !text.contains("://")) return folder()(text);
+                    return fmt::format(
+                        "„{}“ ist weder ein Ordner dieses Rechners noch eine Adresse wie "
+                        "sftp://benutzer@rechner:22/ordner.",
+                        text);
                 },
                 {}};
     }

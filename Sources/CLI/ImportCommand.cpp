@@ -4,6 +4,7 @@
 
 #include "ByteSum.h"
 #include "CameraChoice.h"
+#include "DestinationFolder.h"
 #include "FileName.h"
 #include "ProofReport.h"
 #include "RunThen.h"
@@ -66,17 +67,9 @@ void ImportCommand::start() {
 }
 
 void ImportCommand::lookForFolder(const Url& destination) {
-    if (fileStore_->fileSize(destination))
-        return stop(ExitStatus::destinationUnusable, "Der Zielordner ist kein Ordner.");
-    // A folder that was there when it was chosen: what is made in its place would hide where the
-    // disk appears again.
-    if (folderAccess_->restore() == destination && !fileStore_->fileExists(destination)) {
-        return stop(ExitStatus::destinationUnusable,
-                    fmt::format("Der Zielordner {} ist nicht mehr da. Ist die Platte angesteckt? "
-                                "Mit --to würde er neu angelegt.",
-                                displayText(destination.path)));
-    }
-    nextCamera();
+    const auto usable = checkDestinationFolder(destination, *fileStore_, *folderAccess_,
+                                               "Mit --to würde er neu angelegt.");
+    usable ? nextCamera() : stop(ExitStatus::destinationUnusable, usable.error().message);
 }
 
 void ImportCommand::reachServer() {

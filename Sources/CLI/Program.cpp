@@ -163,8 +163,9 @@ ExitStatus runVerify(const CommandLine& commandLine) {
     options.discovers = false;
     AppContainer::Parts parts = AppContainer::make(loop, *pool, std::move(options));
     ExitStatus status = ExitStatus::success;
-    command = std::make_shared<VerifyCommand>(commandLine, parts.model->dest(), parts.proof, loop,
-                                              *report, [&](ExitStatus ended) {
+    command = std::make_shared<VerifyCommand>(commandLine, parts.model->dest(), parts.proof,
+                                              parts.folderAccess, parts.fileStore, loop, *report,
+                                              [&](ExitStatus ended) {
                                                   status = ended;
                                                   loop.stop();
                                               });

@@ -35,6 +35,9 @@ constexpr auto windowOnlyNote =
     "# useFromDate und fromDay gelten nur im Fenster; plan und import nehmen --since, watch lädt "
     "alles.";
 
+constexpr auto nobodyTrustedNote =
+    "# Noch ist keine Kamera vertraut; das macht der Schalter im Fenster oder watch --trust.";
+
 /// Why a value is not taken.
 struct Refusal {
     ExitStatus status;
@@ -185,7 +188,7 @@ Setting destination(FolderAccess& access) {
 }
 
 Written checkDay(const std::string& value) {
-    if (startOfLocalDay(value)) return {};
+    if (value.empty() || startOfLocalDay(value)) return {};
     return noSuchValue(fmt::format("„{}“ ist kein Tag wie 2024-05-09.", displayText(value)));
 }
 
@@ -257,9 +260,13 @@ ExitStatus runSettings(const CommandLine& commandLine, SettingsStore& settings,
     }
     if (const auto written = setting->write(settings, *commandLine.value); !written)
         return refuse(written.error());
-    const bool windowOnly =
-        setting->key == SettingsKey::useFromDate || setting->key == SettingsKey::fromDay;
-    if (windowOnly && !commandLine.json) print(windowOnlyNote);
+    if (commandLine.json) return ExitStatus::success;
+    const std::string& key = setting->key;
+    if (key == SettingsKey::useFromDate || key == SettingsKey::fromDay) print(windowOnlyNote);
+    if (key == SettingsKey::autoImportEnabled && settings.autoImportEnabled() &&
+        settings.autoImportCameraIdentity().value_or("").empty()) {
+        print(nobodyTrustedNote);
+    }
     return ExitStatus::success;
 }
 

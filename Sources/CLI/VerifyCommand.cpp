@@ -3,6 +3,7 @@
 #include "VerifyCommand.h"
 
 #include "CameraChoice.h"
+#include "DestinationFolder.h"
 
 #include <algorithm>
 #include <utility>
@@ -10,11 +11,15 @@
 namespace bildkurier {
 
 VerifyCommand::VerifyCommand(CommandLine commandLine, Url destination,
-                             std::shared_ptr<CardProof> proof, MainQueue& main, Report& report,
+                             std::shared_ptr<CardProof> proof,
+                             std::shared_ptr<FolderAccess> folderAccess,
+                             std::shared_ptr<FileStore> fileStore, MainQueue& main, Report& report,
                              Done done)
     : commandLine_(std::move(commandLine)),
       destination_(std::move(destination)),
       proof_(std::move(proof)),
+      folderAccess_(std::move(folderAccess)),
+      fileStore_(std::move(fileStore)),
       main_(main),
       report_(report),
       done_(std::move(done)) {
@@ -27,6 +32,10 @@ void VerifyCommand::begin() {
     if (ended_) return;
     auto chosen = chooseCameras(commandLine_, cameras_);
     if (!chosen) return stop(ExitStatus::noCamera, chosen.error().message);
+    const auto usable = destination_.isFile()
+                            ? checkDestinationFolder(destination_, *fileStore_, *folderAccess_)
+                            : Result<>();
+    if (!usable) return stop(ExitStatus::destinationUnusable, usable.error().message);
     waiting_ = *std::move(chosen);
     severalCameras_ = waiting_.size() > 1;
     nextCamera();

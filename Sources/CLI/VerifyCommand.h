@@ -7,6 +7,8 @@
 #include "CardProof.h"
 #include "CommandLine.h"
 #include "ExitStatus.h"
+#include "FileStore.h"
+#include "FolderAccess.h"
 #include "ProofReport.h"
 #include "Report.h"
 
@@ -28,6 +30,7 @@ public:
 
     /// `done` is called once. `report` must outlive this.
     VerifyCommand(CommandLine commandLine, Url destination, std::shared_ptr<CardProof> proof,
+                  std::shared_ptr<FolderAccess> folderAccess, std::shared_ptr<FileStore> fileStore,
                   MainQueue& main, Report& report, Done done);
 
     /// The cameras attached at the start have been reported: the command can begin.
@@ -53,6 +56,8 @@ private:
     CommandLine commandLine_;
     Url destination_;
     std::shared_ptr<CardProof> proof_;
+    std::shared_ptr<FolderAccess> folderAccess_;
+    std::shared_ptr<FileStore> fileStore_;
     MainQueue& main_;
     Report& report_;
     Done done_;

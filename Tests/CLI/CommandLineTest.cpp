@@ -69,6 +69,12 @@ TEST(CommandLine, MakesPathsAbsolute) {
     EXPECT_EQ(parsed->destination, (here / "link/../bilder").string());
 }
 
+TEST(CommandLine, TakesAFolderThatIsNamedTwiceOnce) {
+    const auto parsed = parse({"plan", "--card", "/a", "--card", "/b", "--card", "/a"});
+    ASSERT_TRUE(parsed);
+    EXPECT_EQ(parsed->cards, (std::vector<std::string>{"/a", "/b"}));
+}
+
 TEST(CommandLine, ListsCamerasWithoutADestination) {
     const auto parsed = parse({"cameras", "--json"});
     ASSERT_TRUE(parsed);
@@ -130,9 +136,12 @@ TEST(CommandLine, ExplainsInGermanWhatIsOff) {
         std::string message;
     } cases[] = {
         {{}, "Es fehlt ein Befehl: cameras, plan, import, verify, watch, settings, key oder sftp."},
-        {{"import", "--to"}, "Der Angabe --to fehlt ein Wert, oder sie steht doppelt."},
-        {{"import", "--to", "/a", "--to", "/b"},
-         "Der Angabe --to fehlt ein Wert, oder sie steht doppelt."},
+        {{"import", "--to"}, "Der Angabe --to fehlt ein Wert."},
+        {{"import", "--to", "/a", "--to", "/b"}, "Die Angabe --to steht doppelt."},
+        {{"import", "--card"}, "Der Angabe --card fehlt ein Wert."},
+        {{"import", "--json=x"}, "Die Angabe --json nimmt keinen Wert."},
+        {{"verify", "--content=x"}, "Die Angabe --content nimmt keinen Wert."},
+        {{"plan", "--by-date=x"}, "Die Angabe --by-date nimmt keinen Wert."},
         {{"import", "--to", ""}, "Der Name eines Ordners fehlt."},
         {{"import", "--to", "/a", "--card", ""}, "Der Name eines Ordners fehlt."},
         {{"import", "--to", "/a", "--since", "9.5.2024"},
@@ -147,6 +156,9 @@ TEST(CommandLine, ExplainsInGermanWhatIsOff) {
         {{"-x"}, "Unbekannte Angabe: -x"},
         {{"cameras", "--to", "x"}, "Unbekannte Angabe: --to x"},
         {{"import", "--to", "ftp://example.com/bilder"},
+         "„ftp://example.com/bilder“ ist weder ein Ordner dieses Rechners noch eine Adresse wie "
+         "sftp://benutzer@rechner:22/ordner."},
+        {{"import", "--card", "ftp://example.com/bilder"},
          "„ftp://example.com/bilder“ ist kein Ordner dieses Rechners."},
         {{"import", "--to", "sftp:///bilder"},
          "„sftp:///bilder“ ist keine Adresse wie sftp://benutzer@rechner:22/ordner."},

@@ -80,6 +80,21 @@ TEST_F(SettingsProgramTest, SayWhichOfThemConcernTheWindowAlone) {
     EXPECT_EQ(settings({"useFromDate", "true", "--json"}).out, "");
 }
 
+TEST_F(SettingsProgramTest, SayThatNoCameraIsTrustedYet) {
+    const std::string note =
+        "# Noch ist keine Kamera vertraut; das macht der Schalter im Fenster oder watch --trust.\n";
+    EXPECT_EQ(settings({"autoImportEnabled", "true"}).out, note);
+    EXPECT_EQ(settings({"autoImportEnabled", "false"}).out, "");
+    ASSERT_EQ(settings({"autoImportCameraIdentity", "serial:7"}).exitStatus, 0);
+    EXPECT_EQ(settings({"autoImportEnabled", "true"}).out, "");
+}
+
+TEST_F(SettingsProgramTest, ForgetTheFirstDayOfAPeriod) {
+    ASSERT_EQ(settings({"fromDay", "2024-05-09"}).exitStatus, 0);
+    ASSERT_EQ(settings({"fromDay", ""}).exitStatus, 0);
+    EXPECT_EQ(value("fromDay"), "fromDay = \n");
+}
+
 TEST_F(SettingsProgramTest, LetNoPeriodChosenInTheWindowLeaveAnythingOut) {
     add("IMG_1.JPG", "one");
     ASSERT_EQ(settings({"useFromDate", "true"}).exitStatus, 0);

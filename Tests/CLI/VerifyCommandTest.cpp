@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "FakeCamera.h"
 #include "FakeCameraFile.h"
+#include "FakeFolderAccess.h"
 #include "FakeRunLock.h"
 #include "ManualRunLoop.h"
 #include "MemoryContentReader.h"
@@ -23,9 +24,9 @@ using Lines = std::vector<std::string>;
 class VerifyCommandTest : public testing::Test {
 protected:
     void make() {
-        command =
-            std::make_shared<VerifyCommand>(options, Url::file("/bilder"), proof, loop, report,
-                                            [this](ExitStatus ended) { ends.push_back(ended); });
+        command = std::make_shared<VerifyCommand>(
+            options, Url::file("/bilder"), proof, access, store, loop, report,
+            [this](ExitStatus ended) { ends.push_back(ended); });
     }
 
     std::shared_ptr<FakeCamera> attach(const std::string& id) {
@@ -61,6 +62,7 @@ protected:
                                  .runLock = std::make_shared<FakeRunLock>(),
                                  .staging = Url::file("/cache")},
         loop, loop);
+    std::shared_ptr<FakeFolderAccess> access = std::make_shared<FakeFolderAccess>();
     CommandLine options{.command = CommandLine::Command::verify, .content = true};
     RecordingReport report;
     std::vector<ExitStatus> ends;
@@ -92,6 +94,23 @@ TEST_F(VerifyCommandTest, ProvesNothingOfAnEmptyCard) {
     deliver(*camera);
     EXPECT_EQ(report.lines.back(), "Auf der Karte ist keine Datei, die zu prüfen wäre.");
     expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(VerifyCommandTest, SaysThatAChosenDestinationIsGone) {
+    access->restorable = Url::file("/bilder");
+    file(*attach("A"), "A.JPG", "aaaa");
+    command->begin();
+    EXPECT_EQ(report.lines, (Lines{"error: Der Zielordner /bilder ist nicht mehr da. Ist die "
+                                   "Platte angesteckt?"}));
+    expectEnd(ExitStatus::destinationUnusable);
+}
+
+TEST_F(VerifyCommandTest, GivesUpOnADestinationThatIsAFile) {
+    store->files["/bilder"] = "a file";
+    file(*attach("A"), "A.JPG", "aaaa");
+    command->begin();
+    EXPECT_EQ(report.lines, (Lines{"error: Der Zielordner ist kein Ordner."}));
+    expectEnd(ExitStatus::destinationUnusable);
 }
 
 TEST_F(VerifyCommandTest, SaysWhenThereIsNoCameraToOpen) {
