@@ -46,6 +46,8 @@ void fill(const Fixture& fixture, const fs::path& root) {
 
 fs::path benchFolder() { return fs::current_path() / "build" / "bench"; }
 
+fs::path memoryFolder() { return "/dev/shm/bildkurier-bench"; }
+
 fs::path made(const Fixture& fixture) {
     const fs::path root = benchFolder() / fixture.name;
     const fs::path complete = benchFolder() / (fixture.name + ".complete");

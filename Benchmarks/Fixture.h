@@ -22,6 +22,9 @@ struct Fixture {
 /// Where all of it lies: build/bench below the current folder.
 std::filesystem::path benchFolder();
 
+/// A folder in the computer's memory, where no disk makes times differ from run to run.
+std::filesystem::path memoryFolder();
+
 /// Makes the fixture unless it is there from an earlier run; answers its folder.
 std::filesystem::path made(const Fixture& fixture);
 
