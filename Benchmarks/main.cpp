@@ -46,7 +46,7 @@ void scanBesideFind(benchmark::State& state) {
 }
 
 void importCard(const fs::path& card, const fs::path& target) {
-    shell(fmt::format("{} import --card {} --to {} --no-by-type >/dev/null",
+    shell(fmt::format("{} import --card {} --to {} --no-by-date --no-by-type >/dev/null",
                       quoted(program("bildkurier-cli")), quoted(card), quoted(target)));
 }
 

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <set>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -165,14 +166,15 @@ public:
     }
 
 private:
-    /// A folder that is named twice is one camera.
+    /// A folder that is named twice, however it is written, is one camera.
     void takeCards() {
-        std::vector<std::string> cards;
-        for (const std::string& card : result_.cards) {
-            std::string path = absolute(card);
-            if (std::ranges::find(cards, path) == cards.end()) cards.push_back(std::move(path));
-        }
-        result_.cards = std::move(cards);
+        for (std::string& card : result_.cards) card = absolute(card);
+        std::set<std::filesystem::path> known;
+        std::erase_if(result_.cards, [&known](const std::string& card) {
+            std::error_code error;
+            const auto resolved = std::filesystem::weakly_canonical(card, error);
+            return !known.insert((error ? std::filesystem::path(card) : resolved) / "").second;
+        });
     }
 
     std::string help() const {

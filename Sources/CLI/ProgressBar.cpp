@@ -86,16 +86,22 @@ void ProgressBar::progress(const ImportRunner::Progress& progress) {
 }
 
 void ProgressBar::draw(const SpeedMeter::Reading& speed) {
+    speed_ = speed;
+    redraw();
+}
+
+void ProgressBar::redraw() {
     if (!onTerminal_) return;
     std::fprintf(stderr, "\r\x1b[K%s",
-                 progressLine(progress_, bytes_, speed, terminalColumns() - 1).c_str());
+                 progressLine(progress_, bytes_, speed_, terminalColumns() - 1).c_str());
     shown_ = true;
 }
 
-void ProgressBar::erase() {
-    if (!shown_) return;
+bool ProgressBar::erase() {
+    if (!shown_) return false;
     std::fputs("\r\x1b[K", stderr);
     shown_ = false;
+    return true;
 }
 
 }  // namespace bildkurier

@@ -28,7 +28,10 @@ public:
     /// Never falls back until the next `begin`.
     void progress(const ImportRunner::Progress& progress);
     void draw(const SpeedMeter::Reading& speed);
-    void erase();
+    /// With the speed that it was last drawn with.
+    void redraw();
+    /// Answers whether it stood there.
+    bool erase();
 
 private:
     bool onTerminal_;
@@ -36,6 +39,7 @@ private:
     std::int64_t bytes_ = 0;
     std::int64_t loaded_ = 0;  ///< at most, since it began
     ImportRunner::Progress progress_;
+    SpeedMeter::Reading speed_;
 };
 
 }  // namespace bildkurier

@@ -58,9 +58,10 @@ void TextReport::error(const std::string& message) {
 }
 
 void TextReport::print(const std::string& line) {
-    bar_.erase();
+    const bool stood = bar_.erase();
     std::fprintf(stdout, "%s\n", line.c_str());
     std::fflush(stdout);
+    if (stood) bar_.redraw();
 }
 
 }  // namespace bildkurier

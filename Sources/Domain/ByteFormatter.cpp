@@ -3,6 +3,7 @@
 #include "ByteFormatter.h"
 
 #include "IcuStatus.h"
+#include "IcuText.h"
 
 #include <unicode/formattedvalue.h>
 #include <unicode/locid.h>
@@ -83,8 +84,7 @@ std::string textOf(std::int64_t bytes, const Unit& unit,
         separate(text, unitName.getStart());
     }
     status.assertSuccess();
-    std::string result;
-    return text.toUTF8String(result);
+    return utf8(text);
 }
 
 }  // namespace

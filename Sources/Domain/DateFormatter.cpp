@@ -3,6 +3,7 @@
 #include "DateFormatter.h"
 
 #include "IcuStatus.h"
+#include "IcuText.h"
 
 #include <unicode/datefmt.h>
 #include <unicode/dtptngen.h>
@@ -31,11 +32,6 @@ std::chrono::seconds localOffset(Date date) {
 
 double milliseconds(std::chrono::milliseconds duration) {
     return static_cast<double>(duration.count());
-}
-
-std::string utf8(const icu::UnicodeString& text) {
-    std::string result;
-    return text.toUTF8String(result);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "FileName.h"
 
+#include "IcuText.h"
+
 #include <unicode/stringpiece.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
@@ -68,8 +70,7 @@ std::string displayText(std::string_view text) {
     icu::UnicodeString shown;
     for (std::int32_t i = 0; i < given.length(); i = given.moveIndex32(i, 1))
         shown.append(visible(given.char32At(i)));
-    std::string result;
-    return shown.toUTF8String(result);
+    return utf8(shown);
 }
 
 }  // namespace bildkurier

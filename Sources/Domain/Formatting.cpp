@@ -4,6 +4,7 @@
 
 #include "ByteFormatter.h"
 #include "IcuStatus.h"
+#include "IcuText.h"
 
 #include <unicode/locid.h>
 #include <unicode/numberformatter.h>
@@ -45,8 +46,7 @@ std::string formatCount(std::int64_t count) {
     IcuStatus status;
     const auto text = formatter.formatInt(count, status).toString(status);
     status.assertSuccess();
-    std::string result;
-    return text.toUTF8String(result);
+    return utf8(text);
 }
 
 std::string formatSpeed(double bytesPerSecond) {

@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "Utf8Text.h"
 
+#include "IcuText.h"
+
 #include <unicode/stringpiece.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
@@ -9,14 +11,6 @@
 #include <cstdint>
 
 namespace bildkurier {
-namespace {
-
-std::string utf8(const icu::UnicodeString& text) {
-    std::string result;
-    return text.toUTF8String(result);
-}
-
-}  // namespace
 
 bool isUtf8(std::string_view text) {
     // What is not UTF-8 comes back as replacement characters.

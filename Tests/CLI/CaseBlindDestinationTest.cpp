@@ -48,8 +48,12 @@ TEST_F(CaseBlindDestinationTest, GetsBothOfTwoFilesWhoseNamesDifferInCase) {
     for (const auto& [name, bytes] : visibleFiles(tree(destination))) found.insert(bytes);
     EXPECT_EQ(found, (std::set<std::string>{"one", "another"}));
 
+    // The one that was renamed is not known by its name on the card.
     const auto again = import();
     EXPECT_EQ(again.exitStatus, 0) << again.err;
+    EXPECT_EQ(ImportOutput(again.out).saved.size(), 1U) << again.out;
+    EXPECT_EQ(ImportOutput(again.out).renamed.size(), 1U) << again.out;
+    EXPECT_EQ(visibleFiles(tree(destination)).size(), 3U);
     EXPECT_FALSE(hasHidden(tree(destination)));
 }
 

@@ -70,9 +70,10 @@ TEST(CommandLine, MakesPathsAbsolute) {
 }
 
 TEST(CommandLine, TakesAFolderThatIsNamedTwiceOnce) {
-    const auto parsed = parse({"plan", "--card", "/a", "--card", "/b", "--card", "/a"});
+    const auto parsed = parse({"plan", "--card", "/a", "--card", "/b/", "--card", "/a/", "--card",
+                               "/c/../a/.", "--card", "/b"});
     ASSERT_TRUE(parsed);
-    EXPECT_EQ(parsed->cards, (std::vector<std::string>{"/a", "/b"}));
+    EXPECT_EQ(parsed->cards, (std::vector<std::string>{"/a", "/b/"}));
 }
 
 TEST(CommandLine, ListsCamerasWithoutADestination) {

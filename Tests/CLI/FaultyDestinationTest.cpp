@@ -72,6 +72,12 @@ bool isWeighty(const LoggedCall& call) {
     return std::set<std::string>{"write", "fsync", "renameat2"}.contains(call.name);
 }
 
+/// Whether staging may stay behind: for the call, or another like it, is one that clears it away.
+bool keepsStaging(const LoggedCall& call) {
+    return !call.fault.empty() &&
+           std::set<std::string>{"unlinkat", "rmdir", "openat", "open"}.contains(call.name);
+}
+
 /// What is wrong with an import of `wanted` into the folder `below`; empty if nothing is.
 std::string complaint(const ProgramResult& result, const Tree& found, const Tree& wanted,
                       const std::string& below, const std::vector<LoggedCall>& calls) {
@@ -79,9 +85,14 @@ std::string complaint(const ProgramResult& result, const Tree& found, const Tree
     const ImportOutput output(result.out);
     const auto count = [](const auto& list) { return std::ssize(list); };
 
+    const std::string staging = below + ".bildkurier-tmp/";
+    const bool isStaged = std::ranges::any_of(
+        found, [&](const auto& entry) { return entry.first.starts_with(staging); });
+    if (isStaged && std::ranges::none_of(calls, keepsStaging)) return "staging was left behind";
+
     Tree files;
     for (const auto& [path, bytes] : found) {
-        if (path.ends_with('/') || path.starts_with(below + ".bildkurier-tmp/")) continue;
+        if (path.ends_with('/') || path.starts_with(staging)) continue;
         const std::string name = fs::path(path).filename().string();
         files[path] = bytes;
         if (path == oldPicture) continue;

@@ -102,6 +102,27 @@ TEST(JsonReport, TellsEveryFieldOfTheProgress) {
                   "isTransferring": true})"));
 }
 
+TEST(JsonReport, TellsThatAnImportWasCancelled) {
+    testing::internal::CaptureStdout();
+    JsonReport().finished({.total = 2, .done = 1, .bytesDone = 4}, true);
+    EXPECT_EQ(Json::parse(testing::internal::GetCapturedStdout()),
+              Json::parse(R"({"event": "finished", "total": 2, "done": 1, "failed": 0,
+                  "bytes": 4, "cancelled": true})"));
+}
+
+TEST_F(JsonLinesTest, TellOfANameThatIsNotUtf8) {
+    add("IMG_\xff.JPG", "four");
+    const auto result = import({"--json"});
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    const auto all = events(result);
+    EXPECT_TRUE(std::ranges::any_of(all, [](const Json& event) {
+        return event["event"] == "progress" && event["currentName"] == "IMG_\ufffd.JPG";
+    })) << result.out;
+    EXPECT_TRUE(std::ranges::any_of(all, [](const Json& event) {
+        return event["event"] == "log" && event["line"] == "✓ JPG/IMG_\ufffd.JPG  (4 Byte)";
+    })) << result.out;
+}
+
 TEST_F(JsonLinesTest, TellAFailure) {
     add("bad\nname.JPG", "x");
     const auto result = import({"--json"});

@@ -2,12 +2,14 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ProgramTest.h"
 #include "ProgressBar.h"
+#include "TextReport.h"
 
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <sstream>
 
@@ -45,6 +47,30 @@ private:
     int screen_ = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     std::array<char, 64> name_{};
     bool isOpen_ = false;
+};
+
+/// Sends to a terminal what this process writes to its standard streams.
+class OnTerminal {
+public:
+    explicit OnTerminal(const Terminal& terminal) {
+        const int screen = open(terminal.name().c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
+        dup2(screen, STDOUT_FILENO);
+        dup2(screen, STDERR_FILENO);
+        close(screen);
+    }
+    OnTerminal(const OnTerminal&) = delete;
+    OnTerminal& operator=(const OnTerminal&) = delete;
+    ~OnTerminal() {
+        std::fflush(stdout);
+        dup2(out_, STDOUT_FILENO);
+        dup2(err_, STDERR_FILENO);
+        close(out_);
+        close(err_);
+    }
+
+private:
+    int out_ = dup(STDOUT_FILENO);
+    int err_ = dup(STDERR_FILENO);
 };
 
 class ProgressBarTest : public ProgramTest {
@@ -85,18 +111,37 @@ TEST_F(ProgressBarTest, StandsOnATerminalAsWideAsThatAndGoesBeforeEveryLine) {
         << written;
     EXPECT_NE(written.find("  noch "), std::string::npos) << written;
     const Strings lines = shown(written);
-    ASSERT_EQ(lines.size(), 2U) << written;
+    ASSERT_EQ(lines.size(), 3U) << written;
+    EXPECT_EQ(lines[2], "");
     EXPECT_EQ(lines[0], "✓ JPG/IMG_1.JPG  (3 MB)");
     EXPECT_TRUE(lines[1].starts_with("Fertig: 1 geladen (3 MB)")) << lines[1];
+}
+
+TEST_F(ProgressBarTest, StandsAgainBelowALine) {
+    const Terminal terminal(120);
+    ASSERT_TRUE(terminal.isOpen());
+    {
+        const OnTerminal all(terminal);
+        TextReport report;
+        report.importing({.files = 2, .bytes = 200});
+        report.progress({.total = 2, .done = 1, .bytesDone = 100});
+        report.log("✓ A.JPG");
+        report.speed({.current = 1e6, .average = 1e6});
+        report.log("✓ B.JPG");
+        report.finished({}, false);
+    }
+    const std::string bar = progressLine({.total = 2, .done = 1, .bytesDone = 100}, 200,
+                                         {.current = 1e6, .average = 1e6}, 119);
+    const std::string erase(eraseLine);
+    EXPECT_EQ(terminal.written(),
+              "✓ A.JPG\r\n" + erase + bar + erase + "✓ B.JPG\r\n" + erase + bar + erase);
 }
 
 TEST_F(ProgressBarTest, DoesNotFallBackWhileAFileIsMovedIntoPlace) {
     const Terminal terminal(120);
     ASSERT_TRUE(terminal.isOpen());
-    const int before = dup(STDERR_FILENO);
-    const int screen = open(terminal.name().c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
-    dup2(screen, STDERR_FILENO);
     {
+        const OnTerminal all(terminal);
         ProgressBar bar;
         const auto draw = [&bar](const ImportRunner::Progress& progress) {
             bar.progress(progress);
@@ -109,9 +154,6 @@ TEST_F(ProgressBarTest, DoesNotFallBackWhileAFileIsMovedIntoPlace) {
         bar.begin(200);
         draw({.total = 2, .currentBytes = 10, .currentTotal = 100});
     }
-    dup2(before, STDERR_FILENO);
-    close(screen);
-    close(before);
     Strings shares;
     std::istringstream words(terminal.written());
     for (std::string word, last; words >> word; last = word)

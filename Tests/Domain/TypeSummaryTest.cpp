@@ -120,6 +120,15 @@ RC_GTEST_PROP(TypeSummary, LosesNoFileAndNoByte, ()) {
     RC_ASSERT(count == static_cast<std::int64_t>(files.size()));
 }
 
+RC_GTEST_PROP(TypeSummary, KeepsTheOrderOfTypesWhateverThereIs, ()) {
+    const auto named = *rc::gen::container<std::vector<NamedFile>>(namedFile());
+    const std::vector<std::string> usual{"CR3", "JPG", "MP4"};
+    const auto order = [&usual](const std::string& type) {
+        return std::pair(std::ranges::find(usual, type) - usual.begin(), type);
+    };
+    RC_ASSERT(std::ranges::is_sorted(typesOf(summariesOf(viewsOf(named))), {}, order));
+}
+
 RC_GTEST_PROP(TypeSummary, DoesNotDependOnTheOrderOfTheFiles, ()) {
     const auto named = *rc::gen::container<std::vector<NamedFile>>(namedFile());
     auto files = viewsOf(named);

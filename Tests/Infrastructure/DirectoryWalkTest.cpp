@@ -245,15 +245,17 @@ TEST_F(DirectoryWalk, ReadsNoFolderOnceItIsCancelled) {
 
 TEST_F(DirectoryWalk, KeepsNobodyWaitingForAVisitorThatThrows) {
     for (const auto* path : {"a/file", "b/file", "c/file"}) folder.write(path, "x");
-    std::atomic<bool> thrown = false;
-    const WalkVisitor visitor{.file = [&](std::size_t worker, const WalkedFile& /*file*/) {
-        if (worker == 0) {
-            thrown = true;
-            throw std::bad_alloc();
-        }
-        while (!thrown) std::this_thread::yield();
-    }};
-    EXPECT_THROW(walkFiles(folder.path(), {.workers = 2}, visitor), std::bad_alloc);
+    for (const std::size_t thrower : {0U, 1U}) {
+        std::atomic<bool> thrown = false;
+        const WalkVisitor visitor{.file = [&](std::size_t worker, const WalkedFile& /*file*/) {
+            if (worker == thrower) {
+                thrown = true;
+                throw std::bad_alloc();
+            }
+            while (!thrown) std::this_thread::yield();
+        }};
+        EXPECT_THROW(walkFiles(folder.path(), {.workers = 2}, visitor), std::bad_alloc) << thrower;
+    }
 }
 
 TEST_F(DirectoryWalk, ReadsFoldersWithVeryManyFiles) {

@@ -24,7 +24,7 @@ void ImageCaptureBrowser::deviceAdded(std::shared_ptr<NativeDevice> device) {
 void ImageCaptureBrowser::deviceIdentified(const std::shared_ptr<NativeDevice>& device) {
     const auto found = std::ranges::find(cameras_, device, &ImageCaptureCamera::device);
     if (found == cameras_.end()) return;
-    const auto& camera = *found;
+    const auto camera = *found;
     if (const auto delegate = delegate_.lock()) delegate->cameraBrowserDidIdentify(camera);
 }
 

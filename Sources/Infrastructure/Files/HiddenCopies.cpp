@@ -36,7 +36,10 @@ std::vector<std::string> hiddenCopies(int folder) {
     const std::unique_ptr<DIR, decltype(close)> stream(descriptor < 0 ? nullptr
                                                                       : ::fdopendir(descriptor));
     std::vector<std::string> names;
-    if (!stream) return names;
+    if (!stream) {
+        const FileDescriptor notTaken(descriptor);
+        return names;
+    }
     // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread has this stream.
     while (const dirent* entry = ::readdir(stream.get()))
         if (isHiddenCopyName(entry->d_name)) names.emplace_back(entry->d_name);
