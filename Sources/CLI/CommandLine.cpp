@@ -123,7 +123,7 @@ std::string endOfHelp() {
            "  4    Ziel oder Schlüssel nicht brauchbar, eine Einstellung nicht zu speichern, oder "
            "es läuft\n"
            "       schon ein Import\n"
-           "  130  mit Strg-C beendet";
+           "  130  mit Strg-C oder SIGTERM beendet";
 }
 
 /// The parser and where it puts what it finds.
