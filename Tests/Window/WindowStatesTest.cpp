@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <csignal>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -96,17 +95,6 @@ TEST(BildkurierInItsSandbox, TellsThatAFolderIsToBeChosen) {
     OpenWindow::press("Return");
     EXPECT_TRUE(window.has("status bar", "35 neue Dateien (6,8 MB) bereit zum Import."));
     EXPECT_EQ(window.description("push button", "35 importieren"), "");
-    expectQuietEnd(window);
-}
-
-TEST(BildkurierThatHangs, IsNotTakenForOneThatAnswers) {
-    OpenWindow window;
-    window.send(SIGSTOP);
-    const auto second = window.startAgain({}, {{"BILDKURIER_PATIENCE_MS", "500"}});
-    window.send(SIGCONT);
-    EXPECT_EQ(second.exitStatus, 1);
-    EXPECT_EQ(second.err, "Bildkurier läuft schon, aber sein Fenster antwortet nicht.\n");
-    EXPECT_EQ(window.startAgain().exitStatus, 0);
     expectQuietEnd(window);
 }
 
