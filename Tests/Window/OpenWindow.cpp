@@ -127,10 +127,8 @@ ProgramCall OpenWindow::call() const {
     return call;
 }
 
-ProgramResult OpenWindow::startAgain(std::vector<std::string> arguments,
-                                     const std::map<std::string, std::string>& environment) const {
+ProgramResult OpenWindow::startAgain(std::vector<std::string> arguments) const {
     ProgramCall again = call();
-    again.environment.insert(environment.begin(), environment.end());
     again.arguments = std::move(arguments);
     return again.run();
 }

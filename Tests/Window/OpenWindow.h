@@ -59,8 +59,8 @@ public:
     void send(int signal) const { program_->send(signal); }
 
     /// What a second start does.
-    ProgramResult startAgain(std::vector<std::string> arguments = {},
-                             const std::map<std::string, std::string>& environment = {}) const;
+    ProgramResult startAgain(std::vector<std::string> arguments = {}) const;
+    bool hasEnded() const { return program_->hasEnded(); }
     /// Waits until the program has ended.
     ProgramResult finish() { return program_->finish(); }
 
