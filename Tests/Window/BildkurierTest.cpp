@@ -244,7 +244,7 @@ TEST_F(BildkurierTest, ImportsACardByKeyboardAlone) {
 }
 
 TEST(BildkurierAtDoubleScale, ImportsACardByKeyboardAlone) {
-    OpenWindow window(std::map<std::string, std::string>{{"QT_SCALE_FACTOR", "2"}});
+    OpenWindow window({.environment = {{"QT_SCALE_FACTOR", "2"}}});
     ASSERT_TRUE(window.has("push button", "35 importieren"));
     OpenWindow::press("Return");
     // What is scrolled out of view is not told of.

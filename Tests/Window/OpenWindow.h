@@ -24,10 +24,17 @@ namespace bildkurier {
 /// destination a folder beside it.
 class OpenWindow {
 public:
-    /// With these things added to the program's environment, and with these cards beside the sample
-    /// card, each of one picture, by the names of their folders.
-    explicit OpenWindow(std::map<std::string, std::string> environment = {},
-                        std::vector<std::string> otherCards = {});
+    struct Start {
+        /// Added to the program's environment.
+        std::map<std::string, std::string> environment;
+        /// Cards beside the sample card, each of one picture, by the names of their folders.
+        std::vector<std::string> otherCards;
+        /// Without, it looks for cameras itself.
+        bool hasCards = true;
+    };
+
+    OpenWindow() : OpenWindow(Start{}) {}
+    explicit OpenWindow(Start start);
     ~OpenWindow();
     OpenWindow(const OpenWindow&) = delete;
     OpenWindow& operator=(const OpenWindow&) = delete;
@@ -38,6 +45,8 @@ public:
     bool is(const std::string& role, const std::string& name, AtspiStateType state) const;
     /// What is told of the first such control besides its name; empty for none.
     std::string description(const std::string& role, const std::string& name) const;
+    /// What stands in the first such text; empty for none.
+    std::string text(const std::string& name) const;
     /// Everything that is told, as in "push button: Importieren".
     std::vector<std::string> all() const;
     /// Whether a notification with this text was, or soon will be, heard of.
@@ -77,8 +86,7 @@ private:
     /// Notes what appears on the desktop.
     static void note(AtspiEvent* event, void* heard);
 
-    std::map<std::string, std::string> environment_;
-    std::vector<std::string> otherCards_;
+    Start start_;
     std::shared_ptr<AtspiEventListener> listener_;
     std::set<std::string> heard_;
     std::optional<RunningProgram> program_;

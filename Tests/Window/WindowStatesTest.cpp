@@ -46,7 +46,7 @@ void expectQuietEnd(OpenWindow& window) {
 }
 
 TEST(BildkurierWithTwoCameras, LetsChooseByKeyboardAlone) {
-    OpenWindow window({}, {"zweite"});
+    OpenWindow window({.otherCards = {"zweite"}});
     const auto chosen = [&](const std::string& camera) {
         return soon([&] { return window.description("combo box", "Kamera") == camera; });
     };
@@ -74,7 +74,7 @@ TEST(BildkurierWithTwoCameras, LetsChooseByKeyboardAlone) {
 }
 
 TEST(BildkurierInItsSandbox, TellsThatAFolderIsToBeChosen) {
-    OpenWindow window({{"APP_SANDBOX_CONTAINER_ID", "x"}}, {});
+    OpenWindow window({.environment = {{"APP_SANDBOX_CONTAINER_ID", "x"}}});
     EXPECT_TRUE(window.has("alert", "Zielordner noch nicht freigegeben"));
     EXPECT_EQ(
         window.description("alert", "Zielordner noch nicht freigegeben"),
