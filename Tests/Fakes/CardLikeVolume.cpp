@@ -155,9 +155,11 @@ fuse_operations operations() {
 }  // namespace
 
 struct CardLikeVolume::Session {
-    explicit Session(std::string backing) : contents{.folder = std::move(backing), .gate = {}} {
+    Session(std::string backing, const std::string& source)
+        : contents{.folder = std::move(backing), .gate = {}} {
         fuse_args arguments = FUSE_ARGS_INIT(0, nullptr);
-        fuse_opt_add_arg(&arguments, "bildkurier-test");
+        fuse_opt_add_arg(&arguments, "");
+        fuse_opt_add_arg(&arguments, ("-ofsname=" + source).c_str());
         const fuse_operations all = operations();
         fuse = fuse_new(&arguments, &all, sizeof all, &contents);
         fuse_opt_free_args(&arguments);
@@ -189,9 +191,10 @@ struct CardLikeVolume::Session {
     std::thread server;
 };
 
-CardLikeVolume::CardLikeVolume(const std::string& folder, const std::string& backing) {
+CardLikeVolume::CardLikeVolume(const std::string& folder, const std::string& backing,
+                               const std::string& source) {
     if (!fs::exists("/dev/fuse")) return;
-    auto session = std::make_unique<Session>(backing);
+    auto session = std::make_unique<Session>(backing, source);
     if (session->mountOn(folder)) session_ = std::move(session);
 }
 

@@ -10,11 +10,12 @@
 namespace bildkurier {
 
 /// A volume as cards have them: it keeps the case of names but takes two that differ only in it
-/// for one, and can hold back who reads. Mounted on `folder`; what is in it lies in the folder
-/// `backing`. Whoever takes one mounts privately before.
+/// for one, and can hold back who reads. Mounted on `folder` from a `source` that may be a server's
+/// URL; what is in it lies in the folder `backing`. Whoever takes one mounts privately before.
 class CardLikeVolume {
 public:
-    CardLikeVolume(const std::string& folder, const std::string& backing);
+    CardLikeVolume(const std::string& folder, const std::string& backing,
+                   const std::string& source = "bildkurier-test");
     CardLikeVolume(const CardLikeVolume&) = delete;
     CardLikeVolume& operator=(const CardLikeVolume&) = delete;
     ~CardLikeVolume();

@@ -44,6 +44,11 @@ protected:
             << told;
     }
 
+    void readAnew() const {
+        ASSERT_TRUE(window.goTo("push button", "Kamera und Zielordner neu einlesen"));
+        OpenWindow::press("space");
+    }
+
     /// It ends as it should, and nothing has complained.
     void close() {
         OpenWindow::press("ctrl+q");
@@ -88,8 +93,7 @@ protected:
         const std::chrono::sys_seconds longAgo =
             std::chrono::sys_days(std::chrono::January / 1 / 1990);
         fs::last_write_time(film, fs::file_time_type::clock::from_sys(longAgo));
-        ASSERT_TRUE(window.goTo("push button", "Kamera und Zielordner neu einlesen"));
-        OpenWindow::press("space");
+        ASSERT_NO_FATAL_FAILURE(readAnew());
         ASSERT_TRUE(window.has("push button", "36 importieren"));
         reader->gate().closeAt(aLittle / 2);
         OpenWindow::press("Return");
@@ -188,6 +192,11 @@ TEST_F(BildkurierTest, TellsOfEveryControlForServers) {
         "push button: Schlüssel übernehmen …",
         "push button: Schlüssel der App löschen",
     });
+    ASSERT_TRUE(window.goBackTo("push button", "Kopieren"));
+    OpenWindow::press("space");
+    ASSERT_TRUE(window.goBackTo("text", "Benutzer"));
+    OpenWindow::press("ctrl+v");
+    EXPECT_TRUE(soon([&] { return window.text("Benutzer") == key; })) << window.text("Benutzer");
     ASSERT_TRUE(window.goTo("push button", "Neuen Schlüssel erzeugen"));
     OpenWindow::press("space");
     expectToldOf({"dialog: Neuen Schlüssel erzeugen?", "push button: Abbrechen"});
@@ -198,6 +207,27 @@ TEST_F(BildkurierTest, TellsOfEveryControlForServers) {
     EXPECT_TRUE(soon([&] {
         return std::ranges::count(window.all(), "dialog: Neuen Schlüssel erzeugen?") == 0;
     }));
+    close();
+}
+
+TEST_F(BildkurierFilmTest, TellsThatItReadsAndThatTheDestinationIsOnTheNetwork) {
+    ASSERT_TRUE(window.has("push button", "35 importieren"));
+    const CardLikeVolume share(window.destination, window.home.makeFolder("freigabe"),
+                               "sftp://nas.local/fotos");
+    window.home.write("film/BILD.JPG", "ein Bild");
+    reader->gate().closeAt(0);
+    ASSERT_NO_FATAL_FAILURE(readAnew());
+    expectToldOf({"animation: Lese Speicherkarte …", "animation: Lese Dateiliste der Karte(n) …"});
+    reader->gate().open();
+    EXPECT_TRUE(window.has("push button", "36 importieren"));
+    EXPECT_TRUE(std::ranges::none_of(
+        window.all(), [](const std::string& line) { return line.starts_with("animation:"); }));
+    const std::string warning = "Ziel liegt auf einer Netzwerkfreigabe";
+    EXPECT_TRUE(window.has("alert", warning));
+    EXPECT_EQ(
+        window.description("alert", warning),
+        "Der Import dauert dort ein Vielfaches und bricht eher ab. Besser erst auf eine lokale "
+        "Platte laden und danach übertragen.");
     close();
 }
 
@@ -302,8 +332,7 @@ TEST_F(BildkurierTest, WritesCountsAsItWritesSizes) {
     ASSERT_TRUE(window.has("push button", "35 importieren"));
     for (int i = 1; i <= 1000; ++i)
         std::ofstream(window.card + "/DCIM/100BILDK/N" + std::to_string(i) + ".JPG") << "x";
-    ASSERT_TRUE(window.goTo("push button", "Kamera und Zielordner neu einlesen"));
-    OpenWindow::press("space");
+    ASSERT_NO_FATAL_FAILURE(readAnew());
     EXPECT_TRUE(window.has("push button", "1.035 importieren"));
     EXPECT_TRUE(window.has("label", "JPG: 1.024 (1,5 MB)"));
     close();

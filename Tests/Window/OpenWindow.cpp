@@ -120,7 +120,7 @@ ProgramCall OpenWindow::call() const {
                                      {"QT_QPA_PLATFORM", "xcb"},
                                      {"LC_ALL", "C.UTF-8"}},
                      .deadline = std::chrono::seconds(100)};
-    if (start_.hasCards) call.arguments = {"--card", card};
+    if (start_.camera != Camera::none) call.arguments = {"--card", card};
     for (const auto& other : start_.otherCards)
         call.arguments.insert(call.arguments.end(), {"--card", home.path(other)});
     call.environment.insert(start_.environment.begin(), start_.environment.end());
@@ -139,9 +139,18 @@ void OpenWindow::prepare() const {
     ProgramCall settings = call();
     settings.path = BILDKURIER_CLI;
     settings.arguments = {"settings", "dest", destination};
+    if (settings.run().exitStatus != 0) throw std::runtime_error("no destination can be set");
     const ProgramCall sample{.path = SAMPLE_CARD, .arguments = {card}};
-    if (settings.run().exitStatus != 0 || sample.run().exitStatus != 0)
-        throw std::runtime_error("the card cannot be prepared");
+    switch (start_.camera) {
+        case Camera::sampleCard:
+            if (sample.run().exitStatus != 0) throw std::runtime_error("no card can be made");
+            break;
+        case Camera::emptyCard:
+            home.makeFolder("karte/DCIM");
+            break;
+        case Camera::none:
+            break;
+    }
 }
 
 bool OpenWindow::has(const std::string& role, const std::string& name) const {

@@ -9,6 +9,7 @@
 
 #include <atspi/atspi.h>
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -24,13 +25,15 @@ namespace bildkurier {
 /// destination a folder beside it.
 class OpenWindow {
 public:
+    /// What it is started with for a camera; without, it looks for one itself.
+    enum class Camera : std::uint8_t { sampleCard, emptyCard, none };
+
     struct Start {
+        Camera camera = Camera::sampleCard;
         /// Added to the program's environment.
         std::map<std::string, std::string> environment;
-        /// Cards beside the sample card, each of one picture, by the names of their folders.
+        /// More cards, each of one picture, by the names of their folders.
         std::vector<std::string> otherCards;
-        /// Without, it looks for cameras itself.
-        bool hasCards = true;
     };
 
     OpenWindow() : OpenWindow(Start{}) {}

@@ -16,7 +16,7 @@ namespace {
 TEST(BildkurierAtTheUsb, GoesOnWithACameraThatIsPulledInTheMiddleOfAFile) {
     if (!mountPrivately()) GTEST_SKIP() << "mounting takes root";
     SystemUsb usb;
-    OpenWindow window({.hasCards = false});
+    OpenWindow window({.camera = OpenWindow::Camera::none});
     const std::string camera = window.home.path("kamera");
     for (const std::string name : {"IMG_0001.JPG", "IMG_0002.JPG", "IMG_0003.JPG"})
         window.home.write("kamera/DCIM/100TEST/" + name, name + std::string(200'000, name[7]));
