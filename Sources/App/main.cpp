@@ -28,7 +28,6 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QTranslator>
-#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -53,13 +52,6 @@ int say(const WindowAnswer& answer) {
 std::string activationToken() {
     const auto token = qgetenv("XDG_ACTIVATION_TOKEN");
     return (token.isEmpty() ? qgetenv("DESKTOP_STARTUP_ID") : token).toStdString();
-}
-
-/// How long to wait for the answer of a window that is open.
-std::chrono::milliseconds patience() {
-    bool isGiven = false;
-    const int given = qEnvironmentVariableIntValue("BILDKURIER_PATIENCE_MS", &isGiven);
-    return isGiven ? std::chrono::milliseconds(given) : SingleInstance::patienceByDefault;
 }
 
 void bringToFront(const QQmlApplicationEngine& engine, const std::string& token) {
@@ -111,14 +103,8 @@ std::shared_ptr<FolderPicker> folderPicker() {
 
 /// What is left to do where the window is open already.
 int leaveToFirst(const SingleInstance& instance, const WindowArguments& arguments) {
-    if (!instance.hasToldFirst())
-        return say({1, "Bildkurier läuft schon, aber sein Fenster antwortet nicht."});
-    if (!arguments.cards.empty()) {
-        return say({1,
-                    "Das Fenster ist schon offen, und der Ordner von --card wurde nicht als "
-                    "Kamera genommen. Erst das Fenster schließen."});
-    }
-    return 0;
+    const auto answer = answerOfSecond(arguments, instance.hasToldFirst());
+    return answer ? say(*answer) : 0;
 }
 
 int run(SingleInstance& instance, const WindowArguments& arguments) {
@@ -157,6 +143,6 @@ int main(int argc, char** argv) {
     if (dialogs.load(QStringLiteral("qtbase_de"),
                      QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(&dialogs);
-    SingleInstance instance(runtimeFolder(), token, patience());
+    SingleInstance instance(runtimeFolder(), token);
     return instance.isFirst() ? run(instance, *arguments) : leaveToFirst(instance, *arguments);
 }

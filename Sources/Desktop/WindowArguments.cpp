@@ -20,6 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr int alreadyOpen = 1;
 // As the command line has them.
 constexpr int usage = 2;
 constexpr int noCamera = 3;
@@ -92,6 +93,17 @@ std::expected<WindowArguments, WindowAnswer> parseWindowArguments(
         result.cards.push_back(folder);
     }
     return result;
+}
+
+std::optional<WindowAnswer> answerOfSecond(const WindowArguments& arguments, bool hasAnswered) {
+    if (!hasAnswered) {
+        return WindowAnswer{alreadyOpen,
+                            "Bildkurier läuft schon, aber sein Fenster antwortet nicht."};
+    }
+    if (arguments.cards.empty()) return std::nullopt;
+    return WindowAnswer{alreadyOpen,
+                        "Das Fenster ist schon offen, und der Ordner von --card wurde nicht als "
+                        "Kamera genommen. Erst das Fenster schließen."};
 }
 
 }  // namespace bildkurier

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <expected>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -23,5 +24,9 @@ struct WindowAnswer {
 /// Understands the program's arguments, the program's name first; needs neither an application
 /// nor a display.
 std::expected<WindowArguments, WindowAnswer> parseWindowArguments(std::span<char* const> arguments);
+
+/// What a program that was started so has to say where the window is open already, and has answered
+/// or not; absent where that has come to the front, and that is all.
+std::optional<WindowAnswer> answerOfSecond(const WindowArguments& arguments, bool hasAnswered);
 
 }  // namespace bildkurier

@@ -87,5 +87,26 @@ TEST(WindowArguments, AreRefusedWhereTheyMakeNoSense) {
     }
 }
 
+TEST(WindowArguments, AreAnsweredWhereTheWindowIsOpen) {
+    const std::string silent = "Bildkurier läuft schon, aber sein Fenster antwortet nicht.";
+    const std::string cardLeft =
+        "Das Fenster ist schon offen, und der Ordner von --card wurde nicht als Kamera genommen. "
+        "Erst das Fenster schließen.";
+    const WindowArguments plain;
+    const WindowArguments withCard{.cards = {"/karte"}};
+    const struct {
+        const WindowArguments& arguments;
+        bool hasAnswered;
+        std::string text;
+    } cases[] = {{plain, false, silent}, {withCard, false, silent}, {withCard, true, cardLeft}};
+    for (const auto& [arguments, hasAnswered, text] : cases) {
+        const auto answer = answerOfSecond(arguments, hasAnswered);
+        ASSERT_TRUE(answer.has_value()) << text;
+        EXPECT_EQ(answer->exitStatus, 1) << text;
+        EXPECT_EQ(answer->text, text);
+    }
+    EXPECT_FALSE(answerOfSecond(plain, true).has_value());
+}
+
 }  // namespace
 }  // namespace bildkurier

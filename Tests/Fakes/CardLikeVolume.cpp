@@ -14,11 +14,11 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <thread>
+#include <utility>
 
 namespace bildkurier {
 namespace {
@@ -28,12 +28,10 @@ namespace fs = std::filesystem;
 /// What a volume's calls are about.
 struct Contents {
     std::string folder;
-    std::uintmax_t bytesPerSecond;
+    ReadingGate gate;
 };
 
-const Contents& contents() {
-    return *static_cast<const Contents*>(fuse_get_context()->private_data);
-}
+Contents& contents() { return *static_cast<Contents*>(fuse_get_context()->private_data); }
 
 /// `name` as it is written in `folder`, if it is there in whatever case.
 std::string asWritten(const fs::path& folder, const std::string& name) {
@@ -96,12 +94,8 @@ int createFile(const char* path, mode_t mode, fuse_file_info* file) {
 
 int readFile(const char* /*path*/, char* bytes, std::size_t count, off_t offset,
              fuse_file_info* file) {
-    using Seconds = std::chrono::duration<double>;
-    const int answer = outcome(pread(descriptor(file), bytes, count, offset));
-    if (answer > 0 && contents().bytesPerSecond != CardLikeVolume::unlimited)
-        std::this_thread::sleep_for(Seconds(answer) /
-                                    static_cast<double>(contents().bytesPerSecond));
-    return answer;
+    contents().gate.pass(static_cast<std::uintmax_t>(offset) + count);
+    return outcome(pread(descriptor(file), bytes, count, offset));
 }
 
 int writeFile(const char* /*path*/, const char* bytes, std::size_t count, off_t offset,
@@ -161,9 +155,11 @@ fuse_operations operations() {
 }  // namespace
 
 struct CardLikeVolume::Session {
-    explicit Session(Contents shown) : contents(std::move(shown)) {
+    Session(std::string backing, const std::string& source)
+        : contents{.folder = std::move(backing), .gate = {}} {
         fuse_args arguments = FUSE_ARGS_INIT(0, nullptr);
-        fuse_opt_add_arg(&arguments, "bildkurier-test");
+        fuse_opt_add_arg(&arguments, "");
+        fuse_opt_add_arg(&arguments, ("-ofsname=" + source).c_str());
         const fuse_operations all = operations();
         fuse = fuse_new(&arguments, &all, sizeof all, &contents);
         fuse_opt_free_args(&arguments);
@@ -171,6 +167,7 @@ struct CardLikeVolume::Session {
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
     ~Session() {
+        contents.gate.open();
         if (server.joinable()) {
             umount2(mountedOn.c_str(), MNT_DETACH);
             server.join();
@@ -182,7 +179,9 @@ struct CardLikeVolume::Session {
     bool mountOn(const std::string& folder) {
         if (!fuse || fuse_mount(fuse, folder.c_str()) != 0) return false;
         mountedOn = folder;
-        server = std::thread([this] { fuse_loop(fuse); });
+        // A read that waits keeps nothing else waiting.
+        constexpr int sharesConnection = 0;
+        server = std::thread([this] { fuse_loop_mt(fuse, sharesConnection); });
         return true;
     }
 
@@ -193,12 +192,14 @@ struct CardLikeVolume::Session {
 };
 
 CardLikeVolume::CardLikeVolume(const std::string& folder, const std::string& backing,
-                               std::uintmax_t bytesPerSecond) {
+                               const std::string& source) {
     if (!fs::exists("/dev/fuse")) return;
-    auto session = std::make_unique<Session>(Contents{backing, bytesPerSecond});
+    auto session = std::make_unique<Session>(backing, source);
     if (session->mountOn(folder)) session_ = std::move(session);
 }
 
 CardLikeVolume::~CardLikeVolume() = default;
+
+ReadingGate& CardLikeVolume::gate() { return session_->contents.gate; }
 
 }  // namespace bildkurier

@@ -2,28 +2,29 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
-#include <cstdint>
-#include <limits>
+#include "ReadingGate.h"
+
 #include <memory>
 #include <string>
 
 namespace bildkurier {
 
 /// A volume as cards have them: it keeps the case of names but takes two that differ only in it
-/// for one, and is read no faster than so many bytes a second. Mounted on `folder`; what is in it
-/// lies in the folder `backing`. Whoever takes one mounts privately before.
+/// for one, and can hold back who reads. Mounted on `folder` from a `source` that may be a server's
+/// URL; what is in it lies in the folder `backing`. Whoever takes one mounts privately before.
 class CardLikeVolume {
 public:
-    static constexpr std::uintmax_t unlimited = std::numeric_limits<std::uintmax_t>::max();
-
     CardLikeVolume(const std::string& folder, const std::string& backing,
-                   std::uintmax_t bytesPerSecond = unlimited);
+                   const std::string& source = "bildkurier-test");
     CardLikeVolume(const CardLikeVolume&) = delete;
     CardLikeVolume& operator=(const CardLikeVolume&) = delete;
     ~CardLikeVolume();
 
     /// False where this process may not mount, or the kernel has no file systems in user space.
     bool isMounted() const { return session_ != nullptr; }
+
+    /// How far files can be read. Only while it is mounted.
+    ReadingGate& gate();
 
 private:
     struct Session;

@@ -137,6 +137,12 @@ void RunningProgram::send(int signal) const {
     if (process_ > 0) kill(process_, signal);
 }
 
+bool RunningProgram::hasEnded() const {
+    siginfo_t end{};
+    waitid(P_PID, static_cast<id_t>(process_), &end, WEXITED | WNOHANG | WNOWAIT);
+    return end.si_pid != 0;
+}
+
 ProgramResult RunningProgram::finish() {
     while (listen()) {
     }

@@ -30,6 +30,7 @@ public:
     void send(int signal) const;
     /// Until its end has been waited for.
     pid_t process() const { return process_; }
+    bool hasEnded() const;
     /// Waits until it has ended, which the deadline sees to. Once.
     ProgramResult finish();
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
-#include "FileDescriptor.h"
+#include "CardLikeVolume.h"
 #include "LocalFileStore.h"
 #include "OrdinaryUser.h"
+#include "PrivateMounts.h"
 #include "SystemCallFilter.h"
 #include "TemporaryFolder.h"
 #include "TemporaryVolume.h"
@@ -10,8 +11,6 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <linux/fs.h>
-#include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -339,23 +338,19 @@ TEST_F(LocalFileStoreTest, NeverRemovesTheWholeComputer) {
 }
 
 TEST_F(LocalFileStoreTest, RespectsAVolumeThatDoesNotTellCasesApart) {
-    const TemporaryVolume volume(16'000'000,
-                                 {"mkfs.ext4", "-q", "-O", "casefold", "-E", "encoding=utf8"});
-    if (!volume.isMounted()) GTEST_SKIP() << "cannot mount a volume here that ignores case";
-    ASSERT_TRUE(store.createDirectory(volume.url("JPG")));
-    {
-        const FileDescriptor jpg(::open(volume.url("JPG").path.c_str(), O_RDONLY | O_CLOEXEC));
-        int flags = FS_CASEFOLD_FL;
-        ASSERT_EQ(::ioctl(jpg.get(), FS_IOC_SETFLAGS, &flags), 0);
-    }
-    const Url staged = Url::file(volume.write("staged", "new"));
-    volume.write("JPG/img_1.jpg", "old");
-    EXPECT_EQ(store.freeName("IMG_1.JPG", volume.url("JPG")), "IMG_1_1.JPG");
-    EXPECT_FALSE(store.moveItem(staged, volume.url("JPG/IMG_1.JPG")));
-    EXPECT_EQ(tree(volume.path() + "/JPG"), (Tree{{"img_1.jpg", "old"}}));
-    EXPECT_TRUE(store.moveItem(staged, volume.url("JPG/IMG_1_1.JPG")));
-    EXPECT_EQ(store.existingFileKeys(volume.url("JPG")),
-              (FileKeys{"img_1.jpg|3", "img_1_1.jpg|3"}));
+    if (!mountPrivately()) GTEST_SKIP() << "mounting a volume takes root";
+    const std::string card = folder.makeFolder("volume");
+    const CardLikeVolume volume(card, folder.makeFolder("backing"));
+    if (!volume.isMounted()) GTEST_SKIP() << "takes a kernel with file systems in user space";
+    const Url jpg = folder.url("volume/JPG");
+    ASSERT_TRUE(store.createDirectory(jpg));
+    const Url staged = Url::file(folder.write("volume/staged", "new"));
+    folder.write("volume/JPG/img_1.jpg", "old");
+    EXPECT_EQ(store.freeName("IMG_1.JPG", jpg), "IMG_1_1.JPG");
+    EXPECT_FALSE(store.moveItem(staged, jpg.appending("IMG_1.JPG")));
+    EXPECT_EQ(tree(jpg.path), (Tree{{"img_1.jpg", "old"}}));
+    EXPECT_TRUE(store.moveItem(staged, jpg.appending("IMG_1_1.JPG")));
+    EXPECT_EQ(store.existingFileKeys(jpg), (FileKeys{"img_1.jpg|3", "img_1_1.jpg|3"}));
 }
 
 /// Lays a table over the kernel's in which the volume of a folder is one of NFS.

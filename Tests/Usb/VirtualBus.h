@@ -26,7 +26,9 @@ public:
     };
 
     /// As the program is to be told where cameras are.
-    UsbBus bus() const { return UsbBus(folder_.path("bus"), folder_.path("nodes")); }
+    UsbBus bus() const { return UsbBus(folder(), folder_.path("nodes")); }
+    /// Where they are, as in sysfs.
+    std::string folder() const { return folder_.path("bus"); }
 
     /// Plugs a camera in at a place such as "1-1".
     void plugIn(const std::string& place, const Device& device);

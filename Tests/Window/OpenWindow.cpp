@@ -8,6 +8,7 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
+#include <regex>
 #include <stdexcept>
 #include <utility>
 
@@ -82,10 +83,8 @@ void xdotool(std::vector<std::string> arguments) {
 
 }  // namespace
 
-OpenWindow::OpenWindow(std::map<std::string, std::string> environment,
-                       std::vector<std::string> otherCards)
-    : environment_(std::move(environment)),
-      otherCards_(std::move(otherCards)),
+OpenWindow::OpenWindow(Start start)
+    : start_(std::move(start)),
       listener_(atspi_event_listener_new(note, &heard_, nullptr), g_object_unref) {
     atspi_event_listener_register(listener_.get(), "object:state-changed:showing", nullptr);
     prepare();
@@ -111,7 +110,7 @@ bool OpenWindow::hears(const std::string& notification) const {
 
 ProgramCall OpenWindow::call() const {
     ProgramCall call{.path = BILDKURIER,
-                     .arguments = {"--card", card},
+                     .arguments = {},
                      .environment = {{"HOME", home.path()},
                                      {"XDG_CONFIG_HOME", home.path("config")},
                                      {"XDG_DATA_HOME", home.path("data")},
@@ -121,29 +120,37 @@ ProgramCall OpenWindow::call() const {
                                      {"QT_QPA_PLATFORM", "xcb"},
                                      {"LC_ALL", "C.UTF-8"}},
                      .deadline = std::chrono::seconds(100)};
-    for (const auto& other : otherCards_)
+    if (start_.camera != Camera::none) call.arguments = {"--card", card};
+    for (const auto& other : start_.otherCards)
         call.arguments.insert(call.arguments.end(), {"--card", home.path(other)});
-    call.environment.insert(environment_.begin(), environment_.end());
+    call.environment.insert(start_.environment.begin(), start_.environment.end());
     return call;
 }
 
-ProgramResult OpenWindow::startAgain(std::vector<std::string> arguments,
-                                     const std::map<std::string, std::string>& environment) const {
+ProgramResult OpenWindow::startAgain(std::vector<std::string> arguments) const {
     ProgramCall again = call();
-    again.environment.insert(environment.begin(), environment.end());
     again.arguments = std::move(arguments);
     return again.run();
 }
 
 void OpenWindow::prepare() const {
     std::filesystem::permissions(home.makeFolder("run"), std::filesystem::perms::owner_all);
-    for (const auto& other : otherCards_) home.write(other + "/DCIM/100BILDK/BILD.JPG", "x");
+    for (const auto& other : start_.otherCards) home.write(other + "/DCIM/100BILDK/BILD.JPG", "x");
     ProgramCall settings = call();
     settings.path = BILDKURIER_CLI;
     settings.arguments = {"settings", "dest", destination};
+    if (settings.run().exitStatus != 0) throw std::runtime_error("no destination can be set");
     const ProgramCall sample{.path = SAMPLE_CARD, .arguments = {card}};
-    if (settings.run().exitStatus != 0 || sample.run().exitStatus != 0)
-        throw std::runtime_error("the card cannot be prepared");
+    switch (start_.camera) {
+        case Camera::sampleCard:
+            if (sample.run().exitStatus != 0) throw std::runtime_error("no card can be made");
+            break;
+        case Camera::emptyCard:
+            home.makeFolder("karte/DCIM");
+            break;
+        case Camera::none:
+            break;
+    }
 }
 
 bool OpenWindow::has(const std::string& role, const std::string& name) const {
@@ -189,6 +196,17 @@ bool OpenWindow::is(const std::string& role, const std::string& name, AtspiState
 std::string OpenWindow::description(const std::string& role, const std::string& name) const {
     const Element found = find(role, name);
     return found ? own(atspi_accessible_get_description(found.get(), nullptr)) : "";
+}
+
+std::string OpenWindow::text(const std::string& name) const {
+    const Element found = find("text", name);
+    AtspiText* all = found ? atspi_accessible_get_text_iface(found.get()) : nullptr;
+    if (all == nullptr) return "";
+    const auto length = atspi_text_get_character_count(all, nullptr);
+    const std::string lines = own(atspi_text_get_text(all, 0, length, nullptr));
+    g_object_unref(all);
+    static const std::regex paragraphEnd("\u2029");
+    return std::regex_replace(lines, paragraphEnd, "\n");
 }
 
 bool OpenWindow::goTo(const std::string& role, const std::string& name,

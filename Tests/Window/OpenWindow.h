@@ -9,6 +9,7 @@
 
 #include <atspi/atspi.h>
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -24,10 +25,19 @@ namespace bildkurier {
 /// destination a folder beside it.
 class OpenWindow {
 public:
-    /// With these things added to the program's environment, and with these cards beside the sample
-    /// card, each of one picture, by the names of their folders.
-    explicit OpenWindow(std::map<std::string, std::string> environment = {},
-                        std::vector<std::string> otherCards = {});
+    /// What it is started with for a camera; without, it looks for one itself.
+    enum class Camera : std::uint8_t { sampleCard, emptyCard, none };
+
+    struct Start {
+        Camera camera = Camera::sampleCard;
+        /// Added to the program's environment.
+        std::map<std::string, std::string> environment;
+        /// More cards, each of one picture, by the names of their folders.
+        std::vector<std::string> otherCards;
+    };
+
+    OpenWindow() : OpenWindow(Start{}) {}
+    explicit OpenWindow(Start start);
     ~OpenWindow();
     OpenWindow(const OpenWindow&) = delete;
     OpenWindow& operator=(const OpenWindow&) = delete;
@@ -38,6 +48,8 @@ public:
     bool is(const std::string& role, const std::string& name, AtspiStateType state) const;
     /// What is told of the first such control besides its name; empty for none.
     std::string description(const std::string& role, const std::string& name) const;
+    /// What stands in the first such text; empty for none.
+    std::string text(const std::string& name) const;
     /// Everything that is told, as in "push button: Importieren".
     std::vector<std::string> all() const;
     /// Whether a notification with this text was, or soon will be, heard of.
@@ -59,8 +71,8 @@ public:
     void send(int signal) const { program_->send(signal); }
 
     /// What a second start does.
-    ProgramResult startAgain(std::vector<std::string> arguments = {},
-                             const std::map<std::string, std::string>& environment = {}) const;
+    ProgramResult startAgain(std::vector<std::string> arguments = {}) const;
+    bool hasEnded() const { return program_->hasEnded(); }
     /// Waits until the program has ended.
     ProgramResult finish() { return program_->finish(); }
 
@@ -77,8 +89,7 @@ private:
     /// Notes what appears on the desktop.
     static void note(AtspiEvent* event, void* heard);
 
-    std::map<std::string, std::string> environment_;
-    std::vector<std::string> otherCards_;
+    Start start_;
     std::shared_ptr<AtspiEventListener> listener_;
     std::set<std::string> heard_;
     std::optional<RunningProgram> program_;
