@@ -25,7 +25,7 @@ public:
 
     Url stagingDirectory(const Url& destination) override;
     Url resolved(const Url& url) override { return store_->resolved(url); }
-    FileKeys existingFileKeys(const Url& folder) override;
+    FileListing listing(const Url& folder) override;
     bool fileExists(const Url& url) override;
     std::optional<std::int64_t> fileSize(const Url& url) override;
     bool isWritableDirectory(const Url& url) override;
