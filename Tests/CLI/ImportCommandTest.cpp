@@ -177,10 +177,11 @@ TEST_F(ImportCommandTest, SaysWhichCameraCannotTellYetWhoItIs) {
     const auto held = attached(camera("C", "persistent:usb"));
     held->identityIsFinal = false;
     begin();
-    EXPECT_EQ(reported(),
-              (Lines{"error: Kamera „serial:B“ nicht gefunden. Die Kennung der Kamera Kamera C ist "
-                     "noch nicht bekannt: Ein anderes Programm benutzt sie, oder sie antwortet "
-                     "nicht."}));
+    EXPECT_EQ(
+        reported(),
+        (Lines{"error: Kamera „serial:B“ nicht gefunden. Die Kennung der Kamera Kamera C ist "
+               "noch nicht bekannt: Ein anderes Programm benutzt sie, sie antwortet nicht, oder "
+               "der angegebene Ordner ist leer."}));
     expectEnd(ExitStatus::noCamera);
 }
 

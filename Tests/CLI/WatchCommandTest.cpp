@@ -154,8 +154,8 @@ TEST_F(WatchCommandTest, SaysWhyACameraCannotBeTrustedYet) {
         loop.settle();
         EXPECT_EQ(std::ranges::count(reported(),
                                      "status: Die Kennung der Kamera Kamera A ist noch nicht "
-                                     "bekannt: Ein anderes Programm benutzt sie, oder sie "
-                                     "antwortet nicht."),
+                                     "bekannt: Ein anderes Programm benutzt sie, sie antwortet "
+                                     "nicht, oder der angegebene Ordner ist leer."),
                   1);
         EXPECT_EQ(settings->storedIdentity, std::nullopt);
         held->deviceIdentity = "serial:A";

@@ -210,3 +210,19 @@ TEST_F(WatchedVolumeTest, GoesOnWhenItIsBackAfterBeingPulledInTheMiddleOfAFile) 
 
 }  // namespace
 }  // namespace bildkurier
+TEST_F(WatchedVolumeTest, IsTrustedByTheNameOfItsEmptyMountPoint) {
+    const std::string name = fs::path(card).filename();
+    volume.emplace(name);
+    card = volume->point();
+    addLarge("IMG_1.JPG", 5'000, 1);
+    ASSERT_TRUE(volume->unmount());
+    const Strings mountPoint{"--card", card, "--trust", name};
+    RunningProgram program(watch(mountPoint));
+    ASSERT_TRUE(program.waitUntilItSays("Die Kamera meldet keine Dateien.")) << program.out();
+    volume->mount();
+    ASSERT_TRUE(program.waitUntilItSays("Fertig: 1 geladen")) << program.out();
+    program.send(SIGTERM);
+    EXPECT_EQ(program.finish().exitStatus, 130);
+    expectCardAtDestination();
+}
+
