@@ -40,7 +40,9 @@ Result<> checkAttached(const CommandLine& commandLine,
     for (const auto& card : commandLine.cards) {
         if (auto readable = checkCardFolder(card); !readable) return readable;
     }
-    return failure("Keine Kamera gefunden.");
+    if (cameras.empty()) return failure("Keine Kamera gefunden.");
+    return failure(fmt::format("Nur {} von {} angegebenen Karten gefunden.", cameras.size(),
+                               commandLine.cards.size()));
 }
 
 Result<std::deque<std::shared_ptr<Camera>>> chooseCameras(

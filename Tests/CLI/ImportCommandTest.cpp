@@ -296,6 +296,15 @@ TEST_F(ImportCommandTest, DoesNotPassOverACardThatIsNotThere) {
     another(Command::import);
     begin();
     EXPECT_EQ(reported(), (Lines{"error: Die Karte „/c“ ist kein lesbarer Ordner."}));
+
+    for (const Command which : {Command::cameras, Command::plan, Command::import}) {
+        another(which);
+        options.cards = {"/", "/"};
+        attach("A");
+        begin();
+        EXPECT_EQ(reported().back(), "error: Nur 1 von 2 angegebenen Karten gefunden.");
+        expectEnd(ExitStatus::noCamera);
+    }
 }
 
 TEST_F(ImportCommandTest, PlansWithoutTouchingTheDestination) {
