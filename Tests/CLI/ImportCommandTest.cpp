@@ -797,6 +797,38 @@ TEST_F(ImportCommandTest, GoesOnAfterTheReturnOnceTheOtherImportHasEnded) {
     EXPECT_TRUE(ends.empty());
 }
 
+TEST_F(ImportCommandTest, WaitsAfterTheReturnForAsLongAsTheServerCannotBeListed) {
+    for (const bool recovers : {true, false}) {
+        again();
+        const auto server = haveServer();
+        const auto camera = attach("A");
+        const auto only = file(*camera, "A.JPG", "aaaa");
+        only->holdsBack = true;
+        run(*camera);
+        lose(camera);
+        only->holdsBack = false;
+        server->breakOfListings = "Broken pipe";
+        deliver(*returned(*camera));
+        EXPECT_TRUE(report.lines.back().ends_with(std::string(" Fortsetzung wartet: ") +
+                                                  ImportModel::unlistedWaitStatus))
+            << report.lines.back();
+        reported();
+        loop.advance(Duration(24 * 3600));
+        EXPECT_EQ(reported(), Lines()) << "once is enough";
+        EXPECT_TRUE(ends.empty());
+        if (recovers) {
+            server->breakOfListings.reset();
+            loop.advance(Duration(60));
+        } else {
+            command->interrupt();
+        }
+        EXPECT_EQ(latest(2), summedUp(recovers, !recovers));
+        EXPECT_EQ(store->fileExists(Url::file("/fotos/A.JPG")), recovers);
+        expectEnd(recovers ? ExitStatus::success : ExitStatus::interrupted);
+        store->removeItem(Url::file("/fotos"));
+    }
+}
+
 TEST_F(ImportCommandTest, SaysWhyTheImportCannotGoOnAfterTheReturn) {
     const auto camera = lost();
     store->capacity = 0;
