@@ -56,6 +56,9 @@ public:
     /// Creates the folder and all missing parents. One that exists is a success.
     virtual Result<> createDirectory(const Url& url) = 0;
 
+    /// Fails where nothing may be put into `folder` before it has been listed anew. Does not block.
+    virtual Result<> admitsFiles(const Url& /*folder*/) { return {}; }
+
     /// Gives the file `source` the name `target`. `target` appears complete or not at all,
     /// even after a crash, and replaces nothing, as far as the volume can see to that.
     virtual Result<> moveItem(const Url& source, const Url& target) = 0;

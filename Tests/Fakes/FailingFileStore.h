@@ -32,6 +32,7 @@ public:
     bool isNetworkVolume(const Url& url) override;
     std::optional<std::int64_t> availableCapacity(const Url& url) override;
     Result<> createDirectory(const Url& url) override;
+    Result<> admitsFiles(const Url& folder) override { return store_->admitsFiles(folder); }
     Result<> moveItem(const Url& source, const Url& target) override;
     void removeItem(const Url& url) override;
 

@@ -55,6 +55,7 @@ public:
         }
         return store_->createDirectory(url);
     }
+    Result<> admitsFiles(const Url& folder) override { return store_->admitsFiles(folder); }
     Result<> moveItem(const Url& source, const Url& target) override {
         if (const auto complaint = connect(target)) {
             return failure("Übertragung fehlgeschlagen: " + *complaint);

@@ -83,6 +83,7 @@ TEST_P(FileStoreContract, KnowsThatAWholeListLacksNothing) {
     makeFolder(at("JPG"));
     for (const Url& folder : {destination(), at("JPG"), at("missing")}) {
         EXPECT_EQ(store().listing(folder).trouble, std::nullopt) << folder.path;
+        EXPECT_TRUE(store().admitsFiles(folder)) << folder.path;
     }
 }
 

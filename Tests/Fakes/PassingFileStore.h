@@ -27,6 +27,7 @@ public:
         return store_->availableCapacity(url);
     }
     Result<> createDirectory(const Url& url) override { return store_->createDirectory(url); }
+    Result<> admitsFiles(const Url& folder) override { return store_->admitsFiles(folder); }
     Result<> moveItem(const Url& source, const Url& target) override {
         return store_->moveItem(source, target);
     }

@@ -41,6 +41,9 @@ public:
     Result<> createDirectory(const Url& url) override {
         return noted("createDirectory", url).createDirectory(url);
     }
+    Result<> admitsFiles(const Url& folder) override {
+        return noted("admitsFiles", folder).admitsFiles(folder);
+    }
     Result<> moveItem(const Url& source, const Url& target) override {
         return noted("moveItem", source).moveItem(source, target);
     }

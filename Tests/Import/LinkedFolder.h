@@ -43,6 +43,9 @@ public:
     Result<> createDirectory(const Url& url) override {
         return store_->createDirectory(resolved(url));
     }
+    Result<> admitsFiles(const Url& folder) override {
+        return store_->admitsFiles(resolved(folder));
+    }
     Result<> moveItem(const Url& source, const Url& target) override {
         return store_->moveItem(resolved(source), resolved(target));
     }

@@ -35,7 +35,7 @@ protected:
         "stagingDirectory /p", "resolved /p",          "listing /p",
         "fileExists /p",       "fileSize /p",          "isWritableDirectory /p",
         "isNetworkVolume /p",  "availableCapacity /p", "createDirectory /p",
-        "removeItem /p",
+        "admitsFiles /p",      "removeItem /p",
     };
 
     void callEverything(const Url& url) {
@@ -48,6 +48,7 @@ protected:
         router.isNetworkVolume(url);
         router.availableCapacity(url);
         (void)router.createDirectory(url);
+        (void)router.admitsFiles(url);
         router.removeItem(url);
     }
 };

@@ -624,6 +624,12 @@ TEST_F(SFTPFileStoreTest, PutsNothingWhereAListingBrokeOffUntilItIsWhole) {
               FileListing{.trouble = "Die Verbindung ist abgebrochen (Broken pipe)"});
     EXPECT_EQ(store.moveItem(Url::file(local), server("/p/JPG/A")).error().message,
               "Übertragung fehlgeschlagen: " + trouble);
+    for (const auto* within : {"/p", "/p/", "/p/JPG"}) {
+        const auto admitted = store.admitsFiles(server(within));
+        ASSERT_FALSE(admitted) << within;
+        EXPECT_EQ(admitted.error().message, trouble);
+    }
+    EXPECT_TRUE(store.admitsFiles(server("/pp")));
     EXPECT_FALSE(store.moveItem(Url::file(local), server("/p/A")));
     EXPECT_EQ(runner->calls.size(), 1U);
     EXPECT_TRUE(fs::exists(local));
@@ -633,6 +639,7 @@ TEST_F(SFTPFileStoreTest, PutsNothingWhereAListingBrokeOffUntilItIsWhole) {
     answer({{0, ""}, {0, "sftp> -ls -ln \"/p/q\""}, {1, "full"}, {0, "sftp> -ls -ln \"/p\""}});
     EXPECT_TRUE(store.createDirectory(server("/p/q")));
     EXPECT_EQ(store.existingFileKeys(server("/p/q")), FileKeys{});
+    EXPECT_TRUE(store.admitsFiles(server("/p/q")));
     EXPECT_EQ(store.moveItem(Url::file(local), server("/p/q/A")).error().message,
               "Übertragung fehlgeschlagen: full");
 }

@@ -112,8 +112,8 @@ TEST_F(SftpImportTest, LoadsNothingTwiceBecauseAListingBrokeOff) {
         EXPECT_EQ(progress.failed, progress.total);
         ASSERT_GT(progress.total, 0);
         for (const std::string& line : import.log) {
-            EXPECT_TRUE(line.starts_with("ℹ︎") ||
-                        line.contains("Damit nichts doppelt geladen wird, "))
+            EXPECT_TRUE(line.starts_with("✗ ") &&
+                        line.contains(": Damit nichts doppelt geladen wird, "))
                 << line;
         }
         EXPECT_EQ(serversTree(), full);
@@ -135,6 +135,7 @@ TEST_F(SftpImportTest, LoadsNothingTwiceIntoAFolderThatCannotBeListed) {
         const auto progress = import.import(byType);
         EXPECT_EQ(progress.done, missingElsewhere);
         EXPECT_EQ(progress.failed, 3);
+        EXPECT_FALSE(import.log.front().starts_with("ℹ︎")) << import.log.front();
         EXPECT_TRUE(import.log.back().contains("muss sich der Ordner erst ganz auflisten lassen"))
             << import.log.back();
     }

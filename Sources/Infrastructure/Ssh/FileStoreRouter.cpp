@@ -37,6 +37,10 @@ Result<> FileStoreRouter::createDirectory(const Url& url) {
     return storeFor(url).createDirectory(url);
 }
 
+Result<> FileStoreRouter::admitsFiles(const Url& folder) {
+    return storeFor(folder).admitsFiles(folder);
+}
+
 Result<> FileStoreRouter::moveItem(const Url& source, const Url& target) {
     return storeFor(target).moveItem(source, target);
 }

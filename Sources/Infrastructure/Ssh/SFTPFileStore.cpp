@@ -321,6 +321,10 @@ Result<> SFTPFileStore::createDirectory(const Url& url) {
     return {};
 }
 
+Result<> SFTPFileStore::admitsFiles(const Url& folder) {
+    return knowWhatIsThere(folder.appending("anything"));
+}
+
 Result<> SFTPFileStore::moveItem(const Url& source, const Url& target) {
     if (const auto known = knowWhatIsThere(target); !known)
         return notUploaded(known.error().message);

@@ -75,6 +75,7 @@ public:
     bool isNetworkVolume(const Url& url) override;
     std::optional<std::int64_t> availableCapacity(const Url& url) override;
     Result<> createDirectory(const Url& url) override;
+    Result<> admitsFiles(const Url& folder) override;
     /// Uploads the local file `source`. It goes once the server says that all of it is there.
     Result<> moveItem(const Url& source, const Url& target) override;
     void removeItem(const Url& url) override;
