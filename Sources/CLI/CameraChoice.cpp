@@ -29,8 +29,8 @@ std::optional<std::string> unknownIdentity(const std::vector<std::shared_ptr<Cam
         cameras, [](const auto& camera) { return camera->isIdentityFinal(); });
     if (found == cameras.end()) return std::nullopt;
     return fmt::format(
-        "Die Kennung der Kamera {} ist noch nicht bekannt: Ein anderes Programm benutzt sie, oder "
-        "sie antwortet nicht.",
+        "Die Kennung der Kamera {} ist noch nicht bekannt: Ein anderes Programm benutzt sie, sie "
+        "antwortet nicht, oder der angegebene Ordner ist leer.",
         displayName(**found));
 }
 
@@ -40,7 +40,9 @@ Result<> checkAttached(const CommandLine& commandLine,
     for (const auto& card : commandLine.cards) {
         if (auto readable = checkCardFolder(card); !readable) return readable;
     }
-    return failure("Keine Kamera gefunden.");
+    if (cameras.empty()) return failure("Keine Kamera gefunden.");
+    return failure(fmt::format("Nur {} von {} angegebenen Karten gefunden.", cameras.size(),
+                               commandLine.cards.size()));
 }
 
 Result<std::deque<std::shared_ptr<Camera>>> chooseCameras(

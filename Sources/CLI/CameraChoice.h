@@ -21,7 +21,7 @@ Result<std::deque<std::shared_ptr<Camera>>> chooseCameras(
 /// What to tell of a camera that cannot say yet who it is, if there is one.
 std::optional<std::string> unknownIdentity(const std::vector<std::shared_ptr<Camera>>& cameras);
 
-/// Fails where a folder that the user means is no card, or no camera is attached.
+/// Fails where no camera is attached, or a folder that the user means is none of them.
 Result<> checkAttached(const CommandLine& commandLine,
                        const std::vector<std::shared_ptr<Camera>>& cameras);
 

@@ -265,8 +265,8 @@ void ImportCommand::lookWhileAwaiting() {
         plan_.files = 0;
         return endAfterReturn();
     }
-    // Any other camera that is ready has files to load, and waits for another process's import or
-    // for a list of the server.
+    // Any other camera that is ready has files to load, and waits until another process's import
+    // has ended or the server's list can be had, for as long as the user lets it.
     if (model().phase() == Phase::ready && isEmpty)
         passOver(ExitStatus::filesFailed, model().status());
 }

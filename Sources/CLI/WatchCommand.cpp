@@ -4,11 +4,14 @@
 
 #include "CameraChoice.h"
 #include "CameraName.h"
+#include "CardFolder.h"
 #include "FileName.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace bildkurier {
@@ -21,17 +24,29 @@ WatchCommand::WatchCommand(CommandLine commandLine, std::shared_ptr<const Settin
       settings_(std::move(settings)) {}
 
 void WatchCommand::start() {
-    const auto& given = commandLine_.cards;
-    // Any other camera may come later, but who names a folder takes it for there.
-    const auto attached =
-        given.empty() ? Result<>() : checkAttached(commandLine_, model().cameras());
-    if (!attached) return stop(ExitStatus::noCamera, attached.error().message);
+    if (const auto found = lookForFolders(); !found)
+        return stop(ExitStatus::noCamera, found.error().message);
     if (!commandLine_.trust && !model().trustsCamera()) {
         return stop(ExitStatus::noCamera,
                     "Noch ist keine Kamera vertraut: bitte mit --trust eine nennen.");
     }
     tellOfMissingCamera();
     showStatus();
+}
+
+Result<> WatchCommand::lookForFolders() {
+    for (const auto& card : commandLine_.cards) {
+        std::error_code error;
+        if (std::filesystem::exists(card, error)) {
+            if (auto readable = checkCardFolder(card); !readable) return readable;
+        } else {
+            report().status(
+                fmt::format("Der Ordner „{}“ ist noch nicht da; er wird eingelesen, sobald er es "
+                            "ist.",
+                            displayText(card)));
+        }
+    }
+    return {};
 }
 
 void WatchCommand::tellOfMissingCamera() {

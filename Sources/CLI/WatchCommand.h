@@ -4,6 +4,7 @@
 
 #include "CommandLine.h"
 #include "ModelCommand.h"
+#include "Result.h"
 #include "SettingsStore.h"
 
 #include <memory>
@@ -25,6 +26,9 @@ private:
     void start() override;
     void look() override;
     bool isUnderWay() const override { return running_ || isImporting(); }
+    /// Tells of each folder given that is not there yet. Fails where one is no folder, or not to
+    /// be read.
+    Result<> lookForFolders();
     /// The user of a window would see at once that it is not in the list.
     void tellOfMissingCamera();
     void tellOfSuspension();

@@ -551,8 +551,8 @@ void ImportModel::scanDestination() {
             scan.writable = store->isWritableDirectory(dest);
             scan.capacity = store->availableCapacity(dest);
             // What lies on the card is not there because it was imported.
-            auto keys = scan.overlaps ? FileKeys() : store->existingFileKeys(dest);
-            if (!scan.overlaps) scan.trouble = store->listingTrouble(dest);
+            auto [keys, trouble] = scan.overlaps ? FileListing() : store->listing(dest);
+            scan.trouble = std::move(trouble);
             scan.planner = ImportPlanner(*candidates, keys);
             if (auto arrived = arrivedKeys(savedKeys, keys); !arrived.empty()) {
                 keys.merge(arrived);

@@ -129,13 +129,18 @@ void ImportRunner::downloadNext() {
 
     struct Prepared {
         Result<> folder;
-        std::string saveName;
+        Result<std::string> saveName;
     };
     runThen(
         background_, main_,
         [store = fileStore_, folder = item.folder, name = item.wantedName] {
             Prepared prepared{.folder = store->createDirectory(folder)};
-            if (prepared.folder) prepared.saveName = store->freeName(name, folder);
+            if (!prepared.folder) return prepared;
+            if (const auto admitted = store->admitsFiles(folder); !admitted) {
+                prepared.saveName = std::unexpected(admitted.error());
+            } else {
+                prepared.saveName = store->freeName(name, folder);
+            }
             return prepared;
         },
         runID_([this, file, item](Prepared prepared) mutable {
@@ -150,8 +155,10 @@ void ImportRunner::downloadNext() {
                 countFailure();
                 return downloadNext();
             }
-            if (!isPlainFileName(prepared.saveName)) return finishFile(item, failure(noNameFree));
-            item.saveName = std::move(prepared.saveName);
+            if (!prepared.saveName)
+                return finishFile(item, std::unexpected(std::move(prepared.saveName).error()));
+            if (!isPlainFileName(*prepared.saveName)) return finishFile(item, failure(noNameFree));
+            item.saveName = *std::move(prepared.saveName);
             load(*file, item);
         }));
 }

@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
-#include "FileKey.h"
+#include "FileListing.h"
 #include "Result.h"
 #include "Url.h"
 
@@ -31,13 +31,12 @@ public:
     /// destinations of the same path are the same.
     virtual Url resolved(const Url& url) { return url; }
 
-    /// Keys of every regular file below `folder`, at any depth, hidden ones left out.
-    /// A folder that cannot be read is empty.
-    virtual FileKeys existingFileKeys(const Url& folder) = 0;
+    /// Every regular file below `folder`, at any depth, hidden ones left out. A folder that cannot
+    /// be read is empty.
+    virtual FileListing listing(const Url& folder) = 0;
 
-    /// Why the last `existingFileKeys` of `folder` may lack something, as a clause; absent when it
-    /// lacks nothing, as far as this store can tell. Does not block.
-    virtual std::optional<std::string> listingTrouble(const Url& /*folder*/) { return {}; }
+    /// The keys of that.
+    FileKeys existingFileKeys(const Url& folder) { return listing(folder).keys; }
 
     /// Whether there is anything, file or folder.
     virtual bool fileExists(const Url& url) = 0;
@@ -56,6 +55,9 @@ public:
 
     /// Creates the folder and all missing parents. One that exists is a success.
     virtual Result<> createDirectory(const Url& url) = 0;
+
+    /// Fails where nothing may be put into `folder` before it has been listed anew. Does not block.
+    virtual Result<> admitsFiles(const Url& /*folder*/) { return {}; }
 
     /// Gives the file `source` the name `target`. `target` appears complete or not at all,
     /// even after a crash, and replaces nothing, as far as the volume can see to that.

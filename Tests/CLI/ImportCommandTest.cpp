@@ -177,10 +177,11 @@ TEST_F(ImportCommandTest, SaysWhichCameraCannotTellYetWhoItIs) {
     const auto held = attached(camera("C", "persistent:usb"));
     held->identityIsFinal = false;
     begin();
-    EXPECT_EQ(reported(),
-              (Lines{"error: Kamera „serial:B“ nicht gefunden. Die Kennung der Kamera Kamera C ist "
-                     "noch nicht bekannt: Ein anderes Programm benutzt sie, oder sie antwortet "
-                     "nicht."}));
+    EXPECT_EQ(
+        reported(),
+        (Lines{"error: Kamera „serial:B“ nicht gefunden. Die Kennung der Kamera Kamera C ist "
+               "noch nicht bekannt: Ein anderes Programm benutzt sie, sie antwortet nicht, oder "
+               "der angegebene Ordner ist leer."}));
     expectEnd(ExitStatus::noCamera);
 }
 
@@ -295,6 +296,15 @@ TEST_F(ImportCommandTest, DoesNotPassOverACardThatIsNotThere) {
     another(Command::import);
     begin();
     EXPECT_EQ(reported(), (Lines{"error: Die Karte „/c“ ist kein lesbarer Ordner."}));
+
+    for (const Command which : {Command::cameras, Command::plan, Command::import}) {
+        another(which);
+        options.cards = {"/", "/"};
+        attach("A");
+        begin();
+        EXPECT_EQ(reported().back(), "error: Nur 1 von 2 angegebenen Karten gefunden.");
+        expectEnd(ExitStatus::noCamera);
+    }
 }
 
 TEST_F(ImportCommandTest, PlansWithoutTouchingTheDestination) {
@@ -785,6 +795,38 @@ TEST_F(ImportCommandTest, GoesOnAfterTheReturnOnceTheOtherImportHasEnded) {
     loop.advance(Duration(5));
     EXPECT_EQ(report.lines.back(), "importing: 1/1 files, 4 bytes, 1 JPG");
     EXPECT_TRUE(ends.empty());
+}
+
+TEST_F(ImportCommandTest, WaitsAfterTheReturnForAsLongAsTheServerCannotBeListed) {
+    for (const bool recovers : {true, false}) {
+        again();
+        const auto server = haveServer();
+        const auto camera = attach("A");
+        const auto only = file(*camera, "A.JPG", "aaaa");
+        only->holdsBack = true;
+        run(*camera);
+        lose(camera);
+        only->holdsBack = false;
+        server->breakOfListings = "Broken pipe";
+        deliver(*returned(*camera));
+        EXPECT_TRUE(report.lines.back().ends_with(std::string(" Fortsetzung wartet: ") +
+                                                  ImportModel::unlistedWaitStatus))
+            << report.lines.back();
+        reported();
+        loop.advance(Duration(24 * 3600));
+        EXPECT_EQ(reported(), Lines()) << "once is enough";
+        EXPECT_TRUE(ends.empty());
+        if (recovers) {
+            server->breakOfListings.reset();
+            loop.advance(Duration(60));
+        } else {
+            command->interrupt();
+        }
+        EXPECT_EQ(latest(2), summedUp(recovers, !recovers));
+        EXPECT_EQ(store->fileExists(Url::file("/fotos/A.JPG")), recovers);
+        expectEnd(recovers ? ExitStatus::success : ExitStatus::interrupted);
+        store->removeItem(Url::file("/fotos"));
+    }
 }
 
 TEST_F(ImportCommandTest, SaysWhyTheImportCannotGoOnAfterTheReturn) {

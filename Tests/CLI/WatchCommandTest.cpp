@@ -56,25 +56,35 @@ TEST_F(WatchCommandTest, WantsATrustedCamera) {
     }
 }
 
-TEST_F(WatchCommandTest, WantsEveryFolderGivenToBeThereAtFirst) {
-    const struct {
-        Lines cards;
-        std::string complaint;
-    } cases[] = {
-        {{"/c"}, "error: Die Karte „/c“ ist kein lesbarer Ordner."},
-        {{"/", "/c"}, "error: Die Karte „/c“ ist kein lesbarer Ordner."},
-        {{"/", "/"}, "error: Keine Kamera gefunden."},
-    };
-    for (const auto& [cards, complaint] : cases) {
+TEST_F(WatchCommandTest, WantsWhatIsGivenToBeAFolder) {
+    for (const Lines& cards : {Lines{"/dev/null"}, Lines{"/", "/dev/null"}}) {
         trust("serial:A");
         make();
         ends.clear();
-        if (cards.size() > 1) attach("A");
         makeCommand({.cards = cards});
         command->begin();
-        EXPECT_EQ(reported(), Lines{complaint});
+        EXPECT_EQ(reported(), Lines{"error: Die Karte „/dev/null“ ist kein lesbarer Ordner."});
         expectEnd(ExitStatus::noCamera);
     }
+}
+
+TEST_F(WatchCommandTest, WaitsForAFolderGivenThatIsNotThereYetAndSaysSoOnce) {
+    trust("serial:A");
+    make();
+    makeCommand({.cards = {"/", "/c\n"}});
+    command->begin();
+    loop.settle();
+    const auto isTold = [](const std::string& line) { return line.contains("noch nicht da"); };
+    const Lines lines = reported();
+    EXPECT_EQ(lines.front(),
+              "status: Der Ordner „/c␊“ ist noch nicht da; er wird eingelesen, sobald er es ist.");
+    EXPECT_EQ(std::ranges::count_if(lines, isTold), 1);
+    const auto card = attach("A");
+    file(*card, "A.JPG", "aaaa");
+    deliver(*card);
+    EXPECT_EQ(store->tree(Url::file("/bilder")), (Tree{{"A.JPG", "aaaa"}}));
+    EXPECT_EQ(std::ranges::count_if(reported(), isTold), 0);
+    EXPECT_TRUE(ends.empty());
 }
 
 TEST_F(WatchCommandTest, WaitsForAFolderGivenThatHasGone) {
@@ -154,8 +164,8 @@ TEST_F(WatchCommandTest, SaysWhyACameraCannotBeTrustedYet) {
         loop.settle();
         EXPECT_EQ(std::ranges::count(reported(),
                                      "status: Die Kennung der Kamera Kamera A ist noch nicht "
-                                     "bekannt: Ein anderes Programm benutzt sie, oder sie "
-                                     "antwortet nicht."),
+                                     "bekannt: Ein anderes Programm benutzt sie, sie antwortet "
+                                     "nicht, oder der angegebene Ordner ist leer."),
                   1);
         EXPECT_EQ(settings->storedIdentity, std::nullopt);
         held->deviceIdentity = "serial:A";

@@ -145,6 +145,40 @@ TEST_F(WatchedFolderTest, IsImportedAgainWheneverItReturns) {
     expectCardAtDestination();
 }
 
+TEST_F(WatchedFolderTest, IsImportedAsSoonAsItIsThere) {
+    const std::string away = folder.path("away");
+    fs::rename(card, away);
+    RunningProgram program(watch(options));
+    ASSERT_TRUE(program.waitUntilItSays("Der Ordner „" + card + "“ ist noch nicht da"))
+        << program.out();
+    fs::rename(away, card);
+    ASSERT_TRUE(program.waitUntilItSays("Fertig: 3 geladen")) << program.out();
+    program.send(SIGTERM);
+    EXPECT_EQ(program.finish().exitStatus, 130);
+    expectCardAtDestination();
+}
+
+TEST_F(WatchedFolderTest, IsTrustedOnlyOnceItIsNotEmpty) {
+    const std::string empty = folder.makeFolder("leer");
+    const auto plan = call({"plan", "--card", empty, "--to", destination}, {}, user).run();
+    EXPECT_EQ(plan.out, "Die Kamera meldet keine Dateien.\n");
+    EXPECT_EQ(plan.exitStatus, 0);
+
+    RunningProgram program(watch({"--card", empty, "--trust", "leer"}));
+    ASSERT_TRUE(program.waitUntilItSays("Die Kamera meldet keine Dateien.")) << program.out();
+    EXPECT_NE(program.out().find("der angegebene Ordner ist leer"), std::string::npos)
+        << program.out();
+    const auto trusted = call({"settings", "autoImportEnabled"}, {}, user);
+    EXPECT_EQ(trusted.run().out, "autoImportEnabled = false\n");
+    fs::rename(card, empty);
+    card = empty;
+    ASSERT_TRUE(program.waitUntilItSays("Fertig: 3 geladen")) << program.out();
+    EXPECT_EQ(trusted.run().out, "autoImportEnabled = true\n");
+    program.send(SIGTERM);
+    EXPECT_EQ(program.finish().exitStatus, 130);
+    expectCardAtDestination();
+}
+
 /// The card is a volume that is mounted and unmounted.
 class WatchedVolumeTest : public WatchProgramTest {
 protected:
@@ -183,6 +217,22 @@ TEST_F(WatchedVolumeTest, IsImportedFromThenOnWheneverItIsMounted) {
     const auto result = later.finish();
     EXPECT_EQ(result.exitStatus, 130);
     EXPECT_EQ(ImportOutput(result.out).saved, Strings{"JPG/IMG_2.JPG"}) << result.out;
+}
+
+TEST_F(WatchedVolumeTest, IsTrustedByTheNameOfItsEmptyMountPoint) {
+    const std::string name = fs::path(card).filename();
+    volume.emplace(name);
+    card = volume->point();
+    addLarge("IMG_1.JPG", 5'000, 1);
+    ASSERT_TRUE(volume->unmount());
+    const Strings mountPoint{"--card", card, "--trust", name};
+    RunningProgram program(watch(mountPoint));
+    ASSERT_TRUE(program.waitUntilItSays("Die Kamera meldet keine Dateien.")) << program.out();
+    volume->mount();
+    ASSERT_TRUE(program.waitUntilItSays("Fertig: 1 geladen")) << program.out();
+    program.send(SIGTERM);
+    EXPECT_EQ(program.finish().exitStatus, 130);
+    expectCardAtDestination();
 }
 
 TEST_F(WatchedVolumeTest, GoesOnWhenItIsBackAfterBeingPulledInTheMiddleOfAFile) {

@@ -26,8 +26,8 @@ Url FailingFileStore::stagingDirectory(const Url& destination) {
     return store_->stagingDirectory(destination);
 }
 
-FileKeys FailingFileStore::existingFileKeys(const Url& folder) {
-    return query(&FileStore::existingFileKeys, folder);
+FileListing FailingFileStore::listing(const Url& folder) {
+    return query(&FileStore::listing, folder);
 }
 
 bool FailingFileStore::fileExists(const Url& url) { return query(&FileStore::fileExists, url); }

@@ -31,12 +31,11 @@ public:
                                      : store_->stagingDirectory(destination);
     }
     Url resolved(const Url& url) override { return store_->resolved(url); }
-    FileKeys existingFileKeys(const Url& folder) override {
-        return listingTrouble(folder) ? FileKeys() : store_->existingFileKeys(folder);
-    }
-    std::optional<std::string> listingTrouble(const Url& folder) override {
-        if (auto complaint = connect(folder)) return complaint;
-        return isServer(folder) ? breakOfListings : std::nullopt;
+    FileListing listing(const Url& folder) override {
+        auto trouble = connect(folder);
+        if (!trouble && isServer(folder)) trouble = breakOfListings;
+        if (trouble) return {.trouble = std::move(trouble)};
+        return store_->listing(folder);
     }
     bool fileExists(const Url& url) override { return connects(url) && store_->fileExists(url); }
     std::optional<std::int64_t> fileSize(const Url& url) override {
@@ -56,6 +55,7 @@ public:
         }
         return store_->createDirectory(url);
     }
+    Result<> admitsFiles(const Url& folder) override { return store_->admitsFiles(folder); }
     Result<> moveItem(const Url& source, const Url& target) override {
         if (const auto complaint = connect(target)) {
             return failure("Übertragung fehlgeschlagen: " + *complaint);

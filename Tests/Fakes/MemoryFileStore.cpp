@@ -60,14 +60,14 @@ Url MemoryFileStore::stagingDirectory(const Url& destination) {
     return staging.value_or(destination.appending(".bildkurier-tmp"));
 }
 
-FileKeys MemoryFileStore::existingFileKeys(const Url& folder) {
-    FileKeys keys;
+FileListing MemoryFileStore::listing(const Url& folder) {
+    FileListing found;
     for (const auto& [path, contents] : tree(folder)) {
         const bool hidden = path.starts_with('.') || path.find("/.") != std::string::npos;
         if (hidden || path.ends_with('/')) continue;
-        keys.insert(fileKey(Url::file(path).lastComponent(), std::ssize(contents)));
+        found.keys.insert(fileKey(Url::file(path).lastComponent(), std::ssize(contents)));
     }
-    return keys;
+    return found;
 }
 
 bool MemoryFileStore::fileExists(const Url& url) {

@@ -36,7 +36,7 @@ public:
     Tree tree(const Url& folder) const;
 
     Url stagingDirectory(const Url& destination) override;
-    FileKeys existingFileKeys(const Url& folder) override;
+    FileListing listing(const Url& folder) override;
     bool fileExists(const Url& url) override;
     std::optional<std::int64_t> fileSize(const Url& url) override;
     bool isWritableDirectory(const Url& url) override;

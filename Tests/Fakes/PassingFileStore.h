@@ -18,12 +18,7 @@ public:
         return store_->stagingDirectory(destination);
     }
     Url resolved(const Url& url) override { return store_->resolved(url); }
-    FileKeys existingFileKeys(const Url& folder) override {
-        return store_->existingFileKeys(folder);
-    }
-    std::optional<std::string> listingTrouble(const Url& folder) override {
-        return store_->listingTrouble(folder);
-    }
+    FileListing listing(const Url& folder) override { return store_->listing(folder); }
     bool fileExists(const Url& url) override { return store_->fileExists(url); }
     std::optional<std::int64_t> fileSize(const Url& url) override { return store_->fileSize(url); }
     bool isWritableDirectory(const Url& url) override { return store_->isWritableDirectory(url); }
@@ -32,6 +27,7 @@ public:
         return store_->availableCapacity(url);
     }
     Result<> createDirectory(const Url& url) override { return store_->createDirectory(url); }
+    Result<> admitsFiles(const Url& folder) override { return store_->admitsFiles(folder); }
     Result<> moveItem(const Url& source, const Url& target) override {
         return store_->moveItem(source, target);
     }

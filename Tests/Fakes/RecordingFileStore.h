@@ -22,8 +22,8 @@ public:
         return noted("stagingDirectory", destination).stagingDirectory(destination);
     }
     Url resolved(const Url& url) override { return noted("resolved", url).resolved(url); }
-    FileKeys existingFileKeys(const Url& folder) override {
-        return noted("existingFileKeys", folder).existingFileKeys(folder);
+    FileListing listing(const Url& folder) override {
+        return noted("listing", folder).listing(folder);
     }
     bool fileExists(const Url& url) override { return noted("fileExists", url).fileExists(url); }
     std::optional<std::int64_t> fileSize(const Url& url) override {
@@ -40,6 +40,9 @@ public:
     }
     Result<> createDirectory(const Url& url) override {
         return noted("createDirectory", url).createDirectory(url);
+    }
+    Result<> admitsFiles(const Url& folder) override {
+        return noted("admitsFiles", folder).admitsFiles(folder);
     }
     Result<> moveItem(const Url& source, const Url& target) override {
         return noted("moveItem", source).moveItem(source, target);

@@ -30,7 +30,7 @@ TEST_F(ImportModelScanTest, AsksTheDestinationInTheBackground) {
     EXPECT_EQ(recording->calls, Names());
     EXPECT_TRUE(loop.stepBackground());
     EXPECT_EQ(recording->calls, (Names{"isNetworkVolume /bilder", "isWritableDirectory /bilder",
-                                       "availableCapacity /bilder", "existingFileKeys /bilder"}));
+                                       "availableCapacity /bilder", "listing /bilder"}));
     EXPECT_EQ(model->phase(), Phase::checking);
     EXPECT_FALSE(model->destOnNetwork());
     loop.settle();

@@ -68,6 +68,7 @@ rc::Gen<ImportStep> anyStep() {
                                              {1, Event::switchKind},
                                              {1, Event::changeHostKey},
                                              {1, Event::refuseConnections},
+                                             {2, Event::breakListings},
                                              {1, Event::changeOwnKey},
                                              {1, Event::expectCamera},
                                              {1, Event::anotherProcess},
@@ -84,7 +85,8 @@ TEST(ImportModelStateMachine, KeepsItsPromisesWhateverHappens) {
         [] {
             ImportSequence sequence(
                 {.trusts = *rc::gen::arbitrary<bool>(),
-                 .onServer = *rc::gen::weightedElement<bool>({{2, false}, {1, true}})});
+                 .onServer = *rc::gen::weightedElement<bool>({{2, false}, {1, true}}),
+                 .isNamed = *rc::gen::weightedElement<bool>({{1, false}, {2, true}})});
             const auto steps = *rc::gen::container<std::vector<ImportStep>>(anyStep());
             for (const auto& step : steps) sequence.happen(step);
             sequence.finish();

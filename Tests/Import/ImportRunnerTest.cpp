@@ -8,6 +8,7 @@
 #include "LinkedFolder.h"
 #include "ManualRunLoop.h"
 #include "MemoryFileStore.h"
+#include "PassingFileStore.h"
 #include "SlowMoves.h"
 
 #include <gtest/gtest.h>
@@ -26,6 +27,16 @@ using Lines = std::vector<std::string>;
 using Progress = ImportRunner::Progress;
 
 constexpr std::int64_t headroom = 209'715'200;
+
+/// Another store that admits no files to one folder.
+class BarredFolder final : public PassingFileStore {
+public:
+    using PassingFileStore::PassingFileStore;
+    Result<> admitsFiles(const Url& folder) override {
+        if (folder.path == "/bilder/JPG") return failure("erst auflisten");
+        return {};
+    }
+};
 
 class ImportRunnerTest : public testing::Test {
 protected:
@@ -373,6 +384,19 @@ TEST_F(ImportRunnerTest, CountsWhatItDoesNotTryWithoutItsFolder) {
     ASSERT_EQ(log.size(), 2);
     EXPECT_EQ(log[1], "2 weitere Dateien wurden nicht mehr versucht und fehlen noch.");
     EXPECT_EQ(finished[0].first, (Progress{.total = 3, .failed = 1}));
+}
+
+TEST_F(ImportRunnerTest, SeeksNoNameInAFolderThatAdmitsNoFiles) {
+    store->files["/bilder/JPG/A.JPG"] = "other";
+    store->folders = {"/", "/bilder", "/bilder/JPG"};
+    runner = std::make_unique<ImportRunner>(std::make_shared<BarredFolder>(store), loop, loop);
+    attach(*runner);
+    const auto barred = file("A.JPG", "aaaa");
+    file("B.CR3", "bb");
+    runAll({.byType = true});
+    EXPECT_EQ(log, (Lines{"✗ A.JPG: erst auflisten", "✓ CR3/B.CR3  (" + formatBytes(2) + ")"}));
+    EXPECT_EQ(barred->downloads, 0);
+    EXPECT_EQ(finished[0].first, (Progress{.total = 2, .done = 1, .failed = 1, .bytesDone = 6}));
 }
 
 TEST_F(ImportRunnerTest, CompletesTheFileInFlightWhenCancelled) {

@@ -24,6 +24,7 @@ using namespace std::string_literals;
 constexpr Duration speedInterval{0.25};
 constexpr Duration watchInterval{0.5};
 constexpr Duration retryInterval{5.0};
+constexpr Duration serverRetryInterval{60.0};
 constexpr auto goesOn = "Kamera getrennt. Der Import geht weiter, sobald sie wieder verbunden ist.";
 constexpr auto gaveUp =
     "Import gestoppt: Die Kamera trennt sich wiederholt, ohne dass etwas ankommt. Originalkabel "
@@ -34,6 +35,8 @@ constexpr auto refusedSession =
     "Verbindung fehlgeschlagen: Die Kamera ist belegt. „Digitale Bilder“, „Fotos“ und "
     "Canon-Software schließen, dann Kamera neu verbinden.";
 constexpr auto chooseFolderStatus = "Zielordner wählen: unter Ziel auf „Ändern …“ klicken.";
+constexpr auto nameServerStatus =
+    "Server angeben: unter Ziel den Rechner eintragen, dann „Verbinden und prüfen“.";
 constexpr auto returned = " wieder verbunden. Import wird fortgesetzt …";
 constexpr auto summaryStart = "Fertig: ";
 constexpr auto nothingMissing = "Nach der Trennung fehlt nichts mehr im Zielordner.";
@@ -95,7 +98,7 @@ ImportSequence::ImportSequence(const Beginning& beginning) {
     settings_->storedDestination = Url::file(destinations[0]);
     settings_->storedAutoImport = beginning.trusts;
     if (beginning.trusts) settings_->storedIdentity = devices_[0].identity;
-    settings_->storedHost = "nas";
+    if (beginning.isNamed) settings_->storedHost = "nas";
     if (beginning.onServer) {
         settings_->storedKind = DestinationKind::sftp;
         settings_->storedPath = "server";
@@ -205,7 +208,7 @@ void ImportSequence::happen(const ImportStep& step) {
             model_->setByType(which % 4 < 2);
             break;
         case Event::advance:
-            loop_.advance(Duration(pick(durations, which)));
+            advance(Duration(pick(durations, which)));
             break;
         case Event::stepMain:
             loop_.stepMain();
@@ -257,6 +260,10 @@ void ImportSequence::happen(const ImportStep& step) {
             server_->refusal.reset();
             if (which % 3 == 0) server_->refusal = "Connection refused";
             server_->isWritable = which % 3 != 1;
+            break;
+        case Event::breakListings:
+            server_->breakOfListings.reset();
+            if (which % 3 != 0) server_->breakOfListings = which % 3 == 1 ? "Broken pipe" : "Reset";
             break;
         case Event::changeOwnKey:
             keyring_->key.reset();
@@ -329,7 +336,7 @@ void ImportSequence::identify(std::size_t which) {
         RC_ASSERT(model_->phase() == Phase::connecting);
     } else if (before != Phase::ready) {
         RC_ASSERT(model_->phase() == before);
-    } else if (!needsChoice()) {
+    } else if (!needsChoice() && !needsServer()) {
         RC_ASSERT(model_->phase() == Phase::checking);
     }
 }
@@ -412,7 +419,7 @@ void ImportSequence::connect(Device& device) {
     if (held() != camera || phase_ == Phase::importing) return;
     if (camera->asked > 0) camera->answer(std::nullopt);
     check();
-    if (camera->answered > 0) camera->catalogReady();
+    if (camera->answered > 0) readCatalog(*camera);
     check();
     loop_.settle();
 }
@@ -492,14 +499,16 @@ void ImportSequence::catalogReady(std::size_t which) {
         return checkNothingHappens([&] { camera->catalogReady(); });
     }
     const auto storedDay = settings_->storedFromDay;
-    camera->catalogReady();
+    readCatalog(*camera);
     RC_ASSERT(camera->read == camera->card);
     const auto& days = model_->cameraDays();
     const auto chosen =
         std::ranges::find_if(days, [&](Date day) { return dayFormatter().text(day) == storedDay; });
     const auto index = chosen == days.end() ? std::ssize(days) - 1 : chosen - days.begin();
     RC_ASSERT(model_->fromDayIndex() == static_cast<double>(std::max<std::ptrdiff_t>(index, 0)));
-    if (!needsChoice()) {
+    if (needsServer()) {
+        RC_ASSERT(model_->phase() == Phase::ready);
+    } else if (!needsChoice()) {
         RC_ASSERT(model_->phase() == Phase::checking);
         const bool waits = runner_->isWindingUp(model_->dest());
         RC_ASSERT(model_->status() == (waits ? windingUp : "Prüfe Zielordner …"));
@@ -507,6 +516,12 @@ void ImportSequence::catalogReady(std::size_t which) {
         RC_ASSERT(model_->phase() == Phase::ready);
         RC_ASSERT(model_->status() == chooseFolderStatus);
     }
+}
+
+void ImportSequence::readCatalog(ScriptedCamera& camera) {
+    readsCatalog_ = true;
+    camera.catalogReady();
+    readsCatalog_ = false;
 }
 
 void ImportSequence::cardChanges(Device& device, bool grows) {
@@ -589,6 +604,9 @@ void ImportSequence::start() {
     if (needsChoice()) {
         RC_ASSERT(model_->status() == chooseFolderStatus);
         RC_ASSERT(model_->phase() == Phase::ready);
+    } else if (needsServer()) {
+        RC_ASSERT(model_->status() == nameServerStatus);
+        RC_ASSERT(model_->phase() == Phase::ready);
     } else if (model_->destUnlisted()) {
         RC_ASSERT(model_->status() == ImportModel::unlistedStatus);
         RC_ASSERT(model_->phase() == Phase::ready);
@@ -658,7 +676,7 @@ void ImportSequence::chooseFolder(std::size_t which) {
 }
 
 void ImportSequence::fillForm(std::size_t which) {
-    static const std::array hosts = {"nas"s, "nas:2222"s, " zweiter\t"s};
+    static const std::array hosts = {"nas"s, "nas:2222"s, " zweiter\t"s, " "s};
     static const std::array paths = {"server"s, "/server"s, " /neu/server "s};
     checkNothingHappens([&] {
         model_->setSftpUser(which % 2 == 0 ? "anna" : "");
@@ -690,7 +708,7 @@ void ImportSequence::checkServer() {
     const bool fails = failing_->failAt.has_value();
     const bool mismatch =
         !server_->refusal && hasKey && isKnown && known->second != server_->hostKey;
-    const bool isMet = hasKey && (isKnown || !server_->refusal);
+    const bool isMet = hasKey && (isKnown || (!server_->refusal && !url.host.empty()));
     loop_.settle();
     RC_ASSERT(!model_->sftpChecking());
     RC_ASSERT(model_->sftpHostIsNew() == (isMet && !isKnown));
@@ -698,7 +716,9 @@ void ImportSequence::checkServer() {
               (isMet ? std::optional(keyring_->hosts.at(name)) : std::nullopt));
     RC_ASSERT(model_->sftpHostKeyMismatch() == mismatch);
     const auto& status = model_->sftpStatus();
-    if (server_->refusal) {
+    if (url.host.empty()) {
+        RC_ASSERT(status == "Ordner lässt sich nicht anlegen: Kein Rechner angegeben");
+    } else if (server_->refusal) {
         RC_ASSERT(status == "Ordner lässt sich nicht anlegen: Connection refused");
     } else if (!mismatch && !fails) {
         RC_ASSERT(status == (server_->isWritable ? "Verbunden mit " + model_->sftpHost() + "."
@@ -723,6 +743,16 @@ void ImportSequence::switchKind() {
     model_->setDestinationKind(toServer ? DestinationKind::sftp : DestinationKind::folder);
     switchesKind_ = false;
     RC_ASSERT(model_->destIsSFTP() == toServer);
+}
+
+/// What waits for a list of the server looks there again, and no oftener than it should.
+void ImportSequence::advance(Duration duration) {
+    const int scans = scans_->scans;
+    const bool waits = phase_ == Phase::ready && main_.repeating(serverRetryInterval) == 1 &&
+                       !lock_->takenByAnother && !needsServer();
+    loop_.advance(duration);
+    if (!waits || duration < serverRetryInterval) return;
+    RC_ASSERT((scans_->scans > scans || !model_->isPostponed()));
 }
 
 void ImportSequence::storeFails(std::size_t which) {
@@ -753,6 +783,8 @@ void ImportSequence::finish() {
     failing_->failAt.reset();
     store_->capacity = plenty;
     lock_->takenByAnother = false;
+    server_->refusal.reset();
+    server_->breakOfListings.reset();
     slow_->meanwhile = nullptr;
     while (std::ranges::any_of(attached_,
                                [](const auto& camera) { return !camera->isIdentityFinal(); })) {
@@ -760,8 +792,8 @@ void ImportSequence::finish() {
         check();
     }
     for (auto& device : devices_) device.tellsLate = false;
-    // What waits for the other process goes on.
-    loop_.advance(retryInterval);
+    // What waits for the other process or for the server goes on.
+    advance(model_->isPostponed() ? serverRetryInterval : retryInterval);
     check();
     deliverAll();
     check();
@@ -777,7 +809,7 @@ void ImportSequence::finish() {
     // What was pending takes its turn first, and may lead to another camera.
     for (int turn = 0; turn < 3 && phase_ != Phase::ready; ++turn) {
         while (held()->asked > 0) held()->answer(std::nullopt);
-        held()->catalogReady();
+        readCatalog(*held());
         deliverAll();
         check();
     }
@@ -866,11 +898,14 @@ void ImportSequence::observed() {
     }
     measured();
     noteDestination();
+    noteTrouble();
     if (phase_ == Phase::checking) noteRetry();
     if (status_ != model_->status()) {
         status_ = model_->status();
         if (status_.ends_with(returned)) sawReturn_ = true;
         if (status_ == anotherRuns) refused_ = true;
+        // A server without a name is never seen to be compared.
+        if (status_ == notWritable && needsServer()) autoImportDecided_ = true;
         // The last word of every comparison with a folder that must be chosen again.
         if (status_ == chooseFolderStatus && !userStarts_) ++filterings_;
     }
@@ -894,6 +929,11 @@ void ImportSequence::measured() {
     const double average = seconds > 0 ? static_cast<double>(run_->bytes) / seconds : 0;
     RC_ASSERT((speed.average >= 0 && speed.average <= average * (1 + 1e-9)));
     RC_ASSERT((speed.current >= 0 && speed.current <= speed.peak));
+}
+
+/// What cannot be listed now has nothing left of what was listed before.
+void ImportSequence::noteTrouble() {
+    if (phase_ == Phase::ready && (needsChoice() || needsServer())) trouble_.reset();
 }
 
 /// No server becomes the destination but one that the user has applied and that is good.
@@ -932,6 +972,12 @@ void ImportSequence::changed(Phase from, Phase to) {
     } else if (from == Phase::checking && to == Phase::ready) {
         ++filterings_;
     }
+    if (from == Phase::checking && to == Phase::ready && !readsCatalog_) {
+        const Status found = model_->destIsSFTP() && !needsServer() ? scans_->trouble : Status();
+        const bool isNews = found && (!model_->isPostponed() || found != trouble_);
+        RC_ASSERT(std::exchange(toldTrouble_, false) == isNews);
+        trouble_ = found;
+    }
     if (to == Phase::done) {
         RC_ASSERT(from == Phase::importing);
         RC_ASSERT((run_ && (run_->byUser || run_->announced)));
@@ -951,6 +997,12 @@ void ImportSequence::logged(const std::string& line) {
     if (line.starts_with("✓ ")) checkLoaded(line);
     if (line.find(" Fortsetzung nach Trennung: ") != std::string::npos) checkResumed(line);
     if (line.starts_with("↻ Auto-Import: ")) checkAutoImport();
+    if (line.find(" Zielordner nicht vollständig aufgelistet: ") != std::string::npos) {
+        RC_ASSERT((phase_ == Phase::checking && scans_->trouble && !toldTrouble_));
+        RC_ASSERT(line == fmt::format("✗ {} Zielordner nicht vollständig aufgelistet: {}", time(),
+                                      *scans_->trouble));
+        toldTrouble_ = true;
+    }
 }
 
 /// Whether the file that was on its way when `lost` ended is at the destination by now, and was
@@ -1055,6 +1107,8 @@ void ImportSequence::checkDestination() const {
     RC_ASSERT(model_->destNeedsChoice() == needsChoice());
     RC_ASSERT(model_->destinationKind() == settings_->storedKind);
     if (model_->destinationKind() == DestinationKind::folder) RC_ASSERT(!model_->destIsSFTP());
+    RC_ASSERT(model_->destNeedsServer() == needsServer());
+    if (phase_ == Phase::ready) RC_ASSERT(model_->destUnlisted() == trouble_.has_value());
 }
 
 void ImportSequence::checkServerState() const {
@@ -1074,6 +1128,9 @@ void ImportSequence::checkServerState() const {
 void ImportSequence::takeUpPending() {
     int filterings = std::exchange(filterings_, 0);
     const auto camera = held();
+    // That a server has no name shows without any comparison.
+    if (needsServer() && camera && (canResume(*camera) || pendingAutoImport_))
+        filterings = std::max(filterings, 1);
     if (filterings > 0) autoImportDecided_ = false;
     if (phase_ != Phase::ready || !camera || camera->read.empty() || filterings == 0) return;
     const std::string& status = model_->status();
@@ -1081,10 +1138,13 @@ void ImportSequence::takeUpPending() {
         resumed_ = true;
         // Another comparison at once has a status of its own.
         RC_ASSERT((filterings > 1 ||
-                   isAmong(status, {nothingMissing, chooseFolderStatus,
+                   isAmong(status, {nothingMissing, chooseFolderStatus, nameServerStatus,
                                     ImportModel::unlistedWaitStatus, anotherRuns}) ||
                    status.starts_with(cannotWrite)));
-        if (isAmong(status, {anotherRuns, ImportModel::unlistedWaitStatus})) return;  // it waits
+        if (isAmong(status, {anotherRuns, ImportModel::unlistedWaitStatus})) {  // it waits
+            RC_ASSERT(main_.repeating(trouble_ ? serverRetryInterval : retryInterval) == 1);
+            return;
+        }
         pendingResume_.reset();
         resumeReady_ = false;
         if (--filterings == 0) return;
@@ -1093,7 +1153,7 @@ void ImportSequence::takeUpPending() {
         camera->isIdentityFinal()) {
         autoImportDecided_ = true;
         // The summary of a run that has just ended is what shows last.
-        const bool isSummed = status.starts_with(summaryStart) && needsChoice();
+        const bool isSummed = status.starts_with(summaryStart) && (needsChoice() || needsServer());
         RC_ASSERT((filterings > 1 || isSummed ||
                    isAmong(status, {allPresent, notWritable, noRoom, chooseFolderStatus,
                                     anotherRuns, ImportModel::unlistedWaitStatus}) ||
@@ -1118,7 +1178,9 @@ void ImportSequence::checkRun() const {
     const auto waiting = waitingFiles(false);
     RC_ASSERT(waiting.size() <= (importing ? 1 : 0));
     RC_ASSERT(main_.repeating(watchInterval) <= (importing ? 1 : 0));
-    RC_ASSERT(main_.repeating(retryInterval) <= (importing ? 0 : 1));
+    const auto retries = main_.repeating(retryInterval) + main_.repeating(serverRetryInterval);
+    RC_ASSERT(retries == (model_->isPostponed() ? 1 : 0));
+    if (importing) RC_ASSERT(retries == 0);
     if (!importing) return;
     RC_ASSERT((run_->byUser || run_->announced));
     RC_ASSERT(model_->newFiles() == run_->files);
@@ -1172,9 +1234,10 @@ void ImportSequence::checkCatalogue() const {
     const auto fits = [this](const FileKeys& present) {
         const auto& files = model_->newFiles();
         return files == missing(filterDay(), present) ||
-               ((refused_ || ungranted_ || model_->destUnlisted()) &&
+               ((refused_ || ungranted_ || trouble_ || (needsServer() && resumed_)) &&
                 files == missing(std::nullopt, present));
     };
+    if (needsServer()) return RC_ASSERT(fits({}));
     RC_ASSERT(
         (fits(scans_->keys) || (ungranted_ && fits({})) || (resumed_ && fits(presentToResume()))));
 }
@@ -1215,7 +1278,7 @@ void ImportSequence::checkStatus() const {
             RC_ASSERT((finished || back || isAmong(status, {"Prüfe Zielordner …", windingUp})));
             break;
         case Phase::ready:
-            RC_ASSERT((isStatusOfReady(status) || (finished && needsChoice())));
+            RC_ASSERT((isStatusOfReady(status) || (finished && (needsChoice() || needsServer()))));
             break;
         case Phase::importing: {
             const auto& progress = model_->progress();
@@ -1236,6 +1299,9 @@ bool ImportSequence::isStatusOfReady(const std::string& status) const {
     if (status == anotherRuns) return refused_;
     if (model_->cameraFileCount() == 0) return status == "Die Kamera meldet keine Dateien.";
     if (isAmong(status, {allPresent, notWritable, noRoom})) return autoImportDecided_;
+    if (needsServer()) {
+        return status == nameServerStatus || (resumed_ && status == nothingMissing);
+    }
     if (model_->newFiles().empty()) {
         return isAmong(status, {"Nichts Neues im gewählten Zeitraum.", nothingMissing});
     }
@@ -1261,6 +1327,10 @@ void ImportSequence::checkNothingHappens(Action action) {
 // What should be
 
 bool ImportSequence::needsChoice() const { return model_->dest().isFile() && !access_->granted; }
+
+bool ImportSequence::needsServer() const {
+    return model_->dest().scheme == "sftp" && model_->dest().host.empty();
+}
 
 Url ImportSequence::formURL() const {
     return sftpURL(model_->sftpUser(), model_->sftpHost(), model_->sftpPath());

@@ -37,6 +37,7 @@ public:
     struct Beginning {
         bool trusts = false;    ///< the first of three cameras
         bool onServer = false;  ///< is the destination
+        bool isNamed = true;    ///< is that server
     };
 
     explicit ImportSequence(const Beginning& beginning);
@@ -119,6 +120,7 @@ private:
     void noteRetry();
     void openSession(std::size_t which, const std::optional<Error>& error);
     void catalogReady(std::size_t which);
+    void readCatalog(ScriptedCamera& camera);
     void cardChanges(Device& device, bool grows);
     void download(Event how, std::size_t which);
     void deliverAll();
@@ -129,6 +131,7 @@ private:
     void moveSlider(double index);
     void switchAutoImport(bool on);
     void chooseFolder(std::size_t which);
+    void advance(Duration duration);
     void storeFails(std::size_t which);
     void removeFile(std::size_t which);
     void addFile(Device& device, std::size_t which);
@@ -145,6 +148,7 @@ private:
     void noteDestination();
     void measured();
     void logged(const std::string& line);
+    void noteTrouble();
     bool hasArrivedLate(const LostRun& lost) const;
     void checkLoaded(const std::string& line);
     void checkResumed(const std::string& line);
@@ -171,6 +175,7 @@ private:
     std::shared_ptr<ScriptedCamera> held() const;
     std::shared_ptr<ScriptedCamera> waitingCamera() const;
     bool needsChoice() const;
+    bool needsServer() const;
     Url formURL() const;
     bool isTrusted(const ScriptedCamera& camera) const;
     Recognition recognised(const ScriptedCamera& camera);
@@ -231,6 +236,7 @@ private:
     bool switchesKind_ = false;
     bool userStarts_ = false;
     bool losesCamera_ = false;
+    bool readsCatalog_ = false;
     bool selectionDiffers_ = false;   ///< another camera was chosen during a run
     bool userSpoke_ = false;          ///< and got an answer, in this phase
     bool autoImportDecided_ = false;  ///< by the latest comparison
@@ -238,6 +244,8 @@ private:
     bool resumed_ = false;            ///< an import was taken up, since the last scan
     bool ungranted_ = false;          ///< the folder, at some time since the last scan
     bool meddled_ = false;            ///< somebody else changed the destination
+    Status trouble_;                  ///< of the list by which was decided what is missing
+    bool toldTrouble_ = false;        ///< by a line of the log, since the scan began
     int scansSeen_ = 0;
     int filterings_ = 0;  ///< comparisons of files with the destination, since the last step
 };

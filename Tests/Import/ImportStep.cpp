@@ -22,8 +22,8 @@ std::ostream& operator<<(std::ostream& out, const ImportStep& step) {
                                          "removeFile",     "addFile",          "fillForm",
                                          "applyServer",    "checkServer",      "forgetServer",
                                          "switchKind",     "changeHostKey",    "refuseConnections",
-                                         "changeOwnKey",   "expectCamera",     "anotherProcess",
-                                         "duringMove",     "fillLog"};
+                                         "breakListings",  "changeOwnKey",     "expectCamera",
+                                         "anotherProcess", "duringMove",       "fillLog"};
     return out << names.at(static_cast<std::size_t>(step.event)) << ' ' << step.which;
 }
 

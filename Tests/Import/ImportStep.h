@@ -58,6 +58,7 @@ struct ImportStep {
         switchKind,
         changeHostKey,
         refuseConnections,
+        breakListings,
         changeOwnKey,
         // The camera to trust, other processes, and a slow destination
         expectCamera,

@@ -28,9 +28,7 @@ public:
             found.path.replace(0, link.size(), leadsTo);
         return found;
     }
-    FileKeys existingFileKeys(const Url& folder) override {
-        return store_->existingFileKeys(resolved(folder));
-    }
+    FileListing listing(const Url& folder) override { return store_->listing(resolved(folder)); }
     bool fileExists(const Url& url) override { return store_->fileExists(resolved(url)); }
     std::optional<std::int64_t> fileSize(const Url& url) override {
         return store_->fileSize(resolved(url));
@@ -44,6 +42,9 @@ public:
     }
     Result<> createDirectory(const Url& url) override {
         return store_->createDirectory(resolved(url));
+    }
+    Result<> admitsFiles(const Url& folder) override {
+        return store_->admitsFiles(resolved(folder));
     }
     Result<> moveItem(const Url& source, const Url& target) override {
         return store_->moveItem(resolved(source), resolved(target));

@@ -4,6 +4,9 @@
 
 #include "PassingFileStore.h"
 
+#include <optional>
+#include <string>
+
 namespace bildkurier {
 
 /// Passes everything on to another store and remembers the last scan.
@@ -14,11 +17,15 @@ public:
     int scans = 0;
     Url folder;  ///< that was scanned last
     FileKeys keys;
+    std::optional<std::string> trouble;
 
-    FileKeys existingFileKeys(const Url& of) override {
+    FileListing listing(const Url& of) override {
         ++scans;
         folder = of;
-        return keys = PassingFileStore::existingFileKeys(of);
+        auto found = PassingFileStore::listing(of);
+        keys = found.keys;
+        trouble = found.trouble;
+        return found;
     }
 };
 

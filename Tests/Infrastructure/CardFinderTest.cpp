@@ -130,12 +130,16 @@ TEST_F(CardFinderTest, LooksEverySecondForAGivenFolderThatIsAbsentOrEmpty) {
     EXPECT_EQ(cards.nextLook(), at(10.5)) << "because of the volume";
     cards.look(table, at(10.5));
     EXPECT_EQ(cards.nextLook(), at(11.5));
+    EXPECT_FALSE(first[0]->facts.isComplete) << "a card may be mounted there";
     media.write("a/IMG_1.JPG", "picture");
-    EXPECT_EQ(cards.look(table, at(11.5)).come, std::vector<CardFinder::Place>());
+    const auto [gone, filled] = cards.look(table, at(11.5));
+    EXPECT_EQ(gone, first);
+    ASSERT_EQ(names(filled), Names{"a"});
+    EXPECT_TRUE(filled[0]->facts.isComplete);
     EXPECT_EQ(cards.nextLook(), std::nullopt);
 
     fs::rename(media.path("a"), media.path("b"));
-    EXPECT_EQ(cards.look(table, at(20)).gone, first);
+    EXPECT_EQ(cards.look(table, at(20)).gone, filled);
     EXPECT_EQ(cards.nextLook(), at(21));
     fs::rename(media.path("b"), media.path("a"));
     const auto again = cards.look(table, at(21)).come;
@@ -319,6 +323,8 @@ TEST_F(CardFinderTest, TakesWhatIsMountedOverAnEmptyFolderForTheGivenOne) {
     EXPECT_EQ(gone, empty);
     ASSERT_EQ(names(come), Names{"EOS"});
     EXPECT_EQ(come[0]->facts.persistentId, "vfat:/dev/bildkurier-test1:/");
+    EXPECT_FALSE(empty[0]->facts.isComplete);
+    EXPECT_TRUE(come[0]->facts.isComplete);
 
     EXPECT_TRUE(cards.look(table, at(2)).come.empty());
 

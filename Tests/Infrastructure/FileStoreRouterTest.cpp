@@ -19,9 +19,7 @@ namespace {
 class TroubledFileStore final : public PassingFileStore {
 public:
     using PassingFileStore::PassingFileStore;
-    std::optional<std::string> listingTrouble(const Url& folder) override {
-        return folder.path + " is cut";
-    }
+    FileListing listing(const Url& folder) override { return {.trouble = folder.path + " is cut"}; }
 };
 
 class FileStoreRouterTest : public testing::Test {
@@ -34,22 +32,23 @@ protected:
 
     const Url onServer{.scheme = "sftp", .host = "nas", .path = "/p"};
     const std::vector<std::string> everything{
-        "stagingDirectory /p", "resolved /p",          "existingFileKeys /p",
+        "stagingDirectory /p", "resolved /p",          "listing /p",
         "fileExists /p",       "fileSize /p",          "isWritableDirectory /p",
         "isNetworkVolume /p",  "availableCapacity /p", "createDirectory /p",
-        "removeItem /p",
+        "admitsFiles /p",      "removeItem /p",
     };
 
     void callEverything(const Url& url) {
         router.stagingDirectory(url);
         router.resolved(url);
-        router.existingFileKeys(url);
+        router.listing(url);
         router.fileExists(url);
         router.fileSize(url);
         router.isWritableDirectory(url);
         router.isNetworkVolume(url);
         router.availableCapacity(url);
         (void)router.createDirectory(url);
+        (void)router.admitsFiles(url);
         router.removeItem(url);
     }
 };
@@ -102,8 +101,8 @@ TEST_F(FileStoreRouterTest, PassesAnswersOnUnchanged) {
 
 TEST_F(FileStoreRouterTest, AsksTheStoreOfAFolderWhatItsListLacks) {
     FileStoreRouter troubled(local, std::make_shared<TroubledFileStore>(serverFiles));
-    EXPECT_EQ(troubled.listingTrouble(onServer), "/p is cut");
-    EXPECT_EQ(troubled.listingTrouble(Url::file("/p")), std::nullopt);
+    EXPECT_EQ(troubled.listing(onServer), FileListing{.trouble = "/p is cut"});
+    EXPECT_EQ(troubled.listing(Url::file("/p")), FileListing());
 }
 
 TEST_F(FileStoreRouterTest, FindsFreeNamesWhereTheFolderIs) {

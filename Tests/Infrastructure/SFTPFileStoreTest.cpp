@@ -620,12 +620,16 @@ TEST_F(SFTPFileStoreTest, PutsNothingWhereAListingBrokeOffUntilItIsWhole) {
         "Damit nichts doppelt geladen wird, muss sich der Ordner erst ganz auflisten lassen; "
         "zuletzt ging das nicht: Die Verbindung ist abgebrochen (Broken pipe)";
     answer({{255, "sftp> -ls -ln \"/p\"\nBroken pipe\nConnection closed"}});
-    EXPECT_EQ(store.listingTrouble(server("/p")), std::nullopt);
-    EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{});
-    EXPECT_EQ(store.listingTrouble(server("/p")), "Die Verbindung ist abgebrochen (Broken pipe)");
-    EXPECT_EQ(store.listingTrouble(server("/other")), std::nullopt);
+    EXPECT_EQ(store.listing(server("/p")),
+              FileListing{.trouble = "Die Verbindung ist abgebrochen (Broken pipe)"});
     EXPECT_EQ(store.moveItem(Url::file(local), server("/p/JPG/A")).error().message,
               "Übertragung fehlgeschlagen: " + trouble);
+    for (const auto* within : {"/p", "/p/", "/p/JPG"}) {
+        const auto admitted = store.admitsFiles(server(within));
+        ASSERT_FALSE(admitted) << within;
+        EXPECT_EQ(admitted.error().message, trouble);
+    }
+    EXPECT_TRUE(store.admitsFiles(server("/pp")));
     EXPECT_FALSE(store.moveItem(Url::file(local), server("/p/A")));
     EXPECT_EQ(runner->calls.size(), 1U);
     EXPECT_TRUE(fs::exists(local));
@@ -635,8 +639,29 @@ TEST_F(SFTPFileStoreTest, PutsNothingWhereAListingBrokeOffUntilItIsWhole) {
     answer({{0, ""}, {0, "sftp> -ls -ln \"/p/q\""}, {1, "full"}, {0, "sftp> -ls -ln \"/p\""}});
     EXPECT_TRUE(store.createDirectory(server("/p/q")));
     EXPECT_EQ(store.existingFileKeys(server("/p/q")), FileKeys{});
+    EXPECT_TRUE(store.admitsFiles(server("/p/q")));
     EXPECT_EQ(store.moveItem(Url::file(local), server("/p/q/A")).error().message,
               "Übertragung fehlgeschlagen: full");
+}
+
+TEST_F(SFTPFileStoreTest, TellsEachOfTwoListingsAtOnceItsOwnTrouble) {
+    const CommandResult whole{0,
+                              "sftp> -ls -ln \"/p\"\n"
+                              "-rw-r--r-- 1 0 0 3 May  9 10:00 /p/X.JPG"};
+    const CommandResult broken{255, "sftp> -ls -ln \"/p\"\nBroken pipe\nConnection closed"};
+    const FileListing wholeListing{.keys = {"x.jpg|3"}};
+    const FileListing brokenListing{.trouble = "Die Verbindung ist abgebrochen (Broken pipe)"};
+    for (const bool firstBreaks : {true, false}) {
+        FileListing second;
+        runner->calls.clear();
+        runner->answer = [&](const auto&) {
+            if (runner->calls.size() > 1) return firstBreaks ? whole : broken;
+            second = store.listing(server("/p"));
+            return firstBreaks ? broken : whole;
+        };
+        EXPECT_EQ(store.listing(server("/p")), firstBreaks ? brokenListing : wholeListing);
+        EXPECT_EQ(second, firstBreaks ? wholeListing : brokenListing);
+    }
 }
 
 TEST_F(SFTPFileStoreTest, PutsNothingIntoAFolderThatCannotBeListed) {
@@ -650,8 +675,7 @@ TEST_F(SFTPFileStoreTest, PutsNothingIntoAFolderThatCannotBeListed) {
     const CommandResult full{1, "full"};
     const CommandResult removed{0, ""};
     answer({{0, top}, {0, jpg + denied + "\n" + mp4}, full, removed});
-    EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{"y|4"});
-    EXPECT_EQ(store.listingTrouble(server("/p")), std::nullopt);
+    EXPECT_EQ(store.listing(server("/p")), FileListing{.keys = {"y|4"}});
     for (const auto* barred : {"/p/JPG/A", "/p/JPG/2024/A"}) {
         EXPECT_EQ(store.moveItem(Url::file(local), server(barred)).error().message,
                   "Übertragung fehlgeschlagen: Damit nichts doppelt geladen wird, muss sich der "
@@ -686,8 +710,7 @@ TEST_F(SFTPFileStoreTest, KnowsThatItCouldNotListTheDestinationItself) {
     };
     for (const auto& [output, trouble] : cases) {
         runner->answer = [&output](const auto&) { return CommandResult{0, output}; };
-        EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{});
-        EXPECT_EQ(store.listingTrouble(server("/p")), trouble);
+        EXPECT_EQ(store.listing(server("/p")), FileListing{.trouble = trouble});
         const auto files = store.files(server("/p"));
         ASSERT_FALSE(files);
         EXPECT_EQ(files.error().message, trouble);
@@ -695,8 +718,7 @@ TEST_F(SFTPFileStoreTest, KnowsThatItCouldNotListTheDestinationItself) {
     runner->answer = [&](const auto&) {
         return CommandResult{0, listing + "Can't ls: \"/p\" not found"};
     };
-    EXPECT_EQ(store.existingFileKeys(server("/p")), FileKeys{});
-    EXPECT_EQ(store.listingTrouble(server("/p")), std::nullopt);
+    EXPECT_EQ(store.listing(server("/p")), FileListing());
 }
 
 TEST_F(SFTPFileStoreTest, SeesEightLevels) {

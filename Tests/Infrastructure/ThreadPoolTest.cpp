@@ -33,6 +33,40 @@ TEST(ThreadPool, LetsNoTaskWaitForAnother) {
     EXPECT_EQ(ended, tasks);
 }
 
+/// Whether two tasks that are run now meet, which takes two threads at once.
+bool twoTasksMeet(ThreadPool& pool) {
+    std::latch begun(2);
+    std::latch ended(2);
+    std::atomic<int> met = 0;
+    const auto task = [&] {
+        begun.count_down();
+        const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (!begun.try_wait() && std::chrono::steady_clock::now() < patience)
+            std::this_thread::yield();
+        if (begun.try_wait()) ++met;
+        ended.count_down();
+    };
+    pool.run(task);
+    pool.run(task);
+    ended.wait();
+    return met == 2;
+}
+
+TEST(ThreadPool, WakesThreadsThatSleepWhereTooFewAreLookingForTasks) {
+    ThreadPool pool;
+    ASSERT_TRUE(twoTasksMeet(pool));
+    for (int round = 0; round < 100; ++round) {
+        // Long enough for all threads to fall asleep but the one that is kept busy.
+        const auto asleep = std::chrono::steady_clock::now() + std::chrono::milliseconds(1);
+        while (std::chrono::steady_clock::now() < asleep) {
+            std::atomic<bool> ran = false;
+            pool.run([&ran] { ran = true; });
+            while (!ran) std::this_thread::yield();
+        }
+        ASSERT_TRUE(twoTasksMeet(pool)) << round;
+    }
+}
+
 TEST(ThreadPool, NeverRunsATaskInTheCallersThread) {
     ThreadPool pool;
     std::promise<std::thread::id> ran;

@@ -24,7 +24,7 @@ public:
     }
 
     Url stagingDirectory(const Url& destination) override { return destination; }
-    FileKeys existingFileKeys(const Url&) override { return {}; }
+    FileListing listing(const Url&) override { return {}; }
     std::optional<std::int64_t> fileSize(const Url&) override { return {}; }
     bool isWritableDirectory(const Url&) override { return false; }
     bool isNetworkVolume(const Url&) override { return false; }

@@ -112,8 +112,8 @@ TEST_F(SftpImportTest, LoadsNothingTwiceBecauseAListingBrokeOff) {
         EXPECT_EQ(progress.failed, progress.total);
         ASSERT_GT(progress.total, 0);
         for (const std::string& line : import.log) {
-            EXPECT_TRUE(line.starts_with("ℹ︎") ||
-                        line.contains("Damit nichts doppelt geladen wird, "))
+            EXPECT_TRUE(line.starts_with("✗ ") &&
+                        line.contains(": Damit nichts doppelt geladen wird, "))
                 << line;
         }
         EXPECT_EQ(serversTree(), full);
@@ -135,10 +135,11 @@ TEST_F(SftpImportTest, LoadsNothingTwiceIntoAFolderThatCannotBeListed) {
         const auto progress = import.import(byType);
         EXPECT_EQ(progress.done, missingElsewhere);
         EXPECT_EQ(progress.failed, 3);
+        EXPECT_FALSE(import.log.front().starts_with("ℹ︎")) << import.log.front();
         EXPECT_TRUE(import.log.back().contains("muss sich der Ordner erst ganz auflisten lassen"))
             << import.log.back();
     }
-    EXPECT_EQ(store->listingTrouble(server->root()), std::nullopt);
+    EXPECT_EQ(store->listing(server->root()).trouble, std::nullopt);
 
     fs::permissions(server->path("JPG"), fs::perms::owner_all);
     EXPECT_EQ(import.import(byType).total, 0);
@@ -148,8 +149,8 @@ TEST_F(SftpImportTest, LoadsNothingTwiceIntoAFolderThatCannotBeListed) {
     EXPECT_EQ(tree(server->path("MP4")), (Tree{{"clip.MP4", card.at("clip.MP4")}}));
 
     fs::permissions(server->path(""), writeOnly);
-    EXPECT_EQ(store->existingFileKeys(server->root()), FileKeys{});
-    const auto trouble = store->listingTrouble(server->root());
+    const auto [keys, trouble] = store->listing(server->root());
+    EXPECT_EQ(keys, FileKeys{});
     ASSERT_TRUE(trouble);
     EXPECT_TRUE(trouble->starts_with("Der Server verweigert den Zugriff (")) << *trouble;
     fs::permissions(server->path(""), fs::perms::owner_all);

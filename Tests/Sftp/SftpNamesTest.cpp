@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "ConnectionlessRunner.h"
 #include "FileKey.h"
+#include "OddNames.h"
 #include "SFTPFileStore.h"
 #include "TemporaryFolder.h"
 #include "Tree.h"
@@ -12,42 +13,11 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace bildkurier {
 namespace {
 
 namespace fs = std::filesystem;
-
-const std::vector<std::string> oddNames{"a b  c   d.jpg",
-                                        " leading",
-                                        "trailing  ",
-                                        "q\"uo\"te",
-                                        "back\\slash",
-                                        "end\\",
-                                        "[x]",
-                                        "a[b-c]d",
-                                        "*",
-                                        "**.jpg",
-                                        "?",
-                                        "a\\*b",
-                                        "]",
-                                        "Übung ä",
-                                        "日本 📷",
-                                        "-rf",
-                                        "-",
-                                        "#no comment",
-                                        "!touch x",
-                                        "'single'",
-                                        "$HOME",
-                                        "~",
-                                        "\\303\\274",
-                                        "{a,b}",
-                                        "{",
-                                        "{}",
-                                        "100%",
-                                        "a;b&c|d",
-                                        "x.part"};
 
 /// The client and a server program, to which names are what they are with a connection.
 class SftpNamesTest : public testing::Test {

@@ -2,12 +2,15 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "SftpServerTest.h"
 
+#include "FileKey.h"
 #include "HostKeyMismatch.h"
+#include "OddNames.h"
 #include "TemporaryVolume.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <mutex>
@@ -43,6 +46,35 @@ TEST_F(SftpServerTest, KnowsUmlautsWhereTheClientCannotPrintThem) {
     EXPECT_EQ(plainStore->existingFileKeys(server->root()),
               (FileKeys{"ä.jpg|7", "\\303\\244.jpg|7"}));
     EXPECT_EQ(serversTree(), (Tree{{"Übung/", ""}, {"Übung/ä.jpg", "picture"}}));
+}
+
+TEST_F(SftpServerTest, TakesEveryName) {
+    std::vector<std::string> troubles(oddNames.size());
+    std::atomic<std::size_t> begun = 0;
+    const auto bringNext = [&] {
+        for (std::size_t n = begun++; n < oddNames.size(); n = begun++) {
+            const auto file =
+                local.write("staged " + std::to_string(n), "picture of " + oddNames[n]);
+            const auto moved = store->moveItem(Url::file(file), server->url(oddNames[n]));
+            if (!moved) troubles[n] = moved.error().message;
+        }
+    };
+    // Most of the time is spent on waiting for connections.
+    std::vector<std::jthread> threads;
+    for (int thread = 0; thread < 8; ++thread) threads.emplace_back(bringNext);
+    threads.clear();
+    EXPECT_EQ(troubles, std::vector<std::string>(oddNames.size()));
+
+    Tree expected;
+    FileKeys keys;
+    for (const auto& name : oddNames) {
+        expected[name] = "picture of " + name;
+        keys.insert(fileKey(name, std::ssize(expected[name])));
+    }
+    EXPECT_EQ(serversTree(), expected);
+    // What looks like an escape of the client's might be one.
+    keys.insert(fileKey("ü", std::ssize(expected["\\303\\274"])));
+    EXPECT_EQ(store->existingFileKeys(server->root()), keys);
 }
 
 TEST_F(SftpServerTest, SeesEightLevels) {

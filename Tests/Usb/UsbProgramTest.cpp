@@ -79,7 +79,8 @@ TEST_F(UsbProgramTest, SaysThatAHeldCameraCannotTellWhoItIs) {
     EXPECT_EQ(plan.exitStatus, 3);
     EXPECT_EQ(plan.err,
               "Kamera „serial:P1001“ nicht gefunden. Die Kennung der Kamera Testkamera ist noch "
-              "nicht bekannt: Ein anderes Programm benutzt sie, oder sie antwortet nicht.\n");
+              "nicht bekannt: Ein anderes Programm benutzt sie, sie antwortet nicht, oder der "
+              "angegebene Ordner ist leer.\n");
     usb.usb().change("1-1", {{"busy", "0"}});
     for (const std::string& wish : {std::string("serial:P1001"), unknown})
         EXPECT_EQ(usb.call({"plan", "--camera", wish}).run().exitStatus, 0) << wish;

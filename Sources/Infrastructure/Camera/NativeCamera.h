@@ -27,7 +27,7 @@ struct DeviceFacts {
     std::optional<std::string> persistentId;  ///< survives unplugging and replugging
     std::optional<std::string> uuid;
     std::optional<std::string> folder;  ///< of this computer, for a device that is one
-    bool isComplete = true;             ///< else it may yet tell its serial number
+    bool isComplete = true;  ///< else it may yet turn out to be another device than it seems
 };
 
 /// What a system knows of a file on a device.

@@ -80,15 +80,19 @@ void GivenFolder::look(std::span<const Mount> table) {
         place_.reset();
     }
     if (!found_) return;
-    noteIdentity(*found_, stays);
-    if (stays || (identity_ && found_->identity != *identity_)) return;
-    place_ = std::make_shared<const CardPlace>(found_->root, factsOf(*found_), found_->device,
+    const bool empty = !identity_ && isEmpty(found_->root);
+    noteIdentity(*found_, stays, empty);
+    if (identity_ && found_->identity != *identity_) return;
+    if (place_ && place_->facts.isComplete != empty) return;
+    DeviceFacts facts = factsOf(*found_);
+    facts.isComplete = !empty;
+    place_ = std::make_shared<const CardPlace>(found_->root, std::move(facts), found_->device,
                                                volume_.mount, found_->mountNumber);
 }
 
-void GivenFolder::noteIdentity(const Found& found, bool stays) {
+void GivenFolder::noteIdentity(const Found& found, bool stays, bool empty) {
     if (identity_) return;
-    if (isEmpty(found.root)) {
+    if (empty) {
         wasEmpty_ = true;
     } else if (stays || !wasEmpty_) {
         // A mount that comes while one looks is seen half: it must have stayed.

@@ -25,7 +25,8 @@ public:
     /// Looks for the folder under the mounts of `table`. Blocks.
     void look(std::span<const Mount> table);
 
-    /// Null while the folder is not there. The same object for as long as it stays.
+    /// Null while the folder is not there. The same object for as long as it stays and is not
+    /// empty any more; until then its facts are not complete.
     const std::shared_ptr<const CardPlace>& place() const { return place_; }
 
     /// Whether it is there, and known to be the one that is meant: an empty folder may be where a
@@ -48,7 +49,7 @@ private:
     std::optional<Found> find(std::span<const Mount> table);
     /// Keeps what was found of the volume at first, for as long as it stays.
     void noteVolume(MountedVolume volume);
-    void noteIdentity(const Found& found, bool stays);
+    void noteIdentity(const Found& found, bool stays, bool empty);
     DeviceFacts factsOf(const Found& found) const;
 
     std::string path_;

@@ -106,7 +106,7 @@ Url LocalFileStore::stagingDirectory(const Url& destination) {
 
 Url LocalFileStore::resolved(const Url& url) { return Url::file(resolvedPath(localPath(url))); }
 
-FileKeys LocalFileStore::existingFileKeys(const Url& folder) {
+FileListing LocalFileStore::listing(const Url& folder) {
     auto found = scanned<std::string>(folder, isNetworkVolume(folder), [](const WalkedFile& file) {
         return fileKey(file.name, file.size);
     });
@@ -114,7 +114,7 @@ FileKeys LocalFileStore::existingFileKeys(const Url& folder) {
     keys.reserve(count(found));
     for (auto& part : found)
         for (auto& key : part.items) keys.insert(std::move(key));
-    return keys;
+    return {.keys = std::move(keys)};
 }
 
 Result<ContentReader::Listing> LocalFileStore::files(const Url& folder) {

@@ -16,7 +16,7 @@ class LocalFileStore final : public FileStore {
 public:
     Url stagingDirectory(const Url& destination) override;
     Url resolved(const Url& url) override;
-    FileKeys existingFileKeys(const Url& folder) override;
+    FileListing listing(const Url& folder) override;
     bool fileExists(const Url& url) override;
     std::optional<std::int64_t> fileSize(const Url& url) override;
     bool isWritableDirectory(const Url& url) override;
@@ -26,7 +26,7 @@ public:
     Result<> moveItem(const Url& source, const Url& target) override;
     void removeItem(const Url& url) override;
 
-    /// The files whose keys `existingFileKeys` answers. One that is missing has none; fails where
+    /// The files whose keys `listing` answers. One that is missing has none; fails where
     /// the folder itself cannot be read.
     Result<ContentReader::Listing> files(const Url& folder);
 

@@ -15,13 +15,7 @@ Url FileStoreRouter::stagingDirectory(const Url& destination) {
 
 Url FileStoreRouter::resolved(const Url& url) { return storeFor(url).resolved(url); }
 
-FileKeys FileStoreRouter::existingFileKeys(const Url& folder) {
-    return storeFor(folder).existingFileKeys(folder);
-}
-
-std::optional<std::string> FileStoreRouter::listingTrouble(const Url& folder) {
-    return storeFor(folder).listingTrouble(folder);
-}
+FileListing FileStoreRouter::listing(const Url& folder) { return storeFor(folder).listing(folder); }
 
 bool FileStoreRouter::fileExists(const Url& url) { return storeFor(url).fileExists(url); }
 
@@ -41,6 +35,10 @@ std::optional<std::int64_t> FileStoreRouter::availableCapacity(const Url& url) {
 
 Result<> FileStoreRouter::createDirectory(const Url& url) {
     return storeFor(url).createDirectory(url);
+}
+
+Result<> FileStoreRouter::admitsFiles(const Url& folder) {
+    return storeFor(folder).admitsFiles(folder);
 }
 
 Result<> FileStoreRouter::moveItem(const Url& source, const Url& target) {

@@ -16,14 +16,14 @@ public:
 
     Url stagingDirectory(const Url& destination) override;
     Url resolved(const Url& url) override;
-    FileKeys existingFileKeys(const Url& folder) override;
-    std::optional<std::string> listingTrouble(const Url& folder) override;
+    FileListing listing(const Url& folder) override;
     bool fileExists(const Url& url) override;
     std::optional<std::int64_t> fileSize(const Url& url) override;
     bool isWritableDirectory(const Url& url) override;
     bool isNetworkVolume(const Url& url) override;
     std::optional<std::int64_t> availableCapacity(const Url& url) override;
     Result<> createDirectory(const Url& url) override;
+    Result<> admitsFiles(const Url& folder) override;
     Result<> moveItem(const Url& source, const Url& target) override;
     void removeItem(const Url& url) override;
 

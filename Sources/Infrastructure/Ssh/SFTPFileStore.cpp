@@ -167,21 +167,18 @@ Result<> SFTPFileStore::walk(const Url& folder, SftpKeyWalk& walk) {
     return {};
 }
 
-FileKeys SFTPFileStore::existingFileKeys(const Url& folder) {
-    const auto listing = record_.begin();
+FileListing SFTPFileStore::listing(const Url& folder) {
+    const auto number = record_.begin();
     SftpKeyWalk keyWalk(folder.path);
     const auto walked = walk(folder, keyWalk);
-    record_.note(listing, folder, walked ? std::nullopt : std::optional(walked.error().message));
+    const auto trouble = walked ? std::nullopt : std::optional(walked.error().message);
+    record_.note(number, folder, trouble);
     for (const auto& [path, words] : keyWalk.unlisted()) {
         Url unlisted = folder;
         unlisted.path = path;
-        record_.note(listing, unlisted, whyUnlisted(words));
+        record_.note(number, unlisted, whyUnlisted(words));
     }
-    return keyWalk.keys();
-}
-
-std::optional<std::string> SFTPFileStore::listingTrouble(const Url& folder) {
-    return record_.troubleAbove(folder.appending("anything"));
+    return {.keys = keyWalk.keys(), .trouble = trouble};
 }
 
 Result<> SFTPFileStore::knowWhatIsThere(const Url& url) const {
@@ -322,6 +319,10 @@ Result<> SFTPFileStore::createDirectory(const Url& url) {
     if (result.status != 0)
         return failure("Ordner lässt sich nicht anlegen: " + shown(result.output));
     return {};
+}
+
+Result<> SFTPFileStore::admitsFiles(const Url& folder) {
+    return knowWhatIsThere(folder.appending("anything"));
 }
 
 Result<> SFTPFileStore::moveItem(const Url& source, const Url& target) {

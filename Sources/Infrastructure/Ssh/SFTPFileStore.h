@@ -33,8 +33,8 @@ namespace bildkurier {
 /// A server has ten seconds to be reached. One that stops answering later is waited for until it
 /// answers, its connection is closed, or the program ends.
 ///
-/// Where the listing for `existingFileKeys` breaks off, nothing is put below that folder until it
-/// has been listed to the end. A folder further down that cannot be listed bars itself alone.
+/// Where a `listing` breaks off, nothing is put below that folder until it has been listed to the
+/// end. A folder further down that cannot be listed bars itself alone.
 ///
 /// Unlike a local folder, a server may let `moveItem` replace a file that is there: the client's
 /// plain "rename" works on every server, but on some it replaces. So `moveItem` relies on
@@ -64,8 +64,7 @@ public:
                   Url stagingRoot);
 
     Url stagingDirectory(const Url& destination) override;
-    FileKeys existingFileKeys(const Url& folder) override;
-    std::optional<std::string> listingTrouble(const Url& folder) override;
+    FileListing listing(const Url& folder) override;
     bool fileExists(const Url& url) override;
     std::optional<std::int64_t> fileSize(const Url& url) override;
     /// Puts an empty file there and removes it.
@@ -76,11 +75,12 @@ public:
     bool isNetworkVolume(const Url& url) override;
     std::optional<std::int64_t> availableCapacity(const Url& url) override;
     Result<> createDirectory(const Url& url) override;
+    Result<> admitsFiles(const Url& folder) override;
     /// Uploads the local file `source`. It goes once the server says that all of it is there.
     Result<> moveItem(const Url& source, const Url& target) override;
     void removeItem(const Url& url) override;
 
-    /// The files whose keys `existingFileKeys` answers; fails where the server does not answer.
+    /// The files whose keys `listing` answers; fails where the server does not answer.
     Result<std::vector<ContentReader::File>> files(const Url& folder);
     /// Copies of `files`, which are of one server, in the local folder `staging`, which exists:
     /// named `prefix` and a number, and of the size that they should have. In their order.

@@ -24,6 +24,7 @@ struct Complaint {
 
 constexpr std::string_view noLogin = "Der Server lässt die Anmeldung mit diesem Schlüssel nicht zu";
 constexpr std::string_view unreachable = "Der Rechner ist im Netz nicht zu erreichen";
+constexpr std::string_view notLetOut = "Dieser Rechner lässt die Verbindung nicht zu";
 constexpr std::string_view noAnswer = "Der Rechner antwortet nicht";
 constexpr std::string_view lostConnection = "Die Verbindung ist abgebrochen";
 constexpr std::string_view noAccess = "Der Server verweigert den Zugriff";
@@ -43,6 +44,8 @@ constexpr Complaint complaints[] = {
     {"Connection to ", " timed out", noAnswer},
     {"ssh: ", ": No route to host", unreachable},
     {"ssh: ", ": Network is unreachable", unreachable},
+    {"ssh: ", accessDenied, notLetOut},
+    {"ssh: ", ": Operation not permitted", notLetOut},
     {"Unable to negotiate ", "", "Der Server und dieser Rechner haben kein Verfahren gemeinsam"},
     {"subsystem request failed ", "", "Der Server bietet kein SFTP an"},
     {"Received message too long ", "", "Der Server antwortet mit etwas anderem als SFTP"},
