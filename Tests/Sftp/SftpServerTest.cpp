@@ -60,8 +60,10 @@ TEST_F(SftpServerTest, TakesEveryName) {
         }
     };
     // Most of the time is spent on waiting for connections.
+    constexpr std::size_t count = 8;
     std::vector<std::jthread> threads;
-    for (int thread = 0; thread < 8; ++thread) threads.emplace_back(bringNext);
+    threads.reserve(count);
+    while (threads.size() < count) threads.emplace_back(bringNext);
     threads.clear();
     EXPECT_EQ(troubles, std::vector<std::string>(oddNames.size()));
 
