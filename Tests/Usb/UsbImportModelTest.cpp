@@ -5,7 +5,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
+#include <string>
+#include <system_error>
 
 namespace bildkurier {
 namespace {
@@ -171,37 +174,36 @@ TEST_F(UsbImportTest, NamesWhatIsUnreadableWhateverTheFirstDay) {
             << testing::PrintToString(log());
 }
 
-TEST_F(UsbImportTest, ImportsThousandsOfFiles) {
-    constexpr int folders = 4;
-    constexpr int filesInEach = 500;
+/// Where flushing takes no time, if that has room.
+std::string memoryOr(const std::string& otherwise) {
+    constexpr std::uintmax_t needed = 1'000'000'000;
+    std::error_code error;
+    const fs::path memory = "/dev/shm";
+    const auto space = fs::space(memory, error);
+    return !error && space.available >= needed ? memory.string() : otherwise;
+}
+
+TEST_F(UsbImportTest, CountsAndImportsThousands) {
+    constexpr int folders = 20;
+    constexpr int filesInEach = 1'000;
     for (int number = 100; number < 100 + folders; ++number) {
         for (int file = 1'000; file < 1'000 + filesInEach; ++file) {
             const std::string name = fmt::format("{}_{}.JPG", number, file);
             add(fmt::format("card/DCIM/{}TEST/{}", number, name), "Inhalt von " + name);
         }
     }
+    const TemporaryFolder target(memoryOr(folder.path()));
+    settings->storedDestination = target.url();
     usb.plugIn("1-1", camera());
     start();
     importAll();
-    EXPECT_TRUE(imported() == filesOf(card)) << imported().size();
-    EXPECT_TRUE(hasLogged("Fertig: 2000 geladen"));
-}
-
-TEST_F(UsbImportTest, CountsWhileItListsThousands) {
-    constexpr int folders = 20;
-    constexpr int filesInEach = 1'000;
-    for (int number = 100; number < 100 + folders; ++number) {
-        for (int file = 1'000; file < 1'000 + filesInEach; ++file)
-            add(fmt::format("card/DCIM/{}TEST/{}_{}.JPG", number, number, file), "x");
-    }
-    usb.plugIn("1-1", camera());
-    start();
-    runUntilReady();
     EXPECT_EQ(model->cameraFileCount(), folders * filesInEach);
     const auto counts = std::ranges::count_if(statuses, [](const std::string& status) {
         return status.starts_with("Lese Dateiliste der Karte(n) … bisher ");
     });
     EXPECT_GT(counts, 0) << testing::PrintToString(statuses);
+    EXPECT_TRUE(filesOf(target.path()) == filesOf(card));
+    EXPECT_TRUE(hasLogged("Fertig: 20000 geladen"));
 }
 
 TEST_F(UsbImportTest, NeverCountsBackWhileItLists) {

@@ -7,6 +7,7 @@
 #include "RecordingDeviceSink.h"
 #include "Recordings.h"
 #include "RunUntil.h"
+#include "SystemCallFilter.h"
 #include "TemporaryFolder.h"
 #include "Tree.h"
 #include "UdevTestbed.h"
@@ -14,11 +15,16 @@
 #include "UsbWatch.h"
 
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 
+#include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <fstream>
 #include <iterator>
 #include <mutex>
+#include <string_view>
+#include <vector>
 
 namespace bildkurier {
 namespace {
@@ -85,6 +91,46 @@ TEST_F(UsbEventsTest, AreFollowedByASecondLook) {
         return looks.size() >= 3 && looks.back() - plugged > std::chrono::milliseconds(400);
     });
     udev.pull();
+}
+
+/// Makes udev seem to run, as access(2) tells, and fails the calls numbered `others`.
+[[nodiscard]] bool runBesideUdev(const std::vector<int>& others,
+                                 const std::function<void()>& action) {
+    std::vector<int> calls{SYS_access};
+    calls.insert(calls.end(), others.begin(), others.end());
+    const auto rule = [](const seccomp_data& call) {
+        if (call.nr != SYS_access) return EMFILE;
+        // NOLINTNEXTLINE(performance-no-int-to-ptr)
+        const std::string_view asked(reinterpret_cast<const char*>(call.args[0]));
+        return asked == "/run/udev/control" ? doNothing : 0;
+    };
+    return runFiltered(calls, rule, action);
+}
+
+TEST_F(UsbEventsTest, AreWaitedForUntilUdevHasSaidWhoMayOpenACamera) {
+    udev.plugIn(MockedCamera{.path = path, .number = 7}.description(), std::string("/sys") + path);
+    EXPECT_EQ(UsbBus().cameras().size(), 1U);
+    bool isWatched = false;
+    std::vector<UsbPlace> found(1);
+    const auto look = [&] {
+        isWatched = UsbBus().isWatched();
+        found = UsbBus().cameras();
+    };
+    if (!runBesideUdev({}, look)) GTEST_SKIP() << "the kernel lets no calls be filtered";
+    EXPECT_TRUE(isWatched);
+    EXPECT_EQ(found, std::vector<UsbPlace>());
+    udev.pull();
+}
+
+TEST_F(UsbEventsTest, AreLookedForAgainAndAgainWhereNobodyTellsOfThem) {
+    bool haveLooked = false;
+    const auto look = [&] {
+        std::atomic<int> looks = 0;
+        const UsbWatch watch(UsbBus(), std::chrono::milliseconds(1), [&](const auto&) { ++looks; });
+        haveLooked = bildkurier::runUntil(loop, [&] { return looks >= 3; });
+    };
+    if (!runBesideUdev({SYS_socket}, look)) GTEST_SKIP() << "the kernel lets no calls be filtered";
+    EXPECT_TRUE(haveLooked);
 }
 
 /// A real camera, all of whose answers were recorded once.

@@ -78,33 +78,38 @@ bool CameraLoader::createFile() {
 
 CameraFault CameraLoader::transfer() {
     if (!createFile()) return CameraFault::Cancelled;
-    answer_ = receive();
+    WriterThread writer(*file_);
+    answer_ = receive(writer);
     const CameraFault fault = connection_.fault(answer_);
-    if (fault == CameraFault::None && file_->size() != load_.entry.size) {
+    if (const auto written = writer.finish(); !written) {
+        ownError_ = written.error();
+    } else if (fault == CameraFault::None && file_->size() != load_.entry.size) {
         ownError_ = Error{
             fmt::format("Von der Kamera kamen {} statt {} Bytes", file_->size(), load_.entry.size)};
     }
     return fault;
 }
 
-int CameraLoader::receive() {
+int CameraLoader::receive(WriterThread& writer) {
     const std::string folder = "/" + load_.folder;
-    const auto take = [this](std::span<const char> bytes) { return append(bytes); };
+    const auto take = [&](std::span<const char> bytes) { return append(bytes, writer); };
+    received_ = 0;
     const int code = connection_.cameraInStep().load(folder, load_.entry.name, take);
     // Of a file that it heard was deleted, the library answers that all is well.
-    if (cameraFault(code) == CameraFault::None && file_->size() == 0) return GphotoCamera::missing;
-    if (cameraFault(code) != CameraFault::NotOffered || file_->size() != 0) return code;
+    if (cameraFault(code) == CameraFault::None && received_ == 0) return GphotoCamera::missing;
+    if (cameraFault(code) != CameraFault::NotOffered || received_ != 0) return code;
     return connection_.cameraInStep().loadInPieces(
         folder, load_.entry.name, static_cast<std::uint64_t>(load_.entry.size), take);
 }
 
-bool CameraLoader::append(std::span<const char> bytes) {
-    if (std::ssize(bytes) > load_.entry.size - file_->size()) {
+bool CameraLoader::append(std::span<const char> bytes, WriterThread& writer) {
+    if (std::ssize(bytes) > load_.entry.size - received_) {
         ownError_ = Error{fmt::format("Von der Kamera kamen mehr als die angegebenen {} Bytes",
                                       load_.entry.size)};
         return false;
     }
-    const auto appended = file_->append(bytes);
+    received_ += std::ssize(bytes);
+    const auto appended = writer.append(bytes);
     if (!appended) ownError_ = appended.error();
     return !ownError_ && !session_.hasEnded();
 }

@@ -5,10 +5,12 @@
 #include "CameraConnection.h"
 #include "PartialFile.h"
 #include "UsbSession.h"
+#include "WriterThread.h"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 
 namespace bildkurier {
 
@@ -37,14 +39,15 @@ private:
     Outcome fail(Error error);
     Error reason(CameraFault fault) const;
     bool createFile();
-    int receive();
     CameraFault transfer();
-    bool append(std::span<const char> bytes);
+    int receive(WriterThread& writer);
+    bool append(std::span<const char> bytes, WriterThread& writer);
 
     CameraConnection& connection_;
     const UsbSession& session_;
     const UsbLoad& load_;
     std::unique_ptr<PartialFile> file_;
+    std::int64_t received_ = 0;
     std::optional<Error> ownError_;  ///< of this side of the transfer, which cancelled it
     Error error_;
     int answer_ = 0;

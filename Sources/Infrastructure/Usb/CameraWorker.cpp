@@ -143,8 +143,13 @@ CameraFault CameraWorker::readSerial() {
 /// A camera that is open and does not say it then never will: it is known by what everybody sees.
 void CameraWorker::insistOnSerial(const UsbSession& session) {
     constexpr int mostTries = 3;
-    for (int tries = 0; tries < mostTries && !facts_.isComplete; ++tries)
-        if (readSerial() == CameraFault::Gone) return;
+    std::size_t busy = 0;
+    for (int tries = 0; tries < mostTries && !facts_.isComplete; ++tries) {
+        CameraFault fault = readSerial();
+        while (fault == CameraFault::Busy && connection_->waitWhileBusy(busy++))
+            fault = readSerial();
+        if (fault == CameraFault::Gone) return;
+    }
     if (!session.hasEnded()) facts_.isComplete = true;
 }
 

@@ -227,7 +227,9 @@ int GphotoCamera::open(ListingLog* log) {
     gp_camera_set_port_info(handles_->camera, handles_->port);
     const int code = gp_camera_init(handles_->camera, handles_->context.get());
     if (code < GP_OK) {
-        gp_camera_unref(handles_->camera);
+        // Of a camera that was pulled meanwhile, the library counts one use too few, and would
+        // keep it for good if only the reference were dropped.
+        gp_camera_free(handles_->camera);
         handles_->camera = nullptr;
         return code;
     }
