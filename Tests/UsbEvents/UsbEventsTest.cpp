@@ -20,6 +20,7 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <cstddef>
 #include <fstream>
 #include <iterator>
 #include <mutex>
@@ -93,15 +94,24 @@ TEST_F(UsbEventsTest, AreFollowedByASecondLook) {
     udev.pull();
 }
 
+// What the C library's access(2) calls; newer machines have only the one with a folder in front.
+#ifdef SYS_access
+constexpr int accessCall = SYS_access;
+constexpr std::size_t pathOfAccess = 0;
+#else
+constexpr int accessCall = SYS_faccessat;
+constexpr std::size_t pathOfAccess = 1;
+#endif
+
 /// Makes udev seem to run, as access(2) tells, and fails the calls numbered `others`.
 [[nodiscard]] bool runBesideUdev(const std::vector<int>& others,
                                  const std::function<void()>& action) {
-    std::vector<int> calls{SYS_access};
+    std::vector<int> calls{accessCall};
     calls.insert(calls.end(), others.begin(), others.end());
     const auto rule = [](const seccomp_data& call) {
-        if (call.nr != SYS_access) return EMFILE;
+        if (call.nr != accessCall) return EMFILE;
         // NOLINTNEXTLINE(performance-no-int-to-ptr)
-        const std::string_view asked(reinterpret_cast<const char*>(call.args[0]));
+        const std::string_view asked(reinterpret_cast<const char*>(call.args[pathOfAccess]));
         return asked == "/run/udev/control" ? doNothing : 0;
     };
     return runFiltered(calls, rule, action);
