@@ -92,6 +92,7 @@ TEST_F(AppContainerTest, ReportsTheGivenFoldersOnceTheMainQueueRuns) {
 }
 
 TEST_F(AppContainerTest, TrustsTheCameraThatIsNamed) {
+    folder.write("card/IMG_1.JPG", "one");
     make({.cards = {card}, .trusted = "card"});
     loop.run();
     EXPECT_TRUE(parts.model->autoImportEnabled());
