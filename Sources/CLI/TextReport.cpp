@@ -50,7 +50,10 @@ void TextReport::comparing(const CardProof::Outcome& all) { bar_.begin(all.bytes
 
 void TextReport::finding(const CardProof::Finding& finding) { print(findingLine(finding)); }
 
-void TextReport::verified(const CardProof::Outcome& outcome) { print(proofSummary(outcome)); }
+void TextReport::verified(const CardProof::Outcome& outcome) {
+    bar_.erase();
+    print(proofSummary(outcome));
+}
 
 void TextReport::error(const std::string& message) {
     bar_.erase();

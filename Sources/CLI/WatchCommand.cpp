@@ -37,7 +37,7 @@ void WatchCommand::start() {
 Result<> WatchCommand::lookForFolders() {
     for (const auto& card : commandLine_.cards) {
         std::error_code error;
-        if (std::filesystem::exists(card, error)) {
+        if (std::filesystem::exists(card, error) || error) {
             if (auto readable = checkCardFolder(card); !readable) return readable;
         } else {
             report().status(

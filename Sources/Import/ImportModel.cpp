@@ -758,6 +758,13 @@ bool ImportModel::canResume() const {
            isAwaited(*camera_);
 }
 
+/// The import has begun in this folder: another one made in its place would hide where the disk
+/// appears again.
+bool ImportModel::hasLostFolder() const {
+    return renamed_.destination == dest_ && dest_.isFile() && !destWritable_ &&
+           !objectionToDestination();
+}
+
 void ImportModel::resumeInterruptedImport() {
     const auto resume = pendingResume_.value_or(Resume());
     if (resume.ignoresDateFilter) showMissing(missingFilesSince(std::nullopt));
@@ -765,6 +772,10 @@ void ImportModel::resumeInterruptedImport() {
     if (!newFiles_.empty() && destUnlisted()) {
         pendingResume_ = resume;
         return postpone("Fortsetzung", unlistedWaitStatus);
+    }
+    if (!newFiles_.empty() && hasLostFolder()) {
+        pendingResume_ = resume;
+        return postpone("Fortsetzung", unwritableStatus);
     }
     const bool mayStart = !newFiles_.empty() && !objectionToDestination();
     if (const auto locked = mayStart ? runLock_->acquire() : Result<>(); !locked) {
@@ -786,6 +797,7 @@ void ImportModel::resumeInterruptedImport() {
 void ImportModel::startPendingAutoImport() {
     if (!camera_ || !autoImport_->consumePending(*camera_)) return;
     if (destOverlaps_) return suspendAutoImport(overlapStatus);
+    if (destNeedsServer()) return suspendAutoImport(nameServerStatus);
     ImportSelection missing = missingFilesSince(std::nullopt);
     if (missing.files.empty()) {
         pendingRetry_.reset();
@@ -794,7 +806,7 @@ void ImportModel::startPendingAutoImport() {
     }
     // What a server that cannot be reached now would allow is not known either.
     if (destUnlisted()) return postpone("Auto-Import", unlistedWaitStatus);
-    if (!destWritable_) return suspendAutoImport("Zielordner fehlt oder ist nicht beschreibbar.");
+    if (!destWritable_) return suspendAutoImport(unwritableStatus);
     if (destCapacity_ && *destCapacity_ < missing.bytes) {
         return suspendAutoImport("zu wenig freier Platz im Zielordner.");
     }

@@ -95,6 +95,7 @@ public:
     static constexpr auto unlistedWaitStatus =
         "Der Zielordner ließ sich nicht vollständig auflisten. Der Import beginnt von selbst, "
         "sobald das gelingt.";
+    static constexpr auto unwritableStatus = "Zielordner fehlt oder ist nicht beschreibbar.";
     static constexpr auto nameServerStatus =
         "Server angeben: unter Ziel den Rechner eintragen, dann „Verbinden und prüfen“.";
 
@@ -288,6 +289,7 @@ private:
     bool isAwaited(const Camera& camera) const;
     /// Whether the camera held is the one that was lost, and is back.
     bool canResume() const;
+    bool hasLostFolder() const;
     void resumeInterruptedImport();
     void startPendingAutoImport();
     void suspendAutoImport(const std::string& reason);

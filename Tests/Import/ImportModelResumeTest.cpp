@@ -641,6 +641,29 @@ TEST_F(ImportModelResumeTest, WaitsForTheEndOfAnotherProcessesImport) {
     EXPECT_EQ(loop.timers(), 0);
 }
 
+TEST_F(ImportModelResumeTest, WaitsForTheFolderInWhichItBegan) {
+    start();
+    loseImport("1", 1);
+    Log log = model->log();
+    const auto disk = std::exchange(store->files, {});
+    const auto folders = std::exchange(store->folders, {});
+    plugIn("2", identity, three);
+    EXPECT_EQ(model->phase(), Phase::ready);
+    EXPECT_EQ(model->status(), "Zielordner fehlt oder ist nicht beschreibbar.");
+    log.push_back("↻ " + time() +
+                  " Fortsetzung wartet: Zielordner fehlt oder ist nicht beschreibbar.");
+    loop.advance(Duration(20));
+    EXPECT_EQ(model->log(), log) << "it is told once";
+    EXPECT_FALSE(store->fileExists(Url::file("/bilder")));
+    EXPECT_FALSE(lock->held);
+
+    store->files = disk;
+    store->folders = folders;
+    loop.advance(Duration(5));
+    EXPECT_EQ(imported(), inTypeFolder(three));
+    EXPECT_EQ(loop.timers(), 0);
+}
+
 TEST_F(ImportModelResumeTest, WaitsForAnotherProcessNoLongerOnceCancelled) {
     start();
     loseImport("1", 1);

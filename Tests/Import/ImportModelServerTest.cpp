@@ -303,6 +303,8 @@ TEST_F(ImportModelServerTest, LetsAnAutoImportWaitForAServerThatItCouldNotList) 
     loop.advance(Duration(60));
     EXPECT_EQ(model->log().size(), 2) << "once is enough";
     server->breakOfListings = "Connection reset";
+    loop.advance(Duration(59));
+    EXPECT_EQ(model->log().size(), 2) << "nobody looks more often than once a minute";
     loop.advance(Duration(60));
     ASSERT_EQ(model->log().size(), 3);
     EXPECT_TRUE(model->log()[2].ends_with("aufgelistet: Connection reset"));

@@ -43,6 +43,9 @@ constexpr auto nothingMissing = "Nach der Trennung fehlt nichts mehr im Zielordn
 constexpr auto allPresent = "Auto-Import: alle Dateien dieser Kamera sind bereits im Zielordner.";
 constexpr auto notWritable =
     "Auto-Import ausgesetzt: Zielordner fehlt oder ist nicht beschreibbar.";
+constexpr auto unnamedServer =
+    "Auto-Import ausgesetzt: Server angeben: unter Ziel den Rechner eintragen, dann „Verbinden und "
+    "prüfen“.";
 constexpr auto windingUp = "Warte auf die Datei, die beim Abbruch des Imports noch unterwegs war …";
 constexpr auto noRoom = "Auto-Import ausgesetzt: zu wenig freier Platz im Zielordner.";
 constexpr auto anotherRuns = "Es läuft schon ein Import.";
@@ -905,7 +908,7 @@ void ImportSequence::observed() {
         if (status_.ends_with(returned)) sawReturn_ = true;
         if (status_ == anotherRuns) refused_ = true;
         // A server without a name is never seen to be compared.
-        if (status_ == notWritable && needsServer()) autoImportDecided_ = true;
+        if (status_ == unnamedServer) autoImportDecided_ = true;
         // The last word of every comparison with a folder that must be chosen again.
         if (status_ == chooseFolderStatus && !userStarts_) ++filterings_;
     }
@@ -1154,10 +1157,11 @@ void ImportSequence::takeUpPending() {
         autoImportDecided_ = true;
         // The summary of a run that has just ended is what shows last.
         const bool isSummed = status.starts_with(summaryStart) && (needsChoice() || needsServer());
-        RC_ASSERT((filterings > 1 || isSummed ||
-                   isAmong(status, {allPresent, notWritable, noRoom, chooseFolderStatus,
-                                    anotherRuns, ImportModel::unlistedWaitStatus}) ||
-                   status.starts_with(cannotWrite)));
+        RC_ASSERT(
+            (filterings > 1 || isSummed ||
+             isAmong(status, {allPresent, notWritable, noRoom, unnamedServer, chooseFolderStatus,
+                              anotherRuns, ImportModel::unlistedWaitStatus}) ||
+             status.starts_with(cannotWrite)));
         if (model_->isPostponed()) postponed_ = true;
     }
     pendingAutoImport_.reset();
@@ -1298,7 +1302,8 @@ bool ImportSequence::isStatusOfReady(const std::string& status) const {
     if (status == chooseFolderStatus) return ungranted_;
     if (status == anotherRuns) return refused_;
     if (model_->cameraFileCount() == 0) return status == "Die Kamera meldet keine Dateien.";
-    if (isAmong(status, {allPresent, notWritable, noRoom})) return autoImportDecided_;
+    if (isAmong(status, {allPresent, notWritable, noRoom, unnamedServer}))
+        return autoImportDecided_;
     if (needsServer()) {
         return status == nameServerStatus || (resumed_ && status == nothingMissing);
     }

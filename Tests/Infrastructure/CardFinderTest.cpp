@@ -312,6 +312,20 @@ TEST_F(CardFinderTest, TakesNoOtherVolumesFolderForTheGivenOne) {
     EXPECT_EQ(names(cards.look(table, at(2)).come), Names{"DCIM"});
 }
 
+TEST_F(CardFinderTest, TakesEveryCardThatIsMountedAtTheGivenPlace) {
+    table = {card(1, "EOS")};
+    auto cards = finder({media.path("EOS")}, false);
+    const auto first = cards.look(table, at(0)).come;
+    ASSERT_EQ(names(first), Names{"EOS"});
+    const auto [gone, come] = cards.look(std::vector{mount(2, "EOS")}, at(1));
+    EXPECT_EQ(gone, first);
+    ASSERT_EQ(names(come), Names{"EOS"});
+    EXPECT_EQ(come[0]->facts.persistentId, "vfat:/dev/bildkurier-test2:/");
+    EXPECT_TRUE(come[0]->facts.isComplete);
+    EXPECT_EQ(cards.look({}, at(2)).gone, come);
+    EXPECT_EQ(names(cards.look(table, at(3)).come), Names{"EOS"});
+}
+
 TEST_F(CardFinderTest, TakesWhatIsMountedOverAnEmptyFolderForTheGivenOne) {
     media.makeFolder("EOS");
     auto cards = finder({media.path("EOS")}, false);
@@ -319,14 +333,15 @@ TEST_F(CardFinderTest, TakesWhatIsMountedOverAnEmptyFolderForTheGivenOne) {
     ASSERT_EQ(names(empty), Names{"EOS"});
 
     table = {card(1, "EOS")};
-    const auto [gone, come] = cards.look(table, at(1));
-    EXPECT_EQ(gone, empty);
+    EXPECT_FALSE(empty[0]->facts.isComplete);
+    // A mount that comes while one looks is seen half.
+    const auto half = cards.look(table, at(1));
+    EXPECT_EQ(half.gone, empty);
+    EXPECT_TRUE(half.come.empty());
+    const auto come = cards.look(table, at(2)).come;
     ASSERT_EQ(names(come), Names{"EOS"});
     EXPECT_EQ(come[0]->facts.persistentId, "vfat:/dev/bildkurier-test1:/");
-    EXPECT_FALSE(empty[0]->facts.isComplete);
     EXPECT_TRUE(come[0]->facts.isComplete);
-
-    EXPECT_TRUE(cards.look(table, at(2)).come.empty());
 
     const auto pulled = cards.look({}, at(2.5));
     EXPECT_EQ(pulled.gone, come);

@@ -412,7 +412,8 @@ TEST_F(SFTPFileStoreTest, SaysWhyAFolderCannotBeMade) {
         {"remote mkdir \"/a\": Permission denied\r\nstat remote: No such file or directory",
          "Der Server verweigert den Zugriff (remote mkdir \"/a\": Permission denied)"},
         {"remote mkdir \"/a\": Failure\r\nstat remote: No such file or directory",
-         "Der Server nimmt nicht mehr an; vielleicht ist dort kein Platz mehr (remote mkdir "
+         "Der Server kann den Ordner nicht anlegen; vielleicht liegt dort eine Datei dieses "
+         "Namens, oder es ist kein Platz mehr (remote mkdir "
          "\"/a\": Failure)"},
         {"sftp> cd \"/a\"\nConnection closed",
          "Die Verbindung ist abgebrochen (Connection closed)"},

@@ -61,7 +61,8 @@ TEST(MeaningOf, PutsIntoGermanWhatTheClientComplainsOf) {
         {"write remote \"/a\": Failure",
          "Der Server nimmt nicht mehr an; vielleicht ist dort kein Platz mehr"},
         {"remote mkdir \"/a\": Failure",
-         "Der Server nimmt nicht mehr an; vielleicht ist dort kein Platz mehr"},
+         "Der Server kann den Ordner nicht anlegen; vielleicht liegt dort eine Datei dieses "
+         "Namens, oder es ist kein Platz mehr"},
         {"remote rename \"/a\" to \"/b\": Failure", "Der Server meldet einen Fehler"},
         {"remote statvfs(\"/a\"): Operation unsupported", "Der Server kann das nicht"},
     };

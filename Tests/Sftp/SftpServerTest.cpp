@@ -136,9 +136,30 @@ TEST_F(SftpServerTest, SaysThatThereIsNoRoomForAFolder) {
     const auto made = store->createDirectory(full.appending("a/b"));
     ASSERT_FALSE(made);
     EXPECT_EQ(made.error().message,
-              fmt::format("Ordner lässt sich nicht anlegen: Der Server nimmt nicht mehr an; "
-                          "vielleicht ist dort kein Platz mehr (remote mkdir \"{}/a\": Failure)",
+              fmt::format("Ordner lässt sich nicht anlegen: Der Server kann den Ordner nicht "
+                          "anlegen; vielleicht liegt dort eine Datei dieses Namens, oder es ist "
+                          "kein Platz mehr (remote mkdir \"{}/a\": Failure)",
                           full.path));
+}
+
+TEST_F(SftpServerTest, SaysThatAFileMayLieWhereAFolderIsToBe) {
+    std::ofstream(server->path("datei")) << "x";
+    const auto made = store->createDirectory(server->url("datei/a"));
+    ASSERT_FALSE(made);
+    EXPECT_TRUE(made.error().message.contains("vielleicht liegt dort eine Datei dieses Namens"))
+        << made.error().message;
+}
+
+TEST_F(SftpServerTest, ListsAFolderWithSlashesBehindItsName) {
+    server->makeFolder("JPG");
+    std::ofstream(server->path("JPG/IMG_1.JPG")) << "x";
+    const auto keys = store->existingFileKeys(server->root());
+    ASSERT_EQ(keys.size(), 1U);
+    for (const std::string slashes : {"/", "//", "///"}) {
+        Url folder = server->root();
+        folder.path += slashes;
+        EXPECT_EQ(store->existingFileKeys(folder), keys) << slashes;
+    }
 }
 
 TEST_F(SftpServerTest, LeavesNoProbe) {

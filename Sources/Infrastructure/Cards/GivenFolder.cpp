@@ -82,8 +82,9 @@ void GivenFolder::look(std::span<const Mount> table) {
     if (!found_) return;
     const bool empty = !identity_ && isEmpty(found_->root);
     noteIdentity(*found_, stays, empty);
-    if (identity_ && found_->identity != *identity_) return;
-    if (place_ && place_->facts.isComplete != empty) return;
+    const bool isOther = identity_ && found_->identity != *identity_;
+    const bool isSeenHalf = !identity_ && !empty;
+    if (isOther || isSeenHalf || (place_ && place_->facts.isComplete != empty)) return;
     DeviceFacts facts = factsOf(*found_);
     facts.isComplete = !empty;
     place_ = std::make_shared<const CardPlace>(found_->root, std::move(facts), found_->device,
@@ -91,10 +92,12 @@ void GivenFolder::look(std::span<const Mount> table) {
 }
 
 void GivenFolder::noteIdentity(const Found& found, bool stays, bool empty) {
-    if (identity_) return;
+    // Another card in the same place is as welcome as the first; another folder in place of one on
+    // a card is not that folder.
+    const bool isAwaited = !identity_ || found.path == "/";
     if (empty) {
         wasEmpty_ = true;
-    } else if (stays || !wasEmpty_) {
+    } else if (isAwaited && (stays || !wasEmpty_)) {
         // A mount that comes while one looks is seen half: it must have stayed.
         identity_ = found.identity;
     }

@@ -65,7 +65,10 @@ constexpr Complaint complaints[] = {
     {"", ": No space left on device", noRoomLeft},
     {"", ": Disk quota exceeded", noRoomLeft},
     {"write remote ", ": Failure", perhapsFull},
-    {notMade, ": Failure", perhapsFull},
+    {notMade, ": Failure",
+     "Der Server kann den Ordner nicht anlegen; vielleicht liegt dort eine Datei dieses Namens, "
+     "oder "
+     "es ist kein Platz mehr"},
     {"", ": Failure", "Der Server meldet einen Fehler"},
     {"", ": Operation unsupported", "Der Server kann das nicht"},
 };

@@ -65,7 +65,9 @@ struct NextLevel {
 /// path. What looks like an escape of the client's may as well be the name itself.
 std::vector<std::string> visibleNames(std::string_view path, const std::string& folder) {
     const std::string asShown(lastPathComponent(path));
-    if (withoutEscapes(path) != withoutEscapes(join(folder, asShown))) return {};
+    // The client leaves the slashes behind the folder's name as they were given.
+    const std::string expected = folder + (folder.ends_with('/') ? "" : "/") + asShown;
+    if (withoutEscapes(path) != withoutEscapes(expected)) return {};
     std::vector<std::string> names{asShown};
     if (auto plain = withoutEscapes(asShown); plain != asShown) names.push_back(std::move(plain));
     std::erase_if(names,
