@@ -185,6 +185,16 @@ TEST_F(CardProofTest, DownloadsInBatchesFromAServer) {
     EXPECT_LE(reader->mostCopies, 64U);
 }
 
+TEST_F(CardProofTest, TakesOneFileOfTheDestinationForAllThatEqualIt) {
+    destination = {.scheme = "sftp", .host = "nas", .path = "/dest"};
+    for (const std::string contents : {"aa", "aa", "bb"}) cardFile("A.JPG", contents);
+    store->files["/dest/A.JPG"] = "aa";
+    EXPECT_EQ(run(), (Outcome{.files = 3, .bytes = 6, .present = 2, .twins = 1, .content = true}));
+    EXPECT_EQ(reader->copied, 1U);
+    EXPECT_EQ(run(false), (Outcome{.files = 3, .bytes = 6, .present = 1, .missing = 2}));
+    EXPECT_EQ(found.back(), "✗ A.JPG  (2 Byte): ist auf der Karte öfter als am Ziel");
+}
+
 TEST_F(CardProofTest, SaysWhyTheDestinationCannotBeRead) {
     cardFile("A.JPG", "aa");
     reader->refusal = Error{"Keine Berechtigung"};
