@@ -86,7 +86,7 @@ TEST_F(VerifyCommandTest, ProvesTheGivenCardsOneAfterTheOther) {
               (Lines{"camera: A", "comparing: 1 files, 4 bytes",
                      "✓ Die eine Datei (4 Byte) ist am Ziel, Byte für Byte gleich.", "camera: B",
                      "comparing: 1 files, 2 bytes", "✗ B.JPG  (2 Byte): fehlt am Ziel",
-                     "✗ Nicht löschen: 0 von 1 Dateien (2 Byte) sind am Ziel, 1 fehlt."}));
+                     "✗ Nicht löschen: am Ziel 0 von 1 Datei (2 Byte), 1 fehlt."}));
     expectEnd(ExitStatus::filesFailed);
 }
 
@@ -94,7 +94,8 @@ TEST_F(VerifyCommandTest, ProvesNothingOfAnEmptyCard) {
     const auto camera = attach("A");
     command->begin();
     deliver(*camera);
-    EXPECT_EQ(report.lines.back(), "Auf der Karte ist keine Datei, die zu prüfen wäre.");
+    EXPECT_EQ(report.lines.back(),
+              "✗ Nicht löschen: Auf der Karte ist keine Datei, die zu prüfen wäre.");
     expectEnd(ExitStatus::filesFailed);
 }
 

@@ -403,7 +403,7 @@ TEST(ProofSummary, ClosesAProofInOneSentence) {
         Outcome outcome;
         std::string line;
     } cases[] = {
-        {{}, "Auf der Karte ist keine Datei, die zu prüfen wäre."},
+        {{}, "✗ Nicht löschen: Auf der Karte ist keine Datei, die zu prüfen wäre."},
         {{.files = 1, .bytes = 2'000'000, .present = 1, .content = true},
          "✓ Die eine Datei (2 MB) ist am Ziel, Byte für Byte gleich."},
         {{.files = 20, .bytes = 2'000'000, .present = 20, .content = true},
@@ -418,7 +418,11 @@ TEST(ProofSummary, ClosesAProofInOneSentence) {
          "✓ Alle 20 Dateien (2 MB) sind dem Namen und der Größe nach am Ziel. Den Inhalt "
          "vergleicht --content."},
         {{.files = 20, .bytes = 2'000'000, .present = 19, .missing = 1},
-         "✗ Nicht löschen: 19 von 20 Dateien (2 MB) sind am Ziel, 1 fehlt."},
+         "✗ Nicht löschen: am Ziel 19 von 20 Dateien (2 MB), 1 fehlt."},
+        {{.files = 1, .bytes = 2'000'000, .missing = 1},
+         "✗ Nicht löschen: am Ziel 0 von 1 Datei (2 MB), 1 fehlt."},
+        {{.files = 3, .bytes = 2'000'000, .present = 1, .twins = 2, .content = true},
+         "✗ Nicht löschen: am Ziel 1 von 3 Dateien (2 MB), 2 mit anderem Inhalt."},
         {{.files = 20,
           .bytes = 2'000'000,
           .present = 14,
@@ -426,7 +430,7 @@ TEST(ProofSummary, ClosesAProofInOneSentence) {
           .twins = 2,
           .unproved = 1,
           .content = true},
-         "✗ Nicht löschen: 14 von 20 Dateien (2 MB) sind am Ziel, 3 fehlen, 2 mit anderem Inhalt, "
+         "✗ Nicht löschen: am Ziel 14 von 20 Dateien (2 MB), 3 fehlen, 2 mit anderem Inhalt, "
          "1 nicht prüfbar."},
     };
     for (const auto& [outcome, line] : cases) EXPECT_EQ(proofSummary(outcome), line);

@@ -293,7 +293,7 @@ TEST_F(SftpProgramTest, ProvesThatACardIsOnTheServer) {
               "✗ IMG_0001.JPG  (3 Byte): fehlt am Ziel\n"
               "✗ IMG_0002.JPG  (10 Byte): Zwilling: Was am Ziel so heißt und so groß ist, hat "
               "anderen Inhalt\n"
-              "✗ Nicht löschen: 1 von 3 Dateien (100 KB) sind am Ziel, 1 fehlt, 1 mit anderem "
+              "✗ Nicht löschen: am Ziel 1 von 3 Dateien (100 KB), 1 fehlt, 1 mit anderem "
               "Inhalt.\n");
     expectNothingStaged();
 
