@@ -207,9 +207,10 @@ void CardProof::planned(Result<Plan> plan) {
             return store->createDirectory(staging);
         },
         run_([this](const Result<>& made) {
-            if (!made)
+            if (!made) {
                 return finish(failure("Der Ordner für Kopien lässt sich nicht anlegen: " +
                                       made.error().message));
+            }
             takeNext();
         }));
 }
@@ -288,9 +289,10 @@ void CardProof::add(Batch& batch, ProofGroup group) const {
         }
         const std::size_t likely = candidates.front().position;
         if (std::ranges::find(batch.likely, likely) != batch.likely.end()) continue;
-        if (!task_.destination.isFile())
+        if (!task_.destination.isFile()) {
             copy(fmt::format("{}{}", prefixOf(batch.number, 1), batch.likely.size()),
                  (*destination_)[likely].size);
+        }
         batch.likely.push_back(likely);
     }
     batch.groups.push_back(std::move(group));
@@ -340,11 +342,13 @@ void CardProof::compare(const std::shared_ptr<Batch>& batch) {
                 return reader->haveSameContent(*ours, *theirs, destination.size(candidate), step);
             };
             Proofs proofs;
+            proofs.reserve(batch->groups.size());
             for (const auto& group : batch->groups) proofs.push_back(proved(group, isSame));
             for (const Url& copy : destination.copies()) store->removeItem(copy);
-            for (const auto& [position, place] : batch->card)
+            for (const auto& [position, place] : batch->card) {
                 if (place && place->folder == staging)
                     store->removeItem(staging.appending(place->path));
+            }
             return proofs;
         },
         run_([this, batch](const Proofs& proofs) {

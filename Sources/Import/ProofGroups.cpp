@@ -115,6 +115,7 @@ std::vector<ProofGroup> proofGroups(std::span<const ImportCandidate> card,
 
 std::vector<Proof> proved(const ProofGroup& group, const ProofTest& isSame) {
     std::vector<Proof> proofs;
+    proofs.reserve(group.members.size());
     for (const auto& member : group.members) proofs.push_back(proved(member, isSame));
     return proofs;
 }
@@ -130,6 +131,7 @@ std::vector<Proof> provedByKey(const ProofGroup& group) {
         return isThere ? Kind::present : Kind::tooFew;
     };
     std::vector<Proof> proofs;
+    proofs.reserve(group.members.size());
     for (const auto& member : group.members)
         proofs.push_back({.kind = kind(member.candidates), .why = {}});
     return proofs;
