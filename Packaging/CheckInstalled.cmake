@@ -9,10 +9,15 @@ foreach(file
         bin/bildkurier
         bin/bildkurier-cli
         lib/systemd/user/bildkurier-watch.service
+        ${DATA}/bash-completion/completions/bildkurier
         ${DATA}/bash-completion/completions/bildkurier-cli
+        ${DATA}/fish/vendor_completions.d/bildkurier.fish
         ${DATA}/fish/vendor_completions.d/bildkurier-cli.fish
+        ${DATA}/${ZSH}/_bildkurier
         ${DATA}/${ZSH}/_bildkurier-cli
         ${DATA}/man/de/man1/bildkurier.1.gz
+        ${DATA}/man/de/man1/bildkurier-cli.1.gz
+        ${DATA}/man/man1/bildkurier.1.gz
         ${DATA}/man/man1/bildkurier-cli.1.gz
         ${DATA}/doc/bildkurier/copyright
         ${DATA}/applications/${ID}.desktop

@@ -2,7 +2,13 @@
 # SPDX-FileCopyrightText: The Bildkurier authors
 
 # The handbook as pages for a browser, with pictures that are taken of the window.
-find_program(CMARK cmark-gfm)
+option(BILDKURIER_HANDBOOK "Do not install without the handbook" OFF)
+if(BILDKURIER_HANDBOOK)
+    find_program(CMARK cmark-gfm REQUIRED)
+else()
+    find_program(CMARK cmark-gfm)
+    set(unless_missing OPTIONAL)
+endif()
 set(book ${PROJECT_BINARY_DIR}/Handbuch)
 if(CMARK AND TARGET UIScreenshots)
     add_custom_target(handbook
@@ -25,4 +31,4 @@ if(BUILD_TESTING)
         COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/check-handbook ${PROJECT_SOURCE_DIR}/Docs/Handbuch.md
             ${PROJECT_SOURCE_DIR}/Sources)
 endif()
-install(DIRECTORY ${book} DESTINATION ${CMAKE_INSTALL_DOCDIR} OPTIONAL)
+install(DIRECTORY ${book} DESTINATION ${CMAKE_INSTALL_DOCDIR} ${unless_missing})

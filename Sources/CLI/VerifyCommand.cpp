@@ -10,6 +10,12 @@
 
 namespace bildkurier {
 
+namespace {
+
+constexpr auto lostCamera = "Die Kamera wurde getrennt.";
+
+}  // namespace
+
 VerifyCommand::VerifyCommand(CommandLine commandLine, Url destination,
                              std::shared_ptr<CardProof> proof,
                              std::shared_ptr<FolderAccess> folderAccess,
@@ -49,8 +55,19 @@ void VerifyCommand::nextCamera() {
     waiting_.pop_front();
     isListed_ = false;
     if (severalCameras_) report_.cameras({&camera_, 1});
+    if (std::ranges::find(cameras_, camera_) == cameras_.end()) return passOver(lostCamera);
     camera_->setDelegate(weak_from_this());
     camera_->openSession();
+}
+
+void VerifyCommand::passOver(const std::string& message) {
+    if (waiting_.empty()) return stop(ExitStatus::noCamera, message);
+    report_.error(message);
+    noteStatus(ExitStatus::noCamera);
+    main_.post(alive_([this, passed = std::exchange(camera_, nullptr)] {
+        passed->closeSession();
+        if (!ended_) nextCamera();
+    }));
 }
 
 void VerifyCommand::cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) {
@@ -59,13 +76,15 @@ void VerifyCommand::cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) {
 
 void VerifyCommand::cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) {
     std::erase(cameras_, camera);
-    if (camera == camera_ || std::ranges::find(waiting_, camera) != waiting_.end())
-        stop(ExitStatus::noCamera, "Die Kamera wurde getrennt.");
+    if (ended_ || camera != camera_ || (isListed_ && !proof_->isRunning())) return;
+    if (!isListed_) return passOver(lostCamera);
+    // With others waiting the proof comes to its end: what it cannot read counts as not proved.
+    if (waiting_.empty()) stop(ExitStatus::filesFailed, lostCamera);
 }
 
 void VerifyCommand::cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) {
-    if (&camera != camera_.get() || !error) return;
-    stop(ExitStatus::noCamera, "Verbindung fehlgeschlagen: " + error->message);
+    if (ended_ || &camera != camera_.get() || !error) return;
+    passOver("Verbindung fehlgeschlagen: " + error->message);
 }
 
 void VerifyCommand::cameraCatalogGrows(Camera& /*camera*/, std::size_t /*filesSoFar*/) {}
@@ -89,7 +108,7 @@ void VerifyCommand::cameraCatalogChanged(Camera& camera) {
 void VerifyCommand::proved(const Result<CardProof::Outcome>& outcome) {
     if (!outcome) return stop(ExitStatus::destinationUnusable, outcome.error().message);
     report_.verified(*outcome);
-    if (!outcome->isComplete()) status_ = ExitStatus::filesFailed;
+    if (!outcome->isComplete()) noteStatus(ExitStatus::filesFailed);
     main_.post(alive_([this] {
         if (!ended_) nextCamera();
     }));
@@ -103,7 +122,7 @@ void VerifyCommand::interrupt() {
 void VerifyCommand::stop(ExitStatus status, const std::string& message) {
     if (ended_) return;
     report_.error(message);
-    status_ = status;
+    noteStatus(status);
     end();
 }
 

@@ -12,6 +12,7 @@
 #include "ProofReport.h"
 #include "Report.h"
 
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -21,7 +22,8 @@
 namespace bildkurier {
 
 /// `verify`: proves that the files of the cameras that are meant, one after the other, are at the
-/// destination. Main thread.
+/// destination: one that cannot be read does not keep the next. Ends with the worst that it met.
+/// Main thread.
 class VerifyCommand final : public CameraBrowserDelegate,
                             public CameraDelegate,
                             public std::enable_shared_from_this<VerifyCommand> {
@@ -49,6 +51,10 @@ public:
 
 private:
     void nextCamera();
+    /// Leaves this camera, which was not read, for the next one; ends where there is none.
+    void passOver(const std::string& message);
+    /// Statuses of what goes wrong are the worse the higher they are.
+    void noteStatus(ExitStatus status) { status_ = std::max(status_, status); }
     void proved(const Result<CardProof::Outcome>& outcome);
     void stop(ExitStatus status, const std::string& message);
     void end();

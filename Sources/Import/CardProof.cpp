@@ -3,6 +3,7 @@
 #include "CardProof.h"
 
 #include "ByteSum.h"
+#include "Formatting.h"
 #include "ImportModel.h"
 #include "RunThen.h"
 #include "ServerVisit.h"
@@ -11,7 +12,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 #include <map>
+#include <set>
 #include <utility>
 
 namespace bildkurier {
@@ -20,6 +23,7 @@ namespace {
 
 using Kind = Proof::Kind;
 using File = ContentReader::File;
+using Proofs = std::vector<std::vector<Proof>>;  ///< of groups
 
 constexpr std::size_t mostUnderWay = 4;
 constexpr std::int64_t batchBytes = 32 << 20;
@@ -38,13 +42,26 @@ struct CardProof::Plan {
 struct CardProof::Batch {
     std::size_t number = 0;
     std::vector<ProofGroup> groups;
-    std::int64_t bytes = 0;  ///< of the card's files
+    std::size_t files = 0;   ///< of the card
+    std::int64_t bytes = 0;  ///< of these
     std::deque<std::size_t> toLoad;
     std::map<std::size_t, Result<PlacedFile>> card;  ///< by position; of files with candidates
-    std::vector<std::vector<Proof>> proofs;
+    std::vector<std::size_t> likely;  ///< files of the destination that will be needed anyhow
+    std::int64_t room = 0;            ///< that copies may take at most
+    std::vector<Url> copies;          ///< of what is to be loaded and of what is likely
+    std::int64_t bytesToCopy = 0;     ///< the sizes of these
+    std::int64_t bytesCopied = 0;     ///< as last measured; stays when copies are removed
+    std::atomic<std::int64_t> bytesCompared = 0;
 };
 
 namespace {
+
+std::string cardCopyName(std::size_t position) { return fmt::format("karte-{}", position); }
+
+/// What the names of a batch's copies from the destination begin with.
+std::string prefixOf(std::size_t batch, std::size_t fetch) {
+    return fmt::format("ziel-{}-{}-", batch, fetch);
+}
 
 /// Reads the destination's files when they are needed, and as many of them at once as will be
 /// needed anyhow.
@@ -58,8 +75,7 @@ public:
         std::vector<File> wanted;
         wanted.reserve(positions.size());
         for (const std::size_t n : positions) wanted.push_back(files_[n]);
-        const auto found =
-            reader_.fetch(wanted, staging_, fmt::format("ziel-{}-{}-", batch_, ++fetches_));
+        const auto found = reader_.fetch(wanted, staging_, prefixOf(batch_, ++fetches_));
         for (std::size_t n = 0; n < positions.size(); ++n)
             places_.insert_or_assign(positions[n], found[n]);
     }
@@ -115,10 +131,10 @@ void CardProof::start(Task task) {
     progress_ = {};
     progress_.total = outcome_.files;
     waiting_.clear();
-    underWay_ = 0;
+    underWay_.clear();
     isLoading_ = false;
     speedMeter_ = {};
-    shared_ = std::make_shared<Shared>();
+    isCancelled_ = std::make_shared<std::atomic<bool>>(false);
     if (const auto locked = runLock_->acquire(); !locked) {
         return main_.post(run_([this, error = locked.error()] { finish(std::unexpected(error)); }));
     }
@@ -154,7 +170,7 @@ void CardProof::start(Task task) {
 void CardProof::cancel() {
     if (!isRunning_) return;
     run_.renew();
-    shared_->isCancelled = true;
+    *isCancelled_ = true;
     reports_.reset();
     isRunning_ = false;
     // The lock is kept: work under way may still read copies.
@@ -191,37 +207,95 @@ void CardProof::planned(Result<Plan> plan) {
             return store->createDirectory(staging);
         },
         run_([this](const Result<>& made) {
-            if (!made)
+            if (!made) {
                 return finish(failure("Der Ordner für Kopien lässt sich nicht anlegen: " +
                                       made.error().message));
+            }
             takeNext();
         }));
 }
 
 void CardProof::takeNext() {
-    while (!waiting_.empty() && underWay_ < mostUnderWay && !isLoading_) {
+    while (!waiting_.empty() && underWay_.size() < mostUnderWay && !isLoading_) {
         const auto batch = std::make_shared<Batch>();
-        batch->number = ++batches_;
-        std::size_t files = 0;
-        while (!waiting_.empty() && batch->bytes < batchBytes && files < batchFiles) {
-            for (const auto& member : waiting_.front().members) {
-                const auto& file = *task_.files[member.position];
-                batch->bytes = byteSum(batch->bytes, file.size());
-                ++files;
-                if (member.candidates.empty()) continue;
-                if (auto place = file.place()) {
-                    batch->card.emplace(member.position, *std::move(place));
-                } else {
-                    batch->toLoad.push_back(member.position);
-                }
-            }
-            batch->groups.push_back(std::move(waiting_.front()));
+        const std::int64_t left = roomLeft();
+        const auto isFull = [&] {
+            return batch->bytes >= batchBytes || batch->files >= batchFiles;
+        };
+        while (!waiting_.empty() && !isFull()) {
+            const std::int64_t room = roomFor(waiting_.front());
+            if (room > 0 && byteSum(batch->room, room) > left) break;
+            batch->room = byteSum(batch->room, room);
+            if (batch->groups.empty()) batch->number = ++batches_;
+            add(*batch, std::move(waiting_.front()));
             waiting_.pop_front();
         }
-        ++underWay_;
-        load(batch);
+        if (!batch->groups.empty()) {
+            underWay_.push_back(batch);
+            load(batch);
+        } else if (underWay_.empty()) {
+            giveUp(waiting_.front(), byteSum(left, ImportRunner::headroom));
+            waiting_.pop_front();
+        } else {
+            return;  // Copies will make room.
+        }
     }
-    if (waiting_.empty() && underWay_ == 0) finish(outcome_);
+    if (waiting_.empty() && underWay_.empty()) finish(outcome_);
+}
+
+std::int64_t CardProof::roomFor(const ProofGroup& group) const {
+    std::int64_t bytes = 0;
+    std::set<std::size_t> there;
+    for (const auto& [position, candidates] : group.members) {
+        const auto& file = *task_.files[position];
+        if (!candidates.empty() && !file.place()) bytes = byteSum(bytes, file.size());
+        for (const auto& candidate : candidates) there.insert(candidate.position);
+    }
+    if (task_.destination.isFile()) return bytes;
+    for (const std::size_t n : there) bytes = byteSum(bytes, (*destination_)[n].size);
+    return bytes;
+}
+
+std::int64_t CardProof::roomLeft() const {
+    auto free = fileStore_->availableCapacity(staging_);
+    if (!free) return std::numeric_limits<std::int64_t>::max();
+    for (const auto& batch : underWay_) free = byteSum(*free, -batch->room);
+    return *free - ImportRunner::headroom;
+}
+
+void CardProof::giveUp(const ProofGroup& group, std::int64_t free) {
+    const auto needed = byteSum(roomFor(group), ImportRunner::headroom);
+    const Error error{
+        fmt::format("auf diesem Computer ist zu wenig Platz für eine Kopie ({} nötig, {} frei)",
+                    formatBytes(needed), formatBytes(free))};
+    tell(group, proved(group, [&](auto, auto) { return std::unexpected(error); }));
+}
+
+void CardProof::add(Batch& batch, ProofGroup group) const {
+    const auto copy = [&](const std::string& name, std::int64_t size) {
+        batch.copies.push_back(staging_.appending(name));
+        batch.bytesToCopy = byteSum(batch.bytesToCopy, size);
+    };
+    for (const auto& [position, candidates] : group.members) {
+        const auto& file = *task_.files[position];
+        batch.bytes = byteSum(batch.bytes, file.size());
+        ++batch.files;
+        if (candidates.empty()) continue;
+        if (auto place = file.place()) {
+            batch.card.emplace(position, *std::move(place));
+        } else {
+            batch.toLoad.push_back(position);
+            copy(cardCopyName(position), file.size());
+        }
+        const std::size_t likely = candidates.front().position;
+        if (std::ranges::find(batch.likely, likely) != batch.likely.end()) continue;
+        if (!task_.destination.isFile()) {
+            copy(fmt::format("{}{}", prefixOf(batch.number, 1), batch.likely.size()),
+                 (*destination_)[likely].size);
+        }
+        batch.likely.push_back(likely);
+    }
+    batch.groups.push_back(std::move(group));
 }
 
 void CardProof::load(const std::shared_ptr<Batch>& batch) {
@@ -229,7 +303,7 @@ void CardProof::load(const std::shared_ptr<Batch>& batch) {
     if (!isLoading_) return compare(batch);
     const std::size_t position = batch->toLoad.front();
     batch->toLoad.pop_front();
-    const std::string name = fmt::format("karte-{}", position);
+    const std::string name = cardCopyName(position);
     using Downloaded = Result<std::optional<std::string>>;
     auto loaded = run_([this, batch, position, name](const Downloaded& result) {
         const PlacedFile copy{.folder = staging_, .path = name};
@@ -251,49 +325,37 @@ void CardProof::load(const std::shared_ptr<Batch>& batch) {
 void CardProof::compare(const std::shared_ptr<Batch>& batch) {
     runThen(
         background_, main_,
-        [batch, shared = shared_, reader = reader_, store = fileStore_, files = destination_,
-         staging = staging_] {
+        [batch, isCancelled = isCancelled_, reader = reader_, store = fileStore_,
+         files = destination_, staging = staging_] {
             DestinationFiles destination(*reader, *files, staging, batch->number);
-            std::vector<std::size_t> first;
-            for (const auto& group : batch->groups) {
-                for (const auto& member : group.members) {
-                    if (member.candidates.empty()) continue;
-                    const std::size_t likely = member.candidates.front().position;
-                    if (std::ranges::find(first, likely) == first.end()) first.push_back(likely);
-                }
-            }
-            if (!first.empty() && !shared->isCancelled) destination.fetch(first);
-            std::int64_t read = 0;
+            if (!batch->likely.empty() && !*isCancelled) destination.fetch(batch->likely);
             const auto step = [&](std::int64_t bytes) {
-                read += bytes;
-                shared->bytes += bytes;
-                return !shared->isCancelled;
+                batch->bytesCompared += bytes;
+                return !*isCancelled;
             };
             const ProofTest isSame = [&](std::size_t card, std::size_t candidate) -> Result<bool> {
-                if (shared->isCancelled) return failure("Die Prüfung wurde abgebrochen");
+                if (*isCancelled) return failure("Die Prüfung wurde abgebrochen");
                 const auto& ours = batch->card.at(card);
                 if (!ours) return std::unexpected(ours.error());
                 const auto& theirs = destination.place(candidate);
                 if (!theirs) return std::unexpected(theirs.error());
                 return reader->haveSameContent(*ours, *theirs, destination.size(candidate), step);
             };
-            for (const auto& group : batch->groups) batch->proofs.push_back(proved(group, isSame));
+            Proofs proofs;
+            proofs.reserve(batch->groups.size());
+            for (const auto& group : batch->groups) proofs.push_back(proved(group, isSame));
             for (const Url& copy : destination.copies()) store->removeItem(copy);
-            for (const auto& [position, place] : batch->card)
+            for (const auto& [position, place] : batch->card) {
                 if (place && place->folder == staging)
                     store->removeItem(staging.appending(place->path));
-            return read;
+            }
+            return proofs;
         },
-        run_([this, batch](std::int64_t read) {
-            shared_->bytes -= read;
-            compared(*batch);
+        run_([this, batch](const Proofs& proofs) {
+            std::erase(underWay_, batch);
+            for (std::size_t n = 0; n < proofs.size(); ++n) tell(batch->groups[n], proofs[n]);
+            takeNext();
         }));
-}
-
-void CardProof::compared(const Batch& batch) {
-    for (std::size_t n = 0; n < batch.groups.size(); ++n) tell(batch.groups[n], batch.proofs[n]);
-    --underWay_;
-    takeNext();
 }
 
 void CardProof::tell(const ProofGroup& group, const std::vector<Proof>& proofs) {
@@ -315,9 +377,21 @@ void CardProof::tell(std::size_t position, const Proof& proof) {
     onFinding({.name = file.name().value_or(""), .size = file.size(), .proof = proof});
 }
 
+std::int64_t CardProof::bytesDone(Batch& batch) const {
+    std::int64_t copied = 0;
+    for (const Url& copy : batch.copies)
+        copied = byteSum(copied, fileStore_->fileSize(copy).value_or(0));
+    batch.bytesCopied = std::max(batch.bytesCopied, copied);
+    const auto done = static_cast<double>(byteSum(batch.bytesCopied, batch.bytesCompared));
+    const auto all = static_cast<double>(byteSum(batch.bytesToCopy, batch.bytes));
+    if (done >= all) return batch.bytes;
+    return static_cast<std::int64_t>(static_cast<double>(batch.bytes) * (done / all));
+}
+
 void CardProof::report() {
     auto shown = progress_;
-    shown.currentBytes = shared_->bytes;
+    for (const auto& batch : underWay_)
+        shown.currentBytes = byteSum(shown.currentBytes, bytesDone(*batch));
     speedMeter_.sample(byteSum(shown.bytesDone, shown.currentBytes),
                        main_.now().time_since_epoch().count());
     onProgress(shown, speedMeter_.reading);

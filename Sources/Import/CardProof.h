@@ -107,17 +107,19 @@ private:
     struct Plan;
     struct Batch;
 
-    /// What jobs in the background share.
-    struct Shared {
-        std::atomic<bool> isCancelled = false;
-        std::atomic<std::int64_t> bytes = 0;  ///< compared by jobs under way
-    };
-
     void planned(Result<Plan> plan);
     void takeNext();
+    void add(Batch& batch, ProofGroup group) const;
+    /// How many bytes copies of all that belongs to the group may take.
+    std::int64_t roomFor(const ProofGroup& group) const;
+    /// How many bytes are left for copies beside those of batches under way.
+    std::int64_t roomLeft() const;
+    /// Tells that copies of the group do not fit into the `free` bytes.
+    void giveUp(const ProofGroup& group, std::int64_t free);
     void load(const std::shared_ptr<Batch>& batch);
     void compare(const std::shared_ptr<Batch>& batch);
-    void compared(const Batch& batch);
+    /// The bytes of the card's files in `batch`, by how much of the work is done.
+    std::int64_t bytesDone(Batch& batch) const;
     void tell(const ProofGroup& group, const std::vector<Proof>& proofs);
     void tell(std::size_t position, const Proof& proof);
     void report();
@@ -136,10 +138,10 @@ private:
     Task task_;
     std::shared_ptr<const std::vector<ContentReader::File>> destination_;
     std::deque<ProofGroup> waiting_;
-    std::size_t underWay_ = 0;
+    std::vector<std::shared_ptr<Batch>> underWay_;
     std::size_t batches_ = 0;
     bool isLoading_ = false;  ///< from the card
-    std::shared_ptr<Shared> shared_;
+    std::shared_ptr<std::atomic<bool>> isCancelled_;
     Outcome outcome_;
     ImportRunner::Progress progress_;
     SpeedMeter speedMeter_;

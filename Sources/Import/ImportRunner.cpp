@@ -19,7 +19,6 @@ namespace bildkurier {
 
 namespace {
 
-constexpr std::int64_t headroom = 209'715'200;  // bytes: 200 MiB
 constexpr Duration watchInterval{0.5};
 constexpr auto nameless = "unbenannt";
 constexpr auto invalidName = "Ungültiger Dateiname";

@@ -28,6 +28,9 @@ namespace bildkurier {
 /// Main thread.
 class ImportRunner {
 public:
+    /// Bytes that stay free when the largest file has been loaded: 200 MiB.
+    static constexpr std::int64_t headroom = 209'715'200;
+
     /// Sizes in bytes.
     struct Progress {
         std::int64_t total = 0;  ///< files handed to `start`

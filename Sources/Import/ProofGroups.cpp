@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
 #include <numeric>
+#include <set>
 #include <unordered_map>
 #include <utility>
 
@@ -59,91 +59,17 @@ private:
     std::vector<std::size_t> above_;
 };
 
-/// Finds for as many members as possible a file of their own at the destination.
-class Matching {
-public:
-    Matching(const ProofGroup& group, const ProofTest& isSame)
-        : group_(group), isSame_(isSame), matched_(group.members.size()) {}
-
-    std::vector<Proof> run() {
-        std::vector<Proof> proofs;
-        for (std::size_t m = 0; m < group_.members.size(); ++m)
-            if (!takeFree(m)) takeOver(m);
-        for (std::size_t m = 0; m < group_.members.size(); ++m) proofs.push_back(proof(m));
-        return proofs;
+Proof proved(const ProofGroup::Member& member, const ProofTest& isSame) {
+    std::optional<Error> error;
+    for (const auto& candidate : member.candidates) {
+        const auto found = isSame(member.position, candidate.position);
+        if (found.value_or(false)) return {.kind = Kind::present, .why = {}};
+        if (!found && !error) error = found.error();
     }
-
-private:
-    bool isSame(std::size_t member, std::size_t candidate) {
-        const auto key = std::pair(member, candidate);
-        if (const auto known = known_.find(key); known != known_.end()) return known->second;
-        const auto found = isSame_(group_.members[member].position, candidate);
-        if (!found) errors_.try_emplace(member, found.error().message);
-        return known_[key] = found.value_or(false);
-    }
-
-    bool takeFree(std::size_t member) {
-        return std::ranges::any_of(group_.members[member].candidates, [&](const auto& candidate) {
-            return !owners_.contains(candidate.position) && isSame(member, candidate.position) &&
-                   take(member, candidate.position);
-        });
-    }
-
-    bool take(std::size_t member, std::size_t candidate) {
-        owners_[candidate] = member;
-        return matched_[member] = true;
-    }
-
-    /// Looks, step by step, for another member that can make room: each of those in the way is
-    /// asked once whether it has a free file instead of its own.
-    void takeOver(std::size_t member) {
-        std::map<std::size_t, std::size_t> wantedBy;  // candidate, member
-        std::vector<std::size_t> asked{member};
-        for (std::size_t next = 0; next < asked.size(); ++next) {
-            for (const auto& [candidate, own] : group_.members[asked[next]].candidates) {
-                if (wantedBy.contains(candidate) || !isSame(asked[next], candidate)) continue;
-                wantedBy[candidate] = asked[next];
-                const auto owner = owners_.find(candidate);
-                if (owner == owners_.end()) return handOn(candidate, member, wantedBy);
-                asked.push_back(owner->second);
-            }
-        }
-    }
-
-    /// Everybody on the way from the free candidate back to `member` takes what it wanted.
-    void handOn(std::size_t free, std::size_t member,
-                const std::map<std::size_t, std::size_t>& wantedBy) {
-        for (std::size_t candidate = free;;) {
-            const std::size_t taker = wantedBy.at(candidate);
-            const auto given =
-                std::ranges::find(owners_, taker, [](const auto& o) { return o.second; });
-            const auto old = given == owners_.end() ? candidate : given->first;
-            take(taker, candidate);
-            if (taker == member) return;
-            candidate = old;
-        }
-    }
-
-    Proof proof(std::size_t member) {
-        if (matched_[member]) return {.kind = Kind::present, .why = {}};
-        if (const auto error = errors_.find(member); error != errors_.end())
-            return {.kind = Kind::notReadable, .why = error->second};
-        const auto& candidates = group_.members[member].candidates;
-        const bool isElsewhere = std::ranges::any_of(
-            candidates, [&](const auto& candidate) { return isSame(member, candidate.position); });
-        if (isElsewhere) return {.kind = Kind::tooFew, .why = {}};
-        const bool hasTwin =
-            std::ranges::any_of(candidates, [](const auto& each) { return each.hasOwnName; });
-        return {.kind = hasTwin ? Kind::twin : Kind::missing, .why = {}};
-    }
-
-    const ProofGroup& group_;
-    const ProofTest& isSame_;
-    std::vector<bool> matched_;
-    std::map<std::size_t, std::size_t> owners_;  ///< candidate, member
-    std::map<std::pair<std::size_t, std::size_t>, bool> known_;
-    std::map<std::size_t, std::string> errors_;  ///< why a member could not be compared
-};
+    if (error) return {.kind = Kind::notReadable, .why = error->message};
+    const bool hasTwin = std::ranges::any_of(member.candidates, &ProofCandidate::hasOwnName);
+    return {.kind = hasTwin ? Kind::twin : Kind::missing, .why = {}};
+}
 
 }  // namespace
 
@@ -188,21 +114,26 @@ std::vector<ProofGroup> proofGroups(std::span<const ImportCandidate> card,
 }
 
 std::vector<Proof> proved(const ProofGroup& group, const ProofTest& isSame) {
-    return Matching(group, isSame).run();
+    std::vector<Proof> proofs;
+    proofs.reserve(group.members.size());
+    for (const auto& member : group.members) proofs.push_back(proved(member, isSame));
+    return proofs;
 }
 
 std::vector<Proof> provedByKey(const ProofGroup& group) {
-    std::map<std::size_t, const ProofGroup::Member*> members;
-    for (const auto& member : group.members) members[member.position] = &member;
-    auto proofs = proved(group, [&](std::size_t position, std::size_t candidate) {
-        const auto& candidates = members.at(position)->candidates;
-        return std::ranges::find(candidates, candidate, &ProofCandidate::position)->hasOwnName;
-    });
-    for (std::size_t m = 0; m < proofs.size(); ++m) {
-        const bool isOnlyUnderFreeName =
-            proofs[m].kind == Kind::missing && !group.members[m].candidates.empty();
-        if (isOnlyUnderFreeName) proofs[m].kind = Kind::otherName;
-    }
+    std::set<std::size_t> taken;
+    const auto kind = [&](const std::vector<ProofCandidate>& candidates) {
+        if (candidates.empty()) return Kind::missing;
+        if (!candidates.front().hasOwnName) return Kind::otherName;
+        const bool isThere = std::ranges::any_of(candidates, [&](const auto& candidate) {
+            return candidate.hasOwnName && taken.insert(candidate.position).second;
+        });
+        return isThere ? Kind::present : Kind::tooFew;
+    };
+    std::vector<Proof> proofs;
+    proofs.reserve(group.members.size());
+    for (const auto& member : group.members)
+        proofs.push_back({.kind = kind(member.candidates), .why = {}});
     return proofs;
 }
 

@@ -26,8 +26,8 @@ struct ProofCandidate {
     bool operator==(const ProofCandidate&) const = default;
 };
 
-/// Files of a card that may be one and the same file at the destination, so that only all of
-/// them together tell which of them are there.
+/// Files of a card that may be one and the same file at the destination: by names alone only all
+/// of them together tell which are there, and for their contents that file is read once.
 struct ProofGroup {
     struct Member {
         std::size_t position = 0;                ///< among the card's files
@@ -51,7 +51,7 @@ struct Proof {
         present,
         missing,
         otherName,   ///< missing, but a file of its size bears a free name made of its own
-        tooFew,      ///< as often as it is at the destination, it is there for others of the card
+        tooFew,      ///< what has its name and size stands for others of the card already
         twin,        ///< something of its name and size is there, and is another picture
         notReadable  ///< not proved
     };
@@ -66,11 +66,12 @@ struct Proof {
 /// same.
 using ProofTest = std::function<Result<bool>(std::size_t, std::size_t)>;
 
-/// Which members of `group` are at the destination, in their order. No file there stands for two
-/// of the card. Asks `isSame` only what it needs, and nothing twice.
+/// Which members of `group` are at the destination, in their order. What is there once is there
+/// for all members that are equal to it. Asks `isSame` only what it needs, and nothing twice.
 std::vector<Proof> proved(const ProofGroup& group, const ProofTest& isSame);
 
-/// The same by names and sizes alone: a free name proves nothing.
+/// The same by names and sizes alone: a free name proves nothing, and no file there stands for two
+/// of the card, for these may be two pictures.
 std::vector<Proof> provedByKey(const ProofGroup& group);
 
 /// The name of which `name` may be the free name: "IMG_1.JPG" of "IMG_1_2.JPG".

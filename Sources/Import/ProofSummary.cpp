@@ -42,7 +42,8 @@ std::string findingLine(const CardProof::Finding& finding) {
 }
 
 std::string proofSummary(const CardProof::Outcome& outcome) {
-    if (outcome.files == 0) return "Auf der Karte ist keine Datei, die zu prüfen wäre.";
+    if (outcome.files == 0)
+        return "✗ Nicht löschen: Auf der Karte ist keine Datei, die zu prüfen wäre.";
     const std::string size = formatBytes(outcome.bytes);
     if (outcome.isComplete() && !outcome.isWholeCard) {
         const auto loaded =
@@ -69,8 +70,9 @@ std::string proofSummary(const CardProof::Outcome& outcome) {
             fmt::format("{} {}", outcome.missing, outcome.missing == 1 ? "fehlt" : "fehlen"));
     if (outcome.twins > 0) lacks.push_back(fmt::format("{} mit anderem Inhalt", outcome.twins));
     if (outcome.unproved > 0) lacks.push_back(fmt::format("{} nicht prüfbar", outcome.unproved));
-    return fmt::format("✗ Nicht löschen: {} von {} Dateien ({}) sind am Ziel, {}.", outcome.present,
-                       outcome.files, size, fmt::join(lacks, ", "));
+    return fmt::format("✗ Nicht löschen: am Ziel {} von {} {} ({}), {}.", outcome.present,
+                       outcome.files, outcome.files == 1 ? "Datei" : "Dateien", size,
+                       fmt::join(lacks, ", "));
 }
 
 }  // namespace bildkurier

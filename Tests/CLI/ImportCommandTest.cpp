@@ -1063,7 +1063,7 @@ TEST_F(ImportCommandTest, FailsWhereWhatItHasLoadedIsNotProved) {
               "✗ A.JPG  (4 Byte): Zwilling: Was am Ziel so heißt und so groß ist, hat anderen "
               "Inhalt");
     EXPECT_EQ(lines.back(),
-              "✗ Nicht löschen: 1 von 2 Dateien (8 Byte) sind am Ziel, 1 mit anderem Inhalt.");
+              "✗ Nicht löschen: am Ziel 1 von 2 Dateien (8 Byte), 1 mit anderem Inhalt.");
     expectEnd(ExitStatus::filesFailed);
 }
 

@@ -6,11 +6,13 @@
 #include "FakeRunLock.h"
 #include "ManualRunLoop.h"
 #include "MemoryContentReader.h"
+#include "ProofSummary.h"
 #include "RecordingReport.h"
 #include "VerifyCommand.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -84,7 +86,7 @@ TEST_F(VerifyCommandTest, ProvesTheGivenCardsOneAfterTheOther) {
               (Lines{"camera: A", "comparing: 1 files, 4 bytes",
                      "✓ Die eine Datei (4 Byte) ist am Ziel, Byte für Byte gleich.", "camera: B",
                      "comparing: 1 files, 2 bytes", "✗ B.JPG  (2 Byte): fehlt am Ziel",
-                     "✗ Nicht löschen: 0 von 1 Dateien (2 Byte) sind am Ziel, 1 fehlt."}));
+                     "✗ Nicht löschen: am Ziel 0 von 1 Datei (2 Byte), 1 fehlt."}));
     expectEnd(ExitStatus::filesFailed);
 }
 
@@ -92,7 +94,8 @@ TEST_F(VerifyCommandTest, ProvesNothingOfAnEmptyCard) {
     const auto camera = attach("A");
     command->begin();
     deliver(*camera);
-    EXPECT_EQ(report.lines.back(), "Auf der Karte ist keine Datei, die zu prüfen wäre.");
+    EXPECT_EQ(report.lines.back(),
+              "✗ Nicht löschen: Auf der Karte ist keine Datei, die zu prüfen wäre.");
     expectEnd(ExitStatus::filesFailed);
 }
 
@@ -137,7 +140,73 @@ TEST_F(VerifyCommandTest, EndsWhenTheCameraIsLost) {
     command->cameraBrowserDidRemove(camera);
     EXPECT_EQ(report.lines.back(), "error: Die Kamera wurde getrennt.");
     EXPECT_FALSE(proof->isRunning());
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(VerifyCommandTest, EndsWhenTheCameraIsLostBeforeItIsRead) {
+    const auto camera = attach("A");
+    command->begin();
+    command->cameraBrowserDidRemove(camera);
+    EXPECT_EQ(report.lines, Lines{"error: Die Kamera wurde getrennt."});
     expectEnd(ExitStatus::noCamera);
+}
+
+TEST_F(VerifyCommandTest, PassesOverCardsThatCannotBeRead) {
+    options.cards = {"/a", "/b", "/c", "/d"};
+    const std::vector cameras{attach("A"), attach("B"), attach("C"), attach("D")};
+    file(*cameras[3], "D.JPG", "dd");
+    command->begin();
+    cameras[0]->sessionOpened(Error{"belegt"});
+    command->cameraBrowserDidRemove(cameras[0]);
+    command->cameraBrowserDidRemove(cameras[1]);
+    loop.settle();
+    EXPECT_EQ(cameras[1]->opened, 0);
+    cameras[2]->sessionOpened();
+    command->cameraBrowserDidRemove(cameras[2]);
+    loop.settle();
+    EXPECT_TRUE(ends.empty());
+    deliver(*cameras[3]);
+    EXPECT_EQ(std::ranges::count(report.lines, "error: Verbindung fehlgeschlagen: belegt"), 1);
+    EXPECT_EQ(std::ranges::count(report.lines, "error: Die Kamera wurde getrennt."), 2);
+    EXPECT_EQ(report.lines.back(), proofSummary({.files = 1, .bytes = 2, .missing = 1}));
+    // A card that could not be opened is worse than one that lacks files.
+    expectEnd(ExitStatus::noCamera);
+}
+
+TEST_F(VerifyCommandTest, EndsAProofWhoseCardIsLostBeforeTheNext) {
+    options.cards = {"/a", "/b"};
+    const auto first = attach("A");
+    const auto second = attach("B");
+    const auto held = file(*first, "A.JPG", "aaaa");
+    held->holdsBack = true;
+    file(*second, "B.JPG", "bb");
+    store->files["/bilder/A.JPG"] = "aaaa";
+    store->files["/bilder/B.JPG"] = "bb";
+    command->begin();
+    deliver(*first);
+    command->cameraBrowserDidRemove(first);
+    EXPECT_TRUE(proof->isRunning());
+    held->error = Error{"Kabel ab"};
+    held->deliver();
+    loop.settle();
+    deliver(*second);
+    EXPECT_EQ(std::ranges::count(report.lines, "✗ A.JPG  (4 Byte): nicht prüfbar: Kabel ab"), 1);
+    EXPECT_EQ(report.lines.back(),
+              proofSummary({.files = 1, .bytes = 2, .present = 1, .content = true}));
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(VerifyCommandTest, DoesNotMindThatACardGoesOnceItIsProved) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    store->files["/bilder/A.JPG"] = "aaaa";
+    command->begin();
+    camera->sessionOpened();
+    camera->catalogReady();
+    while (proof->isRunning()) ASSERT_TRUE(loop.stepBackground() || loop.stepMain());
+    command->cameraBrowserDidRemove(camera);
+    loop.settle();
+    expectEnd(ExitStatus::success);
 }
 
 TEST_F(VerifyCommandTest, ProvesNoCardThatChangesMeanwhile) {

@@ -153,7 +153,7 @@ TEST_F(VerifyProgramTest, TellsOfEachFileAndClosesInOneSentence) {
               "✗ IMG_1.JPG  (2 KB): Zwilling: Was am Ziel so heißt und so groß ist, hat anderen "
               "Inhalt\n"
               "✗ IMG_2.JPG  (2 KB): fehlt am Ziel\n"
-              "✗ Nicht löschen: 1 von 3 Dateien (6 KB) sind am Ziel, 1 fehlt, 1 mit anderem "
+              "✗ Nicht löschen: am Ziel 1 von 3 Dateien (6 KB), 1 fehlt, 1 mit anderem "
               "Inhalt.\n");
 }
 

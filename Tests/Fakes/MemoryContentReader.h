@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -29,8 +30,12 @@ public:
     int fetches = 0;             ///< that copied something
     std::size_t copied = 0;      ///< files
     std::size_t mostCopies = 0;  ///< in the staging folder at a time
+    std::function<void()> onListing = [] {};
+    std::function<void()> onCopied = [] {};
+    std::function<void()> onStep = [] {};
 
     Result<Listing> files(const Url& folder) override {
+        onListing();
         if (refusal) return std::unexpected(*refusal);
         Listing found{.files = {}, .unreadable = unreadableFolders};
         for (const auto& [path, contents] : store_->files) {
@@ -58,6 +63,7 @@ public:
                 store_->files[pathOf(copy)] = store_->files.at(pathOf(file.place));
                 places.emplace_back(copy);
                 ++copied;
+                onCopied();
             }
         }
         mostCopies = std::max(mostCopies, store_->tree(staging).size());
@@ -73,6 +79,7 @@ public:
         }
         const std::string& contents = store_->files.at(pathOf(one));
         if (!step(size)) return failure("angehalten");
+        onStep();
         return std::ssize(contents) == size && contents == store_->files.at(pathOf(other));
     }
 

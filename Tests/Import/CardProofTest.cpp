@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -73,12 +74,13 @@ protected:
 
     std::shared_ptr<MemoryFileStore> store = std::make_shared<MemoryFileStore>();
     std::shared_ptr<MemoryContentReader> reader = std::make_shared<MemoryContentReader>(store);
+    std::shared_ptr<FakeSSHKeyring> keyring = std::make_shared<FakeSSHKeyring>();
     std::shared_ptr<FakeRunLock> lock = std::make_shared<FakeRunLock>();
     ManualRunLoop loop;
     std::unique_ptr<CardProof> proof =
         std::make_unique<CardProof>(CardProof::Collaborators{.reader = reader,
                                                              .fileStore = store,
-                                                             .keyring = nullptr,
+                                                             .keyring = keyring,
                                                              .runLock = lock,
                                                              .staging = Url::file("/cache/verify")},
                                     loop, loop);
@@ -185,6 +187,16 @@ TEST_F(CardProofTest, DownloadsInBatchesFromAServer) {
     EXPECT_LE(reader->mostCopies, 64U);
 }
 
+TEST_F(CardProofTest, TakesOneFileOfTheDestinationForAllThatEqualIt) {
+    destination = {.scheme = "sftp", .host = "nas", .path = "/dest"};
+    for (const std::string contents : {"aa", "aa", "bb"}) cardFile("A.JPG", contents);
+    store->files["/dest/A.JPG"] = "aa";
+    EXPECT_EQ(run(), (Outcome{.files = 3, .bytes = 6, .present = 2, .twins = 1, .content = true}));
+    EXPECT_EQ(reader->copied, 1U);
+    EXPECT_EQ(run(false), (Outcome{.files = 3, .bytes = 6, .present = 1, .missing = 2}));
+    EXPECT_EQ(found.back(), "✗ A.JPG  (2 Byte): ist auf der Karte öfter als am Ziel");
+}
+
 TEST_F(CardProofTest, SaysWhyTheDestinationCannotBeRead) {
     cardFile("A.JPG", "aa");
     reader->refusal = Error{"Keine Berechtigung"};
@@ -217,17 +229,132 @@ TEST_F(CardProofTest, ClearsWhatAnEarlierRunHasLeft) {
     EXPECT_EQ(run(), (Outcome{.files = 1, .bytes = 2, .missing = 1, .content = true}));
 }
 
-TEST_F(CardProofTest, TellsHowFarItIs) {
-    file("A.JPG", "aa")->holdsBack = true;
-    file("B.JPG", "bbbb");
+TEST_F(CardProofTest, TellsHowFarItIsWhileItLoadsFromACamera) {
+    file("A.JPG", std::string(600, 'a'))->holdsBack = true;
+    file("B.JPG", std::string(400, 'b'))->holdsBack = true;
+    for (const auto& each : files) store->files["/dest/" + *each->cameraName] = each->contents;
+    start();
+    // To load all is half of the work, to compare it the other half.
+    const auto shows = [&](std::int64_t bytes) {
+        loop.advance(CardProof::reportInterval);
+        EXPECT_EQ(reports.back(), (ImportRunner::Progress{.total = 2, .currentBytes = bytes}));
+    };
+    shows(0);
+    files[0]->grow(200);
+    shows(100);
+    files[0]->grow(400);
+    shows(200);
+    files[0]->deliver();
+    shows(300);
+    files[1]->grow(200);
+    shows(400);
+    files[1]->deliver();
+    loop.settle();
+    EXPECT_EQ(outcomes.front(),
+              (Outcome{.files = 2, .bytes = 1'000, .present = 2, .content = true}));
+}
+
+TEST_F(CardProofTest, TellsHowFarItIsWhileItDownloadsFromAServer) {
+    destination = {.scheme = "sftp", .host = "nas", .path = "/dest"};
+    for (const std::string name : {"A.JPG", "B.JPG"}) {
+        cardFile(name, std::string(500, name[0]));
+        store->files["/dest/" + name] = std::string(500, name[0]);
+    }
+    reader->onCopied = [this] { loop.advance(CardProof::reportInterval); };
+    EXPECT_EQ(run(), (Outcome{.files = 2, .bytes = 1'000, .present = 2, .content = true}));
+    EXPECT_EQ(reports, (std::vector<ImportRunner::Progress>{{.total = 2, .currentBytes = 250},
+                                                            {.total = 2, .currentBytes = 500}}));
+}
+
+TEST_F(CardProofTest, TellsHowFarItIsWhileItCompares) {
+    cardFile("A.JPG", "aaaa");
+    cardFile("B.JPG", "bb");
+    for (const auto& each : files) store->files["/dest/" + *each->cameraName] = each->contents;
+    reader->onStep = [this] { loop.advance(CardProof::reportInterval); };
+    EXPECT_EQ(run(), (Outcome{.files = 2, .bytes = 6, .present = 2, .content = true}));
+    EXPECT_EQ(reports, (std::vector<ImportRunner::Progress>{{.total = 2, .currentBytes = 4},
+                                                            {.total = 2, .currentBytes = 6}}));
+}
+
+TEST_F(CardProofTest, CountsWhatIsDone) {
+    for (int n = 0; n < 64; ++n) cardFile("A.JPG", "aa");
+    file("B.JPG", "bbbb")->holdsBack = true;
     store->files["/dest/A.JPG"] = "aa";
+    store->files["/dest/B.JPG"] = "bbbb";
     start();
     loop.advance(CardProof::reportInterval);
-    ASSERT_EQ(reports.size(), 1U);
-    EXPECT_EQ(reports.back(), ImportRunner::Progress{.total = 2});
-    files.front()->deliver();
+    EXPECT_EQ(reports,
+              (std::vector<ImportRunner::Progress>{{.total = 65, .done = 64, .bytesDone = 128}}));
+    files.back()->deliver();
     loop.settle();
     EXPECT_EQ(outcomes.size(), 1U);
+}
+
+TEST_F(CardProofTest, HasSeveralBatchesInFlight) {
+    for (int n = 0; n < 300; ++n) {
+        const std::string name = "IMG_" + std::to_string(1000 + n) + ".JPG";
+        cardFile(name, name);
+        store->files["/dest/" + name] = name;
+    }
+    start();
+    std::size_t most = 0;
+    while (outcomes.empty()) {
+        const bool stepped = loop.stepMain() || loop.stepBackground();
+        ASSERT_TRUE(stepped);
+        most = std::max(most, loop.backgroundTasks());
+    }
+    EXPECT_EQ(most, 4U);
+    EXPECT_EQ(reader->comparisons, 300);
+}
+
+TEST_F(CardProofTest, TellsOfAServerThatWasNeverMet) {
+    destination = {.scheme = "sftp", .host = "nas", .path = "/dest"};
+    cardFile("A.JPG", "aa");
+    store->files["/dest/A.JPG"] = "aa";
+    keyring->key = "ssh-ed25519 AAAA";
+    reader->onListing = [this] { keyring->hosts[{"nas", std::nullopt}] = "SHA256:neu (ED25519)"; };
+    for (int n = 0; n < 2; ++n) EXPECT_TRUE(run()->isComplete());
+    EXPECT_EQ(servers, Lines{"SHA256:neu (ED25519)"});
+}
+
+TEST_F(CardProofTest, SaysThatThereIsNoFolderForCopies) {
+    cardFile("A.JPG", "aa");
+    store->folders.erase("/cache");
+    store->files["/cache"] = "x";
+    EXPECT_EQ(run().error().message,
+              "Der Ordner für Kopien lässt sich nicht anlegen: Dort liegt eine Datei.");
+}
+
+TEST_F(CardProofTest, CopiesOnlyWhatThereIsRoomFor) {
+    destination = {.scheme = "sftp", .host = "nas", .path = "/dest"};
+    cardFile("A.JPG", "aaaa");
+    cardFile("B.JPG", "bb");
+    cardFile("C.JPG", "ccccc");
+    for (const auto& each : files) store->files["/dest/" + *each->cameraName] = each->contents;
+    cardFile("D.JPG", "ddddddd");
+    store->capacity = 209'715'200 + 4;
+    EXPECT_EQ(
+        run(),
+        (Outcome{
+            .files = 4, .bytes = 18, .present = 2, .missing = 1, .unproved = 1, .content = true}));
+    EXPECT_EQ(found, (Lines{"✗ C.JPG  (5 Byte): nicht prüfbar: auf diesem Computer ist zu wenig "
+                            "Platz für eine Kopie (209,7 MB nötig, 209,7 MB frei)",
+                            "✗ D.JPG  (7 Byte): fehlt am Ziel"}));
+    EXPECT_EQ(reader->fetches, 2);
+    EXPECT_EQ(reader->mostCopies, 1U);
+}
+
+TEST_F(CardProofTest, AsksForRoomForWhatACameraHasToSend) {
+    file("A.JPG", "aaaa");
+    file("B.JPG", "bb");
+    cardFile("C.JPG", "ccccc");
+    for (const auto& each : files) store->files["/dest/" + *each->cameraName] = each->contents;
+    store->capacity = 209'715'200 + 2;
+    EXPECT_EQ(run(),
+              (Outcome{.files = 3, .bytes = 11, .present = 2, .unproved = 1, .content = true}));
+    EXPECT_EQ(files[0]->downloads, 0);
+    store->capacity.reset();
+    EXPECT_EQ(run(), (Outcome{.files = 3, .bytes = 11, .present = 3, .content = true}));
 }
 
 TEST_F(CardProofTest, SaysNothingMoreOnceItWasCancelled) {
@@ -276,7 +403,7 @@ TEST(ProofSummary, ClosesAProofInOneSentence) {
         Outcome outcome;
         std::string line;
     } cases[] = {
-        {{}, "Auf der Karte ist keine Datei, die zu prüfen wäre."},
+        {{}, "✗ Nicht löschen: Auf der Karte ist keine Datei, die zu prüfen wäre."},
         {{.files = 1, .bytes = 2'000'000, .present = 1, .content = true},
          "✓ Die eine Datei (2 MB) ist am Ziel, Byte für Byte gleich."},
         {{.files = 20, .bytes = 2'000'000, .present = 20, .content = true},
@@ -291,7 +418,11 @@ TEST(ProofSummary, ClosesAProofInOneSentence) {
          "✓ Alle 20 Dateien (2 MB) sind dem Namen und der Größe nach am Ziel. Den Inhalt "
          "vergleicht --content."},
         {{.files = 20, .bytes = 2'000'000, .present = 19, .missing = 1},
-         "✗ Nicht löschen: 19 von 20 Dateien (2 MB) sind am Ziel, 1 fehlt."},
+         "✗ Nicht löschen: am Ziel 19 von 20 Dateien (2 MB), 1 fehlt."},
+        {{.files = 1, .bytes = 2'000'000, .missing = 1},
+         "✗ Nicht löschen: am Ziel 0 von 1 Datei (2 MB), 1 fehlt."},
+        {{.files = 3, .bytes = 2'000'000, .present = 1, .twins = 2, .content = true},
+         "✗ Nicht löschen: am Ziel 1 von 3 Dateien (2 MB), 2 mit anderem Inhalt."},
         {{.files = 20,
           .bytes = 2'000'000,
           .present = 14,
@@ -299,7 +430,7 @@ TEST(ProofSummary, ClosesAProofInOneSentence) {
           .twins = 2,
           .unproved = 1,
           .content = true},
-         "✗ Nicht löschen: 14 von 20 Dateien (2 MB) sind am Ziel, 3 fehlen, 2 mit anderem Inhalt, "
+         "✗ Nicht löschen: am Ziel 14 von 20 Dateien (2 MB), 3 fehlen, 2 mit anderem Inhalt, "
          "1 nicht prüfbar."},
     };
     for (const auto& [outcome, line] : cases) EXPECT_EQ(proofSummary(outcome), line);

@@ -722,6 +722,26 @@ TEST_F(SFTPFileStoreTest, KnowsThatItCouldNotListTheDestinationItself) {
     EXPECT_EQ(store.listing(server("/p")), FileListing());
 }
 
+TEST_F(SFTPFileStoreTest, NamesTheFoldersThatItCouldNotListBesideTheFilesOfTheOthers) {
+    for (const std::string above : {"/p/", "/"}) {
+        const std::string command = "sftp> -ls -ln \"" + (above == "/" ? above : "/p") + "\"\n";
+        const std::string row = " 1 0 0 4 May  9 10:00 " + above;
+        const std::string listing = "sftp> -ls -ln \"" + above;
+        answer({{0, command + "drwxr-xr-x" + row + "a\ndrwxr-xr-x" + row + "b\ndrwxr-xr-x" + row +
+                        "c\n-rw-r--r--" + row + "X"},
+                {0, listing + "a\"\nremote readdir(\"" + above + "a/\"): Permission denied\n" +
+                        listing + "b\"\n-rw-r--r--" + row + "b/Y"}});
+        runner->calls.clear();
+        const Url top = server(above == "/" ? above : "/p");
+        const auto found = store.files(top);
+        ASSERT_TRUE(found) << found.error().message;
+        EXPECT_EQ(found->unreadable, (std::vector<std::string>{"a", "c"}));
+        EXPECT_EQ(found->files, (std::vector<ContentReader::File>{
+                                    {.place = {.folder = top, .path = "X"}, .size = 4},
+                                    {.place = {.folder = top, .path = "b/Y"}, .size = 4}}));
+    }
+}
+
 TEST_F(SFTPFileStoreTest, SeesEightLevels) {
     runner->answer = [](const ScriptedCommandRunner::Call& call) {
         const auto& script = *call.input;

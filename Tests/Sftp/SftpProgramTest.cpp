@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -293,7 +294,7 @@ TEST_F(SftpProgramTest, ProvesThatACardIsOnTheServer) {
               "✗ IMG_0001.JPG  (3 Byte): fehlt am Ziel\n"
               "✗ IMG_0002.JPG  (10 Byte): Zwilling: Was am Ziel so heißt und so groß ist, hat "
               "anderen Inhalt\n"
-              "✗ Nicht löschen: 1 von 3 Dateien (100 KB) sind am Ziel, 1 fehlt, 1 mit anderem "
+              "✗ Nicht löschen: am Ziel 1 von 3 Dateien (100 KB), 1 fehlt, 1 mit anderem "
               "Inhalt.\n");
     expectNothingStaged();
 
@@ -308,6 +309,26 @@ TEST_F(SftpProgramTest, ProvesThatACardIsOnTheServer) {
 
     server->changeHostKey();
     EXPECT_EQ(run(verify).exitStatus, 4);
+}
+
+TEST_F(SftpProgramTest, LeavesNoCopiesWhereAProofIsInterrupted) {
+    const std::string name = "card/DCIM/100BILDK/IMG_0004.JPG";
+    user.write(name, std::string(3'000'000, 'y'));
+    ASSERT_EQ(run(import()).exitStatus, 0);
+    server->connection().finished();
+    // The listing passes, the download does not.
+    server->connection().stallAll({unlimited, 1'000'000});
+    RunningProgram program(
+        call({"verify", "--card", user.path("card"), "--to", address(), "--content"}));
+    server->connection().waitUntilStalled();
+    const auto isCopy = [](const auto& each) { return each.first.contains("/verify/ziel-"); };
+    EXPECT_TRUE(std::ranges::any_of(tree(user.path("cache")), isCopy));
+    program.send(SIGINT);
+    const auto result = program.finish();
+    EXPECT_FALSE(result.hung);
+    EXPECT_EQ(result.exitStatus, 130) << result.err;
+    server->connection().finished();
+    expectNothingStaged();
 }
 
 }  // namespace

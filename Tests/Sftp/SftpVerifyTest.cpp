@@ -42,6 +42,20 @@ private:
     std::shared_ptr<DestinationReader> reader_ = std::make_shared<DestinationReader>(store);
 };
 
+TEST_F(SftpVerifyTest, NamesEachFolderThatIsNotListed) {
+    put("A.JPG", "eins");
+    put("JPG/zu/B.JPG", "zwei");
+    put("JPG/C.JPG", "drei");
+    const std::string closed = server->path("fotos/JPG/zu");
+    server->handOver(closed);
+    fs::permissions(closed, fs::perms::owner_write | fs::perms::owner_exec);
+    const auto found = reader().files(server->url("fotos"));
+    fs::permissions(closed, fs::perms::owner_all);
+    ASSERT_TRUE(found) << found.error().message;
+    EXPECT_EQ(found->unreadable, std::vector<std::string>{"JPG/zu"});
+    EXPECT_EQ(found->files.size(), 2U);
+}
+
 TEST_F(SftpVerifyTest, DownloadsEachFileOfAListing) {
     const std::map<std::string, std::string> files{
         {"A.JPG", "eins"},

@@ -13,10 +13,7 @@ DestinationReader::DestinationReader(std::shared_ptr<SFTPFileStore> server)
     : server_(std::move(server)) {}
 
 Result<ContentReader::Listing> DestinationReader::files(const Url& folder) {
-    if (folder.isFile()) return LocalFileStore().files(folder);
-    auto files = server_->files(folder);
-    if (!files) return std::unexpected(files.error());
-    return Listing{.files = *std::move(files), .unreadable = {}};
+    return folder.isFile() ? LocalFileStore().files(folder) : server_->files(folder);
 }
 
 std::vector<Result<PlacedFile>> DestinationReader::fetch(std::span<const File> files,

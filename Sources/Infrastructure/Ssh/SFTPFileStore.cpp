@@ -190,15 +190,18 @@ Result<> SFTPFileStore::knowWhatIsThere(const Url& url) const {
         *trouble);
 }
 
-Result<std::vector<ContentReader::File>> SFTPFileStore::files(const Url& folder) {
+Result<ContentReader::Listing> SFTPFileStore::files(const Url& folder) {
     SftpKeyWalk fileWalk(folder.path);
     if (auto walked = walk(folder, fileWalk); !walked) return std::unexpected(walked.error());
     const auto above = Url{.path = folder.path}.appending("x").path.size() - 1;
-    std::vector<ContentReader::File> files;
-    files.reserve(fileWalk.files().size());
+    ContentReader::Listing listing;
+    listing.files.reserve(fileWalk.files().size());
     for (const auto& [path, size] : fileWalk.files())
-        files.push_back({.place = {.folder = folder, .path = path.substr(above)}, .size = size});
-    return files;
+        listing.files.push_back(
+            {.place = {.folder = folder, .path = path.substr(above)}, .size = size});
+    for (const auto& [path, words] : fileWalk.unlisted())
+        listing.unreadable.push_back(path.substr(above));
+    return listing;
 }
 
 std::vector<Result<PlacedFile>> SFTPFileStore::download(std::span<const ContentReader::File> files,

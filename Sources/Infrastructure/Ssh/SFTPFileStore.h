@@ -81,9 +81,9 @@ public:
     void removeItem(const Url& url) override;
 
     /// The files whose keys `listing` answers; fails where the server does not answer.
-    Result<std::vector<ContentReader::File>> files(const Url& folder);
+    Result<ContentReader::Listing> files(const Url& folder);
     /// Copies of `files`, which are of one server, in the local folder `staging`, which exists:
-    /// named `prefix` and a number, and of the size that they should have. In their order.
+    /// named `prefix` and their positions, of the size that they should have. In their order.
     std::vector<Result<PlacedFile>> download(std::span<const ContentReader::File> files,
                                              const Url& staging, const std::string& prefix);
 
