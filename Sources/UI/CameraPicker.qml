@@ -114,4 +114,6 @@ T.ComboBox {
     Keys.onEnterPressed: event => takeReturn(event)
     Keys.onReturnPressed: event => takeReturn(event)
     onActivated: index => chose(index)
+    // With new entries the first one would be current.
+    onModelChanged: currentIndex = Qt.binding(() => selected)
 }

@@ -217,7 +217,9 @@ void ImportBridge::setAutoImportEnabled(bool enabled) {
 
 bool ImportBridge::mayChangeAutoImport() const {
     if (importing()) return false;
-    return autoImportEnabled() || (model_->camera() && model_->camera()->identity());
+    if (autoImportEnabled()) return true;
+    const auto& camera = model_->camera();
+    return camera && camera->identity() && camera->isIdentityFinal();
 }
 
 QString ImportBridge::autoImportCaption() const {

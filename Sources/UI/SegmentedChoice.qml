@@ -52,7 +52,6 @@ Rectangle {
                 Accessible.role: Accessible.RadioButton
                 Layout.fillHeight: true
                 Layout.fillWidth: true
-                autoExclusive: false
                 checked: choice.chosen === index
                 focusPolicy: Qt.StrongFocus
                 text: modelData

@@ -90,6 +90,8 @@ void WindowScript::file(int camera, const QString& name, double size, const QStr
     at(camera).catalogue.push_back(made);
 }
 
+void WindowScript::keepIdentityOpen(int camera) { at(camera).identityIsFinal = false; }
+
 void WindowScript::plugIn(int camera) {
     import_->cameraBrowserDidAdd(cameras_.at(static_cast<std::size_t>(camera)));
 }

@@ -68,6 +68,8 @@ public:
     Q_INVOKABLE int camera(const QString& name, const QString& identity = {});
     /// `day` as in "2024-05-09", or empty. Arrives when `deliver` says so.
     Q_INVOKABLE void file(int camera, const QString& name, double size, const QString& day = {});
+    /// It does not say yet who it is.
+    Q_INVOKABLE void keepIdentityOpen(int camera);
     Q_INVOKABLE void plugIn(int camera);
     Q_INVOKABLE void unplug(int camera);
     Q_INVOKABLE void openSession(int camera);

@@ -25,6 +25,16 @@ WindowTest {
         isEnabled("CheckBox", title, false);
     }
 
+    function test_needsACameraThatHasSaidWhoItIs() {
+        open();
+        const camera = script.camera("EOS R6", "r6");
+        script.keepIdentityOpen(camera);
+        script.file(camera, "A.JPG", 1e6, "2024-05-09");
+        script.connectCamera(camera);
+        shows("EOS R6");
+        isEnabled("CheckBox", title, false);
+    }
+
     function test_canBeTurnedOffWithoutItsCamera() {
         const camera = openWith([["A.JPG", 1e6, "2024-05-09"]]);
         isEnabled("CheckBox", title, true);

@@ -73,6 +73,26 @@ WindowTest {
         hides("Keine Kamera");
     }
 
+    function test_staysWithTheChosenCameraWhileOthersComeAndGo() {
+        const first = openWith([["A.JPG", 1e6, "2024-05-09"]]);
+        connect([["B.JPG", 1e6, "2024-05-09"]], "X100");
+        const picker = has("ComboBox", "Kamera");
+        picker.forceActiveFocus();
+        keyClick(Qt.Key_Down);
+        tryCompare(picker, "displayText", "X100");
+        const third = connect([["C.JPG", 1e6, "2024-05-09"]], "Z9");
+        tryCompare(picker, "count", 3);
+        compare(picker.displayText, "X100");
+        compare(told("ComboBox", "Kamera").description, "X100");
+        script.unplug(third);
+        tryCompare(picker, "count", 2);
+        compare(picker.displayText, "X100");
+        connect([["D.JPG", 1e6, "2024-05-09"]], "D850");
+        script.unplug(first);
+        tryCompare(picker, "displayText", "X100");
+        tryCompare(named("cameraTitle"), "text", "X100");
+    }
+
     function test_letsChooseAmongCameras() {
         openWith([["A.JPG", 1e6, "2024-05-09"]]);
         hasNo("ComboBox", "Kamera");

@@ -269,6 +269,11 @@ WindowTest {
         keyClick(Qt.Key_Left);
         shows("/bilder");
         compare(tree.focused(view), "RadioButton: Ordner");
+        for (let press = 0; press < 2; ++press) {
+            keyClick(Qt.Key_Space);
+            compare(told("RadioButton", "Ordner").checked, true);
+            compare(told("RadioButton", "SFTP").checked, false);
+        }
     }
 
     function test_worksControlsWithTheSpaceBar() {

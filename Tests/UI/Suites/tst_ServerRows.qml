@@ -34,6 +34,8 @@ WindowTest {
         shows("Benutzer");
         shows("Rechner");
         compare(told("RadioButton", "SFTP").checked, true);
+        click("RadioButton", "SFTP");
+        compare(told("RadioButton", "SFTP").checked, true);
         hides("Im Finder zeigen");
         hides("/bilder");
         shows("Nach Aufnahmetag ablegen");
