@@ -74,7 +74,7 @@ void ImportCommand::lookForFolder(const Url& destination) {
 
 void ImportCommand::reachServer() {
     Url folder = model().dest();
-    // A plan changes nothing: the topmost folder is there already.
+    // A plan leaves nothing behind: the topmost folder is there already.
     if (commandLine_.command == Command::plan) folder.path.assign(1, '/');
     runThen(
         background_, main_,

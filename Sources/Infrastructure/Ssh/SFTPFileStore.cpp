@@ -118,8 +118,8 @@ std::string adviceToTry(const std::string& account, std::optional<std::uint16_t>
         port ? fmt::format("-P {} ", *port) : "", account);
 }
 
-/// Whether the client complains in `line` that the server has nothing of that name. When the
-/// server did not answer, it complains of something else.
+/// Whether the client complains in `line` that it found nothing of that name, or may not look. When
+/// the server did not answer, it complains of something else.
 bool saysNothingIsThere(std::string_view line) {
     if (line.ends_with('\r')) line.remove_suffix(1);
     return line.starts_with("Can't ls: \"") && line.ends_with("\" not found");

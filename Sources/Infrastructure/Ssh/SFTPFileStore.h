@@ -40,8 +40,8 @@ namespace bildkurier {
 /// plain "rename" works on every server, but on some it replaces. So `moveItem` relies on
 /// `fileExists` having been asked, and asks again itself where that had no answer. What somebody
 /// else puts under the name between the question and the end of the upload may be lost, and so is
-/// whatever has the file's name with ".part" behind it, under which the upload arrives.
-/// `removeItem` removes a file or an empty folder.
+/// whatever file or folder has the file's name with ".part" behind it, under which the upload
+/// arrives. `removeItem` removes a file or an empty folder.
 class SFTPFileStore final : public FileStore {
 public:
     /// One line of a long listing.
