@@ -50,6 +50,15 @@ protected:
     std::string written() const { return tree(folder.path()).at("IMG_1.JPG"); }
 };
 
+TEST_F(WriterThreadTest, TakesAsMuchAsThereIsBehindALittle) {
+    const std::string all = bytes(mostAtOnce + 5);
+    WriterThread writer(file);
+    EXPECT_TRUE(writer.append(std::string_view(all).substr(0, 5)));
+    EXPECT_TRUE(writer.append(std::string_view(all).substr(5)));
+    EXPECT_TRUE(writer.finish());
+    EXPECT_TRUE(written() == all);
+}
+
 TEST_F(WriterThreadTest, WritesAllInOrder) {
     const std::string all = bytes(9'000'000);
     WriterThread writer(file);

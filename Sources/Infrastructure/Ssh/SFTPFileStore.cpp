@@ -85,12 +85,19 @@ bool endsInFarewell(std::string_view output) {
     return !lines.empty() && lines.back().starts_with(farewell);
 }
 
+/// Whether the client has come to its first command: it was connected and logged in.
+bool hasBegun(std::string_view output) {
+    return std::ranges::any_of(nonEmptyLines(output),
+                               [](std::string_view line) { return line.starts_with("sftp> "); });
+}
+
 /// Why the client failed, for human eyes: what it means, and in what words it or the server said
 /// so.
 std::string shown(const std::string& output) {
     const auto line = complaint(output);
     if (!line && endsInFarewell(output)) return fmt::format("{} ({})", connectionBroke, farewell);
-    if (!line) return displayText(output);
+    // At times it falls silent in the middle of a command.
+    if (!line) return hasBegun(output) ? std::string(connectionBroke) : displayText(output);
     const auto cause = causeOf(*line, output);
     const auto meaning = meaningOf(cause);
     const std::string words = displayText(std::string(cause));
@@ -104,12 +111,6 @@ std::string whyUnlisted(const std::string& words) {
 
 /// The output as the client wrote it, as far as names go: the last one may end in blanks.
 std::string wholeLines(const CommandResult& result) { return result.output + result.lastBlanks; }
-
-/// Whether the client has come to its first command: it was connected and logged in.
-bool hasBegun(std::string_view output) {
-    return std::ranges::any_of(nonEmptyLines(output),
-                               [](std::string_view line) { return line.starts_with("sftp> "); });
-}
 
 std::string adviceToTry(const std::string& account, std::optional<std::uint16_t> port) {
     return fmt::format(

@@ -144,7 +144,7 @@ CameraFault CameraWorker::readSerial() {
 void CameraWorker::insistOnSerial(const UsbSession& session) {
     constexpr int mostTries = 3;
     std::size_t busy = 0;
-    for (int tries = 0; tries < mostTries && !facts_.isComplete; ++tries) {
+    for (int tries = 0; tries < mostTries && !facts_.isComplete && !session.hasEnded(); ++tries) {
         CameraFault fault = readSerial();
         while (fault == CameraFault::Busy && connection_->waitWhileBusy(busy++))
             fault = readSerial();

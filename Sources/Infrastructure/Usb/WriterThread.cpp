@@ -21,7 +21,8 @@ WriterThread::~WriterThread() { end(true); }
 Result<> WriterThread::append(std::span<const char> bytes) {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [&] {
-        return !outcome_ || waiting_.empty() || waiting_.size() + bytes.size() <= mostWaiting;
+        return !outcome_ || waiting_.empty() || !thread_.joinable() ||
+               waiting_.size() + bytes.size() <= mostWaiting;
     });
     if (!outcome_) return outcome_;
     waiting_.insert(waiting_.end(), bytes.begin(), bytes.end());
