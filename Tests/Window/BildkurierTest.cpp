@@ -247,6 +247,8 @@ TEST_F(BildkurierFilmTest, TellsOfAnImport) {
 
 TEST_F(BildkurierFilmTest, IsCancelledByKeyboard) {
     ASSERT_NO_FATAL_FAILURE(importFilm(aLittle));
+    // The button for importing, which would take the focus with it, makes room for this one.
+    ASSERT_TRUE(window.has("push button", "Abbrechen"));
     ASSERT_TRUE(window.goTo("push button", "Abbrechen"));
     OpenWindow::press("space");
     EXPECT_TRUE(window.hears("Breche nach der aktuellen Datei ab …"));
