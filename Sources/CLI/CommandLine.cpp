@@ -286,7 +286,8 @@ private:
         generate->add_flag("--replace", result_.replace,
                            "Auch wenn es schon einen gibt; der alte geht verloren");
         CLI::App* import =
-            addCommand(*key, "import", "Übernimmt einen vorhandenen Schlüssel", Command::keyImport);
+            addCommand(*key, "import", "Übernimmt einen vorhandenen Schlüssel an Stelle des alten",
+                       Command::keyImport);
         import->add_option(keyFile, result_.file, "Der private Schlüssel")
             ->option_text(" ")
             ->required();
