@@ -129,6 +129,18 @@ TEST_F(UsbCamerasTest, WaitsForACameraThatIsBusy) {
     EXPECT_EQ(usb.count("1-1", "openings"), 5U);
 }
 
+TEST_F(UsbCamerasTest, WaitsForACameraThatIsBusyWhenItIsOpenedAnew) {
+    device.settings.insert({{"fault_at", "1000000"}, {"fault", "-7"}, {"faults", "1"}});
+    device.settings.insert({{"busy_after", "1"}, {"busy", "3"}});
+    usb.plugIn("1-1", device);
+    start();
+    const auto found = files();
+    download(*found.at(0), target);
+    runUntil([this] { return !answered().empty(); });
+    EXPECT_EQ(answered(), Events{"done"});
+    EXPECT_EQ(usb.count("1-1", "openings"), 5U);
+}
+
 TEST_F(UsbCamerasTest, AsksWhoHoldsACameraToLetGoOfIt) {
     usb.plugIn("1-1", device);
     const int holder = ::open(usb.claimFile("1-1").c_str(), O_RDONLY | O_CLOEXEC);

@@ -267,6 +267,8 @@ TEST_F(UsbImportTest, LoadsAShotThatIsTakenWhileItIsConnected) {
     runUntil([this] { return model->phase() == Phase::ready && model->newFiles().size() == 1; });
     importAll();
     EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
+    EXPECT_EQ(fs::last_write_time(destination + "/IMG_0002.JPG"),
+              fs::last_write_time(card + "/DCIM/100TEST/IMG_0002.JPG"));
 }
 
 TEST_F(UsbImportTest, LoadsAShotThatIsTakenDuringAnImport) {
@@ -393,6 +395,42 @@ TEST_F(UsbImportTest, LoadsTheWholeOfAShotThatWasToldOfTooEarly) {
         usb.unplugForGood("1-1");
         fs::remove_all(card + "/DCIM");
         fs::remove(destination + "/IMG_0002.JPG");
+    }
+}
+
+TEST_F(UsbImportTest, NeverTakesAShotForWholeThatIsStillWrittenWhenItIsListed) {
+    // Not asked what is new before the import.
+    timing.events = UsbTiming::Milliseconds(60'000);
+    const struct {
+        const char* early;
+        const char* comesAgain;
+    } cases[] = {{"1500000", "0"}, {"2999999", "0"}, {"2999999", "1"}};
+    for (const auto& [early, comesAgain] : cases) {
+        SCOPED_TRACE(std::string(early) + " " + comesAgain);
+        addLarge("card/DCIM/100TEST/IMG_0001.JPG", 3'000'000);
+        add("card/DCIM/100TEST/IMG_0002.JPG", "noch eines");
+        auto device = camera();
+        device.settings.insert({{"partial", "1"},
+                                {"early IMG_0001.JPG", early},
+                                {"comes_again IMG_0001.JPG", comesAgain}});
+        usb.plugIn("1-1", device);
+        start();
+        importAll();
+        EXPECT_EQ(imported(), (Tree{{"IMG_0002.JPG", "noch eines"}}));
+        EXPECT_TRUE(
+            hasLogged("✗ IMG_0001.JPG: Die Kamera hat diese Datei noch geschrieben; bitte "
+                      "noch einmal importieren"))
+            << testing::PrintToString(log());
+        runUntil([this] {
+            return model->phase() == Phase::ready && model->newFiles().size() == 1 &&
+                   model->newFiles()[0]->size() == 3'000'000;
+        });
+        importAll();
+        EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
+        stop();
+        usb.unplugForGood("1-1");
+        fs::remove_all(destination);
+        fs::create_directory(destination);
     }
 }
 

@@ -30,7 +30,7 @@ GphotoCamera& CameraConnection::cameraInStep() {
 CameraFault CameraConnection::fault(int code) {
     const CameraFault fault = cameraFault(code);
     if (fault == CameraFault::Transfer || fault == CameraFault::Missing ||
-        fault == CameraFault::Other) {
+        fault == CameraFault::Cancelled || fault == CameraFault::Other) {
         isInStep_ = false;
     }
     if (fault != CameraFault::Transfer) return fault;
@@ -48,7 +48,7 @@ bool CameraConnection::waitWhileBusy(std::size_t tries) const {
 CameraFault CameraConnection::opened(int answer) {
     ++openings_;
     answer_ = answer;
-    isInStep_ = true;
+    isInStep_ = cameraFault(answer) == CameraFault::None;
     return fault(answer);
 }
 

@@ -28,10 +28,13 @@ public:
 
     const UsbPlace& place() const { return place_; }
     GphotoCamera& camera() { return camera_; }
-    /// The camera to ask something. After a fault it may still answer what was asked before, and
-    /// the library passes over things, so that it is opened anew first. Where that fails, what is
-    /// asked does too.
+    /// The camera to ask something. After a fault, or after it was told to stop, it may still
+    /// answer what was asked before, and the library passes over things, so that it is opened anew
+    /// first. Where that fails, what is asked does too.
     GphotoCamera& cameraInStep();
+
+    /// What the library knows of its files is not to be believed any more.
+    void distrust() { isInStep_ = false; }
 
     /// How often it was opened; whoever opens it anew does not hear what it had to tell.
     int openings() const { return openings_; }

@@ -65,15 +65,17 @@ Error CameraLoader::reason(CameraFault fault) const {
 }
 
 bool CameraLoader::createFile() {
+    bool created = false;
     // The session ends before another download of this name can begin: what is made and removed
     // here is not that one's.
-    session_.ifOpen(load_.request.directory, [this] {
+    session_.ifOpen(load_.request.directory, [&] {
         file_ = std::make_unique<PartialFile>();
-        const auto created =
+        const auto done =
             file_->create(load_.request.directory, load_.request.saveAs, load_.request.overwrite);
-        if (!created) ownError_ = created.error();
+        if (!done) ownError_ = done.error();
+        created = done.has_value();
     });
-    return file_ && !ownError_;
+    return created;
 }
 
 CameraFault CameraLoader::transfer() {

@@ -13,6 +13,7 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace bildkurier {
 
@@ -131,26 +132,12 @@ void CameraWorker::identify() {
     tellFacts();
 }
 
-CameraFault CameraWorker::readSerial() {
+void CameraWorker::readSerial() {
     const auto [code, serial] = connection_->cameraInStep().serial();
     const CameraFault fault = connection_->fault(code);
     facts_.serial = actualSerial(serial);
     facts_.isComplete = fault != CameraFault::Transfer && fault != CameraFault::Busy &&
                         fault != CameraFault::Gone && fault != CameraFault::Cancelled;
-    return fault;
-}
-
-/// A camera that is open and does not say it then never will: it is known by what everybody sees.
-void CameraWorker::insistOnSerial(const UsbSession& session) {
-    constexpr int mostTries = 3;
-    std::size_t busy = 0;
-    for (int tries = 0; tries < mostTries && !facts_.isComplete && !session.hasEnded(); ++tries) {
-        CameraFault fault = readSerial();
-        while (fault == CameraFault::Busy && connection_->waitWhileBusy(busy++))
-            fault = readSerial();
-        if (fault == CameraFault::Gone) return;
-    }
-    if (!session.hasEnded()) facts_.isComplete = true;
 }
 
 void CameraWorker::tellFacts() {
@@ -166,7 +153,7 @@ void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, Sessi
     opened_.reset(new Opened{.session = session, .events = std::move(events)});
     // Another program held the camera when it was identified.
     if (!facts_.isComplete) {
-        insistOnSerial(*session);
+        readSerial();
         tellFacts();
     }
     if (listSession(*opened_)) {
@@ -200,9 +187,14 @@ void CameraWorker::loadFile(const std::shared_ptr<UsbSession>& session,
                             const std::shared_ptr<UsbLoad>& load) {
     if (session->hasEnded()) return;
     CameraLoader loader(*connection_, *session, *load);
-    const auto outcome = loader.load();
-    if (outcome != CameraLoader::Outcome::Over)
-        return deliver(*session, load, loader, outcome == CameraLoader::Outcome::Loaded);
+    switch (loader.load()) {
+        case CameraLoader::Outcome::Loaded:
+            return deliver(*session, load, loader.file(), wholeness(*load));
+        case CameraLoader::Outcome::Failed:
+            return deliver(*session, load, loader.file(), std::unexpected(loader.error()));
+        case CameraLoader::Outcome::Over:
+            break;
+    }
     session->ifOpen(load->request.directory, [&] { loader.file().reset(); });
     if (loader.file()) loader.file()->disown();
     // Whoever hears of it ends the session, and with it this download: a run must not go on
@@ -210,8 +202,22 @@ void CameraWorker::loadFile(const std::shared_ptr<UsbSession>& session,
     if (!session->hasEnded()) reportLost();
 }
 
+/// A camera may list a shot before it has written all of it, and tells then that the file has
+/// changed: what was loaded until then is not all.
+Result<> CameraWorker::wholeness(const UsbLoad& load) {
+    bool changed = tellsOfNewShots() && takeNews(UsbTiming::Milliseconds::zero());
+    // Opened anew, it does not tell of what was before.
+    if (opened_->openings != connection_->openings())
+        changed = describeAnew(load.folder, load.entry.name) || changed;
+    if (changed) tellOfChange();
+    const CardEntry* known = listed(load.folder, load.entry.name);
+    if (known != nullptr && known->size == load.entry.size) return {};
+    return std::unexpected(
+        Error{"Die Kamera hat diese Datei noch geschrieben; bitte noch einmal importieren"});
+}
+
 void CameraWorker::deliver(UsbSession& session, const std::shared_ptr<UsbLoad>& load,
-                           CameraLoader& loader, bool loaded) {
+                           std::unique_ptr<PartialFile>& file, Result<> loaded) {
     const auto setDelivering = [this](bool delivering) {
         const std::lock_guard lock(mutex_);
         delivering_ = delivering;
@@ -219,17 +225,15 @@ void CameraWorker::deliver(UsbSession& session, const std::shared_ptr<UsbLoad>& 
     };
     setDelivering(true);
     if (session.take(load)) {
-        auto& file = loader.file();
-        const Result<> done = loaded ? file->complete(modificationTime(load->entry))
-                                     : Result<>(std::unexpected(loader.error()));
+        if (loaded) loaded = file->complete(modificationTime(load->entry));
         file.reset();
-        if (done) {
+        if (loaded) {
             load->done(load->request.saveAs);
         } else {
-            load->done(std::unexpected(done.error()));
+            load->done(std::unexpected(loaded.error()));
         }
-    } else if (loader.file()) {
-        loader.file()->disown();
+    } else if (file) {
+        file->disown();
     }
     setDelivering(false);
 }
@@ -239,9 +243,8 @@ bool CameraWorker::tellsOfNewShots() const {
            opened_->failedQuestions < mostFailedQuestions && !isControlledByAsking(place_);
 }
 
-std::optional<GphotoCamera::NewFile> CameraWorker::newShot() {
-    constexpr UsbTiming::Milliseconds atMost{50};
-    auto [code, file] = connection_->cameraInStep().newFile(atMost);
+std::optional<GphotoCamera::NewFile> CameraWorker::newShot(UsbTiming::Milliseconds patience) {
+    auto [code, file] = connection_->cameraInStep().newFile(patience);
     switch (connection_->fault(code)) {
         case CameraFault::None:
             opened_->failedQuestions = 0;
@@ -260,13 +263,31 @@ std::optional<GphotoCamera::NewFile> CameraWorker::newShot() {
     return std::nullopt;
 }
 
+const CardEntry* CameraWorker::listed(const std::string& folder, const std::string& name) const {
+    const auto found = opened_->listing.find(folder);
+    if (found == opened_->listing.end()) return nullptr;
+    const auto entry = std::ranges::find(found->second, name, &CardEntry::name);
+    return entry == found->second.end() ? nullptr : &*entry;
+}
+
 /// Answers whether it was not listed yet, or as another: a camera may tell of a shot before it has
 /// written all of it.
 bool CameraWorker::addShot(const GphotoCamera::NewFile& file) {
     const std::string folder = file.folder.substr(file.folder.starts_with('/') ? 1 : 0);
+    // Of a file that was listed and is said to have come, the library keeps what it knew. A camera
+    // may say that of all files whenever it was opened.
+    if (!file.hasChanged && listed(folder, file.name) != nullptr &&
+        opened_->toldTwice.insert(folder + "/" + file.name).second) {
+        connection_->distrust();
+    }
+    return describeAnew(folder, file.name);
+}
+
+/// Answers the same as above.
+bool CameraWorker::describeAnew(const std::string& folder, const std::string& name) {
     CameraLister lister(
         *connection_, [this] { return opened_->session->hasEnded(); }, [](std::size_t) {});
-    auto entry = lister.entry(folder, file.name);
+    auto entry = lister.entry(folder, name);
     return entry && updateListing(opened_->listing, {{folder, {*std::move(entry)}}});
 }
 
@@ -289,17 +310,30 @@ bool CameraWorker::hasTasks() {
     return ending_ || !tasks_.empty();
 }
 
-void CameraWorker::askForNewShots() {
+/// Answers whether there was something that was not known.
+bool CameraWorker::takeNews(UsbTiming::Milliseconds patience) {
     // Other work must not wait for a camera that tells of the same shot for ever.
-    constexpr int mostAtOnce = 100;
-    bool changed = false;
-    for (int asked = 0; asked < mostAtOnce && !opened_->session->hasEnded(); ++asked) {
-        const auto file = newShot();
+    constexpr std::size_t mostAtOnce = 100;
+    std::vector<GphotoCamera::NewFile> files;
+    while (files.size() < mostAtOnce && !opened_->session->hasEnded()) {
+        auto file = newShot(patience);
         if (!file) break;
-        changed = addShot(*file) || changed;
+        files.push_back(*std::move(file));
     }
+    // Only now, for opened anew it tells no more of the others.
+    bool changed = false;
+    for (const auto& file : files) changed = addShot(file) || changed;
+    return changed;
+}
+
+void CameraWorker::askForNewShots() {
+    constexpr UsbTiming::Milliseconds patience{50};
+    bool changed = takeNews(patience);
     if (tellsOfNewShots()) changed = addUntoldShots() || changed;
-    if (!changed) return;
+    if (changed) tellOfChange();
+}
+
+void CameraWorker::tellOfChange() {
     mailbox_->post(
         [tell = opened_->events.changed, catalogue = catalogueOf(opened_->listing)]() mutable {
             tell(std::move(catalogue));

@@ -5,6 +5,7 @@
 #include "CameraConnection.h"
 #include "CardCatalogue.h"
 #include "Mailbox.h"
+#include "PartialFile.h"
 #include "UsbSession.h"
 
 #include <chrono>
@@ -15,6 +16,8 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
+#include <string>
 
 namespace bildkurier {
 
@@ -62,26 +65,33 @@ private:
         int openings = 0;     ///< of the connection, when all of it was listed
         /// Questions for new shots that failed in a row.
         int failedQuestions = 0;
+        /// Paths of files that were said to have come when they were listed already.
+        std::set<std::string> toldTwice;
     };
 
     void run(Task task);
     void work();
     Task next();
     void identify();
-    CameraFault readSerial();
-    void insistOnSerial(const UsbSession& session);
+    void readSerial();
     void tellFacts();
     void openSession(const std::shared_ptr<UsbSession>& session, SessionEvents events);
     bool listSession(Opened& opened);
     void loadFile(const std::shared_ptr<UsbSession>& session, const std::shared_ptr<UsbLoad>& load);
+    Result<> wholeness(const UsbLoad& load);
     void deliver(UsbSession& session, const std::shared_ptr<UsbLoad>& load,
-                 class CameraLoader& loader, bool loaded);
+                 std::unique_ptr<PartialFile>& file, Result<> loaded);
     bool tellsOfNewShots() const;
-    std::optional<GphotoCamera::NewFile> newShot();
+    std::optional<GphotoCamera::NewFile> newShot(UsbTiming::Milliseconds patience);
+    /// Null where there is none.
+    const CardEntry* listed(const std::string& folder, const std::string& name) const;
     bool addShot(const GphotoCamera::NewFile& file);
+    bool describeAnew(const std::string& folder, const std::string& name);
     bool addUntoldShots();
     bool hasTasks();
+    bool takeNews(UsbTiming::Milliseconds patience);
     void askForNewShots();
+    void tellOfChange();
     void reportLost();
 
     UsbPlace place_;

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "GphotoCamera.h"
 
+#include "CameraFault.h"
 #include "Destroy.h"
 #include "ListingLog.h"
 
@@ -163,6 +164,7 @@ GphotoCamera::GphotoCamera(std::string port, std::chrono::milliseconds answerTim
     : port_(std::move(port)),
       answerTime_(answerTime),
       cancelled_(std::move(cancelled)),
+      closed_(notOpen),
       handles_(std::make_unique<Handles>()) {
     const auto cancel = [](GPContext*, void* self) {
         const auto& camera = *static_cast<GphotoCamera*>(self);
@@ -219,6 +221,12 @@ int GphotoCamera::openToAsk() { return open(nullptr); }
 
 int GphotoCamera::open(ListingLog* log) {
     close();
+    const int code = tryToOpen(log);
+    closed_ = cameraFault(code) == CameraFault::Busy ? code : notOpen;
+    return code;
+}
+
+int GphotoCamera::tryToOpen(ListingLog* log) {
     if (const int code = identify(); code < GP_OK) return code;
     const Call call(*this, log);
     const std::lock_guard lock(Library::shared().mutex);
@@ -250,7 +258,7 @@ void GphotoCamera::close() {
 }
 
 std::pair<int, std::string> GphotoCamera::serial() {
-    if (!isOpen()) return {notOpen, {}};
+    if (!isOpen()) return {closed_, {}};
     const Call call(*this);
     CameraWidget* found = nullptr;
     const int code = gp_camera_get_single_config(handles_->camera, "serialnumber", &found,
@@ -269,7 +277,7 @@ std::pair<int, std::string> GphotoCamera::serial() {
 template <class NamesCall>
 GphotoCamera::Listing GphotoCamera::list(NamesCall call, const std::string& folder,
                                          ListingLog& log) {
-    if (!isOpen()) return {notOpen, {}};
+    if (!isOpen()) return {closed_, {}};
     const Call entered(*this, &log);
     const Names names = newNames();
     const int code = call(handles_->camera, folder.c_str(), names.get(), handles_->context.get());
@@ -292,7 +300,7 @@ GphotoCamera::Listing GphotoCamera::files(const std::string& folder) {
 
 std::pair<int, GphotoCamera::Info> GphotoCamera::info(const std::string& folder,
                                                       const std::string& name) {
-    if (!isOpen()) return {notOpen, {}};
+    if (!isOpen()) return {closed_, {}};
     const Call call(*this);
     CameraFileInfo found{};
     int code = gp_camera_file_get_info(handles_->camera, folder.c_str(), name.c_str(), &found,
@@ -335,7 +343,7 @@ int GphotoCamera::load(const std::string& folder, const std::string& name, const
                 static_cast<Transfer*>(transfer)->take(bytes, *count);
                 return GP_OK;
             }};
-    if (!isOpen()) return notOpen;
+    if (!isOpen()) return closed_;
     const Call call(*this);
     Transfer transfer{.camera = *this, .receive = receive};
     stopped_ = false;
@@ -350,7 +358,7 @@ int GphotoCamera::load(const std::string& folder, const std::string& name, const
 
 int GphotoCamera::loadInPieces(const std::string& folder, const std::string& name,
                                std::uint64_t size, const Receive& receive) {
-    if (!isOpen()) return notOpen;
+    if (!isOpen()) return closed_;
     const Call call(*this);
     constexpr std::uint64_t pieceBytes = 1 << 20;
     std::vector<char> piece(std::min(pieceBytes, size));
@@ -369,23 +377,30 @@ int GphotoCamera::loadInPieces(const std::string& folder, const std::string& nam
 }
 
 std::pair<int, std::optional<GphotoCamera::NewFile>> GphotoCamera::newFile(
-    std::chrono::milliseconds time) {
+    std::chrono::milliseconds patience) {
     using Clock = std::chrono::steady_clock;
-    if (!isOpen()) return {notOpen, {}};
+    using Milliseconds = std::chrono::milliseconds;
+    // A camera may tell of other things without end.
+    constexpr Milliseconds atMost(50);
+    if (!isOpen()) return {closed_, {}};
     const Call call(*this);
-    const auto deadline = Clock::now() + time;
-    for (auto left = time; left > left.zero();
-         left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now())) {
+    const auto start = Clock::now();
+    while (Clock::now() - start < std::max(patience, atMost)) {
+        const auto left = std::chrono::ceil<Milliseconds>(start + patience - Clock::now());
         CameraEventType event{};
         void* found = nullptr;
-        const int code = gp_camera_wait_for_event(handles_->camera, static_cast<int>(left.count()),
-                                                  &event, &found, handles_->context.get());
+        const int code = gp_camera_wait_for_event(
+            handles_->camera, static_cast<int>(std::max(left, left.zero()).count()), &event, &found,
+            handles_->context.get());
         const std::unique_ptr<void, Destroy<std::free>> data(found);
         if (code < GP_OK || event == GP_EVENT_TIMEOUT) return {code, {}};
-        const bool isFile = event == GP_EVENT_FILE_ADDED || event == GP_EVENT_FILE_CHANGED;
-        if (!isFile || data == nullptr) continue;
+        const bool hasChanged = event == GP_EVENT_FILE_CHANGED;
+        if ((event != GP_EVENT_FILE_ADDED && !hasChanged) || data == nullptr) continue;
         const auto& path = *static_cast<const CameraFilePath*>(data.get());
-        return {code, NewFile{.folder = path.folder, .name = path.name}};
+        // The library notes the computer's clock as the time of a file that has come.
+        gp_filesystem_set_info_dirty(handles_->camera->fs, path.folder, path.name,
+                                     handles_->context.get());
+        return {code, NewFile{.folder = path.folder, .name = path.name, .hasChanged = hasChanged}};
     }
     return {GP_OK, {}};
 }

@@ -39,7 +39,8 @@ public:
     int open();
     /// The same to ask it something, but not to list it; waits for no other camera.
     int openToAsk();
-    /// What is asked of a closed camera fails as if the cable were disturbed.
+    /// What is asked of a closed camera fails as if the cable were disturbed, or for the reason
+    /// that another program would not let it be opened.
     void close();
 
     /// The camera's own serial number; empty where it has none.
@@ -76,10 +77,11 @@ public:
     struct NewFile {
         std::string folder;
         std::string name;
+        bool hasChanged = false;  ///< rather than come, as the camera says
     };
-    /// Asks whether a file was added or has changed meanwhile, for at most `time`. What else the
-    /// camera tells is dropped.
-    std::pair<int, std::optional<NewFile>> newFile(std::chrono::milliseconds time);
+    /// Tells of a file that was added or has changed meanwhile, waiting for that at most
+    /// `patience`. What else the camera tells is dropped.
+    std::pair<int, std::optional<NewFile>> newFile(std::chrono::milliseconds patience);
 
     /// Called while files are listed, for each object that the camera is asked to describe.
     std::function<void()> onObjectListed = [] {};
@@ -92,12 +94,14 @@ private:
 
     bool isOpen() const;
     int open(ListingLog* log);
+    int tryToOpen(ListingLog* log);
     template <class NamesCall>
     Listing list(NamesCall call, const std::string& folder, ListingLog& log);
 
     std::string port_;
     std::chrono::milliseconds answerTime_;
     std::function<bool()> cancelled_;
+    int closed_;               ///< what is answered while it is closed
     bool lacksCards_ = false;  ///< it may, since it was opened
     bool stopped_ = false;     ///< the running transfer wants no more bytes
     std::string model_;

@@ -22,9 +22,10 @@ namespace bildkurier {
 ///                                    they are not
 ///     rate=N                         bytes a second; none: as fast as can be
 ///     announce NAME=N                the size that it says the file NAME has
-///     early NAME=N                   the size that it says the file NAME has when it tells of it
-///     as
-///                                    new; right after that it tells that this has changed
+///     early NAME=N                   the size that it says the file NAME has when it is listed or
+///                                    told of as new; the next thing that it tells of this file is
+///                                    that it has changed, and from then on it says the right one
+///     comes_again NAME=1             it tells instead that the file has come
 ///     called NAME=OTHER              what it calls the file NAME
 ///     busy=N                         the first N attempts to open it fail
 ///     busy_after=N                   not the first, but those after N attempts
@@ -65,8 +66,8 @@ public:
     /// Unplugs it: it comes to the folder "drawer" beside the bus.
     void pull() const;
     /// How often something has happened, which a file beside the settings says: "openings",
-    /// "faults", "faults-of NAME", "asked NAME", "event-faults", "other-events", "unmarked" and
-    /// "unknown" requests.
+    /// "faults", "faults-of NAME", "asked NAME", "grown NAME", "event-faults", "other-events",
+    /// "unmarked" and "unknown" requests.
     std::int64_t counted(const std::string& what) const;
     void count(const std::string& what) const;
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <chrono>
 #include <ctime>
 #include <limits>
 #include <map>
@@ -158,7 +159,9 @@ void PtpResponder::request(std::span<const std::uint8_t> bytes) {
             return answerWith(request, deviceInfo());
         case openSession:
             objects_.clear();
-            objects_.scan(stores_);
+            events_.clear();
+            early_.clear();
+            objects_.scan(stores_, [this](const auto& added) { tellOfGrowth(added); });
             return answer(request, good);
         case closeSession:
             return answer(request, good);
@@ -328,15 +331,32 @@ PtpPacket PtpResponder::objectInfo(const PtpObjects::Object& object) const {
 
 void PtpResponder::tellOf(const PtpObjects::Object& added) {
     events_.push_back({objectAdded, added.handle});
-    if (plug_.text("early " + added.path.filename().string()).empty()) return;
-    early_.insert(added.handle);
-    events_.push_back({objectInfoChanged, added.handle});
+    tellOfGrowth(added);
 }
 
-std::vector<std::uint8_t> PtpResponder::nextEvent() {
+void PtpResponder::tellOfGrowth(const PtpObjects::Object& added) {
+    const std::string name = added.path.filename();
+    if (plug_.text("early " + name).empty() || plug_.counted("grown " + name) > 0) return;
+    early_.insert(added.handle);
+    const bool comesAgain = plug_.number("comes_again " + name) == 1;
+    events_.push_back({comesAgain ? objectAdded : objectInfoChanged, added.handle, true});
+}
+
+/// Spends no more than about a tenth of all time, whatever the cards hold and however often it is
+/// called.
+void PtpResponder::lookForChanges() {
+    using Clock = std::chrono::steady_clock;
+    const auto start = Clock::now();
+    if (start < nextLook_) return;
     objects_.scan(
         stores_, [this](const auto& object) { tellOf(object); },
         [this](const auto& object) { events_.push_back({objectRemoved, object.handle}); });
+    const auto end = Clock::now();
+    nextLook_ = end + 10 * (end - start);
+}
+
+std::vector<std::uint8_t> PtpResponder::nextEvent() {
+    lookForChanges();
     if (plug_.counted("other-events") < plug_.number("other_events")) {
         plug_.count("other-events");
         events_.push_front({storeFull, PtpObjects::storeNumber(0)});
@@ -344,7 +364,11 @@ std::vector<std::uint8_t> PtpResponder::nextEvent() {
     if (events_.empty()) return {};
     const Event next = events_.front();
     events_.pop_front();
-    if (next.code == objectInfoChanged) early_.erase(next.parameter);
+    if (next.isGrowth) {
+        early_.erase(next.parameter);
+        if (const auto* grown = objects_.find(next.parameter))
+            plug_.count("grown " + grown->path.filename().string());
+    }
     return packetOf(next.code, next.parameter);
 }
 

@@ -6,6 +6,7 @@
 #include "PtpObjects.h"
 #include "PtpOutbox.h"
 
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <set>
@@ -54,6 +55,8 @@ private:
     int faultOf(const Request& request) const;
     bool isTooEarly(const std::string& name) const;
     void tellOf(const PtpObjects::Object& added);
+    void tellOfGrowth(const PtpObjects::Object& added);
+    void lookForChanges();
     std::int64_t announcedSize(const PtpObjects::Object& object) const;
 
     Plug plug_;
@@ -63,9 +66,11 @@ private:
     struct Event {
         std::uint16_t code = 0;
         std::uint32_t parameter = 0;
+        bool isGrowth = false;  ///< of a file that was told of early
     };
     std::deque<Event> events_;
     std::set<std::uint32_t> early_;  ///< objects told of before they are whole
+    std::chrono::steady_clock::time_point nextLook_;
     int fault_ = 0;
 };
 
