@@ -14,6 +14,9 @@
 
 namespace bildkurier {
 
+/// What ends with it, ends for this reason.
+inline constexpr auto lostCamera = "Die Kamera wurde getrennt.";
+
 /// Of the cameras that are attached those that the user means, at least one; or why none.
 Result<std::deque<std::shared_ptr<Camera>>> chooseCameras(
     const CommandLine& commandLine, const std::vector<std::shared_ptr<Camera>>& cameras);

@@ -283,11 +283,12 @@ private:
         addCommand(*key, "show", "Zeigt den öffentlichen Schlüssel", Command::keyShow);
         CLI::App* generate =
             addCommand(*key, "generate", "Erzeugt einen neuen Schlüssel", Command::keyGenerate);
-        generate->add_flag("--replace", result_.replace,
-                           "Auch wenn es schon einen gibt; der alte geht verloren");
         CLI::App* import =
-            addCommand(*key, "import", "Übernimmt einen vorhandenen Schlüssel an Stelle des alten",
-                       Command::keyImport);
+            addCommand(*key, "import", "Übernimmt einen vorhandenen Schlüssel", Command::keyImport);
+        for (CLI::App* command : {generate, import}) {
+            command->add_flag("--replace", result_.replace,
+                              "Auch wenn es schon einen gibt; der alte geht verloren");
+        }
         import->add_option(keyFile, result_.file, "Der private Schlüssel")
             ->option_text(" ")
             ->required();

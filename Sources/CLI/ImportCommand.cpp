@@ -127,9 +127,9 @@ void ImportCommand::look() {
 }
 
 void ImportCommand::lookWhileProving() {
-    // With others waiting the proof comes to its end: what it cannot read counts as not proved.
-    if (!isAttached() && waiting_.empty())
-        stop(ExitStatus::filesFailed, "Die Kamera wurde getrennt.");
+    // Where others wait the proof comes to its end, for only then can the next one begin; but it
+    // does not count.
+    if (!isAttached() && waiting_.empty()) stop(ExitStatus::filesFailed, lostCamera);
 }
 
 bool ImportCommand::isAttached() const {
@@ -137,7 +137,7 @@ bool ImportCommand::isAttached() const {
 }
 
 void ImportCommand::lookWhileReading() {
-    if (!isAttached()) return passOver(ExitStatus::noCamera, "Die Kamera wurde getrennt.");
+    if (!isAttached()) return passOver(ExitStatus::noCamera, lostCamera);
     if (model().phase() == Phase::noCamera) return passOver(ExitStatus::noCamera, model().status());
     if (model().phase() != Phase::ready) return;
     if (model().destOverlaps())
@@ -322,11 +322,7 @@ void ImportCommand::finished(const ImportRunner::Progress& progress) {
 }
 
 void ImportCommand::prove() {
-    if (!isAttached()) {
-        setStatus(ExitStatus::filesFailed);
-        report().log("✗ Nicht geprüft: Die Kamera wurde getrennt.");
-        return nextCamera();
-    }
+    if (!isAttached()) return leaveUnproved();
     stage_ = Stage::proving;
     auto files = camera_->files();
     FileKeys gone = toProve_;
@@ -349,8 +345,15 @@ void ImportCommand::prove() {
                    .isWholeCard = false});
 }
 
+void ImportCommand::leaveUnproved() {
+    setStatus(ExitStatus::filesFailed);
+    report().log(fmt::format("✗ Nicht geprüft: {}", lostCamera));
+    nextCamera();
+}
+
 void ImportCommand::proved(const Result<CardProof::Outcome>& outcome) {
     if (isInterrupted() || stage_ != Stage::proving) return;
+    if (!isAttached()) return leaveUnproved();
     if (!outcome) return stop(ExitStatus::destinationUnusable, outcome.error().message);
     report().verified(*outcome);
     if (!outcome->isComplete()) setStatus(ExitStatus::filesFailed);

@@ -86,6 +86,7 @@ private:
     /// The import is over, and summed up.
     void finished(const ImportRunner::Progress& progress);
     void prove();
+    void leaveUnproved();
     void proved(const Result<CardProof::Outcome>& outcome);
     bool isAttached() const;
 

@@ -26,14 +26,14 @@ void KeyCommand::begin() {
     using Command = CommandLine::Command;
     const bool hasKey = keys_->hasKey();
     if (commandLine_.command == Command::keyShow) return show();
-    if (commandLine_.command == Command::keyGenerate && hasKey && !commandLine_.replace) {
-        return refuse(
-            "Es gibt schon einen Schlüssel. Mit --replace wird er ersetzt und muss danach auch "
-            "auf dem Server ersetzt werden.");
-    }
     if (commandLine_.command == Command::keyRemove) {
         keys_->removeKey();
         return hasKey ? acted() : tell(noKey);
+    }
+    if (hasKey && !commandLine_.replace) {
+        return refuse(
+            "Es gibt schon einen Schlüssel. Mit --replace wird er ersetzt und muss danach auch "
+            "auf dem Server ersetzt werden.");
     }
     if (commandLine_.command == Command::keyGenerate) {
         keys_->generate();

@@ -10,12 +10,6 @@
 
 namespace bildkurier {
 
-namespace {
-
-constexpr auto lostCamera = "Die Kamera wurde getrennt.";
-
-}  // namespace
-
 VerifyCommand::VerifyCommand(CommandLine commandLine, Url destination,
                              std::shared_ptr<CardProof> proof,
                              std::shared_ptr<FolderAccess> folderAccess,
@@ -54,16 +48,18 @@ void VerifyCommand::nextCamera() {
     camera_ = std::move(waiting_.front());
     waiting_.pop_front();
     isListed_ = false;
+    spoiled_.reset();
     if (severalCameras_) report_.cameras({&camera_, 1});
-    if (std::ranges::find(cameras_, camera_) == cameras_.end()) return passOver(lostCamera);
+    if (std::ranges::find(cameras_, camera_) == cameras_.end())
+        return passOver(ExitStatus::noCamera, lostCamera);
     camera_->setDelegate(weak_from_this());
     camera_->openSession();
 }
 
-void VerifyCommand::passOver(const std::string& message) {
-    if (waiting_.empty()) return stop(ExitStatus::noCamera, message);
+void VerifyCommand::passOver(ExitStatus status, const std::string& message) {
+    if (waiting_.empty()) return stop(status, message);
     report_.error(message);
-    noteStatus(ExitStatus::noCamera);
+    noteStatus(status);
     main_.post(alive_([this, passed = std::exchange(camera_, nullptr)] {
         passed->closeSession();
         if (!ended_) nextCamera();
@@ -76,15 +72,14 @@ void VerifyCommand::cameraBrowserDidAdd(const std::shared_ptr<Camera>& camera) {
 
 void VerifyCommand::cameraBrowserDidRemove(const std::shared_ptr<Camera>& camera) {
     std::erase(cameras_, camera);
-    if (ended_ || camera != camera_ || (isListed_ && !proof_->isRunning())) return;
-    if (!isListed_) return passOver(lostCamera);
-    // With others waiting the proof comes to its end: what it cannot read counts as not proved.
-    if (waiting_.empty()) stop(ExitStatus::filesFailed, lostCamera);
+    if (ended_ || camera != camera_) return;
+    if (!isListed_) return passOver(ExitStatus::noCamera, lostCamera);
+    if (proof_->isRunning()) spoil(lostCamera);
 }
 
 void VerifyCommand::cameraDidOpenSession(Camera& camera, const std::optional<Error>& error) {
-    if (ended_ || &camera != camera_.get() || !error) return;
-    passOver("Verbindung fehlgeschlagen: " + error->message);
+    if (ended_ || isListed_ || &camera != camera_.get() || !error) return;
+    passOver(ExitStatus::noCamera, "Verbindung fehlgeschlagen: " + error->message);
 }
 
 void VerifyCommand::cameraCatalogGrows(Camera& /*camera*/, std::size_t /*filesSoFar*/) {}
@@ -100,13 +95,18 @@ void VerifyCommand::cameraCatalogReady(Camera& camera) {
 }
 
 void VerifyCommand::cameraCatalogChanged(Camera& camera) {
-    if (&camera != camera_.get()) return;
-    stop(ExitStatus::filesFailed,
-         "Auf der Karte hat sich während der Prüfung etwas geändert; bitte noch einmal prüfen.");
+    if (ended_ || &camera != camera_.get() || !proof_->isRunning()) return;
+    spoil("Auf der Karte hat sich während der Prüfung etwas geändert; bitte noch einmal prüfen.");
+}
+
+void VerifyCommand::spoil(const std::string& reason) {
+    if (waiting_.empty()) return stop(ExitStatus::filesFailed, reason);
+    if (!spoiled_) spoiled_ = reason;
 }
 
 void VerifyCommand::proved(const Result<CardProof::Outcome>& outcome) {
-    if (!outcome) return stop(ExitStatus::destinationUnusable, outcome.error().message);
+    if (spoiled_) return passOver(ExitStatus::filesFailed, *spoiled_);
+    if (!outcome) return passOver(ExitStatus::destinationUnusable, outcome.error().message);
     report_.verified(*outcome);
     if (!outcome->isComplete()) noteStatus(ExitStatus::filesFailed);
     main_.post(alive_([this] {

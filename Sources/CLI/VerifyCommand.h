@@ -51,8 +51,11 @@ public:
 
 private:
     void nextCamera();
-    /// Leaves this camera, which was not read, for the next one; ends where there is none.
-    void passOver(const std::string& message);
+    /// Leaves this camera, of which nothing is proved, for the next one; ends where there is none.
+    void passOver(ExitStatus status, const std::string& message);
+    /// What the running proof finds does not count. Where others wait it is left to come to its
+    /// end, for only then can the next one begin.
+    void spoil(const std::string& reason);
     /// Statuses of what goes wrong are the worse the higher they are.
     void noteStatus(ExitStatus status) { status_ = std::max(status_, status); }
     void proved(const Result<CardProof::Outcome>& outcome);
@@ -69,8 +72,9 @@ private:
     Done done_;
     std::vector<std::shared_ptr<Camera>> cameras_;
     std::deque<std::shared_ptr<Camera>> waiting_;
-    std::shared_ptr<Camera> camera_;  ///< whose session is held
-    bool isListed_ = false;           ///< its catalogue has been read
+    std::shared_ptr<Camera> camera_;      ///< whose session is held
+    bool isListed_ = false;               ///< its catalogue has been read
+    std::optional<std::string> spoiled_;  ///< why what is found does not count
     bool severalCameras_ = false;
     bool ended_ = false;
     ExitStatus status_ = ExitStatus::success;

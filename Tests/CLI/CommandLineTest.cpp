@@ -127,6 +127,7 @@ TEST(CommandLine, ManagesKeyAndServers) {
         EXPECT_EQ(parsed->replace, command == Command::keyGenerate);
         EXPECT_EQ(parsed->server.has_value(), arguments.front() == "sftp");
     }
+    EXPECT_TRUE(parse({"key", "import", "id_ed25519", "--replace"})->replace);
     const auto import = parse({"key", "import", "id_ed25519"});
     EXPECT_EQ(import->file, (std::filesystem::current_path() / "id_ed25519").string());
 }

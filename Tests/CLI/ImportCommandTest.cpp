@@ -1102,11 +1102,17 @@ TEST_F(ImportCommandTest, KeepsTheLockForAProofWhoseCameraIsLostBeforeTheNext) {
     lose(first);
     EXPECT_TRUE(lock->held);
     EXPECT_TRUE(ends.empty());
+    // What it reads from now on may be another card's.
     held->deliver();
     loop.settle();
     deliver(*second);
+    const Lines lines = reported();
+    EXPECT_EQ(std::ranges::count(lines, "✗ Nicht geprüft: Die Kamera wurde getrennt."), 1);
+    EXPECT_EQ(std::ranges::count_if(
+                  lines, [](const auto& line) { return line.starts_with("✓ Die eine geladene"); }),
+              1);
     EXPECT_FALSE(lock->held);
-    expectEnd(ExitStatus::success);
+    expectEnd(ExitStatus::filesFailed);
 }
 
 TEST_F(ImportCommandTest, StopsAProofWhoseCameraIsLost) {

@@ -63,13 +63,18 @@ TEST_F(KeyCommandTest, GeneratesAKey) {
 
 TEST_F(KeyCommandTest, ReplacesAKeyOnlyWhenTold) {
     keyring->key = "ssh-ed25519 abc";
-    EXPECT_EQ(run(Command::keyGenerate),
-              end({"error: Es gibt schon einen Schlüssel. Mit --replace wird er ersetzt und muss "
-                   "danach auch auf dem Server ersetzt werden."},
-                  ExitStatus::destinationUnusable));
+    for (const Command command : {Command::keyGenerate, Command::keyImport}) {
+        EXPECT_EQ(run(command),
+                  end({"error: Es gibt schon einen Schlüssel. Mit --replace wird er ersetzt und "
+                       "muss danach auch auf dem Server ersetzt werden."},
+                      ExitStatus::destinationUnusable));
+    }
     EXPECT_EQ(keyring->key, "ssh-ed25519 abc");
+    EXPECT_EQ(keyring->imported, std::vector<Url>());
     EXPECT_EQ(run(Command::keyGenerate, true).second, std::vector{ExitStatus::success});
     EXPECT_EQ(keyring->key, "ssh-ed25519 neu1 bildkurier");
+    EXPECT_EQ(run(Command::keyImport, true).second, std::vector{ExitStatus::success});
+    EXPECT_EQ(keyring->imported, std::vector{Url::file("/home/anna/id")});
 }
 
 TEST_F(KeyCommandTest, ReplacesAKeyWithoutAPublicHalfOnlyWhenTold) {

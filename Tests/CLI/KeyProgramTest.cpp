@@ -49,7 +49,10 @@ TEST_F(KeyProgramTest, TakesOverAKey) {
     EXPECT_EQ(imported.exitStatus, 0) << imported.err;
     EXPECT_EQ(imported.out, "Schlüssel übernommen.\n");
     EXPECT_EQ(key({"show"}).out.substr(0, 60), shown.substr(0, 60));
-    EXPECT_EQ(key({"import", folder.path("nothing")}).exitStatus, 4);
+    EXPECT_EQ(key({"import", copy}).exitStatus, 4);
+    EXPECT_EQ(key({"import", copy, "--replace"}).exitStatus, 0);
+    EXPECT_EQ(key({"import", folder.path("nothing"), "--replace"}).exitStatus, 4);
+    EXPECT_EQ(key({"show"}).out.substr(0, 60), shown.substr(0, 60));
 }
 
 TEST_F(KeyProgramTest, ReplacesAPrivateKeyWithoutItsPublicHalfOnlyWhenTold) {

@@ -4,6 +4,7 @@
 #include "FakeCameraFile.h"
 #include "FakeFolderAccess.h"
 #include "FakeRunLock.h"
+#include "ImportModel.h"
 #include "ManualRunLoop.h"
 #include "MemoryContentReader.h"
 #include "ProofSummary.h"
@@ -13,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -173,27 +175,71 @@ TEST_F(VerifyCommandTest, PassesOverCardsThatCannotBeRead) {
     expectEnd(ExitStatus::noCamera);
 }
 
-TEST_F(VerifyCommandTest, EndsAProofWhoseCardIsLostBeforeTheNext) {
+/// Of two cards the first.
+class SpoiledProofTest : public VerifyCommandTest {
+protected:
+    /// Proves both. Meanwhile `spoil` happens to the first, though all of it can still be read, and
+    /// is equal: it may be another's by then.
+    void prove(const std::function<void()>& spoil) {
+        options.cards = {"/a", "/b"};
+        first = attach("A");
+        const auto second = attach("B");
+        const auto held = file(*first, "A.JPG", "aaaa");
+        held->holdsBack = true;
+        file(*second, "B.JPG", "bb");
+        store->files["/bilder/A.JPG"] = "aaaa";
+        store->files["/bilder/B.JPG"] = "bb";
+        command->begin();
+        deliver(*first);
+        spoil();
+        EXPECT_TRUE(proof->isRunning());
+        held->deliver();
+        loop.settle();
+        deliver(*second);
+    }
+
+    void expectOnlyTheSecond(const std::string& complaint) {
+        EXPECT_EQ(report.lines,
+                  (Lines{"camera: A", "comparing: 1 files, 4 bytes", "error: " + complaint,
+                         "camera: B", "comparing: 1 files, 2 bytes",
+                         "✓ Die eine Datei (2 Byte) ist am Ziel, Byte für Byte gleich."}));
+        expectEnd(ExitStatus::filesFailed);
+    }
+
+    std::shared_ptr<FakeCamera> first;
+};
+
+TEST_F(SpoiledProofTest, CountsForNothingOfACardThatIsLost) {
+    prove([this] { command->cameraBrowserDidRemove(first); });
+    expectOnlyTheSecond("Die Kamera wurde getrennt.");
+}
+
+TEST_F(SpoiledProofTest, CountsForNothingOfACardThatChanges) {
+    prove([this] {
+        command->cameraCatalogChanged(*first);
+        command->cameraBrowserDidRemove(first);
+        // Nothing may begin while the proof runs.
+        command->cameraDidOpenSession(*first, Error{"belegt"});
+    });
+    expectOnlyTheSecond(
+        "Auf der Karte hat sich während der Prüfung etwas geändert; bitte noch einmal prüfen.");
+}
+
+TEST_F(VerifyCommandTest, ProvesTheNextWhereOneCardOverlapsTheDestination) {
     options.cards = {"/a", "/b"};
     const auto first = attach("A");
     const auto second = attach("B");
-    const auto held = file(*first, "A.JPG", "aaaa");
-    held->holdsBack = true;
+    first->folder = Url::file("/bilder");
+    file(*first, "A.JPG", "aaaa");
     file(*second, "B.JPG", "bb");
-    store->files["/bilder/A.JPG"] = "aaaa";
     store->files["/bilder/B.JPG"] = "bb";
     command->begin();
     deliver(*first);
-    command->cameraBrowserDidRemove(first);
-    EXPECT_TRUE(proof->isRunning());
-    held->error = Error{"Kabel ab"};
-    held->deliver();
-    loop.settle();
     deliver(*second);
-    EXPECT_EQ(std::ranges::count(report.lines, "✗ A.JPG  (4 Byte): nicht prüfbar: Kabel ab"), 1);
-    EXPECT_EQ(report.lines.back(),
-              proofSummary({.files = 1, .bytes = 2, .present = 1, .content = true}));
-    expectEnd(ExitStatus::filesFailed);
+    EXPECT_EQ(report.lines.back(), "✓ Die eine Datei (2 Byte) ist am Ziel, Byte für Byte gleich.");
+    EXPECT_EQ(std::ranges::count(report.lines, std::string("error: ") + ImportModel::overlapStatus),
+              1);
+    expectEnd(ExitStatus::destinationUnusable);
 }
 
 TEST_F(VerifyCommandTest, DoesNotMindThatACardGoesOnceItIsProved) {
@@ -220,20 +266,23 @@ TEST_F(VerifyCommandTest, ProvesNoCardThatChangesMeanwhile) {
     expectEnd(ExitStatus::filesFailed);
 }
 
-TEST_F(VerifyCommandTest, ProvesNoCardThatIsReadAgainBeforeTheNext) {
+TEST_F(VerifyCommandTest, DoesNotMindThatACardIsReadAgainOnceItIsProved) {
     options.cards = {"/a", "/b"};
     const auto camera = attach("A");
-    attach("B");
+    const auto second = attach("B");
     file(*camera, "A.JPG", "aaaa");
+    file(*second, "B.JPG", "bb");
     store->files["/bilder/A.JPG"] = "aaaa";
+    store->files["/bilder/B.JPG"] = "bb";
     command->begin();
     camera->sessionOpened();
     camera->catalogReady();
     while (proof->isRunning()) ASSERT_TRUE(loop.stepBackground() || loop.stepMain());
     camera->catalogReady();
     loop.settle();
-    EXPECT_TRUE(report.lines.back().starts_with("error: Auf der Karte hat sich"));
-    expectEnd(ExitStatus::filesFailed);
+    deliver(*second);
+    EXPECT_EQ(report.lines.back(), "✓ Die eine Datei (2 Byte) ist am Ziel, Byte für Byte gleich.");
+    expectEnd(ExitStatus::success);
 }
 
 TEST_F(VerifyCommandTest, TellsOfFoldersOfTheDestinationThatCannotBeRead) {
