@@ -326,6 +326,28 @@ TEST_F(CardFinderTest, TakesEveryCardThatIsMountedAtTheGivenPlace) {
     EXPECT_EQ(names(cards.look(table, at(3)).come), Names{"EOS"});
 }
 
+TEST_F(CardFinderTest, TakesTheGivenFolderAgainOnceACardIsNoLongerMountedOverIt) {
+    media.write("EOS/IMG_1.JPG", "picture");
+    auto cards = finder({media.path("EOS")}, false);
+    const auto first = cards.look({}, at(0)).come;
+    ASSERT_EQ(names(first), Names{"EOS"});
+    const auto over = cards.look(std::vector{mount(2, "EOS")}, at(1));
+    EXPECT_EQ(over.gone, first);
+    ASSERT_EQ(names(over.come), Names{"EOS"});
+    const auto [gone, come] = cards.look({}, at(2));
+    EXPECT_EQ(gone, over.come);
+    ASSERT_EQ(names(come), Names{"EOS"});
+    EXPECT_EQ(come[0]->facts.persistentId, first[0]->facts.persistentId);
+}
+
+TEST_F(CardFinderTest, WaitsForWhatIsMountedWhenItIsLookedAt) {
+    Mount waiting = card(1, "EOS");
+    waiting.type = "autofs";
+    auto cards = finder({media.path("EOS")}, false);
+    EXPECT_TRUE(cards.look(std::vector{waiting}, at(0)).come.empty());
+    EXPECT_EQ(names(cards.look(std::vector{waiting, mount(2, "EOS")}, at(1)).come), Names{"EOS"});
+}
+
 TEST_F(CardFinderTest, TakesWhatIsMountedOverAnEmptyFolderForTheGivenOne) {
     media.makeFolder("EOS");
     auto cards = finder({media.path("EOS")}, false);

@@ -10,7 +10,10 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
+#include <fstream>
 #include <functional>
+#include <string>
 #include <thread>
 
 namespace bildkurier {
@@ -44,13 +47,20 @@ protected:
     void SetUp() override {
         if (!PrivateBus::isInstalled() || ::access("/usr/libexec/gvfsd", X_OK) != 0)
             GTEST_SKIP() << "takes dbus-daemon and gvfs";
-        services.write("dbus-1/services/org.gtk.vfs.Daemon.service",
-                       "[D-BUS Service]\nName=org.gtk.vfs.Daemon\nExec=/bin/sleep 20\n");
+        const std::string script = folder.path("daemon");
+        folder.write("daemon", "echo $$ > " + process + "\nexec sleep 20\n");
+        folder.write("dbus-1/services/org.gtk.vfs.Daemon.service",
+                     "[D-BUS Service]\nName=org.gtk.vfs.Daemon\nExec=/bin/sh " + script + "\n");
         bus.emplace();
     }
 
-    const TemporaryFolder services;
-    const EnvironmentVariable data{"XDG_DATA_HOME", services.path()};
+    void TearDown() override {
+        if (pid_t daemon = 0; std::ifstream(process) >> daemon) ::kill(daemon, SIGKILL);
+    }
+
+    const TemporaryFolder folder;
+    const std::string process = folder.path("process");
+    const EnvironmentVariable data{"XDG_DATA_HOME", folder.path()};
     std::optional<PrivateBus> bus;
 };
 

@@ -46,6 +46,8 @@ std::optional<GivenFolder::Found> GivenFolder::find(std::span<const Mount> table
     struct stat folder{};
     if (error || ::stat(root.c_str(), &folder) != 0 || !S_ISDIR(folder.st_mode)) return {};
     const Mount mount = mountAbove(table, root).value_or(Mount{});
+    // What is to be seen there is mounted only now that it was looked for.
+    if (mount.type == "autofs") return {};
     const auto number = mountNumber(root);
     // Every second is too often to ask the device.
     const bool isKnown = number && number == volume_.number && mount == volume_.mount;
@@ -82,7 +84,9 @@ void GivenFolder::look(std::span<const Mount> table) {
     if (!found_) return;
     const bool empty = !identity_ && isEmpty(found_->root);
     noteIdentity(*found_, stays, empty);
-    const bool isOther = identity_ && found_->identity != *identity_;
+    // Another card in the same place is as welcome as the first; another folder in place of one on
+    // a card is not that folder.
+    const bool isOther = identity_ && found_->path != "/" && found_->identity != *identity_;
     const bool isSeenHalf = !identity_ && !empty;
     if (isOther || isSeenHalf || (place_ && place_->facts.isComplete != empty)) return;
     DeviceFacts facts = factsOf(*found_);
@@ -92,12 +96,9 @@ void GivenFolder::look(std::span<const Mount> table) {
 }
 
 void GivenFolder::noteIdentity(const Found& found, bool stays, bool empty) {
-    // Another card in the same place is as welcome as the first; another folder in place of one on
-    // a card is not that folder.
-    const bool isAwaited = !identity_ || found.path == "/";
     if (empty) {
         wasEmpty_ = true;
-    } else if (isAwaited && (stays || !wasEmpty_)) {
+    } else if (!identity_ && (stays || !wasEmpty_)) {
         // A mount that comes while one looks is seen half: it must have stayed.
         identity_ = found.identity;
     }

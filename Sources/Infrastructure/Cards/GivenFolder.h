@@ -55,8 +55,8 @@ private:
     std::string path_;
     std::optional<Found> found_;
     std::shared_ptr<const CardPlace> place_;
-    /// Of the folder first seen with something in it; no other replaces it. An empty one may be
-    /// where a card will be mounted.
+    /// Of the folder first seen with something in it: an empty one may be where a card will be
+    /// mounted.
     std::optional<std::string> identity_;
     bool wasEmpty_ = false;
     MountedVolume volume_;    ///< that it was last seen on
