@@ -797,6 +797,37 @@ TEST_F(ImportCommandTest, GoesOnAfterTheReturnOnceTheOtherImportHasEnded) {
     EXPECT_TRUE(ends.empty());
 }
 
+TEST_F(ImportCommandTest, WaitsAfterTheReturnForAsLongAsTheFolderIsGone) {
+    for (const bool recovers : {true, false}) {
+        again();
+        const auto camera = attach("A");
+        const auto only = file(*camera, "A.JPG", "aaaa");
+        only->holdsBack = true;
+        run(*camera);
+        lose(camera);
+        only->holdsBack = false;
+        const auto folders = std::exchange(store->folders, {});
+        deliver(*returned(*camera));
+        EXPECT_TRUE(report.lines.back().ends_with(
+            " Fortsetzung wartet: Zielordner fehlt oder ist nicht beschreibbar."))
+            << report.lines.back();
+        reported();
+        loop.advance(Duration(600));
+        EXPECT_EQ(reported(), Lines()) << "once is enough";
+        EXPECT_TRUE(ends.empty());
+        if (recovers) {
+            store->folders = folders;
+            loop.advance(Duration(5));
+        } else {
+            command->interrupt();
+        }
+        EXPECT_EQ(latest(2), summedUp(recovers, !recovers));
+        EXPECT_EQ(store->fileExists(Url::file("/bilder/A.JPG")), recovers);
+        expectEnd(recovers ? ExitStatus::success : ExitStatus::interrupted);
+        store->removeItem(Url::file("/bilder/A.JPG"));
+    }
+}
+
 TEST_F(ImportCommandTest, WaitsAfterTheReturnForAsLongAsTheServerCannotBeListed) {
     for (const bool recovers : {true, false}) {
         again();

@@ -317,6 +317,22 @@ TEST_F(ImportModelServerTest, LetsAnAutoImportWaitForAServerThatItCouldNotList) 
     EXPECT_EQ(loop.timers(), 0);
 }
 
+TEST_F(ImportModelServerTest, SuspendsAnAutoImportToAServerThatHasNotBeenNamed) {
+    attached->deviceIdentity = "SN";
+    ASSERT_TRUE(autoImport->enable(*attached));
+    file(*attached, "A.JPG", "aaaa");
+    model->setDestinationKind(DestinationKind::sftp);
+    loop.settle();
+    connect(attached);
+    EXPECT_EQ(model->status(),
+              "Auto-Import ausgesetzt: Server angeben: unter Ziel den Rechner eintragen, dann "
+              "„Verbinden und prüfen“.");
+    ASSERT_EQ(model->log().size(), 1);
+    EXPECT_TRUE(model->log()[0].starts_with("✗ " + model->status()));
+    EXPECT_FALSE(model->isPostponed());
+    EXPECT_FALSE(lock->held);
+}
+
 TEST_F(ImportModelServerTest, LetsAnAutoImportWaitForAServerThatCannotBeReached) {
     attached->deviceIdentity = "SN";
     ASSERT_TRUE(autoImport->enable(*attached));
