@@ -266,7 +266,8 @@ void ImportCommand::lookWhileAwaiting() {
         return endAfterReturn();
     }
     // Any other camera that is ready has files to load, and waits until another process's import
-    // has ended or the server's list can be had, for as long as the user lets it.
+    // has ended, the server's list can be had or the folder is back, for as long as the user lets
+    // it.
     if (model().phase() == Phase::ready && isEmpty)
         passOver(ExitStatus::filesFailed, model().status());
 }

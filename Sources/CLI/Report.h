@@ -50,7 +50,8 @@ public:
     virtual void finding(const CardProof::Finding& finding) = 0;
     /// What a proof came to.
     virtual void verified(const CardProof::Outcome& outcome) = 0;
-    /// Something that keeps the command from being carried out.
+    /// Something that keeps the command from being carried out, or from going on with this one of
+    /// several cards.
     virtual void error(const std::string& message) = 0;
 
     /// A server's key, which this is the fingerprint of, was stored at the first connection.

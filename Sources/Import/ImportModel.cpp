@@ -758,8 +758,7 @@ bool ImportModel::canResume() const {
            isAwaited(*camera_);
 }
 
-/// The import has begun in this folder: another one made in its place would hide where the disk
-/// appears again.
+/// Another one made in its place would hide where the disk appears again.
 bool ImportModel::hasLostFolder() const {
     return renamed_.destination == dest_ && dest_.isFile() && !destWritable_ &&
            !objectionToDestination();

@@ -289,11 +289,12 @@ private:
     bool isAwaited(const Camera& camera) const;
     /// Whether the camera held is the one that was lost, and is back.
     bool canResume() const;
+    /// Whether the folder in which the import has begun is gone, or cannot be written to any more.
     bool hasLostFolder() const;
     void resumeInterruptedImport();
     void startPendingAutoImport();
     void suspendAutoImport(const std::string& reason);
-    /// Until no other process imports any more and the destination can be listed.
+    /// Until no other process imports any more and the destination can be listed and written to.
     void postpone(const std::string& what, const std::string& reason);
     void retry();
     void trust(const Camera& camera);

@@ -27,7 +27,7 @@ struct ProofCandidate {
 };
 
 /// Files of a card that may be one and the same file at the destination: by names alone only all
-/// of them together tell which are there, and for their contents that file is read once.
+/// of them together tell which are there, and for their contents that file is fetched once.
 struct ProofGroup {
     struct Member {
         std::size_t position = 0;                ///< among the card's files

@@ -80,7 +80,8 @@ public:
     Result<> moveItem(const Url& source, const Url& target) override;
     void removeItem(const Url& url) override;
 
-    /// The files whose keys `listing` answers; fails where the server does not answer.
+    /// The files whose keys `listing` answers, and the folders below that could not be listed;
+    /// fails where `folder` itself cannot, or the server does not answer.
     Result<ContentReader::Listing> files(const Url& folder);
     /// Copies of `files`, which are of one server, in the local folder `staging`, which exists:
     /// named `prefix` and their positions, of the size that they should have. In their order.
