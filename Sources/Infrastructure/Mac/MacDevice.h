@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
+#include "CompletionGate.h"
 #include "NativeCamera.h"
 
 #import <ImageCaptureCore/ImageCaptureCore.h>
@@ -16,7 +17,7 @@ namespace bildkurier {
 /// A device that the system's image capture service has reported.
 class MacDevice final : public NativeDevice {
 public:
-    explicit MacDevice(ICDevice* _Nonnull device);
+    MacDevice(ICDevice* _Nonnull device, std::shared_ptr<CompletionGate> gate);
     MacDevice(const MacDevice&) = delete;
     MacDevice& operator=(const MacDevice&) = delete;
     ~MacDevice() override;
@@ -32,6 +33,7 @@ public:
 
 private:
     ICDevice* _Nonnull device_;
+    std::shared_ptr<CompletionGate> gate_;
     BildkurierDeviceListener* _Nonnull listener_;
 };
 

@@ -65,8 +65,8 @@ using namespace bildkurier;
 
 namespace bildkurier {
 
-MacDevice::MacDevice(ICDevice* device)
-    : device_(device), listener_([[BildkurierDeviceListener alloc] init]) {}
+MacDevice::MacDevice(ICDevice* device, std::shared_ptr<CompletionGate> gate)
+    : device_(device), gate_(std::move(gate)), listener_([[BildkurierDeviceListener alloc] init]) {}
 
 MacDevice::~MacDevice() {
     // The device does not keep its delegate alive, and may outlive this.
@@ -86,7 +86,7 @@ DeviceFacts MacDevice::facts() const {
 
 std::vector<NativeItem> MacDevice::mediaFiles() const {
     if (!isCamera()) return {};
-    return nativeItems(static_cast<ICCameraDevice*>(device_).mediaFiles);
+    return nativeItems(static_cast<ICCameraDevice*>(device_).mediaFiles, gate_);
 }
 
 void MacDevice::setSink(std::weak_ptr<DeviceSink> sink) {

@@ -17,6 +17,7 @@ using namespace bildkurier;
 @public
     std::weak_ptr<BrowserSink> _sink;
     std::vector<std::shared_ptr<MacDevice>> _attached;
+    std::shared_ptr<CompletionGate> _gate;
     bool _hasReported;
 }
 @end
@@ -26,7 +27,7 @@ using namespace bildkurier;
 - (void)deviceBrowser:(ICDeviceBrowser*)browser
          didAddDevice:(ICDevice*)device
            moreComing:(BOOL)moreComing {
-    const auto added = _attached.emplace_back(std::make_shared<MacDevice>(device));
+    const auto added = _attached.emplace_back(std::make_shared<MacDevice>(device, _gate));
     if (const auto sink = _sink.lock()) sink->deviceAdded(added);
 }
 
@@ -55,12 +56,16 @@ struct MacDeviceBrowser::Service {
     BildkurierBrowserListener* listener = [[BildkurierBrowserListener alloc] init];
 };
 
-MacDeviceBrowser::MacDeviceBrowser() : service_(std::make_unique<Service>()) {}
+MacDeviceBrowser::MacDeviceBrowser() : service_(std::make_unique<Service>()) {
+    service_->listener->_gate = std::make_shared<CompletionGate>();
+}
 
 MacDeviceBrowser::~MacDeviceBrowser() {
     // The service does not keep its delegate alive.
     service_->browser.delegate = nil;
     if (service_->browser.browsing) [service_->browser stop];
+    // A download under way may still end.
+    service_->listener->_gate->close();
 }
 
 void MacDeviceBrowser::start(std::weak_ptr<BrowserSink> sink) {

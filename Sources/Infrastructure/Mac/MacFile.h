@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
+#include "CompletionGate.h"
 #include "NativeCamera.h"
 
 #import <ImageCaptureCore/ImageCaptureCore.h>
@@ -14,7 +15,7 @@ namespace bildkurier {
 /// A file in a device's catalogue.
 class MacFile final : public NativeFile {
 public:
-    explicit MacFile(ICCameraFile* _Nonnull file);
+    MacFile(ICCameraFile* _Nonnull file, std::shared_ptr<CompletionGate> gate);
 
     FileFacts facts() const override;
     std::vector<std::shared_ptr<NativeFile>> sidecars() const override;
@@ -22,9 +23,11 @@ public:
 
 private:
     ICCameraFile* _Nonnull file_;
+    std::shared_ptr<CompletionGate> gate_;
 };
 
 /// One item for each of `items`, in their order; those that are no files have none.
-std::vector<NativeItem> nativeItems(NSArray<ICCameraItem*>* _Nullable items);
+std::vector<NativeItem> nativeItems(NSArray<ICCameraItem*>* _Nullable items,
+                                    const std::shared_ptr<CompletionGate>& gate);
 
 }  // namespace bildkurier

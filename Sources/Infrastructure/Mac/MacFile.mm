@@ -8,7 +8,8 @@
 
 namespace bildkurier {
 
-MacFile::MacFile(ICCameraFile* file) : file_(file) {}
+MacFile::MacFile(ICCameraFile* file, std::shared_ptr<CompletionGate> gate)
+    : file_(file), gate_(std::move(gate)) {}
 
 FileFacts MacFile::facts() const {
     return {.name = textOf(file_.name),
@@ -19,7 +20,7 @@ FileFacts MacFile::facts() const {
 
 std::vector<std::shared_ptr<NativeFile>> MacFile::sidecars() const {
     std::vector<std::shared_ptr<NativeFile>> files;
-    for (const NativeItem& item : nativeItems(file_.sidecarFiles)) {
+    for (const NativeItem& item : nativeItems(file_.sidecarFiles, gate_)) {
         if (item.file) files.push_back(item.file);
     }
     return files;
@@ -34,23 +35,27 @@ void MacFile::download(const DownloadRequest& request, NativeDownloadDone done) 
         ICSaveAsFilename : static_cast<NSString* _Nonnull>(name),
         ICOverwrite : @(request.overwrite),
     };
+    const auto gate = gate_;
     [file_ requestDownloadWithOptions:options
                            completion:^(NSString* filename, NSError* error) {
-                             if (error != nil) {
-                                 done(std::unexpected(errorOf(error)));
-                             } else {
-                                 done(textOf(filename));
-                             }
+                             gate->pass([&] {
+                                 if (error != nil) {
+                                     done(std::unexpected(errorOf(error)));
+                                 } else {
+                                     done(textOf(filename));
+                                 }
+                             });
                            }];
 }
 
-std::vector<NativeItem> nativeItems(NSArray<ICCameraItem*>* items) {
+std::vector<NativeItem> nativeItems(NSArray<ICCameraItem*>* items,
+                                    const std::shared_ptr<CompletionGate>& gate) {
     std::vector<NativeItem> all;
     all.reserve(items.count);
     for (ICCameraItem* item in items) {
         const bool isFile = [item isKindOfClass:[ICCameraFile class]];
         all.push_back(
-            {isFile ? std::make_shared<MacFile>(static_cast<ICCameraFile*>(item)) : nullptr});
+            {isFile ? std::make_shared<MacFile>(static_cast<ICCameraFile*>(item), gate) : nullptr});
     }
     return all;
 }

@@ -175,6 +175,26 @@ TEST_F(MacDeviceTest, PassesOnTheSystemsWordsForARefusedSession) {
     EXPECT_EQ(listener->events, std::vector<std::string>{"failed: Belegt."});
 }
 
+TEST_F(MacDeviceTest, HasDownloadsAnsweredOnlyWhileItIsBrowsed) {
+    ICCameraFile* const item = [ICCameraFile new];
+    ICCameraFile* const sidecar = [ICCameraFile new];
+    fakeOf(item).sidecars = @[ sidecar ];
+    fakeOf(one).media = @[ item ];
+    const auto file = added(one)->mediaFiles().at(0).file;
+    int answers = 0;
+    const auto download = [&answers](NativeFile& from) {
+        from.download({.directory = "/ziel", .saveAs = "X"},
+                      [&answers](const auto&) { ++answers; });
+    };
+    download(*file);
+    download(*file->sidecars().at(0));
+    EXPECT_EQ(answers, 2);
+    browser.reset();
+    download(*file);
+    download(*file->sidecars().at(0));
+    EXPECT_EQ(answers, 2);
+}
+
 TEST_F(MacDeviceTest, LetsGoOfTheDeviceAtItsEnd) {
     added(one)->setSink(listener);
     EXPECT_NE(events(), nil);

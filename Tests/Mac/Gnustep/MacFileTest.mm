@@ -17,10 +17,11 @@ class MacFileTest : public testing::Test {
 protected:
     ICCameraFile* file = [ICCameraFile new];
     FakeItem& fake = fakeOf(file);
+    std::shared_ptr<CompletionGate> gate = std::make_shared<CompletionGate>();
     std::vector<std::string> answers;
 
     void download(const DownloadRequest& request) {
-        MacFile(file).download(request, [this](const Answer& answer) {
+        MacFile(file, gate).download(request, [this](const Answer& answer) {
             answers.push_back(answer ? answer->value_or("as asked")
                                      : "failed: " + answer.error().message);
         });
@@ -33,7 +34,7 @@ TEST_F(MacFileTest, HasTheFactsOfTheFileEachInItsPlace) {
     fake.size = 5'000'000'000;
     fake.created = [NSDate dateWithTimeIntervalSince1970:1.25];
     fake.fileCreated = [NSDate dateWithTimeIntervalSince1970:-99];
-    const FileFacts facts = MacFile(file).facts();
+    const FileFacts facts = MacFile(file, gate).facts();
     EXPECT_EQ(facts.name, "IMG_Ä.CR3");
     EXPECT_EQ(facts.size, 5'000'000'000);
     EXPECT_EQ(facts.created, Date(std::chrono::milliseconds(1250)));
@@ -41,7 +42,7 @@ TEST_F(MacFileTest, HasTheFactsOfTheFileEachInItsPlace) {
 }
 
 TEST_F(MacFileTest, HasNoFactsThatTheFileLacks) {
-    const FileFacts facts = MacFile(file).facts();
+    const FileFacts facts = MacFile(file, gate).facts();
     EXPECT_EQ(facts.name, std::nullopt);
     EXPECT_EQ(facts.size, 0);
     EXPECT_EQ(facts.created, std::nullopt);
@@ -50,13 +51,14 @@ TEST_F(MacFileTest, HasNoFactsThatTheFileLacks) {
 
 TEST_F(MacFileTest, RoundsTimesToTheMillisecond) {
     fake.created = [NSDate dateWithTimeIntervalSince1970:1700000000.4996];
-    EXPECT_EQ(MacFile(file).facts().created, Date(std::chrono::milliseconds(1'700'000'000'500)));
+    EXPECT_EQ(MacFile(file, gate).facts().created,
+              Date(std::chrono::milliseconds(1'700'000'000'500)));
 }
 
 TEST_F(MacFileTest, KeepsANameWithAZeroByteWhole) {
     const unichar letters[] = {'A', 0, 'B'};
     fake.name = [NSString stringWithCharacters:letters length:3];
-    EXPECT_EQ(MacFile(file).facts().name, std::string("A\0B", 3));
+    EXPECT_EQ(MacFile(file, gate).facts().name, std::string("A\0B", 3));
 }
 
 TEST_F(MacFileTest, AsksForExactlyTheFolderTheNameAndReplacing) {
@@ -87,6 +89,12 @@ TEST_F(MacFileTest, PassesOnTheAnswerAsItIs) {
     download(request);
     EXPECT_EQ(answers, (std::vector<std::string>{"X.CR3", "as asked", "failed: Kabel gezogen",
                                                  "failed: Unbekannter Fehler"}));
+}
+
+TEST_F(MacFileTest, PassesOnNoAnswerAfterTheEnd) {
+    gate->close();
+    download({.directory = "/ziel", .saveAs = "X", .overwrite = true});
+    EXPECT_EQ(answers, std::vector<std::string>());
 }
 
 TEST_F(MacFileTest, RefusesANameThatIsNoText) {
