@@ -20,7 +20,6 @@ namespace {
 
 constexpr std::string_view probeName = ".bildkurier-probe";
 constexpr std::string_view farewell = "Connection closed";
-constexpr std::string_view connectionBroke = "Die Verbindung ist abgebrochen";
 constexpr std::string_view unreadableAnswer = "Die Antwort des Servers ist nicht zu lesen";
 
 /// `text` in quotes, with a backslash in front of each of the characters `escaped`.
@@ -95,9 +94,9 @@ bool hasBegun(std::string_view output) {
 /// so.
 std::string shown(const std::string& output) {
     const auto line = complaint(output);
-    if (!line && endsInFarewell(output)) return fmt::format("{} ({})", connectionBroke, farewell);
+    if (!line && endsInFarewell(output)) return fmt::format("{} ({})", lostConnection, farewell);
     // At times it falls silent in the middle of a command.
-    if (!line) return hasBegun(output) ? std::string(connectionBroke) : displayText(output);
+    if (!line) return hasBegun(output) ? std::string(lostConnection) : displayText(output);
     const auto cause = causeOf(*line, output);
     const auto meaning = meaningOf(cause);
     const std::string words = displayText(std::string(cause));
@@ -372,7 +371,7 @@ CommandResult SFTPFileStore::batch(const Url& server, const SftpCommands& comman
     const bool isSilent = login.kind == SSHLogin::Kind::userSSH && result.status == noConnection &&
                           !complaint(result.output);
     if (isSilent && hasBegun(result.output)) {
-        result.output = connectionBroke;
+        result.output = lostConnection;
     } else if (isSilent) {
         result.output = adviceToTry(*who, server.port);
     }

@@ -26,10 +26,12 @@ constexpr std::string_view noLogin = "Der Server lässt die Anmeldung mit diesem
 constexpr std::string_view unreachable = "Der Rechner ist im Netz nicht zu erreichen";
 constexpr std::string_view notLetOut = "Dieser Rechner lässt die Verbindung nicht zu";
 constexpr std::string_view noAnswer = "Der Rechner antwortet nicht";
-constexpr std::string_view lostConnection = "Die Verbindung ist abgebrochen";
 constexpr std::string_view noAccess = "Der Server verweigert den Zugriff";
 constexpr std::string_view isMissing = "Auf dem Server fehlt der Ordner oder die Datei";
 constexpr std::string_view noRoomLeft = "Auf dem Server ist kein Platz mehr";
+constexpr std::string_view perhapsTaken =
+    "Der Server kann den Ordner nicht anlegen; vielleicht liegt dort eine Datei dieses Namens, oder"
+    " es ist kein Platz mehr";
 constexpr std::string_view perhapsFull =
     "Der Server nimmt nicht mehr an; vielleicht ist dort kein Platz mehr";
 
@@ -65,10 +67,7 @@ constexpr Complaint complaints[] = {
     {"", ": No space left on device", noRoomLeft},
     {"", ": Disk quota exceeded", noRoomLeft},
     {"write remote ", ": Failure", perhapsFull},
-    {notMade, ": Failure",
-     "Der Server kann den Ordner nicht anlegen; vielleicht liegt dort eine Datei dieses Namens, "
-     "oder "
-     "es ist kein Platz mehr"},
+    {notMade, ": Failure", perhapsTaken},
     {"", ": Failure", "Der Server meldet einen Fehler"},
     {"", ": Operation unsupported", "Der Server kann das nicht"},
 };

@@ -7,6 +7,9 @@
 
 namespace bildkurier {
 
+/// The meaning of all that ends a connection.
+inline constexpr std::string_view lostConnection = "Die Verbindung ist abgebrochen";
+
 /// What the line with which the sftp client, or the server through it, complains means, as a
 /// German clause; absent when it is none of those that are known.
 std::optional<std::string_view> meaningOf(std::string_view line);
