@@ -4,14 +4,14 @@
 #include "FakeCaptureDates.h"
 #include "InTimeZone.h"
 #include "ManualRunLoop.h"
-#include "MountedVolume.h"
+#include "MarkedFolder.h"
 #include "RecordingDeviceSink.h"
 #include "TemporaryFolder.h"
 #include "Tree.h"
 #include "WithoutRights.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -42,15 +42,15 @@ protected:
     std::shared_ptr<RecordingDeviceSink> sink = std::make_shared<RecordingDeviceSink>();
     CardPlace place{.root = card.path(),
                     .facts = {.name = "KARTE", .serial = {}, .persistentId = "1-2", .uuid = {}},
-                    .device = deviceOf(card.path()),
+                    .mark = markAt(card.path()),
                     .mount = {.type = "ext4"}};
     std::shared_ptr<CardDevice> device;
     Names answers;  ///< of downloads
 
-    static std::uint64_t deviceOf(const std::string& path) {
-        struct stat found{};
-        EXPECT_EQ(::stat(path.c_str(), &found), 0);
-        return found.st_dev;
+    static FolderMark markAt(const std::string& path) {
+        const auto mark = markOf(openFolder(path, O_PATH));
+        EXPECT_TRUE(mark);
+        return mark.value_or(FolderMark{});
     }
 
     void attach() {
@@ -138,23 +138,29 @@ TEST_F(CardDeviceTest, SaysWhyItCannotBeOpened) {
 }
 
 TEST_F(CardDeviceTest, OpensNoOtherVolumeInItsPlace) {
-    ++place.device;
+    ++place.mark.device;
     open();
     EXPECT_EQ(sink->events,
               Names{"failed: Die Karte ist nicht lesbar: Das Gerät ist nicht mehr da"});
 }
 
 TEST_F(CardDeviceTest, OpensNoOtherVolumeWithItsDeviceInItsPlace) {
-    place.mountNumber = mountNumber(card.path());
-    if (!place.mountNumber) GTEST_SKIP() << "the kernel has no lasting numbers of mounts";
+    if (!place.mark.mount) GTEST_SKIP() << "the kernel has no lasting numbers of mounts";
     open();
     EXPECT_EQ(sink->events, (Names{"opened", "ready"}));
     sink->events.clear();
-    ++*place.mountNumber;
+    ++*place.mark.mount;
     attach();
     open();
     EXPECT_EQ(sink->events,
               Names{"failed: Die Karte ist nicht lesbar: Das Gerät ist nicht mehr da"});
+}
+
+TEST_F(CardDeviceTest, OpensNoOtherFolderInItsPlace) {
+    ++place.mark.folder;
+    open();
+    EXPECT_EQ(sink->events, Names{"failed: Die Karte ist nicht lesbar: Die Datei oder der Ordner "
+                                  "wurde unterwegs ausgetauscht"});
 }
 
 TEST_F(CardDeviceTest, NeedsTheRightToRead) {
@@ -170,6 +176,7 @@ TEST_F(CardDeviceTest, NeedsTheRightToRead) {
 
 TEST_F(CardDeviceTest, CanBeOpenedAfterItCouldNot) {
     place.root = card.path("DCIM");
+    place.mark.folder = 0;
     open();
     card.write("DCIM/IMG_1.JPG", "1");
     sink->events.clear();
