@@ -393,6 +393,81 @@ TEST_F(CardDeviceTest, SaysThatAFileOrTheWholeCardIsGone) {
                               "nicht vorhanden"}));
 }
 
+TEST_F(CardDeviceTest, ShowsWhereItsFilesAreUntilItIsClosed) {
+    card.write("DCIM/A.JPG", "a");
+    open();
+    const auto first = file("A.JPG");
+    EXPECT_EQ(first->place(),
+              (PlacedFile{.folder = card.url(), .path = "DCIM/A.JPG", .mark = place.mark}));
+    device->closeSession();
+    EXPECT_EQ(first->place(), std::nullopt);
+}
+
+TEST_F(CardDeviceTest, TellsWhetherItHoldsTheSameFiles) {
+    const std::string old = card.write("DCIM/A.JPG", "a");
+    card.write("DCIM/B.JPG", "b");
+    card.write("DCIM/100/C.MP4", "c");
+    open();
+    const auto holdsTheSame = device->sameFilesTest();
+    EXPECT_TRUE(holdsTheSame());
+    card.write("DCIM/INDEX.DAT", "no picture");
+    EXPECT_TRUE(holdsTheSame());
+
+    card.write("DCIM/100/D.MP4", "d");
+    EXPECT_FALSE(holdsTheSame()) << "added";
+    fs::remove(card.path("DCIM/100/D.MP4"));
+    EXPECT_TRUE(holdsTheSame());
+
+    const auto before = fs::last_write_time(old);
+    fs::last_write_time(old, before + 2s);
+    EXPECT_FALSE(holdsTheSame()) << "written anew";
+    card.write("DCIM/A.JPG", "longer");
+    fs::last_write_time(old, before);
+    EXPECT_FALSE(holdsTheSame()) << "another size";
+    fs::remove(old);
+    EXPECT_FALSE(holdsTheSame()) << "removed";
+}
+
+TEST_F(CardDeviceTest, TellsThatAFolderCanBeReadAsLittleAsBefore) {
+    card.write("DCIM/100/A.JPG", "a");
+    fs::permissions(card.path(), fs::perms::all);
+    fs::permissions(card.path("DCIM/100"), fs::perms::none);
+    {
+        const WithoutRights rights;
+        open();
+        EXPECT_TRUE(device->sameFilesTest()());
+    }
+    fs::permissions(card.path("DCIM/100"), fs::perms::owner_all);
+    EXPECT_FALSE(device->sameFilesTest()());
+}
+
+TEST_F(CardDeviceTest, HoldsNoFilesWhileItIsNotOpen) {
+    card.write("A.JPG", "a");
+    attach();
+    EXPECT_FALSE(device->sameFilesTest()());
+    open();
+    const auto holdsTheSame = device->sameFilesTest();
+    fs::rename(card.path("A.JPG"), card.path("B.JPG"));
+    EXPECT_FALSE(holdsTheSame());
+    fs::rename(card.path("B.JPG"), card.path("A.JPG"));
+    EXPECT_TRUE(holdsTheSame());
+    device->cardRemoved();
+    EXPECT_FALSE(holdsTheSame());
+}
+
+TEST_F(CardDeviceTest, DoesNotTakeACopyInItsPlaceForItself) {
+    const std::string old = card.write("karte/A.JPG", "a");
+    place.root = card.path("karte");
+    place.mark = markAt(place.root);
+    open();
+    const auto holdsTheSame = device->sameFilesTest();
+    EXPECT_TRUE(holdsTheSame());
+    fs::rename(place.root, card.path("weg"));
+    const std::string copy = card.write("karte/A.JPG", "a");
+    fs::last_write_time(copy, fs::last_write_time(card.path("weg/A.JPG")));
+    EXPECT_FALSE(holdsTheSame());
+}
+
 TEST_F(CardDeviceTest, HoldsNothingOpenOnTheCardBetweenTwoPiecesOfWork) {
     card.write("DCIM/A.JPG", "a");
     open();

@@ -169,8 +169,11 @@ TEST_F(SameContentTest, ReadsNoOtherFolderInPlaceOfTheOneThatIsMeant) {
     fs::rename(folder.path("other card"), folder.path("card"));
     const std::string exchanged =
         " nicht lesbar: Die Datei oder der Ordner wurde unterwegs ausgetauscht";
-    EXPECT_EQ(compare(card, destination, 3).error().message, "auf der Karte" + exchanged);
-    EXPECT_EQ(compare(destination, card, 3).error().message, "am Ziel" + exchanged);
+    const auto asCard = compare(card, destination, 3);
+    const auto asDestination = compare(destination, card, 3);
+    ASSERT_TRUE(!asCard && !asDestination);
+    EXPECT_EQ(asCard.error().message, "auf der Karte" + exchanged);
+    EXPECT_EQ(asDestination.error().message, "am Ziel" + exchanged);
 }
 
 TEST_F(SameContentTest, ReadsNoOtherVolumeInPlaceOfTheOneThatIsMeant) {
