@@ -90,6 +90,7 @@ void VerifyCommand::cameraCatalogReady(Camera& camera) {
     isListed_ = true;
     proof_->start({.files = sortedByShotDate(camera.files()),
                    .overlaps = camera.overlapTest(),
+                   .hasSameFiles = camera.sameFilesTest(),
                    .destination = destination_,
                    .content = commandLine_.content});
 }

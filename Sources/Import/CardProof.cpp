@@ -3,6 +3,7 @@
 #include "CardProof.h"
 
 #include "ByteSum.h"
+#include "FileName.h"
 #include "Formatting.h"
 #include "ImportModel.h"
 #include "RunThen.h"
@@ -57,6 +58,18 @@ struct CardProof::Batch {
 namespace {
 
 std::string cardCopyName(std::size_t position) { return fmt::format("karte-{}", position); }
+
+/// An older copy there could be taken for a new one.
+Result<> makeEmpty(FileStore& store, const Url& folder) {
+    store.removeItem(folder);
+    if (store.fileExists(folder)) {
+        return failure(fmt::format("Der Ordner für Kopien „{}“ lässt sich nicht leeren.",
+                                   displayText(folder.path)));
+    }
+    if (const auto made = store.createDirectory(folder); !made)
+        return failure("Der Ordner für Kopien lässt sich nicht anlegen: " + made.error().message);
+    return {};
+}
 
 /// What the names of a batch's copies from the destination begin with.
 std::string prefixOf(std::size_t batch, std::size_t fetch) {
@@ -195,22 +208,16 @@ void CardProof::planned(Result<Plan> plan) {
             waiting_.push_back(std::move(group));
         }
     }
-    if (!task_.content) return finish(outcome_);
+    if (!task_.content) return lookAgain();
     onComparing(outcome_);
     reports_ = main_.every(reportInterval, [this] { report(); });
     mayHaveStaged_ = true;
     // What an earlier run may have left because the computer went off.
     runThen(
         background_, main_,
-        [store = fileStore_, staging = staging_] {
-            store->removeItem(staging);
-            return store->createDirectory(staging);
-        },
+        [store = fileStore_, staging = staging_] { return makeEmpty(*store, staging); },
         run_([this](const Result<>& made) {
-            if (!made) {
-                return finish(failure("Der Ordner für Kopien lässt sich nicht anlegen: " +
-                                      made.error().message));
-            }
+            if (!made) return finish(std::unexpected(made.error()));
             takeNext();
         }));
 }
@@ -240,7 +247,7 @@ void CardProof::takeNext() {
             return;  // Copies will make room.
         }
     }
-    if (waiting_.empty() && underWay_.empty()) finish(outcome_);
+    if (waiting_.empty() && underWay_.empty()) lookAgain();
 }
 
 std::int64_t CardProof::roomFor(const ProofGroup& group) const {
@@ -395,6 +402,13 @@ void CardProof::report() {
     speedMeter_.sample(byteSum(shown.bytesDone, shown.currentBytes),
                        main_.now().time_since_epoch().count());
     onProgress(shown, speedMeter_.reading);
+}
+
+void CardProof::lookAgain() {
+    runThen(background_, main_, task_.hasSameFiles, run_([this](bool isSame) {
+                outcome_.hasCardChanged = !isSame;
+                finish(outcome_);
+            }));
 }
 
 void CardProof::finish(const Result<Outcome>& outcome) {

@@ -50,9 +50,12 @@ public:
         std::int64_t unproved = 0;  ///< of which nothing could be found out
         bool content = false;       ///< whether contents were compared
         bool isWholeCard = true;    ///< not only what was loaded just now
+        bool hasCardChanged = false;
 
         /// Never of no file at all: an empty card may be one that cannot be read.
-        bool isComplete() const { return files > 0 && present == files && unproved == 0; }
+        bool isComplete() const {
+            return files > 0 && present == files && unproved == 0 && !hasCardChanged;
+        }
         bool operator==(const Outcome&) const = default;
     };
 
@@ -67,6 +70,8 @@ public:
     struct Task {
         CameraFiles files;
         Camera::OverlapTest overlaps;
+        /// Whether these are all the files of the card still.
+        Camera::SameFilesTest hasSameFiles = [] { return true; };
         Url destination;
         bool content = false;
         bool isWholeCard = true;
@@ -123,6 +128,8 @@ private:
     void tell(const ProofGroup& group, const std::vector<Proof>& proofs);
     void tell(std::size_t position, const Proof& proof);
     void report();
+    /// Whether all of the card has been looked at is known only now.
+    void lookAgain();
     void finish(const Result<Outcome>& outcome);
 
     std::shared_ptr<ContentReader> reader_;

@@ -42,6 +42,10 @@ std::string findingLine(const CardProof::Finding& finding) {
 }
 
 std::string proofSummary(const CardProof::Outcome& outcome) {
+    if (outcome.hasCardChanged) {
+        return "✗ Nicht löschen: Auf der Karte hat sich während der Prüfung etwas geändert; bitte "
+               "noch einmal prüfen.";
+    }
     if (outcome.files == 0)
         return "✗ Nicht löschen: Auf der Karte ist keine Datei, die zu prüfen wäre.";
     const std::string size = formatBytes(outcome.bytes);

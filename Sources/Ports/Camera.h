@@ -57,6 +57,15 @@ public:
     virtual OverlapTest overlapTest() const {
         return [](const Url&) { return false; };
     }
+
+    /// Tells whether the camera holds exactly what `files` answers now, as far as it can find out.
+    /// It blocks, on any thread.
+    using SameFilesTest = std::function<bool()>;
+
+    /// By default it does: most cameras tell of changes by themselves.
+    virtual SameFilesTest sameFilesTest() const {
+        return [] { return true; };
+    }
 };
 
 }  // namespace bildkurier

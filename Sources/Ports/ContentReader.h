@@ -43,7 +43,7 @@ public:
     virtual Result<Listing> files(const Url& folder) = 0;
 
     /// Where each of `files`, which are of one destination, can be read on this computer: in its
-    /// place, or a copy of the size that it should have, named `prefix` and its position, in
+    /// place, or a new copy of the size that it should have, named `prefix` and its position, in
     /// `staging`, which exists, where it grows. In their order.
     virtual std::vector<Result<PlacedFile>> fetch(std::span<const File> files, const Url& staging,
                                                   const std::string& prefix) = 0;

@@ -2,8 +2,10 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
+#include "FolderMark.h"
 #include "Url.h"
 
+#include <optional>
 #include <string>
 
 namespace bildkurier {
@@ -12,7 +14,8 @@ namespace bildkurier {
 /// from the folder, and through no link.
 struct PlacedFile {
     Url folder;
-    std::string path;  ///< relative
+    std::string path;                ///< relative
+    std::optional<FolderMark> mark;  ///< that the folder must bear, if it is known
 
     bool operator==(const PlacedFile&) const = default;
 };

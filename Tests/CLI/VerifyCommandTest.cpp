@@ -285,6 +285,20 @@ TEST_F(VerifyCommandTest, DoesNotMindThatACardIsReadAgainOnceItIsProved) {
     expectEnd(ExitStatus::success);
 }
 
+TEST_F(VerifyCommandTest, ProvesNoCardThatIsAnotherInTheEnd) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aa");
+    store->files["/bilder/A.JPG"] = "aa";
+    command->begin();
+    camera->holdsSameFiles = false;
+    deliver(*camera);
+    EXPECT_EQ(report.lines,
+              (Lines{"comparing: 1 files, 2 bytes",
+                     "✗ Nicht löschen: Auf der Karte hat sich während der Prüfung etwas geändert; "
+                     "bitte noch einmal prüfen."}));
+    expectEnd(ExitStatus::filesFailed);
+}
+
 TEST_F(VerifyCommandTest, TellsOfFoldersOfTheDestinationThatCannotBeRead) {
     const auto camera = attach("A");
     file(*camera, "A.JPG", "aaaa");

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "CardLikeVolume.h"
+#include "PrivateMounts.h"
 #include "ProgramTest.h"
 #include "RunningProgram.h"
 
@@ -244,6 +246,54 @@ TEST_F(VerifyProgramTest, ProvesWhatAnImportHasLoaded) {
     const auto third = import({"--verify"});
     EXPECT_EQ(third.exitStatus, 1) << third.out;
     EXPECT_TRUE(third.out.contains("✗ IMG_4.JPG  (4 KB): Zwilling")) << third.out;
+}
+
+TEST_F(VerifyProgramTest, ProvesNothingOfACardToWhichAFileComesMeanwhile) {
+    add("IMG_1.MP4", "eins");
+    fs::create_directory(destination);
+    if (!mountPrivately()) GTEST_SKIP() << "mounting takes root";
+    CardLikeVolume slow(destination, fs::path(picture("x")).parent_path());
+    if (!slow.isMounted()) GTEST_SKIP() << "takes file systems in user space";
+    const TemporaryFolder user;
+    for (const bool isAdded : {false, true}) {
+        slow.gate().closeAt(0);
+        RunningProgram running(
+            call({"verify", "--card", card, "--to", destination, "--content", "--json"}, {}, user));
+        EXPECT_TRUE(running.waitUntilItSays("\"comparing\""));
+        if (isAdded) std::ofstream(card + "/IMG_2.MP4") << "zwei";
+        slow.gate().open();
+        const auto result = running.finish();
+        EXPECT_EQ(result.exitStatus, isAdded ? 1 : 0) << result.out << result.err;
+        EXPECT_EQ(lastLine(result)["present"], 1);
+        EXPECT_EQ(lastLine(result)["complete"], !isAdded);
+    }
+}
+
+TEST_F(VerifyProgramTest, ReadsNoOtherDestinationInPlaceOfTheOneThatItHasListed) {
+    add("backing/IMG_1.MP4", "eins", 1);
+    add("backing/IMG_2.MP4", "zwei", 2);
+    const std::string others = fs::path(picture("backing/x")).parent_path();
+    fs::copy(others, destination);
+    change(destination + "/IMG_2.MP4", 2);
+    if (!mountPrivately()) GTEST_SKIP() << "mounting takes root";
+    const std::string slowCard = folder.makeFolder("slow");
+    CardLikeVolume slow(slowCard, others);
+    if (!slow.isMounted()) GTEST_SKIP() << "takes file systems in user space";
+    slow.gate().closeAt(0);
+    const TemporaryFolder user;
+    RunningProgram running(
+        call({"verify", "--card", slowCard, "--to", destination, "--content", "--json"}, {}, user));
+    EXPECT_TRUE(running.waitUntilItSays("\"comparing\""));
+    fs::rename(destination, folder.path("lost"));
+    fs::copy(others, destination);
+    slow.gate().open();
+    const auto result = running.finish();
+    EXPECT_EQ(result.exitStatus, 1) << result.err;
+    EXPECT_EQ(lastLine(result)["complete"], false);
+    EXPECT_TRUE(
+        result.out.contains("IMG_2.MP4  (4 Byte): nicht prüfbar: am Ziel nicht lesbar: Die "
+                            "Datei oder der Ordner wurde unterwegs ausgetauscht"))
+        << result.out;
 }
 
 TEST_F(VerifyProgramTest, EndsWithCtrlCAndLeavesNothing) {

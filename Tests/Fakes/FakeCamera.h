@@ -25,7 +25,8 @@ public:
     std::vector<std::shared_ptr<CameraFile>> catalogue;
     std::weak_ptr<CameraDelegate> delegate;
     std::optional<Url> folder;  ///< that it is; overlaps itself only
-    int opened = 0;             ///< sessions asked for
+    bool holdsSameFiles = true;
+    int opened = 0;  ///< sessions asked for
     int closed = 0;
 
     void sessionOpened(const std::optional<Error>& error = std::nullopt);
@@ -45,6 +46,9 @@ public:
     void closeSession() override { ++closed; }
     OverlapTest overlapTest() const override {
         return [own = folder](const Url& with) { return own == with; };
+    }
+    SameFilesTest sameFilesTest() const override {
+        return [this] { return holdsSameFiles; };
     }
 };
 

@@ -110,6 +110,7 @@ Result<> MemoryFileStore::moveItem(const Url& source, const Url& target) {
 
 void MemoryFileStore::removeItem(const Url& url) {
     const std::string path = pathOf(url);
+    if (kept.contains(path)) return;
     files.erase(path);
     folders.erase(path);
     std::erase_if(files, [&](const auto& file) { return isBelow(file.first, path); });

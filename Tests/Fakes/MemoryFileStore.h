@@ -31,6 +31,7 @@ public:
     bool isNetwork = false;
     /// Absent: a hidden folder in the destination.
     std::optional<Url> staging;
+    std::set<std::string> kept;  ///< paths of what cannot be removed
 
     /// What is below `folder`.
     Tree tree(const Url& folder) const;

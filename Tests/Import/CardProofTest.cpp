@@ -50,6 +50,11 @@ protected:
     void start(bool content = true) {
         proof->start({.files = {files.begin(), files.end()},
                       .overlaps = [this](const Url&) { return isOverlapping; },
+                      .hasSameFiles =
+                          [this] {
+                              comparedBefore = reader->comparisons;
+                              return !hasCardChanged;
+                          },
                       .destination = destination,
                       .content = content});
     }
@@ -87,6 +92,8 @@ protected:
     std::vector<std::shared_ptr<FakeCameraFile>> files;
     Url destination = Url::file("/dest");
     bool isOverlapping = false;
+    bool hasCardChanged = false;
+    int comparedBefore = -1;  ///< the files of the card were counted again
     Lines found;
     Lines servers;
     std::vector<ImportRunner::Progress> reports;
@@ -227,6 +234,41 @@ TEST_F(CardProofTest, ClearsWhatAnEarlierRunHasLeft) {
     store->folders.insert("/cache/verify");
     store->files["/cache/verify/alt"] = "x";
     EXPECT_EQ(run(), (Outcome{.files = 1, .bytes = 2, .missing = 1, .content = true}));
+}
+
+TEST_F(CardProofTest, BelievesNoCopiesThatCannotBeRemoved) {
+    file("A.JPG", "aa");
+    store->files["/dest/A.JPG"] = "aa";
+    store->folders.insert("/cache/verify");
+    store->files["/cache/verify/karte-0"] = "aa";
+    store->kept = {"/cache/verify"};
+    start();
+    loop.settle();
+    ASSERT_EQ(outcomes.size(), 1U);
+    EXPECT_EQ(outcomes.front().error().message,
+              "Der Ordner für Kopien „/cache/verify“ lässt sich nicht leeren.");
+    EXPECT_EQ(files.front()->downloads, 0);
+    EXPECT_EQ(reader->comparisons, 0);
+    EXPECT_FALSE(lock->held);
+}
+
+TEST_F(CardProofTest, ProvesNothingOfACardThatHasChangedInTheEnd) {
+    for (int n = 0; n < 300; ++n) {
+        const std::string name = "IMG_" + std::to_string(1000 + n) + ".JPG";
+        cardFile(name, "aa");
+        store->files["/dest/" + name] = "aa";
+    }
+    const Outcome all{.files = 300, .bytes = 600, .present = 300, .content = true};
+    EXPECT_EQ(run(), all);
+    EXPECT_EQ(comparedBefore, 300);
+    hasCardChanged = true;
+    for (const bool content : {false, true}) {
+        Outcome outdated = all;
+        outdated.content = content;
+        outdated.hasCardChanged = true;
+        EXPECT_EQ(run(content), outdated);
+        EXPECT_EQ(found, Lines{});
+    }
 }
 
 TEST_F(CardProofTest, TellsHowFarItIsWhileItLoadsFromACamera) {
@@ -396,6 +438,7 @@ TEST(ProofOutcome, IsCompleteOnlyWhereEveryOneOfSomeFilesIsProved) {
     EXPECT_TRUE((Outcome{.files = 2, .present = 2}).isComplete());
     EXPECT_FALSE((Outcome{.files = 2, .present = 1, .missing = 1}).isComplete());
     EXPECT_FALSE((Outcome{.files = 2, .present = 2, .unproved = 1}).isComplete());
+    EXPECT_FALSE((Outcome{.files = 2, .present = 2, .hasCardChanged = true}).isComplete());
 }
 
 TEST(ProofSummary, ClosesAProofInOneSentence) {
@@ -417,6 +460,9 @@ TEST(ProofSummary, ClosesAProofInOneSentence) {
         {{.files = 20, .bytes = 2'000'000, .present = 20},
          "✓ Alle 20 Dateien (2 MB) sind dem Namen und der Größe nach am Ziel. Den Inhalt "
          "vergleicht --content."},
+        {{.files = 20, .bytes = 2'000'000, .present = 20, .hasCardChanged = true},
+         "✗ Nicht löschen: Auf der Karte hat sich während der Prüfung etwas geändert; bitte noch "
+         "einmal prüfen."},
         {{.files = 20, .bytes = 2'000'000, .present = 19, .missing = 1},
          "✗ Nicht löschen: am Ziel 19 von 20 Dateien (2 MB), 1 fehlt."},
         {{.files = 1, .bytes = 2'000'000, .missing = 1},

@@ -4,14 +4,14 @@
 #include "FakeCaptureDates.h"
 #include "InTimeZone.h"
 #include "ManualRunLoop.h"
-#include "MountedVolume.h"
+#include "MarkedFolder.h"
 #include "RecordingDeviceSink.h"
 #include "TemporaryFolder.h"
 #include "Tree.h"
 #include "WithoutRights.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -42,15 +42,15 @@ protected:
     std::shared_ptr<RecordingDeviceSink> sink = std::make_shared<RecordingDeviceSink>();
     CardPlace place{.root = card.path(),
                     .facts = {.name = "KARTE", .serial = {}, .persistentId = "1-2", .uuid = {}},
-                    .device = deviceOf(card.path()),
+                    .mark = markAt(card.path()),
                     .mount = {.type = "ext4"}};
     std::shared_ptr<CardDevice> device;
     Names answers;  ///< of downloads
 
-    static std::uint64_t deviceOf(const std::string& path) {
-        struct stat found{};
-        EXPECT_EQ(::stat(path.c_str(), &found), 0);
-        return found.st_dev;
+    static FolderMark markAt(const std::string& path) {
+        const auto mark = markOf(openFolder(path, O_PATH));
+        EXPECT_TRUE(mark);
+        return mark.value_or(FolderMark{});
     }
 
     void attach() {
@@ -138,23 +138,29 @@ TEST_F(CardDeviceTest, SaysWhyItCannotBeOpened) {
 }
 
 TEST_F(CardDeviceTest, OpensNoOtherVolumeInItsPlace) {
-    ++place.device;
+    ++place.mark.device;
     open();
     EXPECT_EQ(sink->events,
               Names{"failed: Die Karte ist nicht lesbar: Das Gerät ist nicht mehr da"});
 }
 
 TEST_F(CardDeviceTest, OpensNoOtherVolumeWithItsDeviceInItsPlace) {
-    place.mountNumber = mountNumber(card.path());
-    if (!place.mountNumber) GTEST_SKIP() << "the kernel has no lasting numbers of mounts";
+    if (!place.mark.mount) GTEST_SKIP() << "the kernel has no lasting numbers of mounts";
     open();
     EXPECT_EQ(sink->events, (Names{"opened", "ready"}));
     sink->events.clear();
-    ++*place.mountNumber;
+    ++*place.mark.mount;
     attach();
     open();
     EXPECT_EQ(sink->events,
               Names{"failed: Die Karte ist nicht lesbar: Das Gerät ist nicht mehr da"});
+}
+
+TEST_F(CardDeviceTest, OpensNoOtherFolderInItsPlace) {
+    ++place.mark.folder;
+    open();
+    EXPECT_EQ(sink->events, Names{"failed: Die Karte ist nicht lesbar: Die Datei oder der Ordner "
+                                  "wurde unterwegs ausgetauscht"});
 }
 
 TEST_F(CardDeviceTest, NeedsTheRightToRead) {
@@ -170,6 +176,7 @@ TEST_F(CardDeviceTest, NeedsTheRightToRead) {
 
 TEST_F(CardDeviceTest, CanBeOpenedAfterItCouldNot) {
     place.root = card.path("DCIM");
+    place.mark.folder = 0;
     open();
     card.write("DCIM/IMG_1.JPG", "1");
     sink->events.clear();
@@ -384,6 +391,81 @@ TEST_F(CardDeviceTest, SaysThatAFileOrTheWholeCardIsGone) {
                               "der Ordner ist nicht vorhanden",
                               "failed: Die Karte ist nicht lesbar: Die Datei oder der Ordner ist "
                               "nicht vorhanden"}));
+}
+
+TEST_F(CardDeviceTest, ShowsWhereItsFilesAreUntilItIsClosed) {
+    card.write("DCIM/A.JPG", "a");
+    open();
+    const auto first = file("A.JPG");
+    EXPECT_EQ(first->place(),
+              (PlacedFile{.folder = card.url(), .path = "DCIM/A.JPG", .mark = place.mark}));
+    device->closeSession();
+    EXPECT_EQ(first->place(), std::nullopt);
+}
+
+TEST_F(CardDeviceTest, TellsWhetherItHoldsTheSameFiles) {
+    const std::string old = card.write("DCIM/A.JPG", "a");
+    card.write("DCIM/B.JPG", "b");
+    card.write("DCIM/100/C.MP4", "c");
+    open();
+    const auto holdsTheSame = device->sameFilesTest();
+    EXPECT_TRUE(holdsTheSame());
+    card.write("DCIM/INDEX.DAT", "no picture");
+    EXPECT_TRUE(holdsTheSame());
+
+    card.write("DCIM/100/D.MP4", "d");
+    EXPECT_FALSE(holdsTheSame()) << "added";
+    fs::remove(card.path("DCIM/100/D.MP4"));
+    EXPECT_TRUE(holdsTheSame());
+
+    const auto before = fs::last_write_time(old);
+    fs::last_write_time(old, before + 2s);
+    EXPECT_FALSE(holdsTheSame()) << "written anew";
+    card.write("DCIM/A.JPG", "longer");
+    fs::last_write_time(old, before);
+    EXPECT_FALSE(holdsTheSame()) << "another size";
+    fs::remove(old);
+    EXPECT_FALSE(holdsTheSame()) << "removed";
+}
+
+TEST_F(CardDeviceTest, TellsThatAFolderCanBeReadAsLittleAsBefore) {
+    card.write("DCIM/100/A.JPG", "a");
+    fs::permissions(card.path(), fs::perms::all);
+    fs::permissions(card.path("DCIM/100"), fs::perms::none);
+    {
+        const WithoutRights rights;
+        open();
+        EXPECT_TRUE(device->sameFilesTest()());
+    }
+    fs::permissions(card.path("DCIM/100"), fs::perms::owner_all);
+    EXPECT_FALSE(device->sameFilesTest()());
+}
+
+TEST_F(CardDeviceTest, HoldsNoFilesWhileItIsNotOpen) {
+    card.write("A.JPG", "a");
+    attach();
+    EXPECT_FALSE(device->sameFilesTest()());
+    open();
+    const auto holdsTheSame = device->sameFilesTest();
+    fs::rename(card.path("A.JPG"), card.path("B.JPG"));
+    EXPECT_FALSE(holdsTheSame());
+    fs::rename(card.path("B.JPG"), card.path("A.JPG"));
+    EXPECT_TRUE(holdsTheSame());
+    device->cardRemoved();
+    EXPECT_FALSE(holdsTheSame());
+}
+
+TEST_F(CardDeviceTest, DoesNotTakeACopyInItsPlaceForItself) {
+    const std::string old = card.write("karte/A.JPG", "a");
+    place.root = card.path("karte");
+    place.mark = markAt(place.root);
+    open();
+    const auto holdsTheSame = device->sameFilesTest();
+    EXPECT_TRUE(holdsTheSame());
+    fs::rename(place.root, card.path("weg"));
+    const std::string copy = card.write("karte/A.JPG", "a");
+    fs::last_write_time(copy, fs::last_write_time(card.path("weg/A.JPG")));
+    EXPECT_FALSE(holdsTheSame());
 }
 
 TEST_F(CardDeviceTest, HoldsNothingOpenOnTheCardBetweenTwoPiecesOfWork) {

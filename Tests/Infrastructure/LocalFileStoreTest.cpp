@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CardLikeVolume.h"
 #include "LocalFileStore.h"
+#include "MarkedFolder.h"
 #include "OrdinaryUser.h"
 #include "PrivateMounts.h"
 #include "SystemCallFilter.h"
@@ -106,6 +107,20 @@ TEST_F(LocalFileStoreTest, NamesTheFoldersThatMayNotBeRead) {
     EXPECT_EQ(store.files(folder.url("none"))->files.size(), 0U);
     for (const char* closed : {"open/a", "open/b", ".hidden"})
         fs::permissions(folder.path(closed), fs::perms::owner_all);
+}
+
+TEST_F(LocalFileStoreTest, MarksTheFolderInWhichFilesLie) {
+    folder.write("karte/IMG_1.JPG", "x");
+    fs::create_directory_symlink(folder.path("karte"), folder.path("link"));
+    const auto mark = markOf(openFolder(folder.path("karte"), O_PATH));
+    ASSERT_TRUE(mark);
+    for (const char* name : {"karte", "link"}) {
+        const auto listing = store.files(folder.url(name));
+        ASSERT_TRUE(listing);
+        ASSERT_EQ(listing->files.size(), 1U);
+        EXPECT_EQ(listing->files[0].place,
+                  (PlacedFile{.folder = folder.url(name), .path = "IMG_1.JPG", .mark = mark}));
+    }
 }
 
 TEST_F(LocalFileStoreTest, FindsTheKeysOfManyFoldersAndFiles) {

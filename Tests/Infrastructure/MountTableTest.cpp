@@ -208,6 +208,14 @@ TEST(MountTable, TellsFileSystemsOfOtherComputers) {
         EXPECT_FALSE(isNetworkFileSystem(type)) << type;
 }
 
+TEST(MountTable, KnowsWhereFilesGetOtherNumbers) {
+    for (const auto type : {"vfat", "msdos", "exfat", "cifs", "smb3", "vboxsf", "fuse", "fuseblk",
+                            "fuse.ntfs-3g", "fuse.sshfs"})
+        EXPECT_TRUE(numbersFilesAnew(type)) << type;
+    for (const auto type : {"ext4", "xfs", "btrfs", "ntfs3", "tmpfs", "nfs4", "iso9660", ""})
+        EXPECT_FALSE(numbersFilesAnew(type)) << type;
+}
+
 TEST(MountTable, TellsAServerByItsUrlWhereTheTypeSaysNothing) {
     const auto mount = [](std::string type, std::string source) {
         return Mount{.type = std::move(type), .source = std::move(source)};

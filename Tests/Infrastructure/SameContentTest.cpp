@@ -1,13 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
+#include "CardLikeVolume.h"
+#include "MarkedFolder.h"
+#include "PrivateMounts.h"
 #include "SameContent.h"
+#include "SystemCallFilter.h"
 #include "TemporaryFolder.h"
+#include "TemporaryVolume.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/vfs.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -21,8 +30,14 @@ namespace fs = std::filesystem;
 class SameContentTest : public testing::Test {
 protected:
     PlacedFile place(const std::string& name, const std::string& contents) {
-        folder.write(name, contents);
-        return {.folder = folder.url(), .path = name};
+        std::ofstream(root + "/" + name, std::ios::binary) << contents;
+        return {.folder = Url::file(root), .path = name};
+    }
+
+    /// One that has to lie where it lies now.
+    PlacedFile marked(const std::string& in, const std::string& name) const {
+        const std::string path = folder.path(in);
+        return {.folder = Url::file(path), .path = name, .mark = markOf(openFolder(path, O_PATH))};
     }
 
     static void expectChanged(const Result<bool>& result, const std::string& side) {
@@ -39,6 +54,15 @@ protected:
                                });
     }
 
+    void expectEveryByteCompared();
+
+    bool isInMemory() const {
+        struct statfs volume{};
+        EXPECT_EQ(::statfs(folder.path().c_str(), &volume), 0);
+        constexpr auto tmpfs = 0x01021994;
+        return volume.f_type == tmpfs;
+    }
+
     /// Bytes that this process has had read from media so far.
     static std::int64_t bytesFromMedia() {
         std::ifstream counts("/proc/self/io");
@@ -50,6 +74,7 @@ protected:
     }
 
     TemporaryFolder folder;
+    std::string root = folder.path();
     std::int64_t told = 0;
 };
 
@@ -60,7 +85,7 @@ std::string bytes(std::size_t size) {
     return made;
 }
 
-TEST_F(SameContentTest, ComparesEveryByte) {
+void SameContentTest::expectEveryByteCompared() {
     for (const std::size_t size : {0UL, 1UL, 4095UL, 4096UL, 4097UL, (1UL << 20U) - 1, 1UL << 20U,
                                    (1UL << 20U) + 1, 3'000'001UL}) {
         const std::string contents = bytes(size);
@@ -74,6 +99,97 @@ TEST_F(SameContentTest, ComparesEveryByte) {
             EXPECT_EQ(compare(one, place("other", changed), size), false) << size << " " << at;
         }
     }
+}
+
+TEST_F(SameContentTest, ComparesEveryByte) { expectEveryByteCompared(); }
+
+TEST_F(SameContentTest, ComparesEveryByteInMemory) {
+    const TemporaryVolume volume(10'000'000);
+    if (!volume.isMounted()) GTEST_SKIP() << "cannot mount a volume here";
+    root = volume.path();
+    expectEveryByteCompared();
+}
+
+TEST_F(SameContentTest, ComparesEveryByteOfAFileSystemInUserSpace) {
+    if (!mountPrivately()) GTEST_SKIP() << "mounting takes root";
+    root = folder.makeFolder("card");
+    const CardLikeVolume volume(root, folder.makeFolder("backing"));
+    if (!volume.isMounted()) GTEST_SKIP() << "takes file systems in user space";
+    expectEveryByteCompared();
+}
+
+TEST_F(SameContentTest, ComparesEveryByteWhereTheCacheCannotBePassed) {
+    const struct {
+        int call;
+        const char* refused;
+    } cases[] = {{SYS_openat, "opening"}, {SYS_pread64, "reading"}};
+    for (const auto& [call, refused] : cases) {
+        int refusals = 0;
+        // Of others than those that go through the cache.
+        const auto refuse = [&](const seccomp_data& asked) {
+            const auto flags = call == SYS_openat
+                                   ? static_cast<int>(asked.args[2])
+                                   : ::fcntl(static_cast<int>(asked.args[0]), F_GETFL);
+            if ((flags & O_DIRECT) == 0) return 0;
+            ++refusals;
+            return EINVAL;
+        };
+        const bool ran = runFiltered({call}, refuse, [this] { expectEveryByteCompared(); });
+        if (!ran) GTEST_SKIP() << "the kernel lets no calls be watched";
+        EXPECT_GT(refusals, 0) << refused;
+        EXPECT_FALSE(HasFailure()) << refused;
+    }
+}
+
+TEST_F(SameContentTest, ReadsFromTheMediumWhereTheCacheCannotBePassed) {
+    if (isInMemory()) GTEST_SKIP() << "tmpfs has nothing but a cache";
+    const std::string contents = bytes(2'000'000);
+    const auto one = place("one", contents);
+    const auto other = place("other", contents);
+    const auto refuse = [](const seccomp_data& asked) {
+        return (static_cast<int>(asked.args[2]) & O_DIRECT) != 0 ? EINVAL : 0;
+    };
+    const bool ran = runFiltered({SYS_openat}, refuse, [&] {
+        for (int round = 0; round < 2; ++round) {
+            const auto before = bytesFromMedia();
+            EXPECT_EQ(compare(one, other, contents.size()), true);
+            EXPECT_GE(bytesFromMedia() - before, 4'000'000);
+        }
+    });
+    if (!ran) GTEST_SKIP() << "the kernel lets no calls be watched";
+}
+
+TEST_F(SameContentTest, ReadsNoOtherFolderInPlaceOfTheOneThatIsMeant) {
+    for (const std::string each : {"card", "other card", "destination"})
+        folder.write(each + "/one", "abc");
+    const auto card = marked("card", "one");
+    const auto destination = marked("destination", "one");
+    EXPECT_EQ(compare(card, destination, 3), true);
+    fs::rename(folder.path("card"), folder.path("lost card"));
+    fs::rename(folder.path("other card"), folder.path("card"));
+    const std::string exchanged =
+        " nicht lesbar: Die Datei oder der Ordner wurde unterwegs ausgetauscht";
+    const auto asCard = compare(card, destination, 3);
+    const auto asDestination = compare(destination, card, 3);
+    ASSERT_TRUE(!asCard && !asDestination);
+    EXPECT_EQ(asCard.error().message, "auf der Karte" + exchanged);
+    EXPECT_EQ(asDestination.error().message, "am Ziel" + exchanged);
+}
+
+TEST_F(SameContentTest, ReadsNoOtherVolumeInPlaceOfTheOneThatIsMeant) {
+    const TemporaryVolume volume(1'000'000);
+    if (!volume.isMounted()) GTEST_SKIP() << "cannot mount a volume here";
+    volume.write("one", "abc");
+    const PlacedFile card{
+        .folder = volume.url(""), .path = "one", .mark = markOf(openFolder(volume.path(), O_PATH))};
+    const auto other = place("other", "abc");
+    EXPECT_EQ(compare(card, other, 3), true);
+    ASSERT_EQ(::mount("tmpfs", volume.path().c_str(), "tmpfs", 0, ""), 0);
+    volume.write("one", "abc");
+    const auto compared = compare(card, other, 3);
+    ASSERT_EQ(::umount(volume.path().c_str()), 0);
+    ASSERT_FALSE(compared);
+    EXPECT_EQ(compared.error().message, "auf der Karte nicht lesbar: Das Gerät ist nicht mehr da");
 }
 
 TEST_F(SameContentTest, FailsWhereAFileHasChangedSinceItWasListed) {
@@ -108,9 +224,8 @@ TEST_F(SameContentTest, FailsWhereAFileCannotBeRead) {
     folder.makeFolder("folder");
     fs::create_symlink(folder.path("one"), folder.path("link"));
     ASSERT_EQ(::mkfifo(folder.path("fifo").c_str(), 0600), 0);
-    const Url root = folder.url();
     for (const std::string name : {"none", "link", "folder", "fifo", "one/x"}) {
-        const PlacedFile odd{.folder = root, .path = name};
+        const PlacedFile odd{.folder = folder.url(), .path = name};
         ASSERT_FALSE(compare(one, odd, 3)) << name;
         EXPECT_TRUE(compare(one, odd, 3).error().message.starts_with("am Ziel ")) << name;
         EXPECT_TRUE(compare(odd, one, 3).error().message.starts_with("auf der Karte ")) << name;
@@ -129,10 +244,7 @@ TEST_F(SameContentTest, StopsWhenTold) {
 }
 
 TEST_F(SameContentTest, ReadsBothFilesFromTheMedium) {
-    struct statfs volume{};
-    ASSERT_EQ(::statfs(folder.path().c_str(), &volume), 0);
-    constexpr auto tmpfs = 0x01021994;
-    if (volume.f_type == tmpfs) GTEST_SKIP() << "tmpfs has nothing but a cache";
+    if (isInMemory()) GTEST_SKIP() << "tmpfs has nothing but a cache";
     const std::string contents = bytes(2'000'000);
     const auto one = place("one", contents);
     const auto other = place("other", contents);

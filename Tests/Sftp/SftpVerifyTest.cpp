@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "DestinationReader.h"
+#include "OrdinaryUser.h"
 #include "SftpServerTest.h"
 
 #include <gtest/gtest.h>
@@ -98,6 +99,41 @@ TEST_F(SftpVerifyTest, WritesNothingOutsideTheStagingFolder) {
     EXPECT_EQ(copies[4].error().message, "am Ziel nicht vollständig lesbar");
     EXPECT_EQ(tree(local.path()), (Tree{{"staging/", ""}, {"staging/ziel-3", "eins"}}));
     EXPECT_EQ(serversTree(), before);
+}
+
+TEST_F(SftpVerifyTest, TakesNoOlderCopyForANewOne) {
+    put("A.JPG", "eins");
+    put("zu.JPG", "zwei");
+    server->handOver(server->path("fotos/zu.JPG"));
+    fs::permissions(server->path("fotos/zu.JPG"), fs::perms::none);
+    const auto listing = listed();
+    ASSERT_EQ(listing.size(), 2U);
+    for (const char* copy : {"staging/ziel-0", "staging/ziel-1"}) local.write(copy, "alt!");
+    const auto copies = reader().fetch(listing, staging(), "ziel-");
+    for (std::size_t n = 0; n < copies.size(); ++n) {
+        const std::string name = "ziel-" + std::to_string(n);
+        const auto there = tree(staging().path);
+        if (listing[n].place.path == "A.JPG") {
+            EXPECT_EQ(there.at(name), "eins");
+        } else {
+            EXPECT_FALSE(copies[n]);
+            EXPECT_FALSE(there.contains(name));
+        }
+    }
+}
+
+TEST_F(SftpVerifyTest, FetchesNothingToWhereSomethingStays) {
+    put("A.JPG", "eins");
+    const auto listing = listed();
+    ASSERT_EQ(listing.size(), 1U);
+    local.write("staging/ziel-0", "alt!");
+    fs::permissions(local.path(), fs::perms::all);
+    fs::permissions(staging().path, fs::perms::owner_all | fs::perms::others_exec);
+    runAsOrdinaryUser([&] {
+        const auto copies = reader().fetch(listing, staging(), "ziel-");
+        ASSERT_FALSE(copies.at(0));
+        EXPECT_EQ(copies[0].error().message, "der Platz für eine Kopie ist nicht frei");
+    });
 }
 
 TEST_F(SftpVerifyTest, FailsWhereTheServerDoesNotAnswer) {

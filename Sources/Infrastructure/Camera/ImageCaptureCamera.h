@@ -33,6 +33,7 @@ public:
     void openSession() override;
     void closeSession() override;
     OverlapTest overlapTest() const override;
+    SameFilesTest sameFilesTest() const override { return device_->sameFilesTest(); }
 
     void sessionOpened(const std::optional<Error>& error) override;
     void catalogGrows(std::size_t filesSoFar) override;

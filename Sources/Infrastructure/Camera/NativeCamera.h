@@ -96,6 +96,12 @@ public:
 
     virtual void setSink(std::weak_ptr<DeviceSink> sink) = 0;
 
+    /// Tells whether the device holds exactly what `mediaFiles` answers now. It blocks, on any
+    /// thread. By default it does: most devices tell of changes by themselves.
+    virtual std::function<bool()> sameFilesTest() const {
+        return [] { return true; };
+    }
+
     /// Answered by `DeviceSink::sessionOpened`, never before returning.
     virtual void openSession() = 0;
     virtual void closeSession() = 0;

@@ -158,6 +158,15 @@ CardCatalogue arrangeCatalogue(CardListing listing) {
     return catalogue;
 }
 
+bool haveSameFiles(const CardCatalogue& one, const CardCatalogue& other) {
+    const auto isSame = [](const CardEntry& a, const CardEntry& b) {
+        // What could not be read bears the time of the attempt.
+        return a.folder == b.folder && a.name == b.name && a.size == b.size && a.error == b.error &&
+               (a.error != 0 || a.modified == b.modified);
+    };
+    return one.folders == other.folders && std::ranges::equal(one.entries, other.entries, isSame);
+}
+
 void dateSidecars(CardCatalogue& catalogue) {
     auto& entries = catalogue.entries;
     for (std::size_t main = 0; main < entries.size(); main += 1 + entries[main].sidecars) {

@@ -48,6 +48,10 @@ struct CardCatalogue {
 /// media nor sidecar, are left out.
 CardCatalogue arrangeCatalogue(CardListing listing);
 
+/// Whether two looks at a card have found the same: the same files, with the same sizes and times
+/// of their last change, and nothing else.
+bool haveSameFiles(const CardCatalogue& one, const CardCatalogue& other);
+
 /// Gives sidecars the date of their main file, so that they go to the same day.
 void dateSidecars(CardCatalogue& catalogue);
 

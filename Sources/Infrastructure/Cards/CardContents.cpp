@@ -55,7 +55,10 @@ std::optional<Error> CardContents::obstacle(const CardEntry& entry) const {
 }
 
 std::optional<PlacedFile> CardContents::place(const CardEntry& entry) const {
-    return PlacedFile{.folder = Url::file(session_->place().root), .path = catalogue().path(entry)};
+    if (session_->hasEnded()) return std::nullopt;
+    return PlacedFile{.folder = Url::file(session_->place().root),
+                      .path = catalogue().path(entry),
+                      .mark = session_->place().mark};
 }
 
 void CardContents::load(const CardEntry& entry, const DownloadRequest& request,

@@ -26,6 +26,16 @@ std::vector<NativeItem> CardDevice::mediaFiles() const {
     return contents_ ? contents_->mediaFiles() : std::vector<NativeItem>();
 }
 
+std::function<bool()> CardDevice::sameFilesTest() const {
+    if (!contents_) return [] { return false; };
+    return [session = session_, contents = contents_] {
+        const auto root = session->openRoot();
+        if (!root) return false;
+        const CardCatalogue now = readCard(*session, *root, nullptr);
+        return !session->hasEnded() && haveSameFiles(now, contents->catalogue());
+    };
+}
+
 void CardDevice::openSession() {
     closeSession();
     session_ = std::make_shared<CardSession>(place_);

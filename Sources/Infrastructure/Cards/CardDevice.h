@@ -11,6 +11,7 @@
 #include "MainQueue.h"
 #include "NativeCamera.h"
 
+#include <functional>
 #include <memory>
 
 namespace bildkurier {
@@ -30,6 +31,7 @@ public:
     bool isCamera() const override { return true; }
     DeviceFacts facts() const override { return place_->facts; }
     std::vector<NativeItem> mediaFiles() const override;
+    std::function<bool()> sameFilesTest() const override;
     void setSink(std::weak_ptr<DeviceSink> sink) override { sink_ = std::move(sink); }
     void openSession() override;
     /// Downloads under way fail soon after.

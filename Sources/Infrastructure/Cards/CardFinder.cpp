@@ -92,7 +92,8 @@ void CardFinder::report(Volume& volume, Changes& changes) const {
     const auto& [mount, number, identity] = volume.mounted;
     if (::stat(mount.point.c_str(), &root) != 0) return;
     volume.place = std::make_shared<const CardPlace>(
-        mount.point, volumeFacts(identity, mount.point), root.st_dev, mount, number);
+        mount.point, volumeFacts(identity, mount.point),
+        FolderMark{.device = root.st_dev, .mount = number}, mount);
     changes.come.push_back(volume.place);
 }
 

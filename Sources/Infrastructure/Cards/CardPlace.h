@@ -2,11 +2,10 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #pragma once
 
+#include "FolderMark.h"
 #include "MountTable.h"
 #include "NativeCamera.h"
 
-#include <cstdint>
-#include <optional>
 #include <string>
 
 namespace bildkurier {
@@ -15,9 +14,8 @@ namespace bildkurier {
 struct CardPlace {
     std::string root;  ///< absolute path
     DeviceFacts facts;
-    std::uint64_t device = 0;                  ///< st_dev of `root`
-    Mount mount;                               ///< that `root` lies on
-    std::optional<std::uint64_t> mountNumber;  ///< of that, where it has one
+    FolderMark mark;  ///< of `root`
+    Mount mount;      ///< that `root` lies on
 };
 
 }  // namespace bildkurier

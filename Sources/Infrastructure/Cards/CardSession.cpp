@@ -2,13 +2,10 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CardSession.h"
 
-#include "MountedVolume.h"
-#include "SystemCall.h"
+#include "MarkedFolder.h"
 #include "SystemError.h"
 
 #include <fcntl.h>
-#include <fmt/format.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 #include <utility>
@@ -30,17 +27,8 @@ std::optional<Error> CardSession::endReason() const {
 }
 
 Result<FileDescriptor> CardSession::openRoot() const {
-    const auto unreadable = [](int code) {
-        return failure("Die Karte ist nicht lesbar: " + systemError(code).message);
-    };
-    FileDescriptor root(retried(
-        [this] { return ::open(place_->root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    struct stat found{};
-    if (!root || ::fstat(root.get(), &found) != 0) return unreadable(errno);
-    const bool isOther =
-        place_->mountNumber &&
-        mountNumber(fmt::format("/proc/self/fd/{}", root.get())) != place_->mountNumber;
-    if (isOther || found.st_dev != place_->device) return unreadable(ENODEV);
+    FileDescriptor root = openFolder(place_->root, O_RDONLY, place_->mark);
+    if (!root) return failure("Die Karte ist nicht lesbar: " + systemError(errno).message);
     return root;
 }
 

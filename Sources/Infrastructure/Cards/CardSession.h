@@ -29,7 +29,7 @@ public:
     /// Why work fails; absent before the end.
     std::optional<Error> endReason() const;
 
-    /// The card's folder; fails when it cannot be read, or is another volume's by now. Blocks.
+    /// The card's folder; fails when it cannot be read, or is another one by now. Blocks.
     Result<FileDescriptor> openRoot() const;
 
 private:

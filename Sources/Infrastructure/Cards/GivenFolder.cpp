@@ -7,21 +7,13 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
-#include <array>
 #include <filesystem>
-#include <string_view>
 #include <system_error>
 #include <utility>
 
 namespace bildkurier {
 
 namespace {
-
-bool numbersFilesAnew(std::string_view fileSystem) {
-    constexpr auto types = std::to_array<std::string_view>({"vfat", "msdos", "exfat"});
-    return std::ranges::find(types, fileSystem) != types.end() || fileSystem.starts_with("fuse");
-}
 
 bool isEmpty(const std::string& folder) {
     std::error_code error;
@@ -54,7 +46,8 @@ std::optional<GivenFolder::Found> GivenFolder::find(std::span<const Mount> table
     if (!isKnown) noteVolume(mountedVolume(mount, root));
     const std::uint64_t inode = numbersFilesAnew(mount.type) ? 0 : folder.st_ino;
     const std::string path = pathInVolume(mount, root);
-    return Found{root, folder.st_dev, inode, path, volumeName_ + ":" + path, number};
+    const FolderMark mark{.device = folder.st_dev, .folder = inode, .mount = number};
+    return Found{root, mark, path, volumeName_ + ":" + path};
 }
 
 void GivenFolder::noteVolume(MountedVolume volume) {
@@ -91,8 +84,8 @@ void GivenFolder::look(std::span<const Mount> table) {
     if (isOther || isSeenHalf || (place_ && place_->facts.isComplete != empty)) return;
     DeviceFacts facts = factsOf(*found_);
     facts.isComplete = !empty;
-    place_ = std::make_shared<const CardPlace>(found_->root, std::move(facts), found_->device,
-                                               volume_.mount, found_->mountNumber);
+    place_ = std::make_shared<const CardPlace>(found_->root, std::move(facts), found_->mark,
+                                               volume_.mount);
 }
 
 void GivenFolder::noteIdentity(const Found& found, bool stays, bool empty) {

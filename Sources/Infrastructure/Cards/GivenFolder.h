@@ -3,11 +3,11 @@
 #pragma once
 
 #include "CardPlace.h"
+#include "FolderMark.h"
 #include "MountTable.h"
 #include "MountedVolume.h"
 #include "NativeCamera.h"
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <span>
@@ -37,11 +37,9 @@ private:
     /// What does not change while the folder stays.
     struct Found {
         std::string root;
-        std::uint64_t device = 0;
-        std::uint64_t inode = 0;  ///< 0 where the file system numbers its files anew at will
-        std::string path;         ///< in its volume
+        FolderMark mark;
+        std::string path;  ///< in its volume
         std::string identity;
-        std::optional<std::uint64_t> mountNumber;
 
         bool operator==(const Found&) const = default;
     };

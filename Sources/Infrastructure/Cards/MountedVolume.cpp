@@ -2,11 +2,6 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "MountedVolume.h"
 
-#include "SystemCall.h"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-
 namespace bildkurier {
 
 namespace {
@@ -18,14 +13,6 @@ bool differ(const Value& before, const Value& now) {
 }
 
 }  // namespace
-
-std::optional<std::uint64_t> mountNumber(const std::string& path) {
-    constexpr unsigned unique = 0x4000;  // STATX_MNT_ID_UNIQUE, which older headers lack
-    struct statx found{};
-    const auto look = [&] { return ::statx(AT_FDCWD, path.c_str(), 0, unique, &found); };
-    if (retried(look) != 0 || (found.stx_mask & unique) == 0) return std::nullopt;
-    return found.stx_mnt_id;
-}
 
 MountedVolume mountedVolume(const Mount& mount, const std::string& folder) {
     // The number first: should another volume be mounted meanwhile, the next look shows it.

@@ -18,10 +18,6 @@ struct MountedVolume {
     VolumeIdentity identity;
 };
 
-/// The number of the mount on which `path` lies, which the kernel gives to no other mount. Absent
-/// where nothing is there, or the kernel (before 6.8) has no such numbers.
-std::optional<std::uint64_t> mountNumber(const std::string& path);
-
 /// Looks at `mount`, on which `folder` lies. Blocks.
 MountedVolume mountedVolume(const Mount& mount, const std::string& folder);
 

@@ -5,6 +5,7 @@
 #include "DirectoryWalk.h"
 #include "DurableFiles.h"
 #include "FileDescriptor.h"
+#include "MarkedFolder.h"
 #include "MountTable.h"
 #include "ResolvedPath.h"
 #include "SystemCall.h"
@@ -120,15 +121,19 @@ FileListing LocalFileStore::listing(const Url& folder) {
 Result<ContentReader::Listing> LocalFileStore::files(const Url& folder) {
     using File = ContentReader::File;
     ContentReader::Listing listing;
-    int rootError = 0;
-    std::mutex guard;  // of both
     const Url root = Url::file(localPath(folder));
+    const FileDescriptor opened = openFolder(root.path, O_RDONLY);
+    const auto mark = opened ? markOf(opened) : std::nullopt;
+    if (!mark && errno == ENOENT) return listing;
+    if (!mark) return std::unexpected(systemError(errno));
+    int rootError = 0;
+    std::mutex guard;  // of this and the listing
     auto found = scanned<File>(
-        folder, isNetworkVolume(folder),
-        [&root](const WalkedFile& file) {
+        Url::file("/proc/self/fd/" + std::to_string(opened.get())), isNetworkVolume(folder),
+        [&](const WalkedFile& file) {
             std::string path(file.folder);
             if (!path.empty()) path += '/';
-            return File{.place = {.folder = root, .path = path.append(file.name)},
+            return File{.place = {.folder = root, .path = path.append(file.name), .mark = mark},
                         .size = file.size};
         },
         [&](std::size_t, std::string_view path, int error) {
@@ -139,7 +144,7 @@ Result<ContentReader::Listing> LocalFileStore::files(const Url& folder) {
                 listing.unreadable.emplace_back(path);
             }
         });
-    if (rootError != 0 && rootError != ENOENT) return std::unexpected(systemError(rootError));
+    if (rootError != 0) return std::unexpected(systemError(rootError));
     listing.files.reserve(count(found));
     for (auto& part : found) std::ranges::move(part.items, std::back_inserter(listing.files));
     std::ranges::sort(listing.unreadable);

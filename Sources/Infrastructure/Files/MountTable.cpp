@@ -102,6 +102,14 @@ std::optional<Mount> mountOf(const std::string& path) {
     return error ? std::nullopt : mountAbove(mounts, real.native());
 }
 
+std::optional<std::uint64_t> mountNumber(const std::string& path) {
+    constexpr unsigned unique = 0x4000;  // STATX_MNT_ID_UNIQUE, which older headers lack
+    struct statx found{};
+    const auto look = [&] { return ::statx(AT_FDCWD, path.c_str(), 0, unique, &found); };
+    if (retried(look) != 0 || (found.stx_mask & unique) == 0) return std::nullopt;
+    return found.stx_mnt_id;
+}
+
 std::optional<Mount> mountAbove(std::span<const Mount> mounts, std::string_view path) {
     std::optional<Mount> nearest;
     for (const auto& mount : mounts) {
@@ -120,6 +128,13 @@ std::string pathInVolume(const Mount& mount, std::string_view path) {
 bool liesIn(std::string_view path, std::string_view folder) {
     if (folder == "/") return path.starts_with('/');
     return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
+bool numbersFilesAnew(std::string_view type) {
+    static constexpr auto types =
+        std::to_array<std::string_view>({"cifs", "exfat", "msdos", "smb3", "vboxsf", "vfat"});
+    static_assert(std::ranges::is_sorted(types));
+    return type.starts_with("fuse") || std::ranges::binary_search(types, type);
 }
 
 bool isNetworkFileSystem(std::string_view type) {

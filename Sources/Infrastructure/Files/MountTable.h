@@ -33,6 +33,10 @@ std::vector<Mount> readMountTable();
 /// The mount on which `path` lies; absent when nothing is there.
 std::optional<Mount> mountOf(const std::string& path);
 
+/// The number of the mount on which `path` lies, which the kernel gives to no other mount. Absent
+/// where nothing is there, or the kernel (before 6.8) has no such numbers.
+std::optional<std::uint64_t> mountNumber(const std::string& path);
+
 /// The mount whose point is nearest above `path`, an absolute path without links; the last
 /// one mounted where several share that point.
 std::optional<Mount> mountAbove(std::span<const Mount> mounts, std::string_view path);
@@ -43,6 +47,9 @@ std::string pathInVolume(const Mount& mount, std::string_view path);
 
 /// Whether `path` is `folder` or something below it; both absolute paths without links.
 bool liesIn(std::string_view path, std::string_view folder);
+
+/// Whether a file on this type of file system may get another number (st_ino) while it is mounted.
+bool numbersFilesAnew(std::string_view type);
 
 /// Whether files on this type of file system come from another computer: NFS, SMB, sshfs,
 /// WebDAV, the shares of a virtual machine's host and the like.

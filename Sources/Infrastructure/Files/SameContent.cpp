@@ -3,6 +3,7 @@
 #include "SameContent.h"
 
 #include "FileDescriptor.h"
+#include "MarkedFolder.h"
 #include "OpenBelow.h"
 #include "SystemCall.h"
 #include "SystemError.h"
@@ -67,8 +68,7 @@ public:
 
     /// Answers how many bytes it has.
     Result<std::int64_t> open(const PlacedFile& place) {
-        const FileDescriptor root(retried(
-            [&] { return ::open(place.folder.path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
+        const FileDescriptor root = openFolder(place.folder.path, O_PATH, place.mark);
         if (!root) return unreadable(side_, errno);
         // Not blocked by what may stand there instead of the file by now.
         constexpr int how = O_RDONLY | O_NONBLOCK;
@@ -108,9 +108,19 @@ private:
         if (count >= 0 || errno != EINVAL || !isDirect_) return count;
         // Some file systems take the flag, but not the reading.
         isDirect_ = false;
-        if (::fcntl(file_.get(), F_SETFL, 0) != 0) return -1;
+        if (!openAgain()) return -1;
         forgetCache();
         return retried(read);
+    }
+
+    /// Through the cache: one in user space may have passed the flag on.
+    bool openAgain() {
+        const std::string path = fmt::format("/proc/self/fd/{}", file_.get());
+        FileDescriptor again(
+            retried([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); }));
+        if (!again) return false;
+        file_ = std::move(again);
+        return true;
     }
 
     /// What is still to be written goes to the medium first, for it cannot be forgotten.

@@ -14,7 +14,8 @@ namespace bildkurier {
 /// they were listed, are equal, read past the page cache wherever the file system lets it. `step`
 /// is told how many bytes more have been compared, and stops it by answering false: then, where
 /// one cannot be read, and where one has another size by now, it fails.
-/// Opens neither through a link, and writes nothing. Blocks.
+/// Opens neither through a link nor in a folder that is not the one that was marked, and writes
+/// nothing. Blocks.
 Result<bool> haveSameContent(const PlacedFile& card, const PlacedFile& destination,
                              std::int64_t size, const std::function<bool(std::int64_t)>& step);
 

@@ -213,10 +213,14 @@ std::vector<Result<PlacedFile>> SFTPFileStore::download(std::span<const ContentR
     for (std::size_t n = 0; n < files.size(); ++n) {
         const PlacedFile copy{.folder = staging, .path = fmt::format("{}{}", prefix, n)};
         // Where one fails the client goes on with the next.
-        auto line = command("-get", files[n].place.folder.appending(files[n].place.path).path,
-                            staging.appending(copy.path).path);
+        const Url target = staging.appending(copy.path);
+        auto line =
+            command("-get", files[n].place.folder.appending(files[n].place.path).path, target.path);
+        localStore_.removeItem(target);
         if (const auto reason = objection({line})) {
             copies.emplace_back(failure(*reason));
+        } else if (localStore_.fileExists(target)) {
+            copies.emplace_back(failure("der Platz für eine Kopie ist nicht frei"));
         } else {
             copies.emplace_back(copy);
             commands.push_back(std::move(line));

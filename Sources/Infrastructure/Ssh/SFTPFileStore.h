@@ -84,7 +84,8 @@ public:
     /// fails where `folder` itself cannot, or the server does not answer.
     Result<ContentReader::Listing> files(const Url& folder);
     /// Copies of `files`, which are of one server, in the local folder `staging`, which exists:
-    /// named `prefix` and their positions, of the size that they should have. In their order.
+    /// named `prefix` and their positions, of the size that they should have. What bore such a name
+    /// goes before. In their order.
     std::vector<Result<PlacedFile>> download(std::span<const ContentReader::File> files,
                                              const Url& staging, const std::string& prefix);
 
