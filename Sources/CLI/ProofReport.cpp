@@ -3,6 +3,7 @@
 #include "ProofReport.h"
 
 #include "FileName.h"
+#include "ProofSummary.h"
 
 #include <fmt/format.h>
 
@@ -24,6 +25,12 @@ void tellOf(CardProof& proof, Report& report) {
         report.speed(speed);
     };
     proof.onFinding = [&report](const CardProof::Finding& finding) { report.finding(finding); };
+}
+
+void tellOf(const CardProof::Outcome& outcome, Report& report) {
+    const std::string others = othersLine(outcome.others);
+    if (!others.empty()) report.log(others);
+    report.verified(outcome);
 }
 
 }  // namespace bildkurier

@@ -91,7 +91,8 @@ void VerifyCommand::cameraCatalogReady(Camera& camera) {
     proof_->start({.files = sortedByShotDate(camera.files()),
                    .overlaps = camera.overlapTest(),
                    .destination = destination_,
-                   .content = commandLine_.content});
+                   .content = commandLine_.content,
+                   .others = camera.otherFiles()});
 }
 
 void VerifyCommand::cameraCatalogChanged(Camera& camera) {
@@ -107,7 +108,7 @@ void VerifyCommand::spoil(const std::string& reason) {
 void VerifyCommand::proved(const Result<CardProof::Outcome>& outcome) {
     if (spoiled_) return passOver(ExitStatus::filesFailed, *spoiled_);
     if (!outcome) return passOver(ExitStatus::destinationUnusable, outcome.error().message);
-    report_.verified(*outcome);
+    tellOf(*outcome, report_);
     if (!outcome->isComplete()) noteStatus(ExitStatus::filesFailed);
     main_.post(alive_([this] {
         if (!ended_) nextCamera();

@@ -126,7 +126,8 @@ void CardProof::start(Task task) {
     task_ = std::move(task);
     outcome_ = {.files = std::ssize(task_.files),
                 .content = task_.content,
-                .isWholeCard = task_.isWholeCard};
+                .isWholeCard = task_.isWholeCard,
+                .others = task_.others};
     for (const auto& file : task_.files) outcome_.bytes = byteSum(outcome_.bytes, file->size());
     progress_ = {};
     progress_.total = outcome_.files;

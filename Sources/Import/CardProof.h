@@ -50,6 +50,7 @@ public:
         std::int64_t unproved = 0;  ///< of which nothing could be found out
         bool content = false;       ///< whether contents were compared
         bool isWholeCard = true;    ///< not only what was loaded just now
+        OtherFiles others;          ///< what nobody has looked at
 
         /// Never of no file at all: an empty card may be one that cannot be read.
         bool isComplete() const { return files > 0 && present == files && unproved == 0; }
@@ -70,6 +71,7 @@ public:
         Url destination;
         bool content = false;
         bool isWholeCard = true;
+        OtherFiles others;  ///< on the card besides
     };
 
     static constexpr Duration reportInterval{0.25};

@@ -157,6 +157,28 @@ TEST_F(VerifyProgramTest, TellsOfEachFileAndClosesInOneSentence) {
               "Inhalt.\n");
 }
 
+TEST_F(VerifyProgramTest, TellsWhatElseIsOnTheCard) {
+    addLarge("IMG_1.JPG", 2'000);
+    addLarge("INDEX.CTG", 10);
+    ASSERT_EQ(import().exitStatus, 0);
+    const auto there = "✓ Die eine Datei (2 KB) ist am Ziel, Byte für Byte gleich.\n";
+    EXPECT_EQ(verifyContent().out, there);
+    for (const std::string name : {"IMG_1.CR4", "IMG_2.cr4", "NOTIZ.PDF", ".alt/IMG_3.JPG"})
+        addLarge(name, 2'000);
+    const auto told = verifyContent();
+    EXPECT_EQ(told.exitStatus, 0);
+    const std::string line =
+        "ℹ︎ Nicht geprüft: 3 Dateien anderer Art (CR4, PDF), Verstecktes (.alt).";
+    EXPECT_EQ(told.out, line + "\n" + there);
+    const auto forPrograms = verify({"--content", "--json"});
+    EXPECT_EQ(forPrograms.exitStatus, 0);
+    EXPECT_TRUE(forPrograms.out.contains(Json{{"event", "log"}, {"line", line}}.dump()))
+        << forPrograms.out;
+    EXPECT_EQ(lastLine(forPrograms)["others"], 4);
+    EXPECT_EQ(lastLine(forPrograms)["files"], 1);
+    EXPECT_EQ(lastLine(forPrograms)["complete"], true);
+}
+
 TEST_F(VerifyProgramTest, FindsWhatWasLoadedUnderAFreeName) {
     addLarge("IMG_1.JPG", 2'000);
     fs::create_directories(destination + "/JPG");
@@ -238,6 +260,7 @@ TEST_F(VerifyProgramTest, ProvesWhatAnImportHasLoaded) {
     EXPECT_EQ(lastLine(second)["event"], "verified");
     EXPECT_EQ(lastLine(second)["files"], 1);
     EXPECT_EQ(lastLine(second)["wholeCard"], false);
+    EXPECT_EQ(lastLine(second)["others"], 0);
     // A twin of a file that was loaded was not loaded itself.
     addLarge("IMG_4.JPG", 3'500);
     addLarge("sub/IMG_4.JPG", 3'500);

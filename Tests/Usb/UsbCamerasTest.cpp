@@ -452,6 +452,21 @@ TEST_F(FaultyListingTest, IsGivenUpAfterThreeFoldersInARow) {
     EXPECT_LT(usb.count("1-1", "openings"), 1U + 4 * 4);
 }
 
+TEST_F(UsbCamerasTest, CountsWhatElseIsThereWhileItIsOpen) {
+    for (const std::string name :
+         {"100TEST/IMG_0001.CR4", "100TEST/IMG_0003.XMP", "100TEST/._IMG_0001.JPG",
+          "100TEST/.IMG_0004.JPG", "CANONMSC/M0100.CTG"})
+        folder.write("card/DCIM/" + name, "x");
+    folder.write("card/.alt/IMG_0009.JPG", "x");
+    usb.plugIn("1-1", device);
+    start();
+    EXPECT_EQ(files().size(), 2U);
+    EXPECT_EQ(camera->otherFiles(), (OtherFiles{.kinds = {{"CR4", 1}, {"XMP", 1}},
+                                                .hidden = {{".IMG_0004.JPG", 1}, {".alt", 1}}}));
+    camera->closeSession();
+    EXPECT_EQ(camera->otherFiles(), OtherFiles{});
+}
+
 TEST_F(UsbCamerasTest, ListsOnceMoreWhenTheSessionIsOpenedAgain) {
     usb.plugIn("1-1", device);
     start();

@@ -103,6 +103,19 @@ TEST_F(UsbProgramTest, ProvesThatTheCardIsAtTheDestination) {
     EXPECT_EQ(tree(destination), there);
 }
 
+TEST_F(UsbProgramTest, TellsWhatElseIsOnTheCard) {
+    for (const std::string name : {"100TEST/IMG_0001.CR4", "100TEST/IMG_0003.XMP", "INDEX.CTG"})
+        folder.write("card/DCIM/" + name, "x");
+    folder.write("card/.alt/IMG_0009.JPG", "x");
+    const MockedUsb usb(device);
+    const auto verified = usb.call({"verify", "--to", folder.makeFolder("destination")}).run();
+    EXPECT_EQ(verified.exitStatus, 1) << verified.err;
+    EXPECT_TRUE(verified.out.contains(
+        "\nℹ︎ Nicht geprüft: 2 Dateien anderer Art (CR4, XMP), Verstecktes (.alt).\n"
+        "✗ Nicht löschen: am Ziel 0 von 2 Dateien (3 MB), 2 fehlen.\n"))
+        << verified.out;
+}
+
 TEST_F(UsbProgramTest, LeavesTheUsbAloneWhereACardIsGiven) {
     const auto shown = MockedUsb(device).call({"cameras", "--card", folder.path("card")}).run();
     EXPECT_EQ(shown.exitStatus, 0) << shown.err;

@@ -26,6 +26,10 @@ std::vector<NativeItem> CardDevice::mediaFiles() const {
     return contents_ ? contents_->mediaFiles() : std::vector<NativeItem>();
 }
 
+OtherFiles CardDevice::otherFiles() const {
+    return contents_ ? contents_->catalogue().others : OtherFiles();
+}
+
 void CardDevice::openSession() {
     closeSession();
     session_ = std::make_shared<CardSession>(place_);
