@@ -94,9 +94,10 @@ std::string proofSummary(const CardProof::Outcome& outcome) {
                          all);
     }
     std::vector<std::string> lacks;
-    if (outcome.missing > 0)
+    if (outcome.missing > 0) {
         lacks.push_back(
             fmt::format("{} {}", outcome.missing, outcome.missing == 1 ? "fehlt" : "fehlen"));
+    }
     if (outcome.twins > 0) lacks.push_back(fmt::format("{} mit anderem Inhalt", outcome.twins));
     if (outcome.unproved > 0) lacks.push_back(fmt::format("{} nicht prüfbar", outcome.unproved));
     return fmt::format("✗ Nicht löschen: am Ziel {} von {} {} ({}), {}.", outcome.present,

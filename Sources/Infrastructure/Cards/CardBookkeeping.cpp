@@ -6,6 +6,7 @@
 #include "LetterCase.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 
 namespace bildkurier {
@@ -13,10 +14,11 @@ namespace bildkurier {
 namespace {
 
 /// Of cameras: indexes, play lists, thumbnails and positions of films, print orders.
-constexpr std::string_view extensions[] = {"bdm", "bnp", "cpi", "ctg", "ctr", "ind", "inp", "int",
-                                           "mif", "moi", "mpl", "mrk", "ont", "sav", "tdt", "tid"};
+constexpr std::string_view indexExtensions[] = {"bdm", "bnp", "cpi", "ctg", "ctr", "ind",
+                                                "inp", "int", "mif", "moi", "mpl", "mrk",
+                                                "ont", "sav", "tdt", "tid"};
 
-constexpr std::string_view names[] = {
+constexpr std::string_view keptNames[] = {
     // of cameras
     "cueup.xml", "database.bin", "discmeta.xml", "mediapro.xml", "nc_fllst.dat", "ncfllst.dat",
     "nikon001.dsc", "prv00001.bin", "status.bin", "version.txt",
@@ -29,7 +31,7 @@ constexpr std::string_view names[] = {
     ".directory", ".nomedia", ".thumbnails"};
 
 /// A Mac's twins of every file, and bins.
-constexpr std::string_view beginnings[] = {"._", ".trash"};
+constexpr std::string_view keptBeginnings[] = {"._", ".trash"};
 
 }  // namespace
 
@@ -38,9 +40,10 @@ bool isBookkeeping(std::string_view name) {
     const auto begins = [&lower](std::string_view beginning) {
         return lower.starts_with(beginning);
     };
-    return std::ranges::find(extensions, nameParts(lower).extension) != std::end(extensions) ||
-           std::ranges::find(names, lower) != std::end(names) ||
-           std::ranges::any_of(beginnings, begins);
+    return std::ranges::find(indexExtensions, nameParts(lower).extension) !=
+               std::end(indexExtensions) ||
+           std::ranges::find(keptNames, lower) != std::end(keptNames) ||
+           std::ranges::any_of(keptBeginnings, begins);
 }
 
 }  // namespace bildkurier
