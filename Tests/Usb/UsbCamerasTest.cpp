@@ -386,6 +386,19 @@ TEST_F(UsbCamerasTest, NoticesNewShotsBehindWhatElseTheCameraTells) {
     runUntil([this] { return camera->mediaFiles().size() == 3; });
 }
 
+TEST_F(UsbCamerasTest, DoesNotAskAnewWhatIsToldOfFilesOfOtherKinds) {
+    folder.write("card/DCIM/100TEST/IMG_0001.CR4", "x");
+    device.settings.insert({{"early IMG_0001.CR4", "1"}, {"comes_again IMG_0001.CR4", "1"}});
+    usb.plugIn("1-1", device);
+    start();
+    EXPECT_EQ(files().size(), 2U);
+    const auto openings = usb.count("1-1", "openings");
+    folder.write("card/DCIM/100TEST/IMG_0003.JPG", "neu");
+    runUntil([this] { return camera->mediaFiles().size() == 3; });
+    EXPECT_EQ(usb.count("1-1", "grown IMG_0001.CR4"), 1U);
+    EXPECT_EQ(usb.count("1-1", "openings"), openings);
+}
+
 TEST_F(UsbCamerasTest, LetsGoOfACameraThatFailsToTellOfNewShots) {
     for (const char* error : {"-7", "-6"}) {
         SCOPED_TRACE(error);
