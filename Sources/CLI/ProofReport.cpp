@@ -13,6 +13,7 @@ void tellOf(CardProof& proof, Report& report) {
     proof.onNewServer = [&report](const std::string& fingerprint) {
         report.newServer(fingerprint);
     };
+    proof.onCaution = [&report](const std::string& caution) { report.log("ℹ︎ " + caution); };
     proof.onUnreadable = [&report](const std::string& folder) {
         report.log(fmt::format(
             "ℹ︎ Am Ziel ist der Ordner {} nicht lesbar: Was darin liegt, gilt als fehlend.",

@@ -85,6 +85,9 @@ public:
 
     /// The destination is a server that was never met before, with a key of this fingerprint.
     std::function<void(const std::string&)> onNewServer = [](const std::string&) {};
+    /// Why what is at the destination may be less safe than it seems: a finished sentence. Of a
+    /// whole card only.
+    std::function<void(const std::string&)> onCaution = [](const std::string&) {};
     /// A folder of the destination, in which anything may be: its path there, untrusted.
     std::function<void(const std::string&)> onUnreadable = [](const std::string&) {};
     /// Contents are about to be compared.

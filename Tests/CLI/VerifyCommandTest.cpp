@@ -314,6 +314,16 @@ TEST_F(VerifyCommandTest, TellsOfFoldersOfTheDestinationThatCannotBeRead) {
     expectEnd(ExitStatus::filesFailed);
 }
 
+TEST_F(VerifyCommandTest, TellsWhyTheDestinationMayBeLessSafeThanItSeems) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    reader->onCautions = [](const Url&, const std::optional<Url>&) { return Lines{"Vorsicht."}; };
+    command->begin();
+    deliver(*camera);
+    EXPECT_EQ(report.lines.front(), "ℹ︎ Vorsicht.");
+    expectEnd(ExitStatus::filesFailed);
+}
+
 TEST_F(VerifyCommandTest, StopsAtOnceWhenInterrupted) {
     const auto camera = attach("A");
     const auto held = file(*camera, "A.JPG", "aaaa");

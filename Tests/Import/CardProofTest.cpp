@@ -52,6 +52,7 @@ protected:
                       .overlaps = [this](const Url&) { return isOverlapping; },
                       .destination = destination,
                       .content = content,
+                      .isWholeCard = isWholeCard,
                       .others = others});
     }
 
@@ -88,6 +89,7 @@ protected:
     std::vector<std::shared_ptr<FakeCameraFile>> files;
     Url destination = Url::file("/dest");
     bool isOverlapping = false;
+    bool isWholeCard = true;
     OtherFiles others;
     Lines found;
     Lines servers;
@@ -114,6 +116,27 @@ TEST_F(CardProofTest, TellsOfFoldersOfTheDestinationThatCannotBeRead) {
     cardFile("A.JPG", "aa");
     EXPECT_EQ(run(false), (Outcome{.files = 1, .bytes = 2, .missing = 1}));
     EXPECT_EQ(folders, (Lines{"a", "b/c"}));
+}
+
+TEST_F(CardProofTest, SaysWhyTheDestinationOfAWholeCardMayBeLessSafeThanItSeems) {
+    reader->onCautions = [](const Url& there, const std::optional<Url>& card) {
+        return Lines{there.path + " " + (card ? card->path : "none")};
+    };
+    const auto cautions = [this] {
+        Lines told;
+        proof->onCaution = [&](const std::string& caution) { told.push_back(caution); };
+        EXPECT_TRUE(run(false));
+        return told;
+    };
+    EXPECT_EQ(cautions(), Lines{"/dest none"});
+    cardFile("A.JPG", "aa");
+    EXPECT_EQ(cautions(), Lines{"/dest /card"});
+    isWholeCard = false;
+    EXPECT_EQ(cautions(), Lines{});
+    isWholeCard = true;
+    files.clear();
+    file("A.JPG", "aa");
+    EXPECT_EQ(cautions(), Lines{"/dest none"});
 }
 
 TEST_F(CardProofTest, KeepsInMindWhatItDoesNotLookAt) {

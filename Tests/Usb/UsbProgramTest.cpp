@@ -93,13 +93,15 @@ TEST_F(UsbProgramTest, ProvesThatTheCardIsAtTheDestination) {
     ASSERT_EQ(usb.call({"import", "--to", destination, "--no-by-type"}).run().exitStatus, 0);
     const auto equal = usb.call(verify).run();
     EXPECT_EQ(equal.exitStatus, 0) << equal.out << equal.err;
-    EXPECT_EQ(equal.out, "✓ Alle 2 Dateien (3 MB) sind am Ziel, Byte für Byte gleich.\n");
+    EXPECT_TRUE(
+        equal.out.ends_with("✓ Alle 2 Dateien (3 MB) sind am Ziel, Byte für Byte gleich.\n"))
+        << equal.out;
 
     folder.write("destination/IMG_0001.JPG", "ein BilD");
     const Tree there = tree(destination);
     const auto different = usb.call(verify).run();
     EXPECT_EQ(different.exitStatus, 1) << different.err;
-    EXPECT_TRUE(different.out.starts_with("✗ IMG_0001.JPG  (8 Byte): Zwilling")) << different.out;
+    EXPECT_TRUE(different.out.contains("✗ IMG_0001.JPG  (8 Byte): Zwilling")) << different.out;
     EXPECT_EQ(tree(destination), there);
 }
 
@@ -110,7 +112,7 @@ TEST_F(UsbProgramTest, TellsWhatElseIsOnTheCard) {
     const MockedUsb usb(device);
     const auto verified = usb.call({"verify", "--to", folder.makeFolder("destination")}).run();
     EXPECT_EQ(verified.exitStatus, 1) << verified.err;
-    EXPECT_TRUE(verified.out.contains(
+    EXPECT_TRUE(verified.out.ends_with(
         "\nℹ︎ Nicht geprüft: 2 Dateien anderer Art (CR4, XMP), Verstecktes (.alt).\n"
         "✗ Nicht löschen: am Ziel 0 von 2 Dateien (3 MB), 2 fehlen.\n"))
         << verified.out;
