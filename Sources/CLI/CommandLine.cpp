@@ -242,7 +242,9 @@ private:
     }
 
     void addVerify() {
-        addChoosingCommand("verify", "Prüft, ob alles von der Karte am Ziel ist", Command::verify)
+        addChoosingCommand("verify",
+                           "Prüft, ob alle Fotos, Videos und Tonaufnahmen der Karte am Ziel sind",
+                           Command::verify)
             ->add_flag("--content", result_.content,
                        "Byte für Byte vergleichen, nicht nur Namen und Größen");
     }

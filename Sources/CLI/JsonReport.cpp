@@ -96,6 +96,7 @@ void JsonReport::verified(const CardProof::Outcome& outcome) {
            {"missing", outcome.missing},
            {"twins", outcome.twins},
            {"unproved", outcome.unproved},
+           {"others", outcome.others.count()},
            {"content", outcome.content},
            {"wholeCard", outcome.isWholeCard},
            {"complete", outcome.isComplete()},

@@ -3,6 +3,7 @@
 #include "ProofReport.h"
 
 #include "FileName.h"
+#include "ProofSummary.h"
 
 #include <fmt/format.h>
 
@@ -12,6 +13,7 @@ void tellOf(CardProof& proof, Report& report) {
     proof.onNewServer = [&report](const std::string& fingerprint) {
         report.newServer(fingerprint);
     };
+    proof.onCaution = [&report](const std::string& caution) { report.log("ℹ︎ " + caution); };
     proof.onUnreadable = [&report](const std::string& folder) {
         report.log(fmt::format(
             "ℹ︎ Am Ziel ist der Ordner {} nicht lesbar: Was darin liegt, gilt als fehlend.",
@@ -24,6 +26,12 @@ void tellOf(CardProof& proof, Report& report) {
         report.speed(speed);
     };
     proof.onFinding = [&report](const CardProof::Finding& finding) { report.finding(finding); };
+}
+
+void tellOf(const CardProof::Outcome& outcome, Report& report) {
+    const std::string others = othersLine(outcome.others);
+    if (!others.empty()) report.log(others);
+    report.verified(outcome);
 }
 
 }  // namespace bildkurier

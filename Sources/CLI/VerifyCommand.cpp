@@ -92,7 +92,8 @@ void VerifyCommand::cameraCatalogReady(Camera& camera) {
                    .overlaps = camera.overlapTest(),
                    .hasSameFiles = camera.sameFilesTest(),
                    .destination = destination_,
-                   .content = commandLine_.content});
+                   .content = commandLine_.content,
+                   .others = camera.otherFiles()});
 }
 
 void VerifyCommand::cameraCatalogChanged(Camera& camera) {
@@ -108,7 +109,7 @@ void VerifyCommand::spoil(const std::string& reason) {
 void VerifyCommand::proved(const Result<CardProof::Outcome>& outcome) {
     if (spoiled_) return passOver(ExitStatus::filesFailed, *spoiled_);
     if (!outcome) return passOver(ExitStatus::destinationUnusable, outcome.error().message);
-    report_.verified(*outcome);
+    tellOf(*outcome, report_);
     if (!outcome->isComplete()) noteStatus(ExitStatus::filesFailed);
     main_.post(alive_([this] {
         if (!ended_) nextCamera();

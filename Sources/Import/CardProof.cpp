@@ -36,6 +36,7 @@ constexpr std::size_t batchFiles = 64;
 struct CardProof::Plan {
     std::optional<std::string> newServer;
     ContentReader::Listing destination;
+    std::vector<std::string> cautions;
     std::vector<ProofGroup> groups;
 };
 
@@ -56,6 +57,12 @@ struct CardProof::Batch {
 };
 
 namespace {
+
+/// The card, where it is a folder of this computer.
+std::optional<Url> folderOf(const CameraFiles& files) {
+    const auto place = files.empty() ? std::nullopt : files.front()->place();
+    return place ? std::optional(place->folder) : std::nullopt;
+}
 
 std::string cardCopyName(std::size_t position) { return fmt::format("karte-{}", position); }
 
@@ -139,7 +146,8 @@ void CardProof::start(Task task) {
     task_ = std::move(task);
     outcome_ = {.files = std::ssize(task_.files),
                 .content = task_.content,
-                .isWholeCard = task_.isWholeCard};
+                .isWholeCard = task_.isWholeCard,
+                .others = task_.others};
     for (const auto& file : task_.files) outcome_.bytes = byteSum(outcome_.bytes, file->size());
     progress_ = {};
     progress_.total = outcome_.files;
@@ -157,7 +165,8 @@ void CardProof::start(Task task) {
     runThen(
         background_, main_,
         [reader = reader_, keyring = keyring_, overlaps = task_.overlaps,
-         destination = task_.destination, card = std::move(card)]() -> Result<Plan> {
+         destination = task_.destination, card = std::move(card), folder = folderOf(task_.files),
+         isWholeCard = task_.isWholeCard]() -> Result<Plan> {
             if (overlaps(destination)) return failure(ImportModel::overlapStatus);
             Plan plan;
             const auto list = [&]() -> Result<> {
@@ -174,6 +183,7 @@ void CardProof::start(Task task) {
                 if (visit.error) return std::unexpected(*visit.error);
                 if (visit.isFirst) plan.newServer = visit.fingerprint;
             }
+            if (isWholeCard) plan.cautions = reader->cautions(destination, folder);
             plan.groups = proofGroups(card, plan.destination.files);
             return plan;
         },
@@ -192,6 +202,7 @@ void CardProof::cancel() {
 void CardProof::planned(Result<Plan> plan) {
     if (!plan) return finish(std::unexpected(plan.error()));
     if (plan->newServer) onNewServer(*plan->newServer);
+    for (const auto& caution : plan->cautions) onCaution(caution);
     for (const auto& folder : plan->destination.unreadable) onUnreadable(folder);
     for (std::size_t n = 0; n < task_.files.size(); ++n) {
         if (const auto obstacle = task_.files[n]->obstacle()) {

@@ -51,6 +51,7 @@ public:
         bool content = false;       ///< whether contents were compared
         bool isWholeCard = true;    ///< not only what was loaded just now
         bool hasCardChanged = false;
+        OtherFiles others;  ///< what nobody has looked at
 
         /// Never of no file at all: an empty card may be one that cannot be read.
         bool isComplete() const {
@@ -75,6 +76,7 @@ public:
         Url destination;
         bool content = false;
         bool isWholeCard = true;
+        OtherFiles others;  ///< on the card besides
     };
 
     static constexpr Duration reportInterval{0.25};
@@ -88,6 +90,9 @@ public:
 
     /// The destination is a server that was never met before, with a key of this fingerprint.
     std::function<void(const std::string&)> onNewServer = [](const std::string&) {};
+    /// Why what is at the destination may be less safe than it seems: a finished sentence. Of a
+    /// whole card only.
+    std::function<void(const std::string&)> onCaution = [](const std::string&) {};
     /// A folder of the destination, in which anything may be: its path there, untrusted.
     std::function<void(const std::string&)> onUnreadable = [](const std::string&) {};
     /// Contents are about to be compared.

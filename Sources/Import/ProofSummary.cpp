@@ -8,6 +8,12 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <ranges>
+#include <utility>
 #include <vector>
 
 namespace bildkurier {
@@ -34,7 +40,30 @@ std::string reason(const Proof& proof) {
     return {};
 }
 
+/// Some of them in brackets, the most frequent first.
+std::string examples(const OtherFiles::Counts& counts) {
+    constexpr std::size_t most = 3;
+    using Count = std::pair<std::string, std::int64_t>;
+    std::vector<Count> all(counts.begin(), counts.end());
+    std::ranges::stable_sort(all, std::greater(), &Count::second);
+    std::vector<std::string> shown;
+    for (const auto& name : all | std::views::keys | std::views::take(most))
+        shown.push_back(name.empty() ? "ohne Endung" : displayText(name));
+    return fmt::format("({}{})", fmt::join(shown, ", "), all.size() > most ? " …" : "");
+}
+
 }  // namespace
+
+std::string othersLine(const OtherFiles& others) {
+    std::vector<std::string> all;
+    if (!others.kinds.empty()) {
+        const auto files = OtherFiles::sum(others.kinds);
+        all.push_back(fmt::format("{} {} anderer Art {}", files, files == 1 ? "Datei" : "Dateien",
+                                  examples(others.kinds)));
+    }
+    if (!others.hidden.empty()) all.push_back("Verstecktes " + examples(others.hidden));
+    return all.empty() ? "" : fmt::format("ℹ︎ Nicht geprüft: {}.", fmt::join(all, ", "));
+}
 
 std::string findingLine(const CardProof::Finding& finding) {
     const std::string name = finding.name.empty() ? "(ohne Namen)" : displayText(finding.name);
@@ -69,9 +98,10 @@ std::string proofSummary(const CardProof::Outcome& outcome) {
                          all);
     }
     std::vector<std::string> lacks;
-    if (outcome.missing > 0)
+    if (outcome.missing > 0) {
         lacks.push_back(
             fmt::format("{} {}", outcome.missing, outcome.missing == 1 ? "fehlt" : "fehlen"));
+    }
     if (outcome.twins > 0) lacks.push_back(fmt::format("{} mit anderem Inhalt", outcome.twins));
     if (outcome.unproved > 0) lacks.push_back(fmt::format("{} nicht prüfbar", outcome.unproved));
     return fmt::format("✗ Nicht löschen: am Ziel {} von {} {} ({}), {}.", outcome.present,

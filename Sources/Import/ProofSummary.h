@@ -12,6 +12,10 @@ namespace bildkurier {
 /// fehlt am Ziel".
 std::string findingLine(const CardProof::Finding& finding);
 
+/// What was not looked at: "ℹ︎ Nicht geprüft: 35 Dateien anderer Art (CR4, PDF)."; empty where
+/// there is nothing.
+std::string othersLine(const OtherFiles& others);
+
 /// The sentence that closes a proof: "✓ Alle 2000 Dateien (12,4 GB) sind am Ziel, Byte
 /// für Byte gleich."
 std::string proofSummary(const CardProof::Outcome& outcome);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "CameraFile.h"
+#include "OtherFiles.h"
 #include "Url.h"
 
 #include <functional>
@@ -41,6 +42,9 @@ public:
 
     /// The complete catalogue, each media file directly followed by its sidecars.
     virtual std::vector<std::shared_ptr<CameraFile>> files() const = 0;
+
+    /// What else was found while the catalogue was read. None where that cannot be known.
+    virtual OtherFiles otherFiles() const { return {}; }
 
     virtual void setDelegate(std::weak_ptr<CameraDelegate> delegate) = 0;
 

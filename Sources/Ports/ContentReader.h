@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -41,6 +42,11 @@ public:
     /// Every regular file below `folder`, at any depth that an import looks into, hidden ones
     /// left out. A folder that is missing has none; fails where a server does not answer.
     virtual Result<Listing> files(const Url& folder) = 0;
+
+    /// Why what lies in `folder` may be less safe there than it seems: finished sentences. `card`
+    /// is the card, where it is a folder of this computer.
+    virtual std::vector<std::string> cautions(const Url& folder,
+                                              const std::optional<Url>& card) = 0;
 
     /// Where each of `files`, which are of one destination, can be read on this computer: in its
     /// place, or a new copy of the size that it should have, named `prefix` and its position, in

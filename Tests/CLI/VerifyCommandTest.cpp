@@ -92,6 +92,24 @@ TEST_F(VerifyCommandTest, ProvesTheGivenCardsOneAfterTheOther) {
     expectEnd(ExitStatus::filesFailed);
 }
 
+TEST_F(VerifyCommandTest, TellsWhatElseIsOnEachCard) {
+    options.cards = {"/a", "/b", "/c"};
+    const std::vector cameras{attach("A"), attach("B"), attach("C")};
+    cameras[0]->others.kinds = {{"CR4", 1}};
+    cameras[2]->others.hidden = {{".alt", 1}};
+    for (const auto& camera : {cameras[0], cameras[1]}) file(*camera, "A.JPG", "aaaa");
+    store->files["/bilder/A.JPG"] = "aaaa";
+    command->begin();
+    for (const auto& camera : cameras) deliver(*camera);
+    const auto there = "✓ Die eine Datei (4 Byte) ist am Ziel, Byte für Byte gleich.";
+    const auto comparing = "comparing: 1 files, 4 bytes";
+    EXPECT_EQ(report.lines,
+              (Lines{"camera: A", comparing, "ℹ︎ Nicht geprüft: 1 Datei anderer Art (CR4).", there,
+                     "camera: B", comparing, there, "camera: C", "comparing: 0 files, 0 bytes",
+                     "ℹ︎ Nicht geprüft: Verstecktes (.alt).", proofSummary({})}));
+    expectEnd(ExitStatus::filesFailed);
+}
+
 TEST_F(VerifyCommandTest, ProvesNothingOfAnEmptyCard) {
     const auto camera = attach("A");
     command->begin();
@@ -307,6 +325,16 @@ TEST_F(VerifyCommandTest, TellsOfFoldersOfTheDestinationThatCannotBeRead) {
     deliver(*camera);
     EXPECT_EQ(report.lines.front(),
               "ℹ︎ Am Ziel ist der Ordner geheim␊ nicht lesbar: Was darin liegt, gilt als fehlend.");
+    expectEnd(ExitStatus::filesFailed);
+}
+
+TEST_F(VerifyCommandTest, TellsWhyTheDestinationMayBeLessSafeThanItSeems) {
+    const auto camera = attach("A");
+    file(*camera, "A.JPG", "aaaa");
+    reader->onCautions = [](const Url&, const std::optional<Url>&) { return Lines{"Vorsicht."}; };
+    command->begin();
+    deliver(*camera);
+    EXPECT_EQ(report.lines.front(), "ℹ︎ Vorsicht.");
     expectEnd(ExitStatus::filesFailed);
 }
 

@@ -90,7 +90,7 @@ TEST_F(VerifyProgramTest, FindsEveryDifferenceInALargeTreeAndNoOther) {
     auto before = traces();
     const auto equal = verifyContent();
     EXPECT_EQ(equal.exitStatus, 0) << equal.out << equal.err;
-    EXPECT_TRUE(equal.out.starts_with("✓ Alle 2000 Dateien (")) << equal.out;
+    EXPECT_TRUE(equal.out.contains("✓ Alle 2000 Dateien (")) << equal.out;
     EXPECT_TRUE(equal.out.ends_with(") sind am Ziel, Byte für Byte gleich.\n")) << equal.out;
     EXPECT_EQ(traces(), before);
 
@@ -151,12 +151,45 @@ TEST_F(VerifyProgramTest, TellsOfEachFileAndClosesInOneSentence) {
     const auto result = verifyContent();
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.err, "");
-    EXPECT_EQ(result.out,
-              "✗ IMG_1.JPG  (2 KB): Zwilling: Was am Ziel so heißt und so groß ist, hat anderen "
-              "Inhalt\n"
-              "✗ IMG_2.JPG  (2 KB): fehlt am Ziel\n"
-              "✗ Nicht löschen: am Ziel 1 von 3 Dateien (6 KB), 1 fehlt, 1 mit anderem "
-              "Inhalt.\n");
+    EXPECT_TRUE(result.out.ends_with(
+        "✗ IMG_1.JPG  (2 KB): Zwilling: Was am Ziel so heißt und so groß ist, hat anderen "
+        "Inhalt\n"
+        "✗ IMG_2.JPG  (2 KB): fehlt am Ziel\n"
+        "✗ Nicht löschen: am Ziel 1 von 3 Dateien (6 KB), 1 fehlt, 1 mit anderem "
+        "Inhalt.\n"))
+        << result.out;
+}
+
+TEST_F(VerifyProgramTest, TellsWhatElseIsOnTheCard) {
+    addLarge("IMG_1.JPG", 2'000);
+    addLarge("INDEX.CTG", 10);
+    ASSERT_EQ(import().exitStatus, 0);
+    const auto there = "✓ Die eine Datei (2 KB) ist am Ziel, Byte für Byte gleich.\n";
+    EXPECT_FALSE(verifyContent().out.contains("Nicht geprüft"));
+    for (const std::string name : {"IMG_1.CR4", "IMG_2.cr4", "NOTIZ.PDF", ".alt/IMG_3.JPG"})
+        addLarge(name, 2'000);
+    const auto told = verifyContent();
+    EXPECT_EQ(told.exitStatus, 0);
+    const std::string line =
+        "ℹ︎ Nicht geprüft: 3 Dateien anderer Art (CR4, PDF), Verstecktes (.alt).";
+    EXPECT_TRUE(told.out.ends_with(line + "\n" + there)) << told.out;
+    const auto forPrograms = verify({"--content", "--json"});
+    EXPECT_EQ(forPrograms.exitStatus, 0);
+    EXPECT_TRUE(forPrograms.out.contains(Json{{"event", "log"}, {"line", line}}.dump()))
+        << forPrograms.out;
+    EXPECT_EQ(lastLine(forPrograms)["others"], 4);
+    EXPECT_EQ(lastLine(forPrograms)["files"], 1);
+    EXPECT_EQ(lastLine(forPrograms)["complete"], true);
+}
+
+TEST_F(VerifyProgramTest, SaysThatCardAndDestinationLieOnOneVolume) {
+    addLarge("IMG_1.JPG", 2'000);
+    const auto imported = import({"--verify"});
+    const auto verified = verify();
+    EXPECT_EQ(verified.exitStatus, 0);
+    const auto caution = "ℹ︎ Karte und Ziel liegen auf demselben Datenträger.\n";
+    EXPECT_TRUE(verified.out.contains(caution)) << verified.out;
+    EXPECT_FALSE(imported.out.contains(caution)) << imported.out;
 }
 
 TEST_F(VerifyProgramTest, FindsWhatWasLoadedUnderAFreeName) {
@@ -169,8 +202,8 @@ TEST_F(VerifyProgramTest, FindsWhatWasLoadedUnderAFreeName) {
     const auto byKey = verify();
     EXPECT_EQ(byKey.exitStatus, 1);
     EXPECT_TRUE(
-        byKey.out.starts_with("✗ IMG_1.JPG  (2 KB): fehlt am Ziel; ob sie dort mit "
-                              "angehängter Nummer liegt, prüft --content\n"))
+        byKey.out.contains("✗ IMG_1.JPG  (2 KB): fehlt am Ziel; ob sie dort mit "
+                           "angehängter Nummer liegt, prüft --content\n"))
         << byKey.out;
 }
 
@@ -240,6 +273,7 @@ TEST_F(VerifyProgramTest, ProvesWhatAnImportHasLoaded) {
     EXPECT_EQ(lastLine(second)["event"], "verified");
     EXPECT_EQ(lastLine(second)["files"], 1);
     EXPECT_EQ(lastLine(second)["wholeCard"], false);
+    EXPECT_EQ(lastLine(second)["others"], 0);
     // A twin of a file that was loaded was not loaded itself.
     addLarge("IMG_4.JPG", 3'500);
     addLarge("sub/IMG_4.JPG", 3'500);

@@ -23,6 +23,7 @@ public:
     bool identityIsFinal = true;
     std::optional<std::string> formerIdentity;
     std::vector<std::shared_ptr<CameraFile>> catalogue;
+    OtherFiles others;
     std::weak_ptr<CameraDelegate> delegate;
     std::optional<Url> folder;  ///< that it is; overlaps itself only
     bool holdsSameFiles = true;
@@ -41,6 +42,7 @@ public:
         return deviceIdentity == identity || formerIdentity == identity;
     }
     std::vector<std::shared_ptr<CameraFile>> files() const override { return catalogue; }
+    OtherFiles otherFiles() const override { return others; }
     void setDelegate(std::weak_ptr<CameraDelegate> to) override { delegate = std::move(to); }
     void openSession() override { ++opened; }
     void closeSession() override { ++closed; }

@@ -26,6 +26,8 @@ public:
     std::optional<Error> refusal;      ///< of every listing
     std::set<std::string> unreadable;  ///< paths
     std::vector<std::string> unreadableFolders;
+    std::function<std::vector<std::string>(const Url&, const std::optional<Url>&)> onCautions =
+        [](const auto&, const auto&) { return std::vector<std::string>(); };
     int comparisons = 0;
     int fetches = 0;             ///< that copied something
     std::size_t copied = 0;      ///< files
@@ -46,6 +48,10 @@ public:
                                    .size = std::ssize(contents)});
         }
         return found;
+    }
+
+    std::vector<std::string> cautions(const Url& folder, const std::optional<Url>& card) override {
+        return onCautions(folder, card);
     }
 
     std::vector<Result<PlacedFile>> fetch(std::span<const File> files, const Url& staging,

@@ -56,7 +56,9 @@ protected:
                               return !hasCardChanged;
                           },
                       .destination = destination,
-                      .content = content});
+                      .content = content,
+                      .isWholeCard = isWholeCard,
+                      .others = others});
     }
 
     /// What it came to when all is done; nothing may be left behind.
@@ -94,6 +96,8 @@ protected:
     bool isOverlapping = false;
     bool hasCardChanged = false;
     int comparedBefore = -1;  ///< the files of the card were counted again
+    bool isWholeCard = true;
+    OtherFiles others;
     Lines found;
     Lines servers;
     std::vector<ImportRunner::Progress> reports;
@@ -119,6 +123,38 @@ TEST_F(CardProofTest, TellsOfFoldersOfTheDestinationThatCannotBeRead) {
     cardFile("A.JPG", "aa");
     EXPECT_EQ(run(false), (Outcome{.files = 1, .bytes = 2, .missing = 1}));
     EXPECT_EQ(folders, (Lines{"a", "b/c"}));
+}
+
+TEST_F(CardProofTest, SaysWhyTheDestinationOfAWholeCardMayBeLessSafeThanItSeems) {
+    reader->onCautions = [](const Url& there, const std::optional<Url>& card) {
+        return Lines{there.path + " " + (card ? card->path : "none")};
+    };
+    const auto cautions = [this] {
+        Lines told;
+        proof->onCaution = [&](const std::string& caution) { told.push_back(caution); };
+        EXPECT_TRUE(run(false));
+        return told;
+    };
+    EXPECT_EQ(cautions(), Lines{"/dest none"});
+    cardFile("A.JPG", "aa");
+    EXPECT_EQ(cautions(), Lines{"/dest /card"});
+    isWholeCard = false;
+    EXPECT_EQ(cautions(), Lines{});
+    isWholeCard = true;
+    files.clear();
+    file("A.JPG", "aa");
+    EXPECT_EQ(cautions(), Lines{"/dest none"});
+}
+
+TEST_F(CardProofTest, KeepsInMindWhatItDoesNotLookAt) {
+    others = {.kinds = {{"CR4", 2}}, .hidden = {{".alt", 1}}};
+    cardFile("A.JPG", "aa");
+    store->files["/dest/A.JPG"] = "aa";
+    for (const bool content : {true, false}) {
+        EXPECT_EQ(
+            run(content),
+            (Outcome{.files = 1, .bytes = 2, .present = 1, .content = content, .others = others}));
+    }
 }
 
 TEST_F(CardProofTest, TellsOfEachFileThatIsNotThere) {
@@ -439,6 +475,28 @@ TEST(ProofOutcome, IsCompleteOnlyWhereEveryOneOfSomeFilesIsProved) {
     EXPECT_FALSE((Outcome{.files = 2, .present = 1, .missing = 1}).isComplete());
     EXPECT_FALSE((Outcome{.files = 2, .present = 2, .unproved = 1}).isComplete());
     EXPECT_FALSE((Outcome{.files = 2, .present = 2, .hasCardChanged = true}).isComplete());
+}
+
+TEST(OthersLine, TellsWhatWasNotLookedAt) {
+    const struct {
+        OtherFiles others;
+        std::string line;
+    } cases[] = {
+        {{}, ""},
+        {{.kinds = {{"CR4", 1}}, .hidden = {}}, "1 Datei anderer Art (CR4)"},
+        {{.kinds = {{"CR4", 2}}, .hidden = {}}, "2 Dateien anderer Art (CR4)"},
+        {{.kinds = {{"A", 1}, {"PDF", 33}, {"Z", 1}}, .hidden = {}},
+         "35 Dateien anderer Art (PDF, A, Z)"},
+        {{.kinds = {{"A", 1}, {"B", 1}, {"C", 2}, {"D", 3}}, .hidden = {}},
+         "7 Dateien anderer Art (D, C, A …)"},
+        {{.kinds = {{"", 1}}, .hidden = {}}, "1 Datei anderer Art (ohne Endung)"},
+        {{.kinds = {{"\n\xFF", 1}}, .hidden = {}}, "1 Datei anderer Art (␊\uFFFD)"},
+        {{.kinds = {}, .hidden = {{".alt", 1}}}, "Verstecktes (.alt)"},
+        {{.kinds = {{"CR4", 2}}, .hidden = {{".a", 1}, {".b\x1B", 1}, {".c", 3}, {".d", 1}}},
+         "2 Dateien anderer Art (CR4), Verstecktes (.c, .a, .b␛ …)"},
+    };
+    for (const auto& [others, line] : cases)
+        EXPECT_EQ(othersLine(others), line.empty() ? "" : "ℹ︎ Nicht geprüft: " + line + ".");
 }
 
 TEST(ProofSummary, ClosesAProofInOneSentence) {

@@ -116,6 +116,37 @@ TEST(CardCatalogue, LeavesOutWhatNobodyWants) {
               (Names{"PRIVATE/AVCHD/BDMV/STREAM/00001.MTS"}));
 }
 
+TEST(CardCatalogue, CountsWhatItLeavesOut) {
+    const struct {
+        std::map<std::string, Names> found;
+        OtherFiles others;
+    } cases[] = {
+        {{}, {}},
+        {{{"", {"A.JPG", "A.XMP", "B.WAV", "C.LRV"}}}, {}},
+        {{{"", {"A.JPG", "A.CR4", "B.cr4"}}, {"D", {"C.Cr4", "a.pdf"}}},
+         {.kinds = {{"CR4", 3}, {"PDF", 1}}, .hidden = {}}},
+        {{{"", {"LIESMICH", "Ende."}}}, {.kinds = {{"", 2}}, .hidden = {}}},
+        // sidecars of nothing
+        {{{"", {"A.JPG", "B.XMP", "B.THM"}}, {"D", {"A.xmp"}}},
+         {.kinds = {{"THM", 1}, {"XMP", 2}}, .hidden = {}}},
+        // a sidecar is no main file, and neither is what is of another kind
+        {{{"", {"A.CR4", "A.XMP", "A.WAV.XMP"}}},
+         {.kinds = {{"CR4", 1}, {"XMP", 2}}, .hidden = {}}},
+        {{{"", {".alt", ".A.CR4"}}, {"D", {".alt"}}},
+         {.kinds = {}, .hidden = {{".A.CR4", 1}, {".alt", 2}}}},
+        // what nobody would miss
+        {{{"CANONMSC", {"M0100.CTG", "._A.JPG", ".DS_Store"}}, {"M4ROOT", {"MEDIAPRO.XML"}}}, {}},
+    };
+    for (const auto& [found, others] : cases) {
+        CardListing all = listing(found);
+        for (auto& [folder, files] : all)
+            for (CardEntry& file : files)
+                if (file.name.starts_with('.')) file.type = CardFileType::Other;
+        const OtherFiles counted = arrangeCatalogue(std::move(all)).others;
+        EXPECT_EQ(counted, others) << testing::PrintToString(found);
+    }
+}
+
 TEST(CardCatalogue, KeepsAFolderThatCouldNotBeReadApart) {
     CardListing found = listing({{"DCIM", {"100.XMP", "A.WAV", "ZZ.XMP"}}});
     for (const char* name : {"100", "A", "ZZ.JPG"}) {
@@ -130,6 +161,7 @@ TEST(CardCatalogue, KeepsAFolderThatCouldNotBeReadApart) {
         EXPECT_EQ(entry.sidecars, 0U);
     }
     EXPECT_EQ(names, (Names{"100", "A", "A.WAV", "ZZ.JPG"}));
+    EXPECT_EQ(catalogue.others, (OtherFiles{.kinds = {{"XMP", 2}}, .hidden = {}}));
 }
 
 TEST(CardCatalogue, NeitherLosesNorDoublesAMediaFile) {
@@ -140,9 +172,11 @@ TEST(CardCatalogue, NeitherLosesNorDoublesAMediaFile) {
             },
             rc::gen::element<std::string>("A", "a", "B", "A.JPG", "A.WAV", "AM01", "C"),
             rc::gen::element<std::string>("JPG", "CR3", "MP4", "LRV", "WAV", "MP3", "XMP", "XML",
-                                          "THM", "CTG"));
+                                          "THM", "CR4"));
         const auto found = *rc::gen::container<std::set<std::string>>(name);
         const Names all = arranged(Names(found.begin(), found.end()));
+        const auto others = arrangeCatalogue(listing({{"", {found.begin(), found.end()}}})).others;
+        RC_ASSERT(all.size() + static_cast<std::size_t>(others.count()) == found.size());
         std::set<std::string> listed;
         for (const std::string& line : all)
             RC_ASSERT(listed.insert(line.starts_with('+') ? line.substr(1) : line).second);

@@ -212,6 +212,26 @@ TEST_F(CardDeviceTest, ListsNothingHiddenAndNoLinks) {
     EXPECT_EQ(names(), Names{"IMG_1.JPG"});
 }
 
+TEST_F(CardDeviceTest, CountsWhatElseIsThereWhileItIsOpen) {
+    card.write("DCIM/IMG_1.JPG", "");
+    card.write("DCIM/IMG_1.CR4", "");
+    card.write("DCIM/IMG_2.CR4", "");
+    card.write("MISC/INDEX.CTG", "");
+    card.write("IMG_1.XMP", "");
+    card.write("DCIM/._IMG_1.JPG", "");
+    card.write("DCIM/.IMG_2.JPG", "");
+    card.write(".alt/IMG_3.JPG", "");
+    card.write(".alt/.IMG_4.JPG", "");
+    card.write(".Trashes/IMG_5.JPG", "");
+    attach();
+    EXPECT_EQ(device->otherFiles(), OtherFiles{});
+    open();
+    EXPECT_EQ(device->otherFiles(), (OtherFiles{.kinds = {{"CR4", 2}, {"XMP", 1}},
+                                                .hidden = {{".IMG_2.JPG", 1}, {".alt", 1}}}));
+    device->closeSession();
+    EXPECT_EQ(device->otherFiles(), OtherFiles{});
+}
+
 TEST_F(CardDeviceTest, PassesOnNamesThatAreNoText) {
     card.write("DCIM/\xFF\xFE.JPG", "12");
     open();

@@ -8,6 +8,7 @@
 #include "TemporaryVolume.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -160,6 +161,18 @@ TEST_F(DirectoryWalk, LeavesOutHiddenFilesAndFolders) {
     folder.write("a/.hidden/b/file", "x");
     EXPECT_EQ(walk(folder.path()).files, (Sizes{{"file", 1}}));
     EXPECT_EQ(walk(folder.path(".hidden")).files, (Sizes{{"file", 1}}));
+}
+
+TEST_F(DirectoryWalk, TellsOfWhatIsHiddenWithoutLookingIntoIt) {
+    for (const char* path : {".a/.b", "a/..b", "a/.file", "a/b/.hidden/file"})
+        folder.write(path, "x");
+    std::set<std::string> hidden;
+    walkFiles(
+        folder.path(), {},
+        {.file = [](std::size_t, const WalkedFile&) { FAIL(); },
+         .hidden = [&](std::size_t, std::string_view in,
+                       std::string_view name) { hidden.insert(fmt::format("{}/{}", in, name)); }});
+    EXPECT_EQ(hidden, (std::set<std::string>{"/.a", "a/..b", "a/.file", "a/b/.hidden"}));
 }
 
 TEST_F(DirectoryWalk, NeverFollowsALinkBelowItsRoot) {

@@ -16,6 +16,7 @@ public:
     bool camera = true;
     DeviceFacts known;
     std::vector<NativeItem> items;
+    OtherFiles others;
     std::weak_ptr<DeviceSink> sink;
     int opened = 0;
     int closed = 0;
@@ -23,6 +24,7 @@ public:
     bool isCamera() const override { return camera; }
     DeviceFacts facts() const override { return known; }
     std::vector<NativeItem> mediaFiles() const override { return items; }
+    OtherFiles otherFiles() const override { return others; }
     void setSink(std::weak_ptr<DeviceSink> to) override { sink = std::move(to); }
     void openSession() override { ++opened; }
     void closeSession() override { ++closed; }

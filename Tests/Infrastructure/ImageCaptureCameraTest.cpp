@@ -54,6 +54,12 @@ TEST(ImageCaptureCamera, OverlapsWithFoldersOnItAndAroundIt) {
     EXPECT_FALSE(cameraWith({})->overlapTest()(Url::file("/"))) << "it is no folder";
 }
 
+TEST(ImageCaptureCamera, TellsWhatElseTheDeviceHas) {
+    const auto device = std::make_shared<FakeNativeDevice>();
+    device->others = {.kinds = {{"CR4", 2}}, .hidden = {{".alt", 1}}};
+    EXPECT_EQ(ImageCaptureCamera::make(device)->otherFiles(), device->others);
+}
+
 TEST(ImageCaptureCamera, IsIdentifiedByTheFirstThingThatLasts) {
     const struct {
         Text serial, persistentId, uuid, identity;

@@ -386,6 +386,19 @@ TEST_F(UsbCamerasTest, NoticesNewShotsBehindWhatElseTheCameraTells) {
     runUntil([this] { return camera->mediaFiles().size() == 3; });
 }
 
+TEST_F(UsbCamerasTest, DoesNotAskAnewWhatIsToldOfFilesOfOtherKinds) {
+    folder.write("card/DCIM/100TEST/IMG_0001.CR4", "x");
+    device.settings.insert({{"early IMG_0001.CR4", "1"}, {"comes_again IMG_0001.CR4", "1"}});
+    usb.plugIn("1-1", device);
+    start();
+    EXPECT_EQ(files().size(), 2U);
+    const auto openings = usb.count("1-1", "openings");
+    folder.write("card/DCIM/100TEST/IMG_0003.JPG", "neu");
+    runUntil([this] { return camera->mediaFiles().size() == 3; });
+    EXPECT_EQ(usb.count("1-1", "grown IMG_0001.CR4"), 1U);
+    EXPECT_EQ(usb.count("1-1", "openings"), openings);
+}
+
 TEST_F(UsbCamerasTest, LetsGoOfACameraThatFailsToTellOfNewShots) {
     for (const char* error : {"-7", "-6"}) {
         SCOPED_TRACE(error);
@@ -450,6 +463,21 @@ TEST_F(FaultyListingTest, IsGivenUpAfterThreeFoldersInARow) {
     // For each of the three, two to list its files, one more to list its folders; and those to
     // get as far as that.
     EXPECT_LT(usb.count("1-1", "openings"), 1U + 4 * 4);
+}
+
+TEST_F(UsbCamerasTest, CountsWhatElseIsThereWhileItIsOpen) {
+    for (const std::string name :
+         {"100TEST/IMG_0001.CR4", "100TEST/IMG_0003.XMP", "100TEST/._IMG_0001.JPG",
+          "100TEST/.IMG_0004.JPG", "CANONMSC/M0100.CTG"})
+        folder.write("card/DCIM/" + name, "x");
+    folder.write("card/.alt/IMG_0009.JPG", "x");
+    usb.plugIn("1-1", device);
+    start();
+    EXPECT_EQ(files().size(), 2U);
+    EXPECT_EQ(camera->otherFiles(), (OtherFiles{.kinds = {{"CR4", 1}, {"XMP", 1}},
+                                                .hidden = {{".IMG_0004.JPG", 1}, {".alt", 1}}}));
+    camera->closeSession();
+    EXPECT_EQ(camera->otherFiles(), OtherFiles{});
 }
 
 TEST_F(UsbCamerasTest, ListsOnceMoreWhenTheSessionIsOpenedAgain) {

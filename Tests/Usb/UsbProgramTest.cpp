@@ -93,14 +93,29 @@ TEST_F(UsbProgramTest, ProvesThatTheCardIsAtTheDestination) {
     ASSERT_EQ(usb.call({"import", "--to", destination, "--no-by-type"}).run().exitStatus, 0);
     const auto equal = usb.call(verify).run();
     EXPECT_EQ(equal.exitStatus, 0) << equal.out << equal.err;
-    EXPECT_EQ(equal.out, "✓ Alle 2 Dateien (3 MB) sind am Ziel, Byte für Byte gleich.\n");
+    EXPECT_TRUE(
+        equal.out.ends_with("✓ Alle 2 Dateien (3 MB) sind am Ziel, Byte für Byte gleich.\n"))
+        << equal.out;
 
     folder.write("destination/IMG_0001.JPG", "ein BilD");
     const Tree there = tree(destination);
     const auto different = usb.call(verify).run();
     EXPECT_EQ(different.exitStatus, 1) << different.err;
-    EXPECT_TRUE(different.out.starts_with("✗ IMG_0001.JPG  (8 Byte): Zwilling")) << different.out;
+    EXPECT_TRUE(different.out.contains("✗ IMG_0001.JPG  (8 Byte): Zwilling")) << different.out;
     EXPECT_EQ(tree(destination), there);
+}
+
+TEST_F(UsbProgramTest, TellsWhatElseIsOnTheCard) {
+    for (const std::string name : {"100TEST/IMG_0001.CR4", "100TEST/IMG_0003.XMP", "INDEX.CTG"})
+        folder.write("card/DCIM/" + name, "x");
+    folder.write("card/.alt/IMG_0009.JPG", "x");
+    const MockedUsb usb(device);
+    const auto verified = usb.call({"verify", "--to", folder.makeFolder("destination")}).run();
+    EXPECT_EQ(verified.exitStatus, 1) << verified.err;
+    EXPECT_TRUE(verified.out.ends_with(
+        "\nℹ︎ Nicht geprüft: 2 Dateien anderer Art (CR4, XMP), Verstecktes (.alt).\n"
+        "✗ Nicht löschen: am Ziel 0 von 2 Dateien (3 MB), 2 fehlen.\n"))
+        << verified.out;
 }
 
 TEST_F(UsbProgramTest, LeavesTheUsbAloneWhereACardIsGiven) {

@@ -29,6 +29,7 @@ public:
     bool isIdentityFinal() const override;
     bool isKnownAs(const std::string& identity) const override;
     std::vector<std::shared_ptr<CameraFile>> files() const override;
+    OtherFiles otherFiles() const override { return device_->otherFiles(); }
     void setDelegate(std::weak_ptr<CameraDelegate> delegate) override;
     void openSession() override;
     void closeSession() override;

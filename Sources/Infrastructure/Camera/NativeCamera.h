@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Date.h"
+#include "OtherFiles.h"
 #include "PlacedFile.h"
 #include "Result.h"
 
@@ -93,6 +94,9 @@ public:
 
     /// Media files in the device's order, without their sidecars. Empty until `catalogReady`.
     virtual std::vector<NativeItem> mediaFiles() const = 0;
+
+    /// What else is on the device. Not every system tells.
+    virtual OtherFiles otherFiles() const { return {}; }
 
     virtual void setSink(std::weak_ptr<DeviceSink> sink) = 0;
 

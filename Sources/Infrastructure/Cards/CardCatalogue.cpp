@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: The Bildkurier authors
 #include "CardCatalogue.h"
 
+#include "CardBookkeeping.h"
 #include "FileName.h"
 #include "LetterCase.h"
 
@@ -102,13 +103,28 @@ bool isCompanion(const CardEntry& file) {
     return file.type == VideoProxy || file.type == VoiceNote || file.type == Sidecar;
 }
 
-/// Those that count, by name.
-std::vector<CardEntry> sorted(std::vector<CardEntry> files) {
+/// Counts what is left out.
+void leaveOut(const std::string& name, OtherFiles& others) {
+    if (isBookkeeping(name)) return;
+    if (name.starts_with('.')) {
+        ++others.hidden[name];
+    } else {
+        ++others.kinds[upperCased(nameParts(name).extension)];
+    }
+}
+
+/// Those that are media, sidecars or could not be read, by name.
+std::vector<CardEntry> sorted(std::vector<CardEntry> files, OtherFiles& others) {
     // Entries are large: each is moved once.
     std::vector<CardEntry*> order;
     order.reserve(files.size());
-    for (CardEntry& file : files)
-        if (file.type != Other || file.error != 0) order.push_back(&file);
+    for (CardEntry& file : files) {
+        if (file.type != Other || file.error != 0) {
+            order.push_back(&file);
+        } else {
+            leaveOut(file.name, others);
+        }
+    }
     std::ranges::sort(order, {}, [](const CardEntry* file) -> auto& { return file->name; });
     std::vector<CardEntry> found;
     found.reserve(order.size());
@@ -116,10 +132,11 @@ std::vector<CardEntry> sorted(std::vector<CardEntry> files) {
     return found;
 }
 
-/// The files of one folder, in order.
-void appendFolder(std::vector<CardEntry> unsorted, std::uint32_t folder,
-                  std::vector<CardEntry>& entries) {
-    auto files = sorted(std::move(unsorted));
+/// The files of the last folder, in order.
+void appendFiles(std::vector<CardEntry> unsorted, CardCatalogue& catalogue) {
+    auto& entries = catalogue.entries;
+    const auto folder = static_cast<std::uint32_t>(catalogue.folders.size() - 1);
+    auto files = sorted(std::move(unsorted), catalogue.others);
     for (CardEntry& file : files) file.folder = folder;
     if (std::ranges::none_of(files, isCompanion)) {
         std::ranges::move(files, std::back_inserter(entries));
@@ -131,6 +148,7 @@ void appendFolder(std::vector<CardEntry> unsorted, std::uint32_t folder,
         if (owners[i] != i && owners[i] != Companions::none) sidecars[owners[i]].push_back(i);
     }
     for (std::size_t i = 0; i < files.size(); ++i) {
+        if (owners[i] == Companions::none) leaveOut(files[i].name, catalogue.others);
         if (owners[i] != i) continue;
         files[i].sidecars = static_cast<std::uint32_t>(sidecars[i].size());
         entries.push_back(std::move(files[i]));
@@ -151,9 +169,8 @@ CardCatalogue arrangeCatalogue(CardListing listing) {
     for (const auto& [folder, files] : listing) count += files.size();
     catalogue.entries.reserve(count);
     for (auto& [folder, files] : listing) {
-        appendFolder(std::move(files), static_cast<std::uint32_t>(catalogue.folders.size()),
-                     catalogue.entries);
         catalogue.folders.push_back(folder);
+        appendFiles(std::move(files), catalogue);
     }
     return catalogue;
 }

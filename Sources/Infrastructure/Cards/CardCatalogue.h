@@ -4,6 +4,7 @@
 
 #include "CardFileType.h"
 #include "Date.h"
+#include "OtherFiles.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -29,7 +30,8 @@ struct CardEntry {
     std::uint32_t sidecars = 0;  ///< how many of the entries behind it are its sidecars
 };
 
-/// What was found on a card: the path of each folder below the card's root, and what is in it.
+/// What was found on a card: the path of each folder below the card's root, and what is in it,
+/// hidden things as `CardFileType::Other`.
 using CardListing = std::map<std::string, std::vector<CardEntry>, std::less<>>;
 
 /// The media files on a card, by folder and name in the order of their bytes, each with its
@@ -37,6 +39,7 @@ using CardListing = std::map<std::string, std::vector<CardEntry>, std::less<>>;
 struct CardCatalogue {
     std::vector<std::string> folders;  ///< below the card's root; empty for the root itself
     std::vector<CardEntry> entries;
+    OtherFiles others;  ///< what was left out, but bookkeeping
 
     /// Below the card's root.
     std::string path(const CardEntry& entry) const;
@@ -45,7 +48,7 @@ struct CardCatalogue {
 /// Orders what was found: sidecars go behind the first file of their folder and base name that
 /// they can belong to ("IMG_1.XMP", "IMG_1.CR3.xmp", "C0001M01.XML"), or behind the one to which
 /// that belongs itself ("IMG_1.WAV.xmp"); those that belong to none, and all that is neither
-/// media nor sidecar, are left out.
+/// media nor sidecar, are left out and counted.
 CardCatalogue arrangeCatalogue(CardListing listing);
 
 /// Whether two looks at a card have found the same: the same files, with the same sizes and times

@@ -36,6 +36,10 @@ std::function<bool()> CardDevice::sameFilesTest() const {
     };
 }
 
+OtherFiles CardDevice::otherFiles() const {
+    return contents_ ? contents_->catalogue().others : OtherFiles();
+}
+
 void CardDevice::openSession() {
     closeSession();
     session_ = std::make_shared<CardSession>(place_);

@@ -32,6 +32,7 @@ public:
     DeviceFacts facts() const override { return place_->facts; }
     std::vector<NativeItem> mediaFiles() const override;
     std::function<bool()> sameFilesTest() const override;
+    OtherFiles otherFiles() const override;
     void setSink(std::weak_ptr<DeviceSink> sink) override { sink_ = std::move(sink); }
     void openSession() override;
     /// Downloads under way fail soon after.

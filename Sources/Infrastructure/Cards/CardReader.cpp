@@ -56,7 +56,10 @@ public:
             {.file = [this](std::size_t worker,
                             const WalkedFile& file) { add(listings_[worker], file); },
              .unreadable = [this](std::size_t worker, std::string_view folder,
-                                  int error) { addUnreadable(listings_[worker], folder, error); }});
+                                  int error) { addUnreadable(listings_[worker], folder, error); },
+             .hidden = [this](
+                           std::size_t worker, std::string_view folder,
+                           std::string_view name) { addHidden(listings_[worker], folder, name); }});
         return joined();
     }
 
@@ -67,13 +70,15 @@ private:
     }
 
     void add(CardListing& listing, const WalkedFile& file) const {
-        const CardFileType type = cardFileType(file.name);
-        if (type == CardFileType::Other) return;
         CardEntry& entry = filesIn(listing, file.folder).emplace_back();
         entry.name = file.name;
         entry.size = file.size;
         entry.modified = clock_.date(file.modified);
-        entry.type = type;
+        entry.type = cardFileType(file.name);
+    }
+
+    static void addHidden(CardListing& listing, std::string_view folder, std::string_view name) {
+        filesIn(listing, folder).emplace_back().name = name;
     }
 
     void addUnreadable(CardListing& listing, std::string_view folder, int error) const {

@@ -101,7 +101,7 @@ public:
             if (length == 0) return;
             for (auto at = buffer.data(); at < buffer.data() + length;) {
                 const auto& entry = *reinterpret_cast<const dirent64*>(at);
-                if (entry.d_name[0] != '.') visit(folder, entry);
+                entry.d_name[0] == '.' ? tellOfHidden(entry.d_name) : visit(folder, entry);
                 at += entry.d_reclen;
             }
         }
@@ -110,6 +110,10 @@ public:
 private:
     void note(int code) {
         if (error == 0) error = code;
+    }
+
+    void tellOfHidden(std::string_view name) const {
+        if (visitor_.hidden && name != "." && name != "..") visitor_.hidden(worker_, path_, name);
     }
 
     void visit(const FileDescriptor& folder, const dirent64& entry) {

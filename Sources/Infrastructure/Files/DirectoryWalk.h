@@ -25,6 +25,9 @@ struct WalkVisitor {
     std::function<void(std::size_t worker, const WalkedFile&)> file;
     /// A folder that could not be opened or read to its end, with the errno; optional.
     std::function<void(std::size_t worker, std::string_view folder, int error)> unreadable;
+    /// Something hidden, which is not looked into: the folder that it is in, and its name;
+    /// optional.
+    std::function<void(std::size_t worker, std::string_view folder, std::string_view name)> hidden;
 };
 
 struct WalkOptions {

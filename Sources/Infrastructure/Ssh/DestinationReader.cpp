@@ -3,6 +3,7 @@
 #include "DestinationReader.h"
 
 #include "LocalFileStore.h"
+#include "MountTable.h"
 #include "SameContent.h"
 
 #include <utility>
@@ -14,6 +15,19 @@ DestinationReader::DestinationReader(std::shared_ptr<SFTPFileStore> server)
 
 Result<ContentReader::Listing> DestinationReader::files(const Url& folder) {
     return folder.isFile() ? LocalFileStore().files(folder) : server_->files(folder);
+}
+
+std::vector<std::string> DestinationReader::cautions(const Url& folder,
+                                                     const std::optional<Url>& card) {
+    const auto volume = folder.isFile() ? mountOf(folder.path) : std::nullopt;
+    if (!volume) return {};
+    std::vector<std::string> all;
+    if (volume->type == "tmpfs" || volume->type == "ramfs")
+        all.emplace_back("Das Ziel liegt nur im Arbeitsspeicher dieses Rechners.");
+    const auto cards = card ? mountOf(card->path) : std::nullopt;
+    if (cards && cards->device == volume->device)
+        all.emplace_back("Karte und Ziel liegen auf demselben Datenträger.");
+    return all;
 }
 
 std::vector<Result<PlacedFile>> DestinationReader::fetch(std::span<const File> files,

@@ -15,6 +15,7 @@ public:
     explicit DestinationReader(std::shared_ptr<SFTPFileStore> server);
 
     Result<Listing> files(const Url& folder) override;
+    std::vector<std::string> cautions(const Url& folder, const std::optional<Url>& card) override;
     std::vector<Result<PlacedFile>> fetch(std::span<const File> files, const Url& staging,
                                           const std::string& prefix) override;
     Result<bool> haveSameContent(const PlacedFile& one, const PlacedFile& other, std::int64_t size,

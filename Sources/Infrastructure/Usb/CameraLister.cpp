@@ -104,7 +104,10 @@ CameraLister::Answer CameraLister::listFolder(const std::string& folder, int dep
     // The library looks each file up from the first on that it knows of: those of the last folder
     // are found soonest as long as it knows of no others.
     for (const std::string& name : names | std::views::reverse) {
-        if (isHidden(name)) continue;
+        if (isHidden(name)) {
+            addOther(folder, name);
+            continue;
+        }
         if (!isOneName(name)) {
             addUnreadable(folder);
             continue;
@@ -149,7 +152,10 @@ CameraLister::Answer CameraLister::listFiles(const std::string& folder) {
     listed_ += names.size();
     tell(listed_);
     for (const std::string& name : names) {
-        if (isHidden(name) || cardFileType(name) == CardFileType::Other) continue;
+        if (isHidden(name) || cardFileType(name) == CardFileType::Other) {
+            addOther(folder, name);
+            continue;
+        }
         if (!isOneName(name)) {
             addUnreadable(folder);
             continue;
@@ -173,6 +179,10 @@ std::optional<CardEntry> CameraLister::entry(const std::string& folder, const st
     });
     if (described == Answer::Over) return std::nullopt;
     return described == Answer::Good ? entry : unreadableEntry(name, entry.type);
+}
+
+void CameraLister::addOther(const std::string& folder, const std::string& name) {
+    listing_[folder].push_back({.name = name});
 }
 
 void CameraLister::addUnreadable(const std::string& unreadable) {

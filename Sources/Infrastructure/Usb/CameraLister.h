@@ -14,8 +14,8 @@
 
 namespace bildkurier {
 
-/// Lists all media files of an open camera, on all its cards, but no hidden ones. The camera's own
-/// thread.
+/// Lists all files of an open camera, on all its cards, of hidden ones and those of other kinds the
+/// names alone. The camera's own thread.
 class CameraLister {
 public:
     /// What stands in a listing, at its top, when something of all cards may be missing.
@@ -50,6 +50,8 @@ private:
     Answer listFiles(const std::string& folder);
     void tell(std::size_t files);
     void addUnreadable(const std::string& unreadable);
+    /// Something that is hidden or of another kind: the camera is asked no more about it.
+    void addOther(const std::string& folder, const std::string& name);
 
     CameraConnection& connection_;
     std::function<bool()> isStopped_;

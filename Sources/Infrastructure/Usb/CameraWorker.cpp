@@ -267,7 +267,8 @@ const CardEntry* CameraWorker::listed(const std::string& folder, const std::stri
     const auto found = opened_->listing.find(folder);
     if (found == opened_->listing.end()) return nullptr;
     const auto entry = std::ranges::find(found->second, name, &CardEntry::name);
-    return entry == found->second.end() ? nullptr : &*entry;
+    const bool isThere = entry != found->second.end() && entry->type != CardFileType::Other;
+    return isThere ? &*entry : nullptr;
 }
 
 /// Answers whether it was not listed yet, or as another: a camera may tell of a shot before it has

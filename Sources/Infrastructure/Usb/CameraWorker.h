@@ -83,7 +83,7 @@ private:
                  std::unique_ptr<PartialFile>& file, Result<> loaded);
     bool tellsOfNewShots() const;
     std::optional<GphotoCamera::NewFile> newShot(UsbTiming::Milliseconds patience);
-    /// Null where there is none.
+    /// A media file or a sidecar; null where there is none.
     const CardEntry* listed(const std::string& folder, const std::string& name) const;
     bool addShot(const GphotoCamera::NewFile& file);
     bool describeAnew(const std::string& folder, const std::string& name);

@@ -15,6 +15,10 @@ std::vector<NativeItem> UsbDevice::mediaFiles() const {
     return contents_ ? contents_->mediaFiles() : std::vector<NativeItem>();
 }
 
+OtherFiles UsbDevice::otherFiles() const {
+    return contents_ ? contents_->catalogue().others : OtherFiles();
+}
+
 void UsbDevice::openSession() {
     closeSession();
     session_ = std::make_shared<UsbSession>();

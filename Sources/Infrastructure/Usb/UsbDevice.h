@@ -30,6 +30,7 @@ public:
     bool isCamera() const override { return true; }
     DeviceFacts facts() const override { return facts_.value_or(DeviceFacts()); }
     std::vector<NativeItem> mediaFiles() const override;
+    OtherFiles otherFiles() const override;
     void setSink(std::weak_ptr<DeviceSink> sink) override { sink_ = std::move(sink); }
     void openSession() override;
     /// Downloads under way fail at once.
