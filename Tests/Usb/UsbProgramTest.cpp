@@ -3,11 +3,17 @@
 #include "MockedUsb.h"
 #include "ProgramResult.h"
 #include "Recordings.h"
+#include "RunningProgram.h"
 #include "Tree.h"
 
 #include <gtest/gtest.h>
+#include <sys/types.h>
 
+#include <algorithm>
+#include <csignal>
 #include <filesystem>
+#include <fstream>
+#include <thread>
 
 namespace bildkurier {
 namespace {
@@ -116,6 +122,32 @@ TEST_F(UsbProgramTest, TellsWhatElseIsOnTheCard) {
         "\nℹ︎ Nicht geprüft: 2 Dateien anderer Art (CR4, XMP), Verstecktes (.alt).\n"
         "✗ Nicht löschen: am Ziel 0 von 2 Dateien (3 MB), 2 fehlen.\n"))
         << verified.out;
+}
+
+TEST_F(UsbProgramTest, LeavesNoCopiesWhereAProofIsInterrupted) {
+    const MockedUsb usb(device);
+    const std::string destination = folder.path("destination");
+    ASSERT_EQ(usb.call({"import", "--to", destination, "--no-by-type"}).run().exitStatus, 0);
+    usb.usb().change("1-1", {{"rate", "300000"}});
+    const ProgramCall verify = usb.call({"verify", "--to", destination, "--content"});
+    const auto copies = [&cache = verify.environment.at("XDG_CACHE_HOME")] {
+        return std::ranges::count_if(tree(cache), [](const auto& each) {
+            return each.first.find("/verify/karte-") != std::string::npos;
+        });
+    };
+    RunningProgram mocker(verify);
+    // That takes ten seconds.
+    while (copies() == 0 && !mocker.hasEnded()) std::this_thread::yield();
+    EXPECT_GT(copies(), 0);
+    const std::string process = std::to_string(mocker.process());
+    pid_t program = 0;
+    std::ifstream("/proc/" + process + "/task/" + process + "/children") >> program;
+    ASSERT_GT(program, 0);
+    ::kill(program, SIGINT);
+    const auto result = mocker.finish();
+    EXPECT_FALSE(result.hung);
+    EXPECT_EQ(result.exitStatus, 130) << result.err;
+    EXPECT_EQ(copies(), 0);
 }
 
 TEST_F(UsbProgramTest, LeavesTheUsbAloneWhereACardIsGiven) {
