@@ -281,6 +281,7 @@ TEST_F(CardProofTest, BelievesNoCopiesThatCannotBeRemoved) {
     start();
     loop.settle();
     ASSERT_EQ(outcomes.size(), 1U);
+    ASSERT_FALSE(outcomes.front());
     EXPECT_EQ(outcomes.front().error().message,
               "Der Ordner für Kopien „/cache/verify“ lässt sich nicht leeren.");
     EXPECT_EQ(files.front()->downloads, 0);
