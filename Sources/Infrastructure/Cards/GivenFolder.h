@@ -15,8 +15,9 @@
 
 namespace bildkurier {
 
-/// A folder given by hand: a device while it is there. It goes and returns with its volume. A
-/// whole volume is the device that it would be if it had been found.
+/// A folder given by hand: a device while it is there. It goes and returns with its volume; what
+/// is mounted in its place is another device. A whole volume is the device that it would be if it
+/// had been found.
 class GivenFolder {
 public:
     /// `path` may be relative to the current folder.
