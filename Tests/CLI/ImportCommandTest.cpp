@@ -9,6 +9,8 @@
 #include "ModelCommandTest.h"
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 namespace bildkurier {
 namespace {
@@ -797,65 +799,59 @@ TEST_F(ImportCommandTest, GoesOnAfterTheReturnOnceTheOtherImportHasEnded) {
     EXPECT_TRUE(ends.empty());
 }
 
-TEST_F(ImportCommandTest, WaitsAfterTheReturnForAsLongAsTheFolderIsGone) {
-    for (const bool recovers : {true, false}) {
-        again();
+/// An import whose camera returns when the destination can take nothing.
+class AwaitedDestinationTest : public ImportCommandTest {
+protected:
+    /// `spoil` happens to the destination while the camera is away. The import waits for `reason`
+    /// until `recover`; or, without that, until it is interrupted.
+    void expectToWait(const std::function<void()>& spoil, const std::string& reason,
+                      const std::function<void()>& recover) {
         const auto camera = attach("A");
         const auto only = file(*camera, "A.JPG", "aaaa");
         only->holdsBack = true;
         run(*camera);
         lose(camera);
         only->holdsBack = false;
-        const auto folders = std::exchange(store->folders, {});
+        spoil();
         deliver(*returned(*camera));
-        EXPECT_TRUE(report.lines.back().ends_with(
-            " Fortsetzung wartet: Zielordner fehlt oder ist nicht beschreibbar."))
+        EXPECT_TRUE(report.lines.back().ends_with(" Fortsetzung wartet: " + reason))
             << report.lines.back();
         reported();
         loop.advance(Duration(600));
         EXPECT_EQ(reported(), Lines()) << "once is enough";
         EXPECT_TRUE(ends.empty());
-        if (recovers) {
-            store->folders = folders;
-            loop.advance(Duration(5));
-        } else {
-            command->interrupt();
-        }
-        EXPECT_EQ(latest(2), summedUp(recovers, !recovers));
-        EXPECT_EQ(store->fileExists(Url::file("/bilder/A.JPG")), recovers);
-        expectEnd(recovers ? ExitStatus::success : ExitStatus::interrupted);
-        store->removeItem(Url::file("/bilder/A.JPG"));
-    }
-}
-
-TEST_F(ImportCommandTest, WaitsAfterTheReturnForAsLongAsTheServerCannotBeListed) {
-    for (const bool recovers : {true, false}) {
-        again();
-        const auto server = haveServer();
-        const auto camera = attach("A");
-        const auto only = file(*camera, "A.JPG", "aaaa");
-        only->holdsBack = true;
-        run(*camera);
-        lose(camera);
-        only->holdsBack = false;
-        server->breakOfListings = "Broken pipe";
-        deliver(*returned(*camera));
-        EXPECT_TRUE(report.lines.back().ends_with(std::string(" Fortsetzung wartet: ") +
-                                                  ImportModel::unlistedWaitStatus))
-            << report.lines.back();
-        reported();
-        loop.advance(Duration(24 * 3600));
-        EXPECT_EQ(reported(), Lines()) << "once is enough";
-        EXPECT_TRUE(ends.empty());
-        if (recovers) {
-            server->breakOfListings.reset();
+        if (recover) {
+            recover();
             loop.advance(Duration(60));
         } else {
             command->interrupt();
         }
+        const bool recovers = static_cast<bool>(recover);
         EXPECT_EQ(latest(2), summedUp(recovers, !recovers));
-        EXPECT_EQ(store->fileExists(Url::file("/fotos/A.JPG")), recovers);
         expectEnd(recovers ? ExitStatus::success : ExitStatus::interrupted);
+    }
+};
+
+TEST_F(AwaitedDestinationTest, IsWaitedForWhileTheFolderIsGone) {
+    for (const bool recovers : {true, false}) {
+        again();
+        decltype(store->folders) folders;
+        expectToWait([&] { folders = std::exchange(store->folders, {}); },
+                     "Zielordner fehlt oder ist nicht beschreibbar.",
+                     recovers ? std::function([&] { store->folders = folders; }) : nullptr);
+        EXPECT_EQ(store->fileExists(Url::file("/bilder/A.JPG")), recovers);
+        store->removeItem(Url::file("/bilder/A.JPG"));
+    }
+}
+
+TEST_F(AwaitedDestinationTest, IsWaitedForWhileTheServerCannotBeListed) {
+    for (const bool recovers : {true, false}) {
+        again();
+        const auto server = haveServer();
+        expectToWait([&] { server->breakOfListings = "Broken pipe"; },
+                     ImportModel::unlistedWaitStatus,
+                     recovers ? std::function([&] { server->breakOfListings.reset(); }) : nullptr);
+        EXPECT_EQ(store->fileExists(Url::file("/fotos/A.JPG")), recovers);
         store->removeItem(Url::file("/fotos"));
     }
 }

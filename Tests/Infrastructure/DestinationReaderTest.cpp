@@ -15,7 +15,7 @@ namespace {
 
 using Sentences = std::vector<std::string>;
 
-const std::string inMemory = "Das Ziel liegt nur im Arbeitsspeicher dieses Rechners.";
+const std::string inMemory = "Das Ziel liegt nur im Arbeitsspeicher dieses Computers.";
 const std::string onOneVolume = "Karte und Ziel liegen auf demselben Datenträger.";
 
 /// Destinations on this computer and cards that are folders of it.

@@ -141,6 +141,37 @@ TEST_F(UsbCamerasTest, WaitsForACameraThatIsBusyWhenItIsOpenedAnew) {
     EXPECT_EQ(usb.count("1-1", "openings"), 5U);
 }
 
+TEST_F(UsbCamerasTest, AsksNoMoreWhatIsNewOnceAnotherProgramHasTakenTheCamera) {
+    device.settings.insert({{"event_fault", "-7"}, {"event_faults", "2"}});
+    device.settings.insert({{"busy_after", "1"}, {"busy", "1000"}});
+    usb.plugIn("1-1", device);
+    start();
+    const auto found = files();
+    runUntil([&] { return usb.count("1-1", "openings") == 3; });
+    download(*found.at(0), target);
+    runUntil([this] { return !answered().empty(); });
+    EXPECT_EQ(answered(), Events{"Die Kamera ist mit anderem beschäftigt"});
+    EXPECT_EQ(usb.count("1-1", "openings"), 8U);
+    EXPECT_EQ(camera->mediaFiles().size(), 2U);
+    EXPECT_EQ(events->events.back(), "ready");
+}
+
+TEST_F(UsbCamerasTest, IsOpenedAnewOnceForAllThatItTellsOfTwice) {
+    timing.events = Milliseconds(500);
+    for (const char* name : {"IMG_0001.JPG", "IMG_0002.JPG"}) {
+        device.settings[std::string("early ") + name] = "1";
+        device.settings[std::string("comes_again ") + name] = "1";
+    }
+    usb.plugIn("1-1", device);
+    start();
+    files();
+    runUntil([this] { return events->events.back() == "added"; });
+    std::multiset<std::int64_t> sizes;
+    for (const auto& item : camera->mediaFiles()) sizes.insert(item.file->facts().size);
+    EXPECT_EQ(sizes, (std::multiset<std::int64_t>{5, 2'500'000}));
+    EXPECT_EQ(usb.count("1-1", "openings"), 2U);
+}
+
 TEST_F(UsbCamerasTest, AsksWhoHoldsACameraToLetGoOfIt) {
     usb.plugIn("1-1", device);
     const int holder = ::open(usb.claimFile("1-1").c_str(), O_RDONLY | O_CLOEXEC);

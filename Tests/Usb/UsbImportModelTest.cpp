@@ -404,19 +404,23 @@ TEST_F(UsbImportTest, NeverTakesAShotForWholeThatIsStillWrittenWhenItIsListed) {
     const struct {
         const char* early;
         const char* comesAgain;
-    } cases[] = {{"1500000", "0"}, {"2999999", "0"}, {"2999999", "1"}};
-    for (const auto& [early, comesAgain] : cases) {
-        SCOPED_TRACE(std::string(early) + " " + comesAgain);
+        const char* faults;  ///< when it is asked what is new
+    } cases[] = {
+        {"1500000", "0", "0"}, {"2999999", "0", "0"}, {"2999999", "1", "0"}, {"2999999", "0", "2"}};
+    for (const auto& [early, comesAgain, faults] : cases) {
+        SCOPED_TRACE(std::string(early) + " " + comesAgain + " " + faults);
         addLarge("card/DCIM/100TEST/IMG_0001.JPG", 3'000'000);
         add("card/DCIM/100TEST/IMG_0002.JPG", "noch eines");
         auto device = camera();
         device.settings.insert({{"partial", "1"},
                                 {"early IMG_0001.JPG", early},
-                                {"comes_again IMG_0001.JPG", comesAgain}});
+                                {"comes_again IMG_0001.JPG", comesAgain},
+                                {"event_fault", "-7"},
+                                {"event_faults", faults}});
         usb.plugIn("1-1", device);
         start();
         importAll();
-        EXPECT_EQ(imported(), (Tree{{"IMG_0002.JPG", "noch eines"}}));
+        EXPECT_TRUE(imported() == (Tree{{"IMG_0002.JPG", "noch eines"}}));
         EXPECT_TRUE(
             hasLogged("✗ IMG_0001.JPG: Die Kamera hat diese Datei noch geschrieben; bitte "
                       "noch einmal importieren"))
@@ -426,12 +430,31 @@ TEST_F(UsbImportTest, NeverTakesAShotForWholeThatIsStillWrittenWhenItIsListed) {
                    model->newFiles()[0]->size() == 3'000'000;
         });
         importAll();
-        EXPECT_EQ(imported(), filesOf(card)) << testing::PrintToString(log());
+        EXPECT_TRUE(imported() == filesOf(card)) << testing::PrintToString(log());
         stop();
         usb.unplugForGood("1-1");
         fs::remove_all(destination);
         fs::create_directory(destination);
     }
+}
+
+TEST_F(UsbImportTest, TakesNothingForWholeOfWhichTheCameraSaysNoMore) {
+    timing.events = UsbTiming::Milliseconds(60'000);
+    addLarge("card/DCIM/100TEST/IMG_0001.JPG", 2'000'000);
+    auto device = camera();
+    device.settings.insert({{"partial", "1"},
+                            {"event_fault", "-7"},
+                            {"event_faults", "2"},
+                            {"fault_of IMG_0001.JPG", "8201"},
+                            {"faults_after IMG_0001.JPG", "1"}});
+    usb.plugIn("1-1", device);
+    start();
+    importAll();
+    EXPECT_TRUE(imported().empty());
+    EXPECT_TRUE(
+        hasLogged("✗ IMG_0001.JPG: Die Kamera sagt nicht mehr, ob das die ganze Datei ist; bitte "
+                  "noch einmal importieren"))
+        << testing::PrintToString(log());
 }
 
 TEST_F(UsbImportTest, LeavesHiddenFilesAndFoldersOut) {

@@ -176,12 +176,12 @@ CardCatalogue arrangeCatalogue(CardListing listing) {
 }
 
 bool haveSameFiles(const CardCatalogue& one, const CardCatalogue& other) {
-    const auto isSame = [](const CardEntry& a, const CardEntry& b) {
+    const auto isSame = [&](const CardEntry& a, const CardEntry& b) {
         // What could not be read bears the time of the attempt.
-        return a.folder == b.folder && a.name == b.name && a.size == b.size && a.error == b.error &&
-               (a.error != 0 || a.modified == b.modified);
+        return a.name == b.name && one.folders[a.folder] == other.folders[b.folder] &&
+               a.size == b.size && a.error == b.error && (a.error != 0 || a.modified == b.modified);
     };
-    return one.folders == other.folders && std::ranges::equal(one.entries, other.entries, isSame);
+    return std::ranges::equal(one.entries, other.entries, isSame);
 }
 
 void dateSidecars(CardCatalogue& catalogue) {

@@ -37,10 +37,11 @@ std::optional<GivenFolder::Found> GivenFolder::find(std::span<const Mount> table
     const std::string root = std::filesystem::canonical(path_, error).string();
     struct stat folder{};
     if (error || ::stat(root.c_str(), &folder) != 0 || !S_ISDIR(folder.st_mode)) return {};
-    const Mount mount = mountAbove(table, root).value_or(Mount{});
-    // What is to be seen there is mounted only now that it was looked for.
-    if (mount.type == "autofs") return {};
+    Mount mount = mountAbove(table, root).value_or(Mount{});
     const auto number = mountNumber(root);
+    // What mounts by itself has done so only for this look.
+    if (mount.type == "autofs") mount = mountOf(root).value_or(Mount{});
+    if (mount.type == "autofs") return {};
     // Every second is too often to ask the device.
     const bool isKnown = number && number == volume_.number && mount == volume_.mount;
     if (!isKnown) noteVolume(mountedVolume(mount, root));

@@ -23,9 +23,10 @@ std::vector<std::string> DestinationReader::cautions(const Url& folder,
     if (!volume) return {};
     std::vector<std::string> all;
     if (volume->type == "tmpfs" || volume->type == "ramfs")
-        all.emplace_back("Das Ziel liegt nur im Arbeitsspeicher dieses Rechners.");
+        all.emplace_back("Das Ziel liegt nur im Arbeitsspeicher dieses Computers.");
     const auto cards = card ? mountOf(card->path) : std::nullopt;
-    if (cards && cards->device == volume->device)
+    // Behind the desktop's own mount there are any number of servers and cameras.
+    if (cards && cards->device == volume->device && volume->type != "fuse.gvfsd-fuse")
         all.emplace_back("Karte und Ziel liegen auf demselben Datenträger.");
     return all;
 }

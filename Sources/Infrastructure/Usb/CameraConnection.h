@@ -36,6 +36,9 @@ public:
     /// What the library knows of its files is not to be believed any more.
     void distrust() { isInStep_ = false; }
 
+    /// Whether the camera is open, and what the library knows of it can be believed.
+    bool isInStep() const { return isInStep_; }
+
     /// How often it was opened; whoever opens it anew does not hear what it had to tell.
     int openings() const { return openings_; }
 

@@ -69,13 +69,14 @@ std::optional<CardListing> CameraLister::list() {
 }
 
 CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
-    std::size_t busy = 0;
     while (!isStopped_()) {
         if (reopenings_ > mostReopenings || silentInARow_ >= mostSilentInARow)
             return Answer::Failed;
         const int code = call();
         const CameraFault fault = connection_.fault(code);
-        isSilent_ = fault == CameraFault::Transfer && code != GphotoCamera::incomplete;
+        isSilent_ = fault == CameraFault::Busy ||
+                    (fault == CameraFault::Transfer && code != GphotoCamera::incomplete);
+        if (fault != CameraFault::Busy) busy_ = 0;
         switch (fault) {
             case CameraFault::None:
                 return Answer::Good;
@@ -86,7 +87,7 @@ CameraLister::Answer CameraLister::ask(const std::function<int()>& call) {
                 ++reopenings_;
                 break;
             case CameraFault::Busy:
-                if (!connection_.waitWhileBusy(busy++)) return Answer::Failed;
+                if (!connection_.waitWhileBusy(busy_++)) return Answer::Failed;
                 break;
             default:
                 return Answer::Failed;

@@ -61,6 +61,7 @@ private:
     std::size_t seen_ = 0;    ///< in the present one
     std::size_t told_ = 0;
     int reopenings_ = 0;     ///< for the present question
+    std::size_t busy_ = 0;   ///< answers in a row that it is busy
     bool isSilent_ = false;  ///< the last answer was none
     int silentInARow_ = 0;   ///< folders that ended so
 };

@@ -132,12 +132,25 @@ void CameraWorker::identify() {
     tellFacts();
 }
 
-void CameraWorker::readSerial() {
+CameraFault CameraWorker::readSerial() {
     const auto [code, serial] = connection_->cameraInStep().serial();
     const CameraFault fault = connection_->fault(code);
     facts_.serial = actualSerial(serial);
     facts_.isComplete = fault != CameraFault::Transfer && fault != CameraFault::Busy &&
                         fault != CameraFault::Gone && fault != CameraFault::Cancelled;
+    return fault;
+}
+
+/// A camera that says nothing all the same is known by what everybody sees, but not for certain.
+void CameraWorker::insistOnSerial(const UsbSession& session) {
+    constexpr int mostTries = 3;
+    std::size_t busy = 0;
+    for (int tries = 0; tries < mostTries && !facts_.isComplete && !session.hasEnded(); ++tries) {
+        CameraFault fault = readSerial();
+        while (fault == CameraFault::Busy && connection_->waitWhileBusy(busy++))
+            fault = readSerial();
+        if (fault == CameraFault::Gone) return;
+    }
 }
 
 void CameraWorker::tellFacts() {
@@ -153,7 +166,7 @@ void CameraWorker::openSession(const std::shared_ptr<UsbSession>& session, Sessi
     opened_.reset(new Opened{.session = session, .events = std::move(events)});
     // Another program held the camera when it was identified.
     if (!facts_.isComplete) {
-        readSerial();
+        insistOnSerial(*session);
         tellFacts();
     }
     if (listSession(*opened_)) {
@@ -206,10 +219,16 @@ void CameraWorker::loadFile(const std::shared_ptr<UsbSession>& session,
 /// changed: what was loaded until then is not all.
 Result<> CameraWorker::wholeness(const UsbLoad& load) {
     bool changed = tellsOfNewShots() && takeNews(UsbTiming::Milliseconds::zero());
-    // Opened anew, it does not tell of what was before.
-    if (opened_->openings != connection_->openings())
-        changed = describeAnew(load.folder, load.entry.name) || changed;
+    // What it had to tell is lost when it is opened anew.
+    const bool isHeard = connection_->isInStep() && opened_->openings == connection_->openings();
+    const auto now = isHeard ? std::nullopt : describe(load.folder, load.entry.name);
+    if (now) changed = updateListing(opened_->listing, {{load.folder, {*now}}}) || changed;
     if (changed) tellOfChange();
+    if (!isHeard && (!now || now->error != 0)) {
+        return std::unexpected(
+            Error{"Die Kamera sagt nicht mehr, ob das die ganze Datei ist; bitte noch einmal "
+                  "importieren"});
+    }
     const CardEntry* known = listed(load.folder, load.entry.name);
     if (known != nullptr && known->size == load.entry.size) return {};
     return std::unexpected(
@@ -250,7 +269,6 @@ std::optional<GphotoCamera::NewFile> CameraWorker::newShot(UsbTiming::Millisecon
             opened_->failedQuestions = 0;
             return file;
         case CameraFault::Busy:
-            break;
         case CameraFault::Transfer:
             ++opened_->failedQuestions;
             break;
@@ -271,25 +289,19 @@ const CardEntry* CameraWorker::listed(const std::string& folder, const std::stri
     return isThere ? &*entry : nullptr;
 }
 
-/// Answers whether it was not listed yet, or as another: a camera may tell of a shot before it has
-/// written all of it.
-bool CameraWorker::addShot(const GphotoCamera::NewFile& file) {
-    const std::string folder = file.folder.substr(file.folder.starts_with('/') ? 1 : 0);
-    // Of a file that was listed and is said to have come, the library keeps what it knew. A camera
-    // may say that of all files whenever it was opened.
-    if (!file.hasChanged && listed(folder, file.name) != nullptr &&
-        opened_->toldTwice.insert(folder + "/" + file.name).second) {
-        connection_->distrust();
-    }
-    return describeAnew(folder, file.name);
-}
-
-/// Answers the same as above.
-bool CameraWorker::describeAnew(const std::string& folder, const std::string& name) {
+/// What the camera says of a file now.
+std::optional<CardEntry> CameraWorker::describe(const std::string& folder,
+                                                const std::string& name) {
     CameraLister lister(
         *connection_, [this] { return opened_->session->hasEnded(); }, [](std::size_t) {});
-    auto entry = lister.entry(folder, name);
-    return entry && updateListing(opened_->listing, {{folder, {*std::move(entry)}}});
+    return lister.entry(folder, name);
+}
+
+/// Whether it was listed and is said to have come, for the first time: of such a file the library
+/// keeps what it knew. A camera may say that of all files whenever it was opened.
+bool CameraWorker::isToldTwice(const GphotoCamera::NewFile& file) {
+    return !file.hasChanged && listed(file.folder, file.name) != nullptr &&
+           opened_->toldTwice.insert(file.folder + "/" + file.name).second;
 }
 
 /// Lists all once more when the camera was opened anew: of what came before that, it never tells.
@@ -322,15 +334,20 @@ bool CameraWorker::takeNews(UsbTiming::Milliseconds patience) {
         files.push_back(*std::move(file));
     }
     // Only now, for opened anew it tells no more of the others.
-    bool changed = false;
-    for (const auto& file : files) changed = addShot(file) || changed;
-    return changed;
+    const auto isToldTwice = [this](const auto& file) { return this->isToldTwice(file); };
+    if (std::ranges::count_if(files, isToldTwice) != 0) connection_->distrust();
+    CardListing found;
+    for (const auto& file : files) {
+        if (auto entry = describe(file.folder, file.name))
+            found[file.folder].push_back(*std::move(entry));
+    }
+    return updateListing(opened_->listing, found);
 }
 
 void CameraWorker::askForNewShots() {
     constexpr UsbTiming::Milliseconds patience{50};
     bool changed = takeNews(patience);
-    if (tellsOfNewShots()) changed = addUntoldShots() || changed;
+    if (tellsOfNewShots() && connection_->isInStep()) changed = addUntoldShots() || changed;
     if (changed) tellOfChange();
 }
 

@@ -73,7 +73,8 @@ private:
     void work();
     Task next();
     void identify();
-    void readSerial();
+    CameraFault readSerial();
+    void insistOnSerial(const UsbSession& session);
     void tellFacts();
     void openSession(const std::shared_ptr<UsbSession>& session, SessionEvents events);
     bool listSession(Opened& opened);
@@ -85,8 +86,8 @@ private:
     std::optional<GphotoCamera::NewFile> newShot(UsbTiming::Milliseconds patience);
     /// A media file or a sidecar; null where there is none.
     const CardEntry* listed(const std::string& folder, const std::string& name) const;
-    bool addShot(const GphotoCamera::NewFile& file);
-    bool describeAnew(const std::string& folder, const std::string& name);
+    std::optional<CardEntry> describe(const std::string& folder, const std::string& name);
+    bool isToldTwice(const GphotoCamera::NewFile& file);
     bool addUntoldShots();
     bool hasTasks();
     bool takeNews(UsbTiming::Milliseconds patience);

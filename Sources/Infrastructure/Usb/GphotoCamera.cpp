@@ -400,7 +400,10 @@ std::pair<int, std::optional<GphotoCamera::NewFile>> GphotoCamera::newFile(
         // The library notes the computer's clock as the time of a file that has come.
         gp_filesystem_set_info_dirty(handles_->camera->fs, path.folder, path.name,
                                      handles_->context.get());
-        return {code, NewFile{.folder = path.folder, .name = path.name, .hasChanged = hasChanged}};
+        const std::string_view folder = path.folder;
+        return {code, NewFile{.folder = std::string(folder.substr(folder.starts_with('/') ? 1 : 0)),
+                              .name = path.name,
+                              .hasChanged = hasChanged}};
     }
     return {GP_OK, {}};
 }

@@ -75,7 +75,7 @@ public:
                      const Receive& receive);
 
     struct NewFile {
-        std::string folder;
+        std::string folder;  ///< below the root
         std::string name;
         bool hasChanged = false;  ///< rather than come, as the camera says
     };

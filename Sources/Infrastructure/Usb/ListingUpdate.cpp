@@ -36,7 +36,7 @@ bool updateFolder(std::vector<CardEntry>& known, const std::vector<CardEntry>& f
         } else {
             continue;
         }
-        changed = true;
+        changed = changed || entry.type != CardFileType::Other || entry.error != 0;
     }
     return changed;
 }

@@ -24,7 +24,8 @@ namespace bildkurier {
 ///     announce NAME=N                the size that it says the file NAME has
 ///     early NAME=N                   the size that it says the file NAME has when it is listed or
 ///                                    told of as new; the next thing that it tells of this file is
-///                                    that it has changed, and from then on it says the right one
+///                                    that it has changed, and from then on, or when it is opened
+///                                    anew, it says the right one
 ///     comes_again NAME=1             it tells instead that the file has come
 ///     called NAME=OTHER              what it calls the file NAME
 ///     busy=N                         the first N attempts to open it fail

@@ -113,6 +113,18 @@ PtpResponder::PtpResponder(Plug plug) : plug_(std::move(plug)) {
     }
 }
 
+/// What was still being written is done meanwhile, though nobody was told.
+PtpResponder::~PtpResponder() {
+    for (const Event& untold : events_)
+        if (untold.isGrowth) noteGrowth(untold.parameter);
+}
+
+void PtpResponder::noteGrowth(std::uint32_t handle) {
+    early_.erase(handle);
+    if (const auto* grown = objects_.find(handle))
+        plug_.count("grown " + grown->path.filename().string());
+}
+
 void PtpResponder::answer(const Request& request, std::uint16_t code,
                           const std::vector<std::uint32_t>& parameters) {
     PtpPacket packet;
@@ -364,11 +376,7 @@ std::vector<std::uint8_t> PtpResponder::nextEvent() {
     if (events_.empty()) return {};
     const Event next = events_.front();
     events_.pop_front();
-    if (next.isGrowth) {
-        early_.erase(next.parameter);
-        if (const auto* grown = objects_.find(next.parameter))
-            plug_.count("grown " + grown->path.filename().string());
-    }
+    if (next.isGrowth) noteGrowth(next.parameter);
     return packetOf(next.code, next.parameter);
 }
 

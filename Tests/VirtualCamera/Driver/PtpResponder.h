@@ -22,6 +22,9 @@ namespace bildkurier {
 class PtpResponder {
 public:
     explicit PtpResponder(Plug plug);
+    PtpResponder(const PtpResponder&) = delete;
+    PtpResponder& operator=(const PtpResponder&) = delete;
+    ~PtpResponder();
 
     /// A request as it came over the wire; the answers go to the outbox.
     void request(std::span<const std::uint8_t> bytes);
@@ -56,6 +59,7 @@ private:
     bool isTooEarly(const std::string& name) const;
     void tellOf(const PtpObjects::Object& added);
     void tellOfGrowth(const PtpObjects::Object& added);
+    void noteGrowth(std::uint32_t handle);
     void lookForChanges();
     std::int64_t announcedSize(const PtpObjects::Object& object) const;
 
