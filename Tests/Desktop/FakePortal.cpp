@@ -7,7 +7,7 @@ namespace bildkurier {
 namespace {
 
 const auto busName = QStringLiteral("portal of the test");
-const auto appearance = QStringLiteral("org.freedesktop.appearance");
+const auto appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 
 }  // namespace
 
@@ -22,14 +22,14 @@ FakePortal::FakePortal()
 FakePortal::~FakePortal() { QDBusConnection::disconnectFromBus(busName); }
 
 QDBusVariant FakePortal::Read(const QString& group, const QString& key) const {
-    const bool isAsked = group == appearance && key == "color-scheme";
+    const bool isAsked = group == appearanceGroup && key == "color-scheme";
     // As portals do: a variant in a variant.
     return QDBusVariant(QVariant::fromValue(QDBusVariant(isAsked ? colorScheme : 0U)));
 }
 
 void FakePortal::change(const QString& key, uint value) {
     if (key == "color-scheme") colorScheme = value;
-    emit SettingChanged(appearance, key, QDBusVariant(value));
+    emit SettingChanged(appearanceGroup, key, QDBusVariant(value));
 }
 
 }  // namespace bildkurier

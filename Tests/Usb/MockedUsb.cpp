@@ -12,12 +12,12 @@ namespace bildkurier {
 
 namespace {
 
-constexpr auto mocker = "/usr/bin/umockdev-run";
+constexpr auto wrapper = "/usr/bin/umockdev-run";
 
 }  // namespace
 
 ProgramCall mockedCall(const TemporaryFolder& user) {
-    return {.path = mocker,
+    return {.path = wrapper,
             .arguments = {},
             .environment = {{"TZ", "Europe/Berlin"},
                             {"LC_ALL", "de_DE.UTF-8"},
@@ -39,7 +39,7 @@ bool MockedUsb::isPossible() {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     return false;
 #else
-    return ::access(mocker, X_OK) == 0;
+    return ::access(wrapper, X_OK) == 0;
 #endif
 }
 

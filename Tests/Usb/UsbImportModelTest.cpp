@@ -404,11 +404,11 @@ TEST_F(UsbImportTest, NeverTakesAShotForWholeThatIsStillWrittenWhenItIsListed) {
     const struct {
         const char* early;
         const char* comesAgain;
-        const char* faults;  ///< when it is asked what is new
+        const char* silences;  ///< when it is asked what is new
     } cases[] = {
         {"1500000", "0", "0"}, {"2999999", "0", "0"}, {"2999999", "1", "0"}, {"2999999", "0", "2"}};
-    for (const auto& [early, comesAgain, faults] : cases) {
-        SCOPED_TRACE(std::string(early) + " " + comesAgain + " " + faults);
+    for (const auto& [early, comesAgain, silences] : cases) {
+        SCOPED_TRACE(std::string(early) + " " + comesAgain + " " + silences);
         addLarge("card/DCIM/100TEST/IMG_0001.JPG", 3'000'000);
         add("card/DCIM/100TEST/IMG_0002.JPG", "noch eines");
         auto device = camera();
@@ -416,7 +416,7 @@ TEST_F(UsbImportTest, NeverTakesAShotForWholeThatIsStillWrittenWhenItIsListed) {
                                 {"early IMG_0001.JPG", early},
                                 {"comes_again IMG_0001.JPG", comesAgain},
                                 {"event_fault", "-7"},
-                                {"event_faults", faults}});
+                                {"event_faults", silences}});
         usb.plugIn("1-1", device);
         start();
         importAll();
