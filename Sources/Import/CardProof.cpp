@@ -201,7 +201,7 @@ void CardProof::cancel() {
 
 void CardProof::planned(Result<Plan> plan) {
     if (!plan) return finish(std::unexpected(plan.error()));
-    if (plan->newServer) onNewServer(*plan->newServer);
+    if (const auto& server = plan->newServer) onNewServer(*server);
     for (const auto& caution : plan->cautions) onCaution(caution);
     for (const auto& folder : plan->destination.unreadable) onUnreadable(folder);
     for (std::size_t n = 0; n < task_.files.size(); ++n) {
