@@ -101,7 +101,11 @@ public:
             if (length == 0) return;
             for (auto at = buffer.data(); at < buffer.data() + length;) {
                 const auto& entry = *reinterpret_cast<const dirent64*>(at);
-                entry.d_name[0] == '.' ? tellOfHidden(entry.d_name) : visit(folder, entry);
+                if (entry.d_name[0] == '.') {
+                    tellOfHidden(entry.d_name);
+                } else {
+                    visit(folder, entry);
+                }
                 at += entry.d_reclen;
             }
         }
